@@ -1,0 +1,17 @@
+# Warnings, sanitizers and the compiler cache, for every target of the project.
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+
+if(ORBELCAST_SANITIZE STREQUAL "address")
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+elseif(ORBELCAST_SANITIZE STREQUAL "thread")
+  add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=thread)
+  # Boost.Context's own files know thread sanitizer fibers only through our announcements; gcc warns about fences.
+  add_compile_options(-Wno-tsan)
+endif()
+
+find_program(ORBELCAST_CCACHE ccache)
+if(ORBELCAST_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${ORBELCAST_CCACHE}")
+endif()

@@ -1,0 +1,53 @@
+# A room is a folder below src/ and one target, orbelcast_NAME ("/" becomes "_").
+#
+# A room's headers are reached as "room/header.h" through a folder of the build tree that holds nothing but that room, so
+# a target finds exactly the rooms that it links: an include through a door that does not exist fails to compile.
+
+# orbelcast_room(NAME [DOORS room...] [LIBRARIES target...])
+#   DOORS      rooms whose headers this one may include
+#   LIBRARIES  the outside libraries of an adapter; its users do not see them
+function(orbelcast_room name)
+  cmake_parse_arguments(ROOM "" "" "DOORS;LIBRARIES" ${ARGN})
+  string(REPLACE "/" "_" suffix "${name}")
+  set(target "orbelcast_${suffix}")
+  set(folder "${PROJECT_SOURCE_DIR}/src/${name}")
+
+  set(door "${PROJECT_BINARY_DIR}/doors/${suffix}")
+  get_filename_component(door_parent "${door}/${name}" DIRECTORY)
+  file(MAKE_DIRECTORY "${door_parent}")
+  file(CREATE_LINK "${folder}" "${door}/${name}" SYMBOLIC)
+
+  file(GLOB sources CONFIGURE_DEPENDS "${folder}/*.cpp")
+  if(sources)
+    add_library(${target} STATIC ${sources})
+    set(scope PUBLIC)
+    target_link_libraries(${target} PRIVATE ${ROOM_LIBRARIES})
+  else()
+    add_library(${target} INTERFACE)
+    set(scope INTERFACE)
+    target_link_libraries(${target} INTERFACE ${ROOM_LIBRARIES})
+  endif()
+  target_include_directories(${target} ${scope} "${door}")
+  foreach(other IN LISTS ROOM_DOORS)
+    string(REPLACE "/" "_" other_suffix "${other}")
+    target_link_libraries(${target} ${scope} "orbelcast_${other_suffix}")
+  endforeach()
+  add_library(Orbelcast::${suffix} ALIAS ${target})
+endfunction()
+
+# orbelcast_embed(TARGET FILE...)
+#   Compiles each FILE into TARGET as bytes, reached by platform/resources.h.
+function(orbelcast_embed target)
+  foreach(file IN LISTS ARGN)
+    get_filename_component(name "${file}" NAME)
+    string(MAKE_C_IDENTIFIER "${name}" symbol)
+    set(output "${PROJECT_BINARY_DIR}/resources/${symbol}.cpp")
+    add_custom_command(
+      OUTPUT "${output}"
+      COMMAND "${CMAKE_COMMAND}" -DINPUT=${file} -DOUTPUT=${output} -DSYMBOL=${symbol}
+              -P "${PROJECT_SOURCE_DIR}/cmake/EmbedFile.cmake"
+      DEPENDS "${file}" "${PROJECT_SOURCE_DIR}/cmake/EmbedFile.cmake"
+      VERBATIM)
+    target_sources(${target} PRIVATE "${output}")
+  endforeach()
+endfunction()

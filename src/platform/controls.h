@@ -1,0 +1,136 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/property.h"
+#include "platform/surface.h"
+
+/// Child controls as plain values: what a control's surface is made of, without a toolkit.
+///
+/// The logic assigns their properties; a front end listens and mirrors each value into a real widget, and a test reads it.
+/// The other way round a front end calls what the logic put into the `On…` members (a user's click, press, drop or menu
+/// choice). Those start a handler of the message loop by themselves and may be empty. Positions and sizes are twips,
+/// single precision; the fonts are named where a front end must know them. Texts are UTF-8 at best: what a server sent is
+/// bytes of unknown quality, which a front end shows as well as it can.
+namespace orbelcast {
+
+/// What was dropped onto a control: each format's bytes under its media type, passed through unread.
+struct DropData {
+  std::vector<std::pair<std::string, std::string>> formats;
+
+  /// The data of `media_type`; empty where it was not offered.
+  std::string Get(const std::string& media_type) const {
+    for (const auto& [type, data] : formats) {
+      if (type == media_type) return data;
+    }
+    return {};
+  }
+};
+
+/// A drop in the middle of being handled; a handler may change `effect` (0 none, 1 copy, 2 move), which is the answer to
+/// the program that the data came from. `button`: 1 left, 2 right, 4 middle, added up; `shift`: 1 shift, 2 control, 4 alt,
+/// added up. The position is twips, in the child's own coordinates.
+struct Drop {
+  DropData data;
+  std::int32_t effect = 1;
+  std::int16_t button = 0;
+  std::int16_t shift = 0;
+  float x = 0;
+  float y = 0;
+};
+
+/// Mouse buttons as handlers are told them.
+inline constexpr std::int16_t kLeftButton = 1;
+inline constexpr std::int16_t kRightButton = 2;
+inline constexpr std::int16_t kMiddleButton = 4;
+
+/// What every child control has.
+struct ChildControl {
+  Property<float> Left;
+  Property<float> Top;
+  Property<float> Width;
+  Property<float> Height;
+  Property<bool> Visible{true};
+  Property<bool> Enabled{true};
+  Property<std::string> ToolTipText;
+  Property<std::string> Tag;
+
+  /// A mouse button went down over it.
+  std::function<void(std::int16_t button)> OnMouseDown;
+};
+
+struct Label : ChildControl {
+  Property<std::string> Caption;
+  std::string Font = "Arial";
+};
+
+struct Frame : ChildControl {};
+
+/// A picture that can be drawn on. What is drawn stays.
+///
+/// The surface is allocated when something is first drawn (`Canvas`), at the box's size in pixels, and follows the size
+/// from then on, new parts in the background colour.
+struct PictureBox : ChildControl {
+  Property<Color> BackColor{Rgb(255, 255, 255)};
+
+  /// The surface to draw on, made and sized for the box. `twips_x`, `twips_y`: the screen's twips per pixel.
+  Surface& Canvas(int twips_x, int twips_y);
+  /// What was drawn so far; empty before the first drawing.
+  const Surface& Image() const { return surface_; }
+
+  /// Brings back the background colour everywhere.
+  void Cls() { surface_.Fill(BackColor); }
+  /// Tells the front end to paint what was drawn.
+  void Refresh() { Refreshed(); }
+  Signal<> Refreshed;
+
+  std::function<void(Drop& drop)> OnDrop;
+
+ private:
+  Surface surface_;
+};
+
+/// A picture that is shown stretched to its place.
+struct Image : ChildControl {
+  /// The picture; set with `SetPicture`, which tells `PictureChanged`.
+  const Surface& Picture() const { return picture_; }
+  void SetPicture(const Surface& picture) {
+    picture_ = picture;
+    PictureChanged();
+  }
+  Signal<> PictureChanged;
+
+  std::function<void(Drop& drop)> OnDrop;
+
+ private:
+  Surface picture_;
+};
+
+/// A timer: while enabled and with a positive interval (milliseconds) it ticks. A TimerDriver makes it tick.
+struct Timer {
+  Property<int> Interval;
+  Property<bool> Enabled{false};
+};
+
+struct MenuItem {
+  Property<std::string> Caption;  ///< "-" is a separator.
+  Property<bool> Checked{false};
+  Property<bool> Enabled{true};
+  std::function<void()> OnClick;
+};
+
+/// A menu that pops up at the mouse pointer.
+struct Menu {
+  Property<std::string> Caption;
+  std::vector<MenuItem*> Items;
+
+  /// Asks the front end to show the menu; choosing an item calls its OnClick, a separator's never.
+  void PopUp() { PoppedUp(); }
+  Signal<> PoppedUp;
+};
+
+}  // namespace orbelcast

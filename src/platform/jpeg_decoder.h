@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/frame_bytes.h"
+#include "platform/surface.h"
+
+namespace orbelcast {
+
+/// Draws JPEG pictures onto surfaces.
+///
+/// The entropy-coded data of one frame (one `FrameBytes::Serial`) is decoded once, however many surfaces it is drawn on.
+/// A picture that ends early, cannot be read, or has more than Surface::kMaxPixels draws nothing: the call answers false
+/// and the surface keeps what it had.
+class JpegDecoder {
+ public:
+  virtual ~JpegDecoder() = default;
+
+  /// Draws the picture stretched to `width` × `height` pixels at the top-left corner, clipped to the surface. Width and
+  /// height 0 mean the picture's own size.
+  virtual bool DrawJpeg(Surface& target, const FrameBytes& jpeg, int width, int height) = 0;
+
+  /// Draws the picture stretched into the rectangle at (x, y), clipped to the surface.
+  virtual bool DrawJpegAt(Surface& target, const FrameBytes& jpeg, int x, int y, int width, int height) = 0;
+
+  /// Native size in pixels of the last picture that was decoded; 0 before the first.
+  virtual int JpegWidth() const = 0;
+  virtual int JpegHeight() const = 0;
+};
+
+}  // namespace orbelcast

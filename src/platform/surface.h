@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace orbelcast {
+
+/// A colour as the interface counts it: red + 256 × green + 65536 × blue.
+using Color = std::int32_t;
+
+/// What reading a pixel outside a surface gives.
+inline constexpr Color kNoColor = -1;
+
+constexpr Color Rgb(int red, int green, int blue) { return red + 256 * green + 65536 * blue; }
+constexpr int RedOf(Color color) { return color & 0xff; }
+constexpr int GreenOf(Color color) { return (color >> 8) & 0xff; }
+constexpr int BlueOf(Color color) { return (color >> 16) & 0xff; }
+
+/// A picture in memory: rows from the top, each pixel 32 bits.
+///
+/// A pixel is the number 0xAARRGGBB in the machine's byte order (on a little-endian machine the bytes B, G, R, A): what
+/// front ends and image libraries take as it is. Surfaces that are shown are opaque (A = 255); only pictures that are
+/// drawn onto others, such as icons, have transparent pixels. Coordinates are pixels. Drawing outside is clipped.
+///
+/// The memory is one block, kept while the size stays, so a front end may show it without a copy; `Block` and `revision`
+/// let it, or a decoder, notice that the picture it knew is gone or was drawn on.
+class Surface {
+ public:
+  struct Block {
+    std::vector<std::uint32_t> pixels;
+    std::uint64_t revision = 0;  ///< Grows with every drawing.
+  };
+
+  /// A side longer than this is refused (the surface becomes empty): 64 megapixels is the largest picture handled.
+  static constexpr int kMaxSide = 65535;
+  static constexpr std::int64_t kMaxPixels = 64LL * 1024 * 1024;
+
+  Surface() = default;
+  Surface(int width, int height, Color background = 0) { Resize(width, height, background); }
+
+  int Width() const { return width_; }
+  int Height() const { return height_; }
+  bool Empty() const { return width_ == 0 || height_ == 0; }
+
+  /// Makes the surface `width` × `height`; what was drawn stays at the top-left corner, new pixels get `background`.
+  /// A size that is not positive, or is too large, makes it empty.
+  void Resize(int width, int height, Color background);
+
+  /// Fills the box between two corners, both included.
+  void FillBox(int x1, int y1, int x2, int y2, Color color);
+  /// Draws the one-pixel outline of the box between two corners, both included.
+  void OutlineBox(int x1, int y1, int x2, int y2, Color color);
+  void Fill(Color color);
+
+  /// The colour at (x, y), or kNoColor outside.
+  Color Point(int x, int y) const {
+    if (x < 0 || y < 0 || x >= width_ || y >= height_) return kNoColor;
+    const std::uint32_t pixel = block_->pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) +
+                                               static_cast<std::size_t>(x)];
+    return Rgb(static_cast<int>((pixel >> 16) & 0xff), static_cast<int>((pixel >> 8) & 0xff),
+               static_cast<int>(pixel & 0xff));
+  }
+
+  /// Draws another surface with its top-left corner at (x, y), its transparent pixels blended.
+  void Draw(const Surface& source, int x, int y);
+
+  /// The pixels, row by row without gaps; empty for an empty surface. The mutable ones count as drawn on.
+  std::span<const std::uint32_t> Pixels() const;
+  std::span<std::uint32_t> MutablePixels();
+
+  /// The memory, shared so that its end can be noticed. Null for a surface that never had a size.
+  const std::shared_ptr<Block>& Memory() const { return block_; }
+  std::uint64_t Revision() const { return block_ ? block_->revision : 0; }
+
+ private:
+  int width_ = 0;
+  int height_ = 0;
+  std::shared_ptr<Block> block_;
+};
+
+}  // namespace orbelcast

@@ -1,0 +1,72 @@
+#include "platform/timer_driver.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace orbelcast {
+
+// Shared with the tick that is running, which may outlive the driver.
+struct TimerDriver::State {
+  State(MessageLoop& message_loop, Timer& driven, std::function<void()> on_tick)
+      : loop(message_loop), timer(driven), tick(std::move(on_tick)) {}
+
+  MessageLoop& loop;
+  Timer& timer;
+  std::function<void()> tick;
+  std::weak_ptr<State> self;
+  Connection interval_changed;
+  Connection enabled_changed;
+  EventQueue::TimerId armed = 0;
+  EventQueue::Nanoseconds due{};
+  bool running = false;
+  bool stopped = false;
+
+  EventQueue::Nanoseconds Period() const { return std::chrono::milliseconds(timer.Interval); }
+
+  void Disarm() {
+    if (armed != 0) loop.Queue().CancelTimer(std::exchange(armed, 0));
+  }
+
+  void Restart() {
+    Disarm();
+    if (stopped || !timer.Enabled || timer.Interval <= 0) return;
+    due = loop.Queue().Now() + Period();
+    if (!running) Arm();
+  }
+
+  void Arm() {
+    armed = loop.Queue().ArmTimer(due - loop.Queue().Now(), [this] {
+      armed = 0;
+      loop.RunHandler([this] { Tick(); });
+    });
+  }
+
+  void Tick() {
+    const std::shared_ptr<State> alive = self.lock();
+    running = true;
+    due += Period();
+    tick();
+    running = false;
+    if (stopped || !timer.Enabled || timer.Interval <= 0) return;
+    due = std::max(due, loop.Queue().Now());
+    Arm();
+  }
+};
+
+TimerDriver::TimerDriver(MessageLoop& loop, Timer& timer, std::function<void()> tick)
+    : state_(std::make_shared<State>(loop, timer, std::move(tick))) {
+  State* state = state_.get();
+  state->self = state_;
+  state->interval_changed = timer.Interval.Changed.Connect([state](int) { state->Restart(); });
+  state->enabled_changed = timer.Enabled.Changed.Connect([state](bool) { state->Restart(); });
+  state->Restart();
+}
+
+TimerDriver::~TimerDriver() {
+  state_->stopped = true;
+  state_->Disarm();
+  state_->interval_changed.Disconnect();
+  state_->enabled_changed.Disconnect();
+}
+
+}  // namespace orbelcast

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "platform/controls.h"
+#include "platform/message_loop.h"
+
+namespace orbelcast {
+
+/// Makes a Timer tick on a message loop.
+///
+/// Each tick is a handler, and a tick never starts while the last one is still running: a period that ends meanwhile
+/// gives one tick right after it, several give one. Ticks keep the period's rhythm rather than adding up the time that
+/// the ticks themselves take. Changing the interval or switching the timer on starts a new period.
+///
+/// The driver must outlive neither the loop nor the timer. It may be destroyed from inside its own tick.
+class TimerDriver {
+ public:
+  /// `tick` runs on a handler's stack.
+  TimerDriver(MessageLoop& loop, Timer& timer, std::function<void()> tick);
+  ~TimerDriver();
+  TimerDriver(const TimerDriver&) = delete;
+  TimerDriver& operator=(const TimerDriver&) = delete;
+
+ private:
+  struct State;
+  std::shared_ptr<State> state_;
+};
+
+}  // namespace orbelcast

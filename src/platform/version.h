@@ -1,0 +1,10 @@
+#pragma once
+
+namespace orbelcast {
+
+/// The controls' version, shown as "Version 1.0.0". The build checks that it is the project's.
+inline constexpr int kVersionMajor = 1;
+inline constexpr int kVersionMinor = 0;
+inline constexpr int kVersionRevision = 0;
+
+}  // namespace orbelcast
