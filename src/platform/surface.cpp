@@ -1,6 +1,7 @@
 #include "platform/surface.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace orbelcast {
 
@@ -24,6 +25,23 @@ constexpr std::uint32_t Blend(std::uint32_t over, std::uint32_t under) {
 }
 
 }  // namespace
+
+Surface::Surface(const Surface& other)
+    : width_(other.width_),
+      height_(other.height_),
+      block_(other.block_ ? std::make_shared<Block>(*other.block_) : nullptr) {}
+
+Surface::Surface(Surface&& other) noexcept
+    : width_(std::exchange(other.width_, 0)),
+      height_(std::exchange(other.height_, 0)),
+      block_(std::move(other.block_)) {}
+
+Surface& Surface::operator=(Surface other) noexcept {
+  width_ = std::exchange(other.width_, 0);
+  height_ = std::exchange(other.height_, 0);
+  block_ = std::move(other.block_);
+  return *this;
+}
 
 void Surface::Resize(int width, int height, Color background) {
   if (width <= 0 || height <= 0 || width > kMaxSide || height > kMaxSide ||

@@ -40,6 +40,11 @@ class Surface {
 
   Surface() = default;
   Surface(int width, int height, Color background = 0) { Resize(width, height, background); }
+  /// A copy has pixels of its own.
+  Surface(const Surface& other);
+  Surface(Surface&& other) noexcept;
+  Surface& operator=(Surface other) noexcept;
+  ~Surface() = default;
 
   int Width() const { return width_; }
   int Height() const { return height_; }
