@@ -88,10 +88,15 @@ struct PictureBox : ChildControl {
   void Refresh() { Refreshed(); }
   Signal<> Refreshed;
 
+  /// A picture that the box carries, such as an icon; it is not drawn by itself.
+  const Surface& Picture() const { return picture_; }
+  void SetPicture(Surface picture) { picture_ = std::move(picture); }
+
   std::function<void(Drop& drop)> OnDrop;
 
  private:
   Surface surface_;
+  Surface picture_;
 };
 
 /// A picture that is shown stretched to its place.

@@ -49,7 +49,8 @@ class Connection {
 /// Something that tells whoever listens. Listeners are called in the order in which they came.
 ///
 /// A listener may add and remove listeners (itself too) and may destroy the signal while it is being told: one that is
-/// removed is not called any more, one that is added is called from the next time on. Telling allocates nothing.
+/// removed is not called any more, one that is added is called from the next time on. Telling allocates nothing. What a
+/// listener throws ends that listener alone: whoever tells goes on with its next step.
 template <typename... Args>
 class Signal {
  public:
@@ -110,7 +111,12 @@ class Signal {
       ++telling_;
       const std::size_t count = entries_.size();
       for (std::size_t i = 0; i < count && i < entries_.size(); ++i) {
-        if (const std::shared_ptr<Entry> entry = entries_[i]) entry->listener(args...);
+        const std::shared_ptr<Entry> entry = entries_[i];
+        if (!entry) continue;
+        try {
+          entry->listener(args...);
+        } catch (...) {  // NOLINT(bugprone-empty-catch): see the class's comment.
+        }
       }
       --telling_;
       Tidy();

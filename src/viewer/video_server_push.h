@@ -4,8 +4,10 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "imaging/motion.h"
+#include "imaging/status_icons.h"
 #include "platform/controls.h"
 #include "platform/platform.h"
 #include "platform/timer_driver.h"
@@ -168,7 +170,68 @@ class VideoServerPush {
  private:
   explicit VideoServerPush(Platform& platform);
 
-  // Written out with the control's own work.
+  // Lifecycle (video_server_push.cpp).
+  void PlaceChildren();
+  void ConnectHandlers();
+  void UserControl_Initialize();
+  void UserControl_Terminate();
+  void Notify(std::int16_t code);
+
+  // Connect, in its order (connect.cpp).
+  void ShowConnecting();
+  bool SendFirstRequest(const std::string& msg);
+  void RaiseFirstAnswer();
+  void StartStreaming(bool once);
+  void ReportFailure(std::string& url, bool& once, int status);
+
+  // The frame loop (frame_loop.cpp).
+  void MasterTimer_Timer();
+  bool FetchFrame(std::string& recording, std::string& server_information);
+  bool RequestFailed() const;
+  void FailTick();
+  void ReadServerInformation(std::string& text) const;
+  void UpdateOncePerSecond(const std::string& recording, const std::string& server_information);
+  void PublishRates();
+  bool OpenAndSend();
+
+  // What the frame loop and RequestEnd share (frame_loop.cpp).
+  void RaiseTimeCode(std::string time_code);
+  void RaiseTimeCodeOrClock();
+  void ShowRecording(std::string_view recording);
+  void KeepStatusDrawing();
+
+  // A frame on its way to the screen (process_frame.cpp).
+  void ProcessFrame(bool SkipMotion);
+  bool DrawFrame();
+  void DetectMotion();
+  void CountFirstFrames();
+
+  // Layout and strip (layout.cpp, status_line.cpp).
+  void DockStatusDisplay();
+  void UserControl_Resize();
+  void DrawStatusIcon(StatusIcon Kind);
+  void SetStatus(const std::string& text) { lStatus.Caption = text; }
+  std::string MapStatus(const std::string& text) const { return platform_.text_mapper.Map(text, 0); }
+  void RaiseStatus();
+  void Menux_Click(std::int16_t Index);
+  void StatusStrip_MouseDown(std::int16_t Button);
+  void RaiseMouseDown(std::int16_t Button);
+  void RaiseDrop(Drop& drop);
+
+  /// Lets other handlers run. False once the host has released the control meanwhile: the caller then just returns.
+  bool Yield();
+  /// The same inside Connect, where a newer Connect that began meanwhile takes over as well.
+  bool YieldInConnect();
+  /// Waits for the answer to the request that is under way. False when the control was released, or a Connect put another
+  /// request in its place meanwhile.
+  bool WaitForResponse();
+  /// Keeps the control alive until a handler has ended, whatever the host does meanwhile.
+  std::shared_ptr<VideoServerPush> StayAlive() const { return self_.lock(); }
+
+  Platform& platform_;
+  std::weak_ptr<VideoServerPush> self_;
+
+  // The properties' stored values.
   std::int16_t frame_rate_ = 1;
   bool show_bandwidth_ = false;
   bool motion_detector_ = false;
@@ -179,10 +242,42 @@ class VideoServerPush {
   bool auto_reconnect_ = false;
   std::string username_;
   std::string password_;
-  std::string current_url_;
   MotionSettings motion_;
-  float width_ = 6015;
+
+  // The control's state.
+  std::shared_ptr<HttpRequest> Requester;  ///< The one request object; every Connect makes a new one.
+  std::string current_url_;                ///< What URL gives.
+  FrameBytes FrameBuffer;                  ///< Body of the last answer, as received.
+  bool StreamStopped = true;               ///< No stream runs: ticks do nothing.
+  bool SingleShot = false;
+  bool StopAfterTick = false;      ///< The tick that runs switches the timer off at its end.
+  bool DisconnectPending = false;  ///< A tick that still comes disconnects instead of fetching.
+  std::int32_t FailureCount = 0;   ///< Frame requests that failed in a row.
+  std::int32_t BytesThisSecond = 0;
+  std::int32_t FramesThisSecond = 0;
+  std::int32_t KilobytesPerSecond = 0;
+  std::string LastSecondText;       ///< hh:mm:ss of the last once-a-second update.
+  std::int16_t StatusLineMode = 0;  ///< TimeRetrieve shows: 0 the server's date, 1 its name, 2 its status.
+  bool FirstFrameShown = false;
+  bool ConnectedFlag = false;  ///< The server has answered 200. Nothing reads it.
+  std::int32_t TwipsPerPixelX = 15;
+  std::int32_t TwipsPerPixelY = 15;
+  std::string StreamTempFile;  ///< A name only: no such file is made.
+  bool Terminating = false;    ///< The host has released the control.
+  int first_frames_ = 0;       ///< New frames since Connect, up to the second, which raises Connected again.
+
+  std::uint64_t connects_ = 0;  ///< Counts Connects that got going, so that one can tell that a newer one began.
+  int ticks_running_ = 0;
+  std::string spare_recording_;  ///< Memory of a tick's texts, kept so that a frame allocates none.
+  std::string spare_information_;
+  Surface test_card_;
+
+  float width_ = 6015;  ///< The design size, until the host sites the control.
   float height_ = 3900;
+
+  // Last, so that they end first.
+  std::unique_ptr<TimerDriver> master_driver_;
+  std::unique_ptr<TimerDriver> dummy_driver_;
 };
 
 }  // namespace orbelcast

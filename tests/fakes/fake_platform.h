@@ -1,0 +1,63 @@
+#pragma once
+
+#include <string>
+
+#include "adapters/fiber/fiber_loop.h"
+#include "fakes/fake_http.h"
+#include "fakes/manual_queue.h"
+#include "platform/platform.h"
+
+namespace orbelcast::fakes {
+
+/// A decoder whose pictures are one colour: a "JPEG" is the bytes red, green, blue, width / 10, height / 10. Anything
+/// shorter cannot be read.
+class FakeJpegDecoder final : public JpegDecoder {
+ public:
+  bool DrawJpeg(Surface& target, const FrameBytes& jpeg, int width, int height) override {
+    return DrawJpegAt(target, jpeg, 0, 0, width, height);
+  }
+  bool DrawJpegAt(Surface& target, const FrameBytes& jpeg, int x, int y, int width, int height) override {
+    const auto bytes = jpeg.Bytes();
+    if (bytes.size() < 5) return false;
+    width_ = bytes[3] * 10;
+    height_ = bytes[4] * 10;
+    if (width == 0) width = width_;
+    if (height == 0) height = height_;
+    target.FillBox(x, y, x + width - 1, y + height - 1, Rgb(bytes[0], bytes[1], bytes[2]));
+    return true;
+  }
+  int JpegWidth() const override { return width_; }
+  int JpegHeight() const override { return height_; }
+
+ private:
+  int width_ = 0;
+  int height_ = 0;
+};
+
+/// Every picture is 16 × 16 (the first byte of the file is not looked at) and one colour.
+class FakePictures final : public PictureCodec {
+ public:
+  Surface Decode(std::span<const std::uint8_t>) override { return {16, 16, Rgb(1, 2, 3)}; }
+  std::vector<std::uint8_t> Encode(const Surface&) override { return {}; }
+};
+
+class FakeFiles final : public Files {
+ public:
+  std::string TemporaryDirectory() const override { return "/tmp/"; }
+};
+
+/// Everything that a control needs, with time that a test moves and a server that a test scripts.
+struct FakePlatform {
+  ManualQueue queue;
+  FiberLoop loop{queue};
+  ManualClock clock{queue};
+  Screen screen;
+  TextMapper text_mapper;
+  FakeFiles files;
+  FakeHttp http{loop};
+  FakeJpegDecoder jpeg_decoder;
+  FakePictures pictures;
+  Platform platform{loop, clock, screen, text_mapper, files, http, jpeg_decoder, pictures};
+};
+
+}  // namespace orbelcast::fakes
