@@ -1,6 +1,7 @@
 #include "fakes/fake_http.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace orbelcast::fakes {
 

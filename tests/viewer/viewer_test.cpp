@@ -1,0 +1,621 @@
+// The stream viewer on a scripted server and a clock that the test moves.
+
+#include <gmock/gmock.h>
+
+#include "fakes/event_log.h"
+#include "fakes/fake_platform.h"
+#include "platform/version.h"
+#include "viewer/video_server_push.h"
+
+namespace orbelcast {
+namespace {
+
+using fakes::Answer;
+using fakes::EventLog;
+using fakes::FakePlatform;
+using std::chrono::milliseconds;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr auto kUrl = "http://camera/live/1";
+
+/// A picture in one colour, 640 × 480, padded to `size` bytes.
+std::vector<std::uint8_t> Picture(std::uint8_t red, std::uint8_t green, std::uint8_t blue, std::size_t size = 5) {
+  std::vector<std::uint8_t> bytes{red, green, blue, 64, 48};
+  bytes.resize(size);
+  return bytes;
+}
+
+Answer Good(std::vector<std::uint8_t> body = Picture(10, 20, 30)) {
+  return {.headers = {{"Server", "Cam/1"}, {"Date", "Wed"}, {"HolmvaneStatus", "fine"}}, .body = std::move(body)};
+}
+
+Answer WithStatus(int status) { return {.status = status, .headers = {}, .body = {}}; }
+
+class ViewerTest : public testing::Test {
+ protected:
+  ViewerTest() { viewer->Resize(9600, 7200); }
+
+  std::int16_t SetFrameRate(std::int16_t rate) {
+    viewer->FrameRate(rate);
+    return rate;
+  }
+  void Run(milliseconds time) { world.queue.Advance(time); }
+
+  FakePlatform world;
+  std::shared_ptr<VideoServerPush> viewer = VideoServerPush::Create(world.platform);
+  EventLog events{*viewer};
+};
+
+TEST_F(ViewerTest, StartsStoppedWithTheTestCardAndTheVersion) {
+  EXPECT_TRUE(viewer->Mira.Visible);
+  EXPECT_EQ(viewer->Mira.Picture().Width(), 16);
+  EXPECT_FALSE(viewer->VideoStream.Visible);
+  EXPECT_FALSE(viewer->StatusDisplay.Visible);
+  EXPECT_EQ(viewer->TimeRetrieve.Caption.Get(), "Version " + std::to_string(kVersionMajor) + "." +
+                                                    std::to_string(kVersionMinor) + "." +
+                                                    std::to_string(kVersionRevision));
+  EXPECT_EQ(viewer->lStatus.Caption.Get(), "");
+  EXPECT_TRUE(viewer->Menux[0].Checked);
+  EXPECT_FALSE(viewer->MasterTimer.Enabled);
+  EXPECT_TRUE(viewer->Dummy.Enabled);
+  EXPECT_EQ(viewer->MasterTimer.Interval, 1000);
+  EXPECT_THAT(world.http.log, ElementsAre("SetTimeouts 10000 10000 10000 10000"));
+}
+
+TEST_F(ViewerTest, FrameRateIsLimitedWrittenBackAndPacesTheTimer) {
+  const auto expect = [&](std::int16_t set, std::int16_t kept, int interval) {
+    EXPECT_EQ(SetFrameRate(set), kept);
+    EXPECT_EQ(viewer->FrameRate(), kept);
+    EXPECT_EQ(viewer->MasterTimer.Interval, interval);
+  };
+  expect(0, 1, 1000);
+  expect(-5, 1, 1000);
+  expect(40, 30, 33);
+  expect(3, 3, 333);
+  expect(7, 7, 143);
+  expect(16, 16, 62);  // 62.5 goes to the even one.
+}
+
+TEST_F(ViewerTest, MotionSensivityStoresAThresholdAndWritesItsArgumentBack) {
+  const auto expect = [&](std::int32_t set, std::int32_t written_back, std::int32_t threshold) {
+    viewer->MotionSensivity(set);
+    EXPECT_EQ(set, written_back);
+    EXPECT_EQ(viewer->MotionSensivity(), threshold);
+  };
+  expect(150, 0, 0);
+  expect(100, 0, 0);
+  expect(50, 50, 20);
+  expect(0, 100, 39);
+  expect(-200, 300, 117);
+  expect(-700, 800, 255);
+}
+
+TEST_F(ViewerTest, ConnectOpensAStreamInItsOrder) {
+  world.http.answers = {Good(Picture(1, 2, 3, 2000))};
+  viewer->Username("u");
+  viewer->Password("p");
+  world.http.log.clear();
+  viewer->Connect(kUrl);
+
+  // The first picture is fetched twice: by Connect itself and by the tick that it runs at once.
+  EXPECT_THAT(world.http.log,
+              ElementsAre("SetTimeouts 20000 20000 20000 60000", "Open GET http://camera/live/1 async",
+                          "SetCredentials u p 0", "Send", "Open GET http://camera/live/1 async", "SetCredentials u p 0",
+                          "Send"));
+  // The first tick does the once-a-second work as well.
+  EXPECT_THAT(events.Take(), ElementsAre("Status(Connecting...)", "Status(Streaming...\r\nCam/1\r\n)",
+                                         "StreamInfo(2000,1)", "Connected"));
+  EXPECT_EQ(viewer->lStatus.Caption.Get(), "2 KB/s (16Kbps) -> 1 fps");
+  EXPECT_EQ(viewer->TimeRetrieve.Caption.Get(), "Wed");
+  EXPECT_EQ(viewer->URL(), kUrl);
+  EXPECT_TRUE(viewer->VideoStream.Visible);
+  EXPECT_TRUE(viewer->MasterTimer.Enabled);
+  EXPECT_FALSE(viewer->StatusDisplay.Visible);  // ShowBandwidth is off.
+  EXPECT_EQ(viewer->VideoStream.Image().Point(300, 200), Rgb(1, 2, 3));
+  EXPECT_EQ(viewer->BuffPic.Width, 640 * 15);
+
+  // The second frame raises Connected once more, and no later one does.
+  Run(milliseconds(3500));
+  EXPECT_THAT(events.Take(), ElementsAre("Connected", "StreamInfo(2000,1)", "StreamInfo(2000,1)", "StreamInfo(2000,1)"));
+  EXPECT_EQ(world.http.sent, 5);
+}
+
+TEST_F(ViewerTest, OnlyOnceShowsOnePictureOfOneRequest) {
+  world.http.answers = {Good()};
+  viewer->Connect(kUrl, true);
+  EXPECT_EQ(world.http.sent, 1);
+  EXPECT_THAT(events.Take(), ElementsAre("Status(Connecting...)", "Status(Streaming...\r\nCam/1\r\n)", "Connected"));
+  EXPECT_TRUE(viewer->VideoStream.Visible);
+  Run(milliseconds(5000));
+  EXPECT_EQ(world.http.sent, 1);
+  EXPECT_FALSE(viewer->MasterTimer.Enabled);
+  EXPECT_THAT(events.Take(), IsEmpty());
+}
+
+TEST_F(ViewerTest, AddressesOtherThanHttpAreIgnored) {
+  for (const char* url : {"https://camera/", "camera/live", "", "http:/x", "ftp://camera/"}) {
+    viewer->Connect(url);
+    EXPECT_THAT(events.Take(), IsEmpty()) << url;
+    EXPECT_EQ(viewer->lStatus.Caption.Get(), "") << url;
+  }
+  viewer->Connect("HTTP://camera/live/1");
+  EXPECT_EQ(viewer->URL(), "HTTP://camera/live/1");
+}
+
+TEST_F(ViewerTest, FailuresAreReportedInOrder) {
+  world.http.answers = {WithStatus(401)};
+  viewer->Connect(kUrl, true);
+  EXPECT_EQ(viewer->lStatus.Caption.Get(), "Connection failed.  (401)");
+  EXPECT_THAT(events.Take(),
+              ElementsAre("Status(Connecting...)", "Status(Connection failed.  (401))", "Disconnected",
+                          "ConnectionFailed", "ConnectionFailedV2(http://camera/live/1,True)"));
+  EXPECT_EQ(viewer->URL(), "");
+  EXPECT_TRUE(viewer->StatusDisplay.Visible);
+
+  world.http.answers = {WithStatus(506)};
+  viewer->Connect(kUrl);
+  EXPECT_EQ(viewer->lStatus.Caption.Get(), "Video not found.");
+  EXPECT_EQ(viewer->lStatus.ToolTipText.Get(), kUrl);
+
+  world.http.answers = {Answer{.headers = {}, .body = {}, .fails = true}};
+  viewer->Connect(kUrl);
+  EXPECT_EQ(viewer->lStatus.Caption.Get(), "Connection failed.  (0)");
+
+  events.Take();
+  viewer->AutoReconnect(true);
+  viewer->Connect(kUrl);
+  EXPECT_THAT(events.Take(), ElementsAre("Status(Connecting...)"));
+  EXPECT_EQ(viewer->lStatus.Caption.Get(), "Connecting...");
+}
+
+TEST_F(ViewerTest, HeadersOfTheFirstAnswerAreTold) {
+  events.skip_time_codes = false;
+  Answer answer = WithStatus(500);
+  answer.headers = {{"VigilboxInfo", "1 welcome"}, {"PlugIns", "plate reader"}};
+  world.http.answers = {answer};
+  viewer->Connect(kUrl);
+  EXPECT_THAT(events.Take(), testing::IsSupersetOf({"VigilboxInfo(1 welcome)", "Plugin(plate reader)"}));
+
+  answer = Good();
+  answer.headers["VigilboxInfo"] = "0 nothing";
+  answer.headers["RC_TCR"] = "20240131235959";
+  world.http.answers = {answer};
+  viewer->Connect(kUrl, true);
+  EXPECT_THAT(events.Take(), ElementsAre("Status(Connecting...)", "VigilboxTCR(2024,01,31,23,59,59,00,20240131235959)",
+                                         "Status(Streaming...\r\nCam/1\r\n)",
+                                         "VigilboxTCR(2024,01,31,23,59,59,00,20240131235959)", "Connected"));
+
+  // Nothing is validated; without the header a tick goes by the clock.
+  answer.headers["RC_TCR"] = "20240";
+  world.http.answers = {answer, Good()};
+  viewer->Connect(kUrl);
+  EXPECT_THAT(events.Take(), ElementsAre("Status(Connecting...)", "VigilboxTCR(2024,0,,,,,00,20240)",
+                                         "Status(Streaming...\r\nCam/1\r\n)",
+                                         "VigilboxTCR(2024,01,31,12,00,00,00,20240131120000)", "Connected"));
+}
+
+TEST_F(ViewerTest, TheMessageIsShownWhileTheFirstRequestIsUnderWay) {
+  Answer late = Good();
+  late.delay = milliseconds(300);
+  world.http.answers = {late};
+  std::vector<bool> shown;
+  viewer->WarningFrame.Visible.Changed.Listen([&](bool visible) { shown.push_back(visible); });
+  world.loop.RunHandler([&] { viewer->Connect(kUrl, true, "One moment"); });
+  Run(milliseconds(200));
+  EXPECT_TRUE(viewer->WarningFrame.Visible);
+  EXPECT_EQ(viewer->WarningMsg.Caption.Get(), "One moment");
+  Run(milliseconds(200));
+  EXPECT_THAT(shown, ElementsAre(true, false));
+}
+
+TEST_F(ViewerTest, TheFetchCapHoldsOnePictureMoreThanTheFrameRate) {
+  world.http.answers = {Good(Picture(1, 1, 1, 4096))};
+  SetFrameRate(5);
+  viewer->Connect(kUrl);
+  viewer->MasterTimer.Interval = 20;  // A timer that fires faster than it was asked to.
+  events.Take();
+  Run(milliseconds(3000));
+  EXPECT_THAT(events.Take(), ElementsAre("Connected", "StreamInfo(24576,6)", "StreamInfo(24576,6)", "StreamInfo(24576,6)"));
+}
+
+TEST_F(ViewerTest, BandwidthIsRoundedToEvenAndSmallSecondsAreNotTold) {
+  const auto second_of = [&](std::size_t bytes) {
+    world.http.answers = {Good(Picture(1, 1, 1, bytes))};
+    Run(milliseconds(1000));
+    const std::string line = viewer->lStatus.Caption.Get();
+    return line.substr(0, line.find(' '));
+  };
+  world.http.answers = {Good(Picture(1, 1, 1, 512))};
+  viewer->Connect(kUrl);
+  EXPECT_EQ(viewer->lStatus.Caption.Get(), "Streaming...\r\nCam/1\r\n");  // 512 bytes are half a kilobyte: none.
+  EXPECT_EQ(second_of(513), "1");
+  EXPECT_EQ(second_of(1536), "2");
+  EXPECT_EQ(second_of(2560), "2");
+  events.Take();
+  EXPECT_EQ(second_of(500), "2");
+  EXPECT_THAT(events.Take(), IsEmpty());
+}
+
+TEST_F(ViewerTest, FailedTicksPaintCountAndRecover) {
+  world.http.answers = {Good(), Good(), WithStatus(500)};
+  viewer->Connect(kUrl);
+  events.Take();
+  const std::string line = viewer->lStatus.Caption;
+  Run(milliseconds(4000));
+  EXPECT_THAT(events.Take(), IsEmpty());
+  EXPECT_EQ(viewer->VideoStream.Image().Point(320, 240), Rgb(1, 2, 3));  // The "no answer" picture in the middle.
+  EXPECT_EQ(viewer->VideoStream.Image().Point(300, 240), Rgb(10, 20, 30));
+  Run(milliseconds(1000));
+  EXPECT_THAT(events.Take(), ElementsAre("ConnectionBroken"));
+  Run(milliseconds(5000));
+  EXPECT_THAT(events.Take(), ElementsAre("ConnectionBroken"));
+  EXPECT_EQ(viewer->lStatus.Caption.Get(), line);
+
+  // A good frame shows again and starts the count anew.
+  world.http.answers = {WithStatus(500), WithStatus(500), Good(), WithStatus(500)};
+  Run(milliseconds(7000));
+  EXPECT_THAT(events.Take(), ElementsAre("Connected"));
+  world.http.answers = {Good()};
+  Run(milliseconds(1000));
+  EXPECT_EQ(viewer->VideoStream.Image().Point(320, 240), Rgb(10, 20, 30));
+}
+
+TEST_F(ViewerTest, WithAutoReconnectAFailingStreamIsSilentUntilItIsBack) {
+  viewer->AutoReconnect(true);
+  world.http.answers = {Good(Picture(1, 1, 1, 2048)), Good(Picture(1, 1, 1, 2048)), WithStatus(500)};
+  viewer->Connect(kUrl);
+  events.Take();
+  Run(milliseconds(60000));
+  EXPECT_THAT(events.Take(), IsEmpty());
+  world.http.answers = {Good(Picture(1, 1, 1, 2048))};
+  Run(milliseconds(2000));
+  EXPECT_THAT(events.Take(), ElementsAre("Connected", "StreamInfo(2048,1)", "StreamInfo(2048,1)"));
+}
+
+TEST_F(ViewerTest, DisconnectReturnsToTheTestCard) {
+  world.http.answers = {Good()};
+  viewer->Connect(kUrl);
+  events.Take();
+  for (int again = 0; again < 2; ++again) {
+    viewer->Disconnect();
+    EXPECT_THAT(events.Take(), ElementsAre("Status(Disconnecting...)", "Disconnected"));
+    EXPECT_EQ(viewer->lStatus.Caption.Get(), "Disconnected.");
+    EXPECT_EQ(viewer->URL(), "");
+    EXPECT_TRUE(viewer->Mira.Visible);
+    EXPECT_FALSE(viewer->VideoStream.Visible);
+    EXPECT_TRUE(viewer->StatusDisplay.Visible);
+  }
+  const int sent = world.http.sent;
+  viewer->ToogleClock(true);
+  Run(milliseconds(3000));
+  EXPECT_EQ(world.http.sent, sent);
+  EXPECT_THAT(events.Take(), IsEmpty());
+}
+
+TEST_F(ViewerTest, StopGettingFramesShowsOneMoreFrame) {
+  world.http.answers = {Good()};
+  viewer->Connect(kUrl);
+  const int sent = world.http.sent;
+  viewer->StopGettingFrames();
+  EXPECT_EQ(viewer->lStatus.Caption.Get(), "Stopped");
+  EXPECT_EQ(viewer->TimeRetrieve.Caption.Get(), "");
+  Run(milliseconds(5000));
+  EXPECT_EQ(world.http.sent, sent + 1);
+  EXPECT_FALSE(viewer->MasterTimer.Enabled);
+  EXPECT_EQ(viewer->URL(), kUrl);
+  // The stop stays: each resumption gives one more tick.
+  viewer->ToogleClock(true);
+  Run(milliseconds(5000));
+  EXPECT_EQ(world.http.sent, sent + 2);
+  viewer->Pulse();
+  EXPECT_EQ(world.http.sent, sent + 3);
+}
+
+TEST_F(ViewerTest, PulseStepsOnlyAfterAFirstFrame) {
+  world.http.answers = {Good()};
+  viewer->Pulse();
+  EXPECT_EQ(world.http.sent, 0);
+  viewer->Connect(kUrl);
+  const int sent = world.http.sent;
+  viewer->Pulse();
+  Run(milliseconds(5000));
+  EXPECT_EQ(world.http.sent, sent + 1);
+}
+
+TEST_F(ViewerTest, RequestEndTreatsTheLastAnswerAsAFrame) {
+  events.skip_time_codes = false;
+  world.http.answers = {Good(), Good(), WithStatus(500)};
+  viewer->Connect(kUrl);
+  events.Take();
+  viewer->RequestEnd();
+  EXPECT_THAT(events.Take(), ElementsAre(testing::StartsWith("VigilboxTCR"), "Connected"));
+
+  events.skip_time_codes = true;
+  Run(milliseconds(1000));
+  for (int i = 0; i < 8; ++i) viewer->RequestEnd();  // Alone it never gets to the fifth failure.
+  EXPECT_THAT(events.Take(), IsEmpty());
+  Run(milliseconds(4000));
+  viewer->RequestEnd();  // Four failed ticks before make this failure the fifth.
+  EXPECT_THAT(events.Take(), ElementsAre("ConnectionBroken", testing::StartsWith("Status("), "Disconnected"));
+}
+
+TEST_F(ViewerTest, TheStripShowsWhatTheMenuChose) {
+  viewer->ShowBandwidth(true);
+  Answer answer = Good();
+  answer.headers["Recording"] = "Yes";
+  world.http.answers = {answer};
+  viewer->Connect(kUrl);
+  EXPECT_TRUE(viewer->StatusDisplay.Visible);
+  EXPECT_EQ(viewer->StatusDisplay.Image().Point(25, 8), Rgb(1, 2, 3));  // The recording icon.
+
+  viewer->Menux[1].OnClick();
+  EXPECT_EQ(viewer->TimeRetrieve.Caption.Get(), "Wed");  // From the next second on.
+  Run(milliseconds(1000));
+  EXPECT_EQ(viewer->TimeRetrieve.Caption.Get(), "Cam/1");
+  EXPECT_FALSE(viewer->Menux[0].Checked);
+  EXPECT_TRUE(viewer->Menux[1].Checked);
+  viewer->Menux[2].OnClick();
+  world.http.answers.front().headers["Recording"] = "yes";
+  Run(milliseconds(1000));
+  EXPECT_EQ(viewer->TimeRetrieve.Caption.Get(), "fine");
+  EXPECT_EQ(viewer->StatusDisplay.Image().Point(25, 8), viewer->StatusDisplay.BackColor);
+
+  EXPECT_FALSE(viewer->Menux[3].OnClick);
+  viewer->MotionByZones(true);
+  const int opened = world.http.Count("SetTimeouts");
+  viewer->Menux[4].OnClick();
+  Run(milliseconds(100));
+  EXPECT_EQ(world.http.Count("SetTimeouts 20000"), opened);
+  viewer->Disconnect();
+  events.Take();
+  viewer->Menux[4].OnClick();
+  EXPECT_THAT(events.Take(), IsEmpty());
+}
+
+TEST_F(ViewerTest, MouseAndDropRules) {
+  int popped_up = 0;
+  viewer->MainMenu.PoppedUp.Listen([&] { ++popped_up; });
+  viewer->VideoStream.OnMouseDown(kRightButton);
+  viewer->VideoStream.OnMouseDown(kLeftButton);
+  viewer->Mira.OnMouseDown(kRightButton);
+  viewer->StatusDisplay.OnMouseDown(kLeftButton);
+  EXPECT_THAT(events.Take(), ElementsAre("MouseDown(1)", "MouseDown(2)"));
+  EXPECT_EQ(popped_up, 0);
+  viewer->lStatus.OnMouseDown(kRightButton);
+  viewer->TimeRetrieve.OnMouseDown(kRightButton);
+  EXPECT_EQ(popped_up, 2);
+
+  viewer->Events.OLEDragDrop.Listen([](DropData& data, std::int32_t& effect, std::int16_t&, std::int16_t&, float&,
+                                       float&) { effect = data.Get("text/plain") == "hello" ? 2 : 0; });
+  Drop drop{.data = {{{"text/plain", "hello"}}}, .effect = 1, .button = 1, .shift = 2, .x = 30, .y = 45};
+  viewer->Mira.OnDrop(drop);
+  EXPECT_EQ(drop.effect, 2);
+  EXPECT_THAT(events.Take(), ElementsAre("OLEDragDrop(1 formats,1,1,2,30.000000,45.000000)"));
+}
+
+TEST_F(ViewerTest, LayoutFollowsTheSize) {
+  EXPECT_EQ(viewer->Mira.Width, 9600);
+  EXPECT_EQ(viewer->VideoStream.Height, 7200);
+  EXPECT_EQ(viewer->StatusDisplay.Top, 7200 - 390);
+  EXPECT_EQ(viewer->lStatus.Top, 0);
+  EXPECT_EQ(viewer->lStatus.Width, 9600 - 870);
+  EXPECT_EQ(viewer->MotionPicture[2].Left, -75);
+  viewer->Resize(1000, 300);
+  EXPECT_LT(viewer->WarningFrame.Left, 0);
+  EXPECT_EQ(viewer->WarningFrame.Top, (300 - 495) / 2.0F);
+
+  // Before the first frame a resize counts none; after it the frame is drawn again and counted, so that two of them use
+  // up what a FrameRate of 1 lets through in this second.
+  world.http.answers = {Good(Picture(9, 9, 9, 2048))};
+  viewer->Connect(kUrl);
+  events.Take();
+  viewer->Resize(4800, 3600);
+  viewer->Resize(9600, 7200);
+  EXPECT_EQ(viewer->VideoStream.Image().Width(), 640);
+  EXPECT_EQ(viewer->VideoStream.Image().Point(639, 479), Rgb(9, 9, 9));
+  Run(milliseconds(1000));
+  EXPECT_THAT(events.Take(), ElementsAre("StreamInfo(4096,2)"));
+
+  viewer->ShowMotion(true);
+  EXPECT_FALSE(viewer->MotionPicture[2].Visible);
+  viewer->MotionDetector(true);
+  EXPECT_TRUE(viewer->MotionPicture[2].Visible);
+}
+
+TEST_F(ViewerTest, MotionIsToldInOrder) {
+  viewer->MotionDetector(true);
+  viewer->MotionByZones(true);
+  std::int32_t sensitivity = 50;
+  viewer->MotionSensivity(sensitivity);
+  world.http.answers = {Good(), Good(Picture(64, 64, 64)), Good(Picture(255, 255, 255)), Good(Picture(255, 255, 255))};
+  viewer->Connect(kUrl);
+  events.Take();
+  Run(milliseconds(1000));
+  EXPECT_THAT(events.Take(), ElementsAre("MotionArea(0,0,88,80)", "MotionDetected(0,0,88,80)", "MotionDetectedArea(1)",
+                                         "Connected"));
+  EXPECT_EQ(viewer->MotionPicture[2].Image().Point(88, 40), Rgb(128, 128, 0));
+  Run(milliseconds(1000));
+  EXPECT_THAT(events.Take(), IsEmpty());
+}
+
+TEST_F(ViewerTest, APictureThatCannotBeReadLeavesTheLastOneAndIsCounted) {
+  world.http.answers = {Good(Picture(7, 7, 7, 2048)), Good(Picture(7, 7, 7, 2048)), Good({1, 2})};
+  viewer->Connect(kUrl);
+  events.Take();
+  Run(milliseconds(1000));
+  EXPECT_EQ(viewer->VideoStream.Image().Point(10, 10), Rgb(7, 7, 7));
+  EXPECT_THAT(events.Take(), ElementsAre("Connected"));
+}
+
+TEST_F(ViewerTest, HiddenByItsContainerItWaitsForTheNextConnect) {
+  world.http.answers = {Good()};
+  viewer->Connect(kUrl);
+  const int sent = world.http.sent;
+  viewer->UserControl_Hide();
+  Run(milliseconds(5000));
+  EXPECT_EQ(world.http.sent, sent);
+  viewer->Connect(kUrl);
+  Run(milliseconds(1000));
+  EXPECT_EQ(world.http.sent, sent + 3);
+}
+
+TEST_F(ViewerTest, ASlowTickIsNeverJoinedByAnother) {
+  SetFrameRate(20);
+  Answer slow = Good();
+  slow.delay = milliseconds(400);
+  world.http.answers = {Good(), Good(), slow};
+  viewer->Connect(kUrl);
+  const int sent = world.http.sent;
+  Run(milliseconds(2000));
+  EXPECT_EQ(world.http.sent, sent + 5);
+}
+
+TEST_F(ViewerTest, TenMinutesOfThirtyASecond) {
+  SetFrameRate(30);
+  world.http.answers = {Good(Picture(1, 1, 1, 2048))};
+  viewer->Connect(kUrl);
+  const int sent = world.http.sent;
+  world.http.log.clear();
+  for (int minute = 0; minute < 10; ++minute) {
+    Run(std::chrono::minutes(1));
+    world.http.log.clear();
+    events.Take();
+  }
+  EXPECT_NEAR(world.http.sent - sent, 600 * 1000 / 33, 20);
+}
+
+TEST_F(ViewerTest, ANewerConnectTakesOverFromOneThatWaits) {
+  Answer never;
+  never.never = true;
+  world.http.answers = {never, Good()};
+  world.loop.RunHandler([&] { viewer->Connect("http://dead/"); });
+  Run(milliseconds(100));
+  viewer->Connect(kUrl);
+  events.Take();
+  Run(milliseconds(1000));
+  EXPECT_EQ(viewer->URL(), kUrl);
+  EXPECT_TRUE(viewer->MasterTimer.Enabled);
+  EXPECT_THAT(events.Take(), ElementsAre("Connected"));
+}
+
+TEST_F(ViewerTest, ListenersThatThrowDoNotStopTheStream) {
+  viewer->Events.Connected.Listen([] { throw std::runtime_error("host's fault"); });
+  world.http.answers = {Good()};
+  viewer->Connect(kUrl);
+  Run(milliseconds(2000));
+  EXPECT_EQ(world.http.sent, 4);
+}
+
+// ---- The host's rudeness: released or disconnected at any moment ---------------------------------------------------
+
+/// A loop that does something at the n-th yield or wait of a handler.
+class RudeLoop final : public MessageLoop {
+ public:
+  explicit RudeLoop(MessageLoop& loop) : loop_(loop) {}
+  EventQueue& Queue() override { return loop_.Queue(); }
+  void RunHandler(std::function<void()> handler) override { loop_.RunHandler(std::move(handler)); }
+  void Yield() override {
+    Step();
+    loop_.Yield();
+  }
+  void Wait(Completion& completion) override {
+    Queue().Post([this] { Step(); });
+    loop_.Wait(completion);
+  }
+
+  int steps = 0;
+  int rude_at = -1;
+  std::function<void()> act;
+
+ private:
+  void Step() {
+    if (steps++ == rude_at) act();
+  }
+  MessageLoop& loop_;
+};
+
+struct RudeWorld {
+  fakes::ManualQueue queue;
+  FiberLoop fibers{queue};
+  RudeLoop loop{fibers};
+  fakes::ManualClock clock{queue};
+  Screen screen;
+  TextMapper text_mapper;
+  fakes::FakeFiles files;
+  fakes::FakeHttp http{loop};
+  fakes::FakeJpegDecoder jpeg_decoder;
+  fakes::FakePictures pictures;
+  Platform platform{loop, clock, screen, text_mapper, files, http, jpeg_decoder, pictures};
+
+  /// Streams with motion for some frames, fails, is disconnected: every kind of step. Acts rudely at step or event `at`;
+  /// returns how many steps and events there were.
+  int Run(int at, bool in_events, const std::function<void(std::shared_ptr<VideoServerPush>&)>& rude) {
+    auto viewer = VideoServerPush::Create(platform);
+    EventLog events(*viewer);
+    viewer->Resize(9600, 7200);
+    viewer->MotionDetector(true);
+    viewer->MotionByZones(true);
+    std::int32_t sensitivity = 100;
+    viewer->MotionSensivity(sensitivity);
+    Answer late = Good(Picture(200, 1, 1, 2048));
+    late.delay = milliseconds(5);
+    late.headers["VigilboxInfo"] = "1";
+    late.headers["PlugIns"] = "p";
+    http.answers = {late, late, late, WithStatus(500), WithStatus(500), WithStatus(500), WithStatus(500), WithStatus(500)};
+
+    int told = 0;
+    loop.steps = 0;
+    loop.act = [&] { rude(viewer); };
+    loop.rude_at = in_events ? -1 : at;
+    events.on_event = [&](const std::string&) {
+      if (in_events && told++ == at) rude(viewer);
+    };
+    const auto step = [&](auto work) {
+      fibers.RunHandler([&, work] {
+        if (viewer) work(*viewer);
+      });
+      queue.Advance(milliseconds(2500));
+    };
+    step([](VideoServerPush& v) { v.Connect("http://camera/", false, "wait"); });
+    queue.Advance(milliseconds(6000));
+    step([](VideoServerPush& v) { v.RequestEnd(); });
+    step([](VideoServerPush& v) { v.ShowStatus("x"); });
+    step([](VideoServerPush& v) { v.Disconnect(); });
+    http.answers = {WithStatus(404)};
+    step([](VideoServerPush& v) { v.Connect("http://camera/", true); });
+    return in_events ? told : loop.steps;
+  }
+};
+
+void TryEverywhere(const std::function<void(std::shared_ptr<VideoServerPush>&)>& rude) {
+  for (const bool in_events : {false, true}) {
+    const int count = RudeWorld().Run(-1, in_events, rude);
+    ASSERT_GT(count, in_events ? 20 : 1000);
+    // Nearly all steps are yields of the motion scan, alike but for their number: the first and then every 97th do.
+    for (int at = 0; at < count; at += at < 20 || at > count - 60 || in_events ? 1 : 97) RudeWorld().Run(at, in_events, rude);
+  }
+}
+
+TEST(ViewerRudenessTest, ReleasedAtAnyMoment) {
+  TryEverywhere([](std::shared_ptr<VideoServerPush>& viewer) { viewer.reset(); });
+}
+
+TEST(ViewerRudenessTest, DisconnectedAtAnyMoment) {
+  TryEverywhere([depth = std::make_shared<int>(0)](std::shared_ptr<VideoServerPush>& viewer) {
+    if (viewer && *depth == 0) {
+      ++*depth;
+      viewer->Disconnect();
+      --*depth;
+    }
+  });
+}
+
+TEST(ViewerRudenessTest, ConnectedAgainAtAnyMoment) {
+  TryEverywhere([](std::shared_ptr<VideoServerPush>& viewer) {
+    if (viewer) viewer->Connect("http://other/", false);
+  });
+}
+
+}  // namespace
+}  // namespace orbelcast
