@@ -335,8 +335,8 @@ TEST_F(ViewerTest, RequestEndTreatsTheLastAnswerAsAFrame) {
   Run(milliseconds(1000));
   for (int i = 0; i < 8; ++i) viewer->RequestEnd();  // Alone it never gets to the fifth failure.
   EXPECT_THAT(events.Take(), IsEmpty());
-  Run(milliseconds(4000));
-  viewer->RequestEnd();  // Four failed ticks before make this failure the fifth.
+  Run(milliseconds(5000));  // The first tick finds this second's frames used up; four fail.
+  viewer->RequestEnd();  // This failure is the fifth.
   EXPECT_THAT(events.Take(), ElementsAre("ConnectionBroken", testing::StartsWith("Status("), "Disconnected"));
 }
 
