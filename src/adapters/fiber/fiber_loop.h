@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "adapters/fiber/fiber.h"
+#include "platform/message_loop.h"
+
+/// Handlers on stacks of their own, for every event queue. Boost.Context does the switching; everything that has to be
+/// said to the sanitizers and to the C++ runtime about it is in Fiber.
+namespace orbelcast {
+
+/// The message loop over any event queue: `Yield` and `Wait` suspend the handler that calls them and nobody else.
+///
+/// A suspended handler is resumed by a posted call. Whoever resumed it (the toolkit's loop, a wait on the host's stack,
+/// a dialog that runs a loop of its own inside another handler) gets control back when it suspends again.
+///
+/// The queue must outlive the loop. Destroying the loop resumes the handlers that are suspended, the oldest first, and
+/// their yields and waits return at once until all have ended. It must not be destroyed from inside a handler.
+class FiberLoop final : public MessageLoop {
+ public:
+  /// Stacks that are kept for the next handler, the last used first.
+  static constexpr std::size_t kIdleStacks = 16;
+
+  explicit FiberLoop(EventQueue& queue);
+  ~FiberLoop() override;
+  FiberLoop(const FiberLoop&) = delete;
+  FiberLoop& operator=(const FiberLoop&) = delete;
+
+  EventQueue& Queue() override { return queue_; }
+  /// Where the system has no memory for a stack the handler runs on the caller's.
+  void RunHandler(std::function<void()> handler) override;
+  void Yield() override;
+  void Wait(Completion& completion) override;
+
+  /// Handlers that have begun and not ended.
+  std::size_t Handlers() const { return busy_.size(); }
+
+ private:
+  void Enter(Fiber& fiber, std::function<void()> work);
+  void PostResumption(Fiber& fiber);
+  void Suspend();
+  void Retire(Fiber& fiber);
+  void Looked() { fresh_until_ = queue_.Now() + fresh_for_; }
+
+  EventQueue& queue_;
+  const EventQueue::Nanoseconds fresh_for_;
+  EventQueue::Nanoseconds fresh_until_ = EventQueue::Nanoseconds::min();
+  bool closing_ = false;
+  Fiber* current_ = nullptr;
+  std::vector<std::unique_ptr<Fiber>> busy_;  // the oldest first
+  std::vector<std::unique_ptr<Fiber>> idle_;
+  // What a posted resumption knows the loop by: the queue may look at it after the loop's end.
+  std::shared_ptr<FiberLoop> self_;
+};
+
+}  // namespace orbelcast

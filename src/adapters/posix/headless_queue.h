@@ -1,0 +1,74 @@
+#pragma once
+
+#include <poll.h>
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <vector>
+
+#include "platform/event_queue.h"
+
+/// The platform's services on a plain POSIX system, for programs without a toolkit.
+namespace orbelcast {
+
+/// The event queue of a program without a toolkit: poll(2), the steady clock, and lists.
+///
+/// poll rather than epoll, because sockets are few and requests begin and end thousands of times a second: changing
+/// what is watched costs no system call. What a callback throws passes through HandleDue and HandleNext; what was still
+/// due is handled by the next look.
+///
+/// HandleNext with nothing to wait for sleeps until a signal comes; a signal that interrupts it makes it return.
+class HeadlessQueue final : public EventQueue {
+ public:
+  Nanoseconds Now() const override;
+  TimerId ArmTimer(Nanoseconds delay, std::function<void()> callback) override;
+  void CancelTimer(TimerId id) override;
+  void WatchSocket(int socket, SocketEvents events, std::function<void(SocketEvents)> callback) override;
+  void UnwatchSocket(int socket) override;
+  void Post(std::function<void()> callback) override;
+  void HandleDue() override;
+  void HandleNext() override;
+
+ private:
+  struct ArmedTimer {
+    Nanoseconds due;
+    TimerId id;
+    std::function<void()> callback;
+  };
+  struct Watch {
+    int socket;
+    std::uint64_t id;  // tells it from an earlier watch of a socket of the same number
+    SocketEvents events;
+    std::function<void(SocketEvents)> callback;
+  };
+  struct ReadySocket {
+    std::uint64_t watch;
+    SocketEvents events;
+  };
+  struct PostedCall {
+    std::uint64_t id;
+    std::function<void()> callback;
+  };
+
+  enum class Patience { kNone, kUntilDue };
+  // One look at everything. False when it was cut short by a signal.
+  bool Look(Patience patience);
+  bool PollSockets(Patience patience);
+  void CallTimers();
+  void CallSockets();
+  void CallPosted();
+
+  std::vector<ArmedTimer> timers_;  // the earliest last
+  std::vector<Watch> watches_;
+  std::deque<PostedCall> posted_;
+  std::uint64_t last_id_ = 0;
+  std::uint64_t called_ = 0;
+
+  // The last poll's findings. A look inside a callback polls anew, which outdates those that the outer one still has.
+  std::vector<pollfd> polled_;
+  std::vector<ReadySocket> ready_;
+  std::uint64_t polls_ = 0;
+};
+
+}  // namespace orbelcast

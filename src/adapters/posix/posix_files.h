@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+#include "platform/files.h"
+
+namespace orbelcast {
+
+/// The file system of a POSIX machine.
+class PosixFiles final : public Files {
+ public:
+  /// The environment variable "temp", else "TMPDIR", else "/tmp"; with a slash at its end.
+  std::string TemporaryDirectory() const override;
+};
+
+}  // namespace orbelcast

@@ -1,0 +1,233 @@
+#include "adapters/fiber/fiber_loop.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "adapters/posix/headless_queue.h"
+#include "fakes/manual_queue.h"
+
+namespace orbelcast {
+namespace {
+
+using fakes::ManualQueue;
+using std::chrono::milliseconds;
+using testing::ElementsAre;
+
+class FiberLoopTest : public testing::Test {
+ protected:
+  void Note(const std::string& what) { log.push_back(what); }
+
+  ManualQueue queue;
+  FiberLoop loop{queue};
+  std::vector<std::string> log;
+};
+
+TEST_F(FiberLoopTest, AWaitingHandlerHoldsUpNobodyElse) {
+  Completion first;
+  Completion second;
+  loop.RunHandler([&] {
+    Note("a begins");
+    loop.Wait(first);
+    Note("a ends");
+  });
+  loop.RunHandler([&] {
+    Note("b begins");
+    loop.Wait(second);
+    Note("b ends");
+  });
+  Note("both wait");
+  second.Complete();
+  EXPECT_EQ(log.back(), "both wait");  // waking only makes a note
+  queue.HandleDue();
+  first.Complete();
+  queue.HandleDue();
+  EXPECT_THAT(log, ElementsAre("a begins", "b begins", "both wait", "b ends", "a ends"));
+  EXPECT_EQ(loop.Handlers(), 0u);
+}
+
+TEST_F(FiberLoopTest, AWaitForWhatIsDoneOrGoneReturns) {
+  Completion done;
+  done.Complete();
+  loop.RunHandler([&] {
+    loop.Wait(done);
+    Note("was done");
+    auto gone = std::make_unique<Completion>();
+    queue.Post([&] { gone.reset(); });
+    loop.Wait(*gone);
+    Note("is gone");
+  });
+  queue.HandleDue();
+  queue.HandleDue();
+  EXPECT_THAT(log, ElementsAre("was done", "is gone"));
+}
+
+TEST_F(FiberLoopTest, OnTheHostsStackAWaitHandlesTheQueueAndLetsHandlersRun) {
+  Completion done;
+  queue.ArmTimer(milliseconds(10), [&] {
+    loop.RunHandler([&] {
+      loop.Yield();
+      Note("handler");
+      done.Complete();
+    });
+  });
+  loop.Wait(done);
+  Note("host");
+  EXPECT_THAT(log, ElementsAre("handler", "host"));
+}
+
+TEST_F(FiberLoopTest, YieldsLetEachOtherRunInTurn) {
+  for (const char* name : {"a", "b"}) {
+    loop.RunHandler([this, name] {
+      for (int i = 0; i < 3; ++i) {
+        Note(name + std::to_string(i));
+        loop.Yield();
+      }
+    });
+  }
+  loop.Yield();
+  EXPECT_THAT(log, ElementsAre("a0", "b0", "a1", "b1"));
+  queue.Advance(milliseconds(1));
+  EXPECT_THAT(log, ElementsAre("a0", "b0", "a1", "b1", "a2", "b2"));
+}
+
+// A dialog that a handler opens runs a loop of its own on the handler's stack. What it resumes comes back to it.
+TEST_F(FiberLoopTest, ANestedLoopInAHandlerResumesTheOthers) {
+  Completion waited;
+  loop.RunHandler([&] {
+    loop.Wait(waited);
+    Note("other goes on");
+    loop.Yield();
+    Note("other ends");
+  });
+  loop.RunHandler([&] {
+    waited.Complete();
+    while (log.size() < 2) queue.HandleNext();
+    Note("dialog closes");
+    loop.Yield();
+    Note("dialog's handler ends");
+  });
+  queue.HandleDue();
+  EXPECT_THAT(log, ElementsAre("other goes on", "other ends", "dialog closes", "dialog's handler ends"));
+}
+
+TEST_F(FiberLoopTest, WhatAHandlerThrowsStaysInIt) {
+  Completion done;
+  loop.RunHandler([] { throw std::runtime_error("a host's fault"); });
+  loop.RunHandler([&] {
+    loop.Wait(done);
+    throw 1;
+  });
+  done.Complete();
+  queue.HandleDue();
+  EXPECT_EQ(loop.Handlers(), 0u);
+}
+
+// The exceptions being handled are the thread's; each handler must find its own again.
+TEST_F(FiberLoopTest, HandlersMayWaitWhileTheyHandleExceptions) {
+  std::array<Completion, 2> done;
+  for (int i : {0, 1}) {
+    loop.RunHandler([this, &done, i] {
+      try {
+        throw i;
+      } catch (...) {
+        loop.Wait(done[static_cast<std::size_t>(i)]);
+        try {
+          throw;
+        } catch (int caught) {
+          Note(std::to_string(caught));
+        }
+      }
+    });
+  }
+  EXPECT_EQ(std::current_exception(), nullptr);
+  done[0].Complete();
+  done[1].Complete();
+  queue.HandleDue();
+  EXPECT_THAT(log, ElementsAre("0", "1"));
+}
+
+TEST_F(FiberLoopTest, DestroyingTheLoopLetsEveryHandlerEnd) {
+  auto owned = std::make_unique<FiberLoop>(queue);
+  FiberLoop& closing = *owned;
+  Completion never;
+  Completion woken;
+  for (const char* name : {"a", "b"}) {
+    closing.RunHandler([this, name, &closing, &never, held = std::make_shared<int>(1)] {
+      closing.Wait(never);
+      closing.Yield();
+      closing.Wait(never);
+      closing.RunHandler([&] { closing.Yield(); });
+      Note(name);
+    });
+  }
+  closing.RunHandler([&] {
+    closing.Wait(woken);
+    Note("c");
+  });
+  woken.Complete();  // its resumption is still posted when the loop ends
+  owned.reset();
+  EXPECT_THAT(log, ElementsAre("a", "b", "c"));
+  queue.HandleDue();
+}
+
+TEST_F(FiberLoopTest, ManyHandlersWaitAtOnceAndStacksAreUsedAgain) {
+  for (int round = 0; round < 3; ++round) {
+    Completion done;
+    int ended = 0;
+    for (int i = 0; i < 100; ++i) {
+      loop.RunHandler([&] {
+        volatile char used[32 * 1024];
+        used[0] = 1;
+        loop.Wait(done);
+        ended += used[0];
+      });
+    }
+    done.Complete();
+    queue.HandleDue();
+    EXPECT_EQ(ended, 100);
+  }
+}
+
+TEST(FiberLoopOnTheClock, AYieldThatComesSoonLooksAtNothing) {
+  class CountingQueue final : public EventQueue {
+   public:
+    Nanoseconds Now() const override { return now; }
+    TimerId ArmTimer(Nanoseconds, std::function<void()>) override { return 1; }
+    void CancelTimer(TimerId) override {}
+    void WatchSocket(int, SocketEvents, std::function<void(SocketEvents)>) override {}
+    void UnwatchSocket(int) override {}
+    void Post(std::function<void()> callback) override { posted.push_back(std::move(callback)); }
+    void HandleDue() override {
+      ++looks;
+      for (const auto& callback : std::exchange(posted, {})) callback();
+    }
+    void HandleNext() override { HandleDue(); }
+
+    Nanoseconds now{};
+    int looks = 0;
+    std::vector<std::function<void()>> posted;
+  };
+
+  CountingQueue queue;
+  FiberLoop loop(queue);
+  for (int i = 0; i < 10; ++i) loop.Yield();
+  EXPECT_EQ(queue.looks, 1);
+  queue.now += milliseconds(2);
+  int yields = 0;
+  loop.RunHandler([&] {
+    for (; yields < 10; ++yields) loop.Yield();
+  });
+  EXPECT_EQ(yields, 0);
+  queue.HandleDue();
+  EXPECT_EQ(yields, 10);
+  EXPECT_EQ(queue.looks, 2);
+}
+
+}  // namespace
+}  // namespace orbelcast
