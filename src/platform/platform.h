@@ -1,6 +1,8 @@
 #pragma once
 
+#include "platform/clipboard.h"
 #include "platform/clock.h"
+#include "platform/device_contexts.h"
 #include "platform/files.h"
 #include "platform/http_request.h"
 #include "platform/jpeg_decoder.h"
@@ -26,6 +28,8 @@ struct Platform {
   HttpRequestFactory& http;
   JpegDecoder& jpeg_decoder;
   PictureCodec& pictures;
+  Clipboard& clipboard;
+  DeviceContexts& device_contexts;
 };
 
 }  // namespace orbelcast

@@ -3,8 +3,10 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "imaging/motion.h"
 #include "imaging/status_icons.h"
@@ -135,6 +137,18 @@ class VideoServerPush {
   void Pulse();
   /// Treats the answer that the request object holds as a frame.
   void RequestEnd();
+  /// Saves the picture that is shown as the file `Filename`, replacing it: of a stream the server's JPEG byte for byte, of
+  /// a mosaic or the test card a bitmap, whatever the name ends in. A name that cannot be written leaves no file.
+  void SaveImage(const std::string& Filename);
+  /// Puts the picture that is shown on the clipboard.
+  void ImageOnClipboard();
+  /// A copy of the newest answer's bytes; empty before the first.
+  std::vector<std::uint8_t> GetPictureArray() const;
+  /// The newest picture at its own size; nothing where there is none or it cannot be read.
+  std::optional<Surface> GetPicture();
+  /// Draws the newest picture at the top-left corner of the host's surface that `PictureHdc` stands for, stretched to
+  /// `sX` × `sY` pixels; 0 is the picture's own size.
+  void RenderPicture(std::int32_t PictureHdc, std::int32_t sX = 0, std::int32_t sY = 0);
 
   // ---- For the container and front ends ---------------------------------------------------------------------------
 

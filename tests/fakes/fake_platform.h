@@ -57,7 +57,9 @@ struct FakePlatform {
   FakeHttp http{loop};
   FakeJpegDecoder jpeg_decoder;
   FakePictures pictures;
-  Platform platform{loop, clock, screen, text_mapper, files, http, jpeg_decoder, pictures};
+  Clipboard clipboard;
+  DeviceContexts device_contexts;
+  Platform platform{loop, clock, screen, text_mapper, files, http, jpeg_decoder, pictures, clipboard, device_contexts};
 };
 
 }  // namespace orbelcast::fakes

@@ -546,7 +546,9 @@ struct RudeWorld {
   fakes::FakeHttp http{loop};
   fakes::FakeJpegDecoder jpeg_decoder;
   fakes::FakePictures pictures;
-  Platform platform{loop, clock, screen, text_mapper, files, http, jpeg_decoder, pictures};
+  Clipboard clipboard;
+  DeviceContexts device_contexts;
+  Platform platform{loop, clock, screen, text_mapper, files, http, jpeg_decoder, pictures, clipboard, device_contexts};
 
   /// Streams with motion for some frames, fails, is disconnected: every kind of step. Acts rudely at step or event `at`;
   /// returns how many steps and events there were.

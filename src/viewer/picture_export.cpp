@@ -1,0 +1,44 @@
+// The picture that is shown, handed to the host.
+
+#include <filesystem>
+#include <system_error>
+
+#include "recording/picture_file.h"
+#include "viewer/video_server_push.h"
+
+namespace orbelcast {
+
+void VideoServerPush::SaveImage(const std::string& Filename) {
+  std::error_code ignored;
+  std::filesystem::remove(Filename, ignored);
+  if (VideoStream.Visible && !MultiCam.Enabled) {
+    WriteFile(Filename, FrameBuffer.Bytes());
+  } else if (VideoStream.Visible) {
+    WriteFile(Filename, EncodeBitmap(VideoStream.Image()));
+  } else {
+    WriteFile(Filename, EncodeBitmap(Mira.Picture()));
+  }
+}
+
+void VideoServerPush::ImageOnClipboard() {
+  platform_.clipboard.Clear();
+  platform_.clipboard.SetPicture(VideoStream.Visible ? VideoStream.Image() : Mira.Picture());
+}
+
+std::vector<std::uint8_t> VideoServerPush::GetPictureArray() const {
+  const auto bytes = FrameBuffer.Bytes();
+  return {bytes.begin(), bytes.end()};
+}
+
+std::optional<Surface> VideoServerPush::GetPicture() {
+  Surface& buffer = BuffPic.Canvas(TwipsPerPixelX, TwipsPerPixelY);
+  if (!platform_.jpeg_decoder.DrawJpeg(buffer, FrameBuffer, 0, 0)) return std::nullopt;
+  return buffer;
+}
+
+void VideoServerPush::RenderPicture(std::int32_t PictureHdc, std::int32_t sX, std::int32_t sY) {
+  Surface* surface = platform_.device_contexts.Find(PictureHdc);
+  if (surface != nullptr) platform_.jpeg_decoder.DrawJpeg(*surface, FrameBuffer, sX, sY);
+}
+
+}  // namespace orbelcast
