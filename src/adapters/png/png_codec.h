@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/picture_codec.h"
+
+/// Pictures on libpng's simplified interface.
+namespace orbelcast {
+
+class PngCodec final : public PictureCodec {
+ public:
+  Surface Decode(std::span<const std::uint8_t> bytes) override;
+  std::vector<std::uint8_t> Encode(const Surface& surface) override;
+};
+
+}  // namespace orbelcast

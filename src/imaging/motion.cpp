@@ -1,0 +1,109 @@
+#include "imaging/motion.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+
+#include "platform/rounding.h"
+
+namespace orbelcast {
+
+namespace {
+
+/// Pixels between two samples, and the side of the square that one sample stands for.
+constexpr int kStep = 4;
+/// The grid ends before these coordinates. Its last rows lie below the 82 rows of the thumbnails, where all is level 0.
+constexpr int kGridWidth = 92;
+constexpr int kGridHeight = 96;
+/// Side of a zone is 20 pixels; zones count row by row, five a row.
+constexpr double kZonesPerPixel = 0.05;
+constexpr int kZonesPerRow = 5;
+
+constexpr Color kBoxColor = Rgb(128, 128, 0);
+
+enum class Watch { kExcluded, kOutside, kWatched };
+
+int ZoneOf(int x, int y) {
+  return 1 + static_cast<int>(x * kZonesPerPixel) + kZonesPerRow * static_cast<int>(y * kZonesPerPixel);
+}
+
+Watch WatchByZone(const MotionSettings& settings, int zone) {
+  const auto place = static_cast<std::size_t>(zone - 1);
+  const bool masked = place < settings.MotionString.size() && settings.MotionString[place] == '0';
+  return masked ? Watch::kExcluded : Watch::kWatched;
+}
+
+bool IsFullPicture(const MotionSettings& settings) {
+  return settings.MotionArea_x1 == 0 && settings.MotionArea_x2 == 100 && settings.MotionArea_y1 == 0 &&
+         settings.MotionArea_Y2 == 100;
+}
+
+Watch WatchByRectangle(const MotionSettings& settings, int x, int y) {
+  // The bottom edge takes no part: what lies below it is watched.
+  const bool outside = x <= settings.MotionArea_x1 || x >= settings.MotionArea_x2 || y <= settings.MotionArea_y1;
+  if (!outside) return Watch::kWatched;
+  return y >= settings.MotionArea_Y2 || !IsFullPicture(settings) ? Watch::kExcluded : Watch::kOutside;
+}
+
+void FillSample(Surface& surface, int x, int y, Color color) {
+  surface.FillBox(x, y, x + kStep - 1, y + kStep - 1, color);
+}
+
+void Note(MotionFound& found, int x, int y) {
+  if (found.X1 == -1) found.X1 = x;
+  if (x > found.X2) found.X2 = x;
+  if (found.Y1 == -1) found.Y1 = y;
+  found.Y2 = y;
+}
+
+void Sample(const Surface& current, Surface& reference, Surface& overlay, const MotionSettings& settings, int x, int y,
+            MotionFound& found) {
+  const int level = GrayLevel(current.Point(x, y));
+  const int before = GrayLevel(reference.Point(x, y));
+  FillSample(reference, x, y, Rgb(level, level, level));
+  const int difference = static_cast<int>(std::abs(level - before) * 100 / 256.0);
+
+  const int zone = ZoneOf(x, y);
+  const Watch watch = settings.MotionByZones ? WatchByZone(settings, zone) : WatchByRectangle(settings, x, y);
+  Color color = Rgb(before, before, 0);
+  if (watch == Watch::kExcluded) {
+    color = Rgb(0, before, 0);
+  } else if (watch == Watch::kWatched && difference >= settings.Threshold) {
+    color = Rgb(before, 0, 0);
+    Note(found, x, y);
+    if (settings.MotionByZones && found.Area == -1) found.Area = static_cast<std::int16_t>(zone);
+  }
+  FillSample(overlay, x, y, color);
+}
+
+}  // namespace
+
+std::int32_t GrayLevel(Color color) {
+  // Remainders keep the sign and divisions truncate, so a pixel outside (−1) is as good as black.
+  const int red = color % 256;
+  const int green = color / 256 % 256;
+  const int blue = color / 256 / 256 % 256;
+  return RoundToEven(red * 76.0 / 255 + green * 150.0 / 255 + blue * 28.0 / 255);
+}
+
+std::int32_t MotionThreshold(std::int32_t& sensitivity) {
+  const std::int64_t opposite = 100 - static_cast<std::int64_t>(std::min(sensitivity, 100));
+  sensitivity = static_cast<std::int32_t>(std::min<std::int64_t>(opposite, std::numeric_limits<std::int32_t>::max()));
+  return std::clamp(RoundToEven(static_cast<double>(opposite) * 100 / 256), 0, 255);
+}
+
+std::optional<MotionFound> ScanMotion(const Surface& current, Surface& reference, Surface& overlay,
+                                      const MotionSettings& settings, const std::function<bool()>& after_sample) {
+  MotionFound found;
+  for (int y = 0; y < kGridHeight; y += kStep) {
+    for (int x = 0; x < kGridWidth; x += kStep) {
+      Sample(current, reference, overlay, settings, x, y, found);
+      if (!after_sample()) return std::nullopt;
+    }
+  }
+  if (found.Any()) overlay.OutlineBox(found.X1, found.Y1, found.X2, found.Y2, kBoxColor);
+  return found;
+}
+
+}  // namespace orbelcast
