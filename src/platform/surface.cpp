@@ -100,6 +100,14 @@ void Surface::Draw(const Surface& source, int x, int y) {
   ++block_->revision;
 }
 
+void Surface::Swap(Surface& other) noexcept {
+  std::swap(width_, other.width_);
+  std::swap(height_, other.height_);
+  std::swap(block_, other.block_);
+  if (block_) ++block_->revision;
+  if (other.block_) ++other.block_->revision;
+}
+
 std::span<const std::uint32_t> Surface::Pixels() const {
   return block_ ? std::span<const std::uint32_t>(block_->pixels) : std::span<const std::uint32_t>();
 }

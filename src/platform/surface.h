@@ -72,6 +72,9 @@ class Surface {
   /// Draws another surface with its top-left corner at (x, y), its transparent pixels blended.
   void Draw(const Surface& source, int x, int y);
 
+  /// Exchanges the pixels of two surfaces without copying any. Counts as drawing on both.
+  void Swap(Surface& other) noexcept;
+
   /// The pixels, row by row without gaps; empty for an empty surface. The mutable ones count as drawn on.
   std::span<const std::uint32_t> Pixels() const;
   std::span<std::uint32_t> MutablePixels();
