@@ -1,7 +1,7 @@
 #include "imaging/motion.h"
 
 #include <algorithm>
-#include <cmath>
+#include <array>
 #include <cstdlib>
 #include <limits>
 
@@ -21,6 +21,32 @@ constexpr double kZonesPerPixel = 0.05;
 constexpr int kZonesPerRow = 5;
 
 constexpr Color kBoxColor = Rgb(128, 128, 0);
+
+constexpr double kRedWeight = 76;
+constexpr double kGreenWeight = 150;
+constexpr double kBlueWeight = 28;
+
+/// Each colour's share of the grey level, worked out once: a frame needs over a thousand levels.
+class GrayTable {
+ public:
+  GrayTable() {
+    for (int i = 0; i < 256; ++i) {
+      const auto place = static_cast<std::size_t>(i);
+      red_[place] = i * kRedWeight / 255;
+      green_[place] = i * kGreenWeight / 255;
+      blue_[place] = i * kBlueWeight / 255;
+    }
+  }
+  std::int32_t Level(int red, int green, int blue) const {
+    return RoundToEven(red_[static_cast<std::size_t>(red)] + green_[static_cast<std::size_t>(green)] +
+                       blue_[static_cast<std::size_t>(blue)]);
+  }
+
+ private:
+  std::array<double, 256> red_{};
+  std::array<double, 256> green_{};
+  std::array<double, 256> blue_{};
+};
 
 enum class Watch { kExcluded, kOutside, kWatched };
 
@@ -84,7 +110,9 @@ std::int32_t GrayLevel(Color color) {
   const int red = color % 256;
   const int green = color / 256 % 256;
   const int blue = color / 256 / 256 % 256;
-  return RoundToEven(red * 76.0 / 255 + green * 150.0 / 255 + blue * 28.0 / 255);
+  static const GrayTable kTable;
+  if (color >= 0) return kTable.Level(red, green, blue);
+  return RoundToEven(red * kRedWeight / 255 + green * kGreenWeight / 255 + blue * kBlueWeight / 255);
 }
 
 std::int32_t MotionThreshold(std::int32_t& sensitivity) {
