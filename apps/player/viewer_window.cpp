@@ -1,0 +1,78 @@
+#include "viewer_window.h"
+
+#include <QKeySequence>
+#include <QPointer>
+#include <QShortcut>
+#include <QTimer>
+#include <QUrl>
+
+namespace orbelcast {
+
+namespace {
+
+/// The address as a window may show it: without a user's name and password, wherever they stand.
+QString TitleOf(const std::string& url) {
+  const QUrl address(QString::fromStdString(url));
+  QString place = address.host();
+  if (address.port() != -1) place += QLatin1Char(':') + QString::number(address.port());
+  const QStringList segments = address.path().split(QLatin1Char('/'), Qt::SkipEmptyParts);
+  for (const QString& segment : segments) {
+    if (segment.contains(QLatin1Char(':')) || segment.startsWith(QLatin1Char('$'))) break;
+    place += QLatin1Char('/') + segment;
+  }
+  return place;
+}
+
+}  // namespace
+
+ViewerWindow::ViewerWindow(Platform& platform, const PlayerOptions& options)
+    : options_(options), viewer_(new VideoServerPushWidget(platform, this)) {
+  setCentralWidget(viewer_);
+  setWindowTitle(QStringLiteral("%1 – Orbelcast").arg(TitleOf(options_.url)));
+  resize(options_.WindowSize());
+  Configure();
+  AddShortcuts();
+}
+
+void ViewerWindow::Configure() {
+  viewer_->setFrameRate(options_.frame_rate);
+  viewer_->setUsername(QString::fromStdString(options_.user));
+  viewer_->setPassword(QString::fromStdString(options_.password));
+  viewer_->setAutoReconnect(options_.auto_reconnect);
+  viewer_->setMotionSensivity(options_.sensitivity);
+  if (options_.motion_area) {
+    const auto& [x1, y1, x2, y2] = *options_.motion_area;
+    viewer_->setMotionArea_x1(x1);
+    viewer_->setMotionArea_y1(y1);
+    viewer_->setMotionArea_x2(x2);
+    viewer_->setMotionArea_Y2(y2);
+  }
+  if (options_.motion_zones) {
+    viewer_->setMotionByZones(true);
+    viewer_->setMotionString(QString::fromStdString(*options_.motion_zones));
+  }
+  viewer_->setMotionDetector(options_.motion_area || options_.motion_zones);
+  viewer_->setShowMotion(options_.show_motion);
+  viewer_->setShowBandwidth(!options_.no_status);
+}
+
+void ViewerWindow::AddShortcuts() {
+  const auto on = [this](const QKeySequence& keys, auto action) {
+    QObject::connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
+  };
+  on(QKeySequence(Qt::Key_Escape), [this] { isFullScreen() ? showNormal() : static_cast<void>(close()); });
+  on(QKeySequence::Quit, [this] { close(); });
+  on(QKeySequence(Qt::Key_F11), [this] { isFullScreen() ? showNormal() : showFullScreen(); });
+  on(QKeySequence(Qt::Key_F5), [this] { Start(); });
+}
+
+void ViewerWindow::Start() {
+  // As a handler, so that the wait for the first answer suspends this call alone.
+  QTimer::singleShot(0, viewer_, [this] {
+    viewer_->RunHandler([viewer = QPointer(viewer_), url = QString::fromStdString(options_.url)] {
+      if (viewer) viewer->Connect(url);
+    });
+  });
+}
+
+}  // namespace orbelcast

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QMainWindow>
+
+#include "adapters/qt/video_server_push_widget.h"
+#include "player_options.h"
+
+namespace orbelcast {
+
+/// One camera in a window: the stream viewer fills it.
+class ViewerWindow final : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  ViewerWindow(Platform& platform, const PlayerOptions& options);
+
+  /// Starts the stream as soon as the loop runs.
+  void Start();
+
+ private:
+  void Configure();
+  void AddShortcuts();
+
+  PlayerOptions options_;
+  VideoServerPushWidget* viewer_;
+};
+
+}  // namespace orbelcast

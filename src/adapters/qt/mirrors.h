@@ -1,0 +1,105 @@
+#pragma once
+
+#include <QLabel>
+#include <QPixmap>
+#include <QWidget>
+#include <string>
+#include <vector>
+
+#include "platform/controls.h"
+#include "platform/screen.h"
+
+namespace orbelcast {
+
+/// A text of unknown quality as Qt can show it: UTF-8 with replacements, line breaks kept, no other control characters.
+QString ToText(const std::string& text);
+std::string FromText(const QString& text);
+
+/// The screen that Qt shows the application on.
+class QtScreen final : public Screen {
+ public:
+  int TwipsPerPixelX() const override;
+  int TwipsPerPixelY() const override;
+  int Width() const override;
+  int Height() const override;
+};
+
+/// Keeps a widget at its child control's place, visibility and tool tip. The control outlives the mirror.
+class Mirror {
+ public:
+  Mirror(ChildControl& control, QWidget& widget, const Screen& screen);
+  Mirror(const Mirror&) = delete;
+  Mirror& operator=(const Mirror&) = delete;
+
+  /// Adds a connection that ends with the mirror.
+  void Keep(Connection connection) { connections_.push_back(std::move(connection)); }
+  /// Tells the control that a button went down.
+  void Press(Qt::MouseButton button);
+
+ private:
+  void Place();
+
+  ChildControl& control_;
+  QWidget& widget_;
+  const Screen& screen_;
+  std::vector<Connection> connections_;
+};
+
+/// A label: plain text, as it is.
+class LabelWidget final : public QLabel {
+ public:
+  LabelWidget(Label& label, const Screen& screen, QWidget* parent);
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override;
+
+ private:
+  Mirror mirror_;
+};
+
+/// What picture boxes and images have in common: presses and drops.
+class DropWidget : public QWidget {
+ public:
+  DropWidget(ChildControl& control, std::function<void(Drop&)>& on_drop, const Screen& screen, QWidget* parent);
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+  Mirror& Mirrored() { return mirror_; }
+
+ private:
+  std::function<void(Drop&)>& on_drop_;
+  const Screen& screen_;
+  Mirror mirror_;
+};
+
+/// A picture box: paints the box's surface where it lies in memory.
+class PictureWidget final : public DropWidget {
+ public:
+  PictureWidget(PictureBox& box, const Screen& screen, QWidget* parent);
+
+  /// The surface as Qt sees it, without a copy; valid until the surface is drawn on or sized.
+  QImage View() const;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  PictureBox& box_;
+};
+
+/// An image: paints its picture stretched to the widget.
+class ImageWidget final : public DropWidget {
+ public:
+  ImageWidget(Image& image, const Screen& screen, QWidget* parent);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  Image& image_;
+  QPixmap scaled_;  // the picture at the size it was shown at last
+};
+
+}  // namespace orbelcast

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QObject>
+#include <QSocketNotifier>
+#include <QTimer>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "platform/event_queue.h"
+
+/// Qt's side of the house: the event queue on Qt's loop, and child controls mirrored into real widgets. Widgets translate
+/// and paint; every decision is the controls'.
+namespace orbelcast {
+
+/// The event queue on the loop of the thread's QCoreApplication, which must exist while the queue does.
+class QtQueue final : public QObject, public EventQueue {
+ public:
+  QtQueue();
+  ~QtQueue() override;
+
+  Nanoseconds Now() const override;
+  TimerId ArmTimer(Nanoseconds delay, std::function<void()> callback) override;
+  void CancelTimer(TimerId id) override;
+  void WatchSocket(int socket, SocketEvents events, std::function<void(SocketEvents)> callback) override;
+  void UnwatchSocket(int socket) override;
+  void Post(std::function<void()> callback) override;
+  void HandleDue() override;
+  void HandleNext() override;
+
+ protected:
+  bool event(QEvent* event) override;
+
+ private:
+  struct ArmedTimer {
+    Nanoseconds due;
+    TimerId id;
+    std::function<void()> callback;
+  };
+  struct Watch {
+    std::uint64_t id = 0;
+    std::unique_ptr<QSocketNotifier> readable;
+    std::unique_ptr<QSocketNotifier> writable;
+    std::function<void(SocketEvents)> callback;
+  };
+  struct Posted {
+    std::uint64_t id;
+    std::function<void()> callback;
+  };
+
+  void CallTimers();
+  void CallPosted();
+  void CallSocket(int socket, std::uint64_t watch, SocketEvents events);
+  void WakeForTimers();
+  std::unique_ptr<QSocketNotifier> Notify(int socket, QSocketNotifier::Type type, std::uint64_t watch);
+
+  QTimer wake_;
+  std::vector<ArmedTimer> timers_;  // the last is due first
+  std::map<int, Watch> watches_;
+  std::deque<Posted> posted_;
+  bool wake_posted_ = false;
+  std::uint64_t last_id_ = 0;
+};
+
+}  // namespace orbelcast

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "adapters/posix/headless_queue.h"
+#include "assembly/services.h"
+
+namespace orbelcast {
+
+/// The platform of a program without a screen: a loop on the real clock, a clipboard in memory, and a screen of
+/// 1920 × 1080 pixels with 15 twips each. Everything happens on the thread that drives it.
+class HeadlessPlatform {
+ public:
+  Platform& Get() { return services_.Get(); }
+
+ private:
+  HeadlessQueue queue_;
+  Screen screen_;
+  Clipboard clipboard_;
+  Services services_{queue_, screen_, clipboard_};
+};
+
+}  // namespace orbelcast

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "adapters/curl/curl_http.h"
+#include "adapters/fiber/fiber_loop.h"
+#include "adapters/jpeg/jpeg_decoder.h"
+#include "adapters/png/png_codec.h"
+#include "adapters/posix/posix_files.h"
+#include "adapters/posix/system_clock.h"
+#include "platform/platform.h"
+
+/// The one place where a set of services is chosen.
+namespace orbelcast {
+
+/// The services that are the same with and without a toolkit, on an event queue, screen and clipboard of the caller's.
+class Services {
+ public:
+  Services(EventQueue& queue, Screen& screen, Clipboard& clipboard)
+      : loop_(queue),
+        platform_{loop_,  clock_,         screen,    text_mapper_, files_,
+                  http_,  jpeg_decoder_,  pictures_, clipboard,    device_contexts_} {}
+  Services(const Services&) = delete;
+  Services& operator=(const Services&) = delete;
+
+  Platform& Get() { return platform_; }
+
+ private:
+  FiberLoop loop_;
+  SystemClock clock_;
+  TextMapper text_mapper_;
+  PosixFiles files_;
+  CurlHttp http_{loop_};
+  TurboJpegDecoder jpeg_decoder_;
+  PngCodec pictures_;
+  DeviceContexts device_contexts_;
+  Platform platform_;
+};
+
+}  // namespace orbelcast
