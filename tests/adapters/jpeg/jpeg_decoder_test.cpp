@@ -1,0 +1,206 @@
+// Pictures of every kind, whole and damaged, drawn onto surfaces.
+
+#include "adapters/jpeg/jpeg_decoder.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+
+#include <jpeglib.h>
+
+namespace orbelcast {
+namespace {
+
+struct Kind {
+  const char* name;
+  J_COLOR_SPACE color = JCS_YCbCr;
+  int horizontal = 2;
+  int vertical = 2;
+  bool progressive = false;
+};
+
+/// A smooth picture with edges: what cameras see, without noise.
+std::vector<std::uint8_t> Encode(const Kind& kind, int width, int height) {
+  jpeg_compress_struct compress{};
+  jpeg_error_mgr errors{};
+  compress.err = jpeg_std_error(&errors);
+  jpeg_create_compress(&compress);
+  unsigned char* bytes = nullptr;
+  unsigned long size = 0;
+  jpeg_mem_dest(&compress, &bytes, &size);
+  compress.image_width = static_cast<JDIMENSION>(width);
+  compress.image_height = static_cast<JDIMENSION>(height);
+  const bool grey = kind.color == JCS_GRAYSCALE;
+  const bool cmyk = kind.color == JCS_CMYK || kind.color == JCS_YCCK;
+  compress.input_components = grey ? 1 : cmyk ? 4 : 3;
+  compress.in_color_space = grey ? JCS_GRAYSCALE : cmyk ? JCS_CMYK : JCS_RGB;
+  jpeg_set_defaults(&compress);
+  jpeg_set_colorspace(&compress, kind.color);
+  jpeg_set_quality(&compress, 90, TRUE);
+  compress.comp_info[0].h_samp_factor = kind.horizontal;
+  compress.comp_info[0].v_samp_factor = kind.vertical;
+  if (kind.progressive) jpeg_simple_progression(&compress);
+  jpeg_start_compress(&compress, TRUE);
+  std::vector<std::uint8_t> row;
+  while (compress.next_scanline < compress.image_height) {
+    row.clear();
+    const double v = compress.next_scanline / static_cast<double>(height);
+    for (int x = 0; x < width; ++x) {
+      const double u = x / static_cast<double>(width);
+      const double wave = 30 * std::sin(u * 9 + 4 * v) + (u > 0.5 ? 20 : 0);
+      for (int c = 0; c < compress.input_components; ++c) {
+        row.push_back(static_cast<std::uint8_t>(110 + wave + 60 * (c == 0 ? u : c == 1 ? v : 1 - u)));
+      }
+      if (cmyk) row.back() = 200;
+    }
+    JSAMPROW pointer = row.data();
+    jpeg_write_scanlines(&compress, &pointer, 1);
+  }
+  jpeg_finish_compress(&compress);
+  jpeg_destroy_compress(&compress);
+  std::vector<std::uint8_t> file(bytes, bytes + size);
+  std::free(bytes);
+  return file;
+}
+
+/// Peak signal-to-noise ratio in decibels; 99 for the same pictures.
+double Psnr(const Surface& a, const Surface& b) {
+  double error = 0;
+  for (std::size_t i = 0; i < a.Pixels().size(); ++i) {
+    for (int shift = 0; shift < 24; shift += 8) {
+      const double difference = static_cast<double>((a.Pixels()[i] >> shift) & 0xff) -
+                                static_cast<double>((b.Pixels()[i] >> shift) & 0xff);
+      error += difference * difference;
+    }
+  }
+  return error == 0 ? 99 : 10 * std::log10(255.0 * 255.0 * 3 * static_cast<double>(a.Pixels().size()) / error);
+}
+
+/// The plain average of the pixels that fall into each pixel of a smaller picture.
+Surface ShrinkCarefully(const Surface& source, int width, int height) {
+  Surface small(width, height);
+  auto pixels = small.MutablePixels();
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      double sums[3] = {};
+      int count = 0;
+      for (int sy = y * source.Height() / height; sy < (y + 1) * source.Height() / height; ++sy) {
+        for (int sx = x * source.Width() / width; sx < (x + 1) * source.Width() / width; ++sx, ++count) {
+          const Color color = source.Point(sx, sy);
+          sums[0] += RedOf(color);
+          sums[1] += GreenOf(color);
+          sums[2] += BlueOf(color);
+        }
+      }
+      std::uint32_t pixel = 0xff;
+      for (const double sum : sums) pixel = pixel << 8 | static_cast<std::uint32_t>(std::lround(sum / count));
+      pixels[static_cast<std::size_t>(y * width + x)] = pixel;
+    }
+  }
+  return small;
+}
+
+class JpegDecoderTest : public testing::Test {
+ protected:
+  static FrameBytes Frame(std::vector<std::uint8_t> bytes) { return FrameBytes(std::move(bytes)); }
+  TurboJpegDecoder decoder;
+};
+
+TEST_F(JpegDecoderTest, EveryKindOfPictureIsDrawnAtEverySize) {
+  const Kind kinds[] = {{"4:2:0"},
+                        {"4:2:2", JCS_YCbCr, 2, 1},
+                        {"4:4:4", JCS_YCbCr, 1, 1},
+                        {"4:4:0", JCS_YCbCr, 1, 2},
+                        {"grey", JCS_GRAYSCALE, 1, 1},
+                        {"RGB", JCS_RGB, 1, 1},
+                        {"CMYK", JCS_CMYK, 1, 1},
+                        {"YCCK", JCS_YCCK, 2, 2},
+                        {"progressive", JCS_YCbCr, 2, 2, true}};
+  for (const Kind& kind : kinds) {
+    SCOPED_TRACE(kind.name);
+    const auto file = Encode(kind, 330, 246);
+    Surface native(330, 246);
+    ASSERT_TRUE(decoder.DrawJpeg(native, Frame(file), 0, 0));
+    EXPECT_EQ(decoder.JpegWidth(), 330);
+    EXPECT_EQ(decoder.JpegHeight(), 246);
+    EXPECT_EQ(native.Pixels().front() >> 24, 0xffu);
+    for (const int divisor : {1, 2, 3, 6}) {
+      Surface small(330 / divisor, 246 / divisor);
+      ASSERT_TRUE(decoder.DrawJpeg(small, Frame(file), small.Width(), small.Height()));
+      EXPECT_GT(Psnr(small, ShrinkCarefully(native, small.Width(), small.Height())), 36) << divisor;
+    }
+    Surface large(660, 492);
+    ASSERT_TRUE(decoder.DrawJpeg(large, Frame(file), 660, 492));
+    EXPECT_GT(Psnr(ShrinkCarefully(large, 330, 246), native), 36);
+  }
+}
+
+TEST_F(JpegDecoderTest, OneFrameIsDecodedOnceHoweverOftenItIsDrawn) {
+  const FrameBytes frame = Frame(Encode({"4:2:0"}, 640, 480));
+  Surface area(640, 480);
+  Surface thumbnail(89, 82);
+  Surface tiles(300, 300, Rgb(1, 1, 1));
+  ASSERT_TRUE(decoder.DrawJpeg(area, frame, 640, 480));
+  ASSERT_TRUE(decoder.DrawJpeg(thumbnail, frame, 100, 100));
+  ASSERT_TRUE(decoder.DrawJpegAt(tiles, frame, 100, 100, 100, 100));
+  EXPECT_EQ(decoder.Decodes(), 1u);
+  EXPECT_EQ(tiles.Point(99, 100), Rgb(1, 1, 1));
+  EXPECT_EQ(tiles.Point(100, 200), Rgb(1, 1, 1));
+  EXPECT_EQ(tiles.Point(110, 110), thumbnail.Point(10, 10));
+
+  // A surface that somebody drew on is no source any more, and neither is one that is gone.
+  area.FillBox(0, 0, 639, 479, Rgb(0, 0, 0));
+  ASSERT_TRUE(decoder.DrawJpeg(thumbnail, frame, 100, 100));
+  EXPECT_EQ(decoder.Decodes(), 2u);
+  EXPECT_NEAR(RedOf(tiles.Point(110, 110)), RedOf(thumbnail.Point(10, 10)), 8);
+  const FrameBytes other = Frame(Encode({"4:2:0"}, 640, 480));
+  { Surface passing(640, 480); ASSERT_TRUE(decoder.DrawJpeg(passing, other, 640, 480)); }
+  ASSERT_TRUE(decoder.DrawJpeg(thumbnail, other, 100, 100));
+}
+
+TEST_F(JpegDecoderTest, PlacesAreClippedToTheSurface) {
+  const FrameBytes frame = Frame(Encode({"4:4:4", JCS_YCbCr, 1, 1}, 64, 64));
+  Surface whole(40, 40);
+  ASSERT_TRUE(decoder.DrawJpeg(whole, frame, 40, 40));
+  Surface target(30, 30, Rgb(0, 0, 0));
+  ASSERT_TRUE(decoder.DrawJpegAt(target, frame, -10, -20, 40, 40));
+  EXPECT_EQ(target.Point(0, 0), whole.Point(10, 20));
+  EXPECT_EQ(target.Point(29, 19), whole.Point(39, 39));
+  EXPECT_EQ(target.Point(5, 20), Rgb(0, 0, 0));
+  decoder.DrawJpegAt(target, frame, 1000, 1000, 40, 40);
+  decoder.DrawJpegAt(target, frame, 5, 5, -1, 40);
+}
+
+TEST_F(JpegDecoderTest, DamagedPicturesLeaveTheSurfaceAsItWas) {
+  const auto good = Encode({"4:2:0"}, 320, 240);
+  const auto cut = [&](std::size_t size) { return std::vector<std::uint8_t>(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(size)); };
+  auto scrambled = good;
+  for (std::size_t i = good.size() / 2; i < good.size() / 2 + 200; ++i) scrambled[i] = static_cast<std::uint8_t>(i * 37);
+  auto huge = good;
+  for (std::size_t i = 0; i + 9 < huge.size(); ++i) {
+    if (huge[i] == 0xff && huge[i + 1] == 0xc0) {
+      for (std::size_t k = 5; k < 9; ++k) huge[i + k] = 0xff;
+      break;
+    }
+  }
+  const std::pair<const char*, std::vector<std::uint8_t>> files[] = {
+      {"ends in the middle", cut(good.size() / 2)}, {"ends in the header", cut(100)}, {"no end marker", cut(good.size() - 30)},
+      {"garbage", std::vector<std::uint8_t>(5000, 0x5a)}, {"scrambled", scrambled}, {"65,535 x 65,535", huge}, {"empty", {}}};
+  for (const auto& [name, file] : files) {
+    for (const int size : {320, 160, 100}) {
+      Surface target(320, 240, Rgb(9, 8, 7));
+      EXPECT_FALSE(decoder.DrawJpeg(target, FrameBytes(file), size, size * 3 / 4)) << name;
+      for (const std::uint32_t pixel : target.Pixels()) ASSERT_EQ(pixel & 0xffffff, 0x090807u) << name;
+    }
+  }
+  // The next good one shows.
+  Surface target(320, 240);
+  EXPECT_TRUE(decoder.DrawJpeg(target, Frame(good), 320, 240));
+  EXPECT_EQ(decoder.JpegWidth(), 320);
+}
+
+}  // namespace
+}  // namespace orbelcast

@@ -1,0 +1,207 @@
+// Whole viewers on the real loop, over loopback: dead cameras beside live ones, peers that misbehave.
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "assembly/headless_platform.h"
+#include "fakes/fake_platform.h"
+#include "fakes/scripted_server.h"
+#include "viewer/video_server_push.h"
+
+namespace orbelcast {
+namespace {
+
+using fakes::ScriptedServer;
+using std::chrono::milliseconds;
+
+/// A real JPEG, 16 × 16, in one grey.
+std::string SmallJpeg();
+
+std::string Answer(const std::string& body) {
+  return "HTTP/1.1 200 OK\r\nServer: test\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+}
+
+class ViewersTest : public testing::Test {
+ protected:
+  std::shared_ptr<VideoServerPush> Viewer(std::int16_t rate) {
+    auto viewer = VideoServerPush::Create(host.Get());
+    viewer->Resize(320 * 15, 240 * 15);
+    viewer->FrameRate(rate);
+    return viewer;
+  }
+  /// Connects as a handler would: the wait for the answer suspends nobody else.
+  void ConnectInHandler(VideoServerPush* viewer, const std::string& url) {
+    host.Get().loop.RunHandler([viewer, url] { viewer->Connect(url); });
+  }
+  /// Runs the loop for `time`, or until `done`; answers whether it was done.
+  bool Run(milliseconds time, const std::function<bool()>& done = [] { return false; }) {
+    EventQueue& queue = host.Get().loop.Queue();
+    const auto end = queue.Now() + time;
+    // A pulse, so that a quiet loop looks at the time as well.
+    while (queue.Now() < end && !done()) {
+      const auto pulse = queue.ArmTimer(milliseconds(10), [] {});
+      queue.HandleNext();
+      queue.CancelTimer(pulse);
+    }
+    return done();
+  }
+
+  HeadlessPlatform host;
+};
+
+TEST_F(ViewersTest, DeadCamerasTakeNothingFromLiveOnes) {
+  ScriptedServer live(Answer(SmallJpeg()));
+  ScriptedServer dead([](const std::string&, ScriptedServer::Connection& to) { to.Never(); });
+  constexpr int kEach = 8;
+  constexpr int kRate = 20;
+  constexpr double kSeconds = 2;
+  std::vector<std::shared_ptr<VideoServerPush>> viewers;
+  int frames = 0;
+  for (int i = 0; i < kEach; ++i) {
+    viewers.push_back(Viewer(kRate));
+    ConnectInHandler(viewers.back().get(), dead.Url("/dead"));
+    viewers.push_back(Viewer(kRate));
+    viewers.back()->VideoStream.Refreshed.Listen([&frames] { ++frames; });
+    ConnectInHandler(viewers.back().get(), live.Url("/live"));
+  }
+  ASSERT_TRUE(Run(milliseconds(2000), [&] { return frames >= kEach; }));
+  frames = 0;
+  Run(milliseconds(static_cast<int>(kSeconds * 1000)));
+  EXPECT_GE(frames, 0.95 * kEach * kRate * kSeconds);
+  for (int i = 0; i < 2 * kEach; i += 2) EXPECT_FALSE(viewers[static_cast<std::size_t>(i)]->VideoStream.Visible);
+}
+
+TEST_F(ViewersTest, AViewerThatWaitsOnTheHostsOwnStackLetsOthersRun) {
+  ScriptedServer live(Answer(SmallJpeg()));
+  ScriptedServer slow([](const std::string&, ScriptedServer::Connection& to) {
+    to.Pause(milliseconds(700));
+    to.Send("HTTP/1.1 503 Busy\r\nContent-Length: 0\r\n\r\n");
+  });
+  const auto watching = Viewer(20);
+  watching->Connect(live.Url());
+  int frames = 0;
+  watching->VideoStream.Refreshed.Listen([&frames] { ++frames; });
+  const auto waiting = Viewer(1);
+  waiting->Connect(slow.Url());
+  EXPECT_EQ(waiting->lStatus.Caption.Get(), "Connection failed.  (503)");
+  EXPECT_GE(frames, 11);
+}
+
+TEST_F(ViewersTest, WhateverAPeerDoesTheNextGoodFrameShows) {
+  const std::string good = Answer(SmallJpeg());
+  std::string many = "HTTP/1.1 200 OK\r\n";
+  for (int i = 0; i < 10000; ++i) many += "X-Line: one of very many lines\r\n";
+  std::string huge = SmallJpeg();
+  for (std::size_t i = huge.find("\xff\xc0") + 5, end = i + 4; i < end; ++i) huge[i] = '\xff';
+  const std::vector<std::pair<const char*, std::function<void(ScriptedServer::Connection&)>>> faults = {
+      {"garbage", [](auto& to) { to.Send("\x01\x02nothing known\r\n\r\n"); to.Close(); }},
+      {"cut picture", [](auto& to) { to.Send(Answer(SmallJpeg().substr(0, 300))); }},
+      {"cut body", [&](auto& to) { to.Send(good.substr(0, good.size() - 100)); to.Close(); }},
+      {"reset", [](auto& to) { to.Reset(); }},
+      {"10,000 header lines", [&](auto& to) { to.Send(many + "\r\n"); to.Close(); }},
+      {"65,535 x 65,535", [&](auto& to) { to.Send(Answer(huge)); }},
+      {"no picture", [](auto& to) { to.Send(Answer("hello")); }}};
+  for (const auto& [name, misbehave] : faults) {
+    SCOPED_TRACE(name);
+    std::atomic<int> requests{0};
+    std::atomic<int> bad_answers{0};
+    ScriptedServer server([&](const std::string&, ScriptedServer::Connection& to) {
+      if (++requests % 2 == 0 || requests <= 2) {
+        to.Send(good);
+      } else {
+        ++bad_answers;
+        misbehave(to);
+      }
+    });
+    const auto viewer = Viewer(30);
+    viewer->AutoReconnect(true);
+    viewer->Connect(server.Url());
+    ASSERT_TRUE(viewer->VideoStream.Visible);
+    const Color shown = viewer->VideoStream.Image().Point(10, 10);
+    ASSERT_TRUE(Run(milliseconds(3000), [&] { return bad_answers >= 3 && requests % 2 == 0; }));
+    Run(milliseconds(50));
+    EXPECT_EQ(viewer->VideoStream.Image().Point(10, 10), shown);
+  }
+}
+
+TEST_F(ViewersTest, ReleasedWhileItWaitsItEndsAtOnce) {
+  ScriptedServer dead([](const std::string&, ScriptedServer::Connection& to) { to.Never(); });
+  auto viewer = Viewer(20);
+  ConnectInHandler(viewer.get(), dead.Url());
+  Run(milliseconds(100));
+  const std::weak_ptr<VideoServerPush> watch = viewer;
+  viewer.reset();
+  Run(milliseconds(100));
+  EXPECT_TRUE(watch.expired());
+
+  // And with a viewer that is still there when the loop ends.
+  viewer = Viewer(20);
+  ConnectInHandler(viewer.get(), dead.Url());
+  Run(milliseconds(50));
+}
+
+// Ten minutes of thirty pictures a second, stepped by hand, each decoded and scanned for motion.
+TEST(LongStreamTest, GrowsNoMemory) {
+  fakes::FakePlatform world;
+  TurboJpegDecoder decoder;
+  Platform platform{world.loop,  world.clock, world.screen,   world.text_mapper, world.files,
+                    world.http,  decoder,     world.pictures, world.clipboard,   world.device_contexts};
+  const std::string picture = SmallJpeg();
+  world.http.answers = {{.headers = {{"Date", "Wed, 31 Jan 2024 12:00:00 GMT"}}, .body = {picture.begin(), picture.end()}}};
+  const auto viewer = VideoServerPush::Create(platform);
+  viewer->Resize(320 * 15, 240 * 15);
+  std::int16_t rate = 30;
+  viewer->FrameRate(rate);
+  viewer->MotionDetector(true);
+  viewer->MotionByZones(true);
+  viewer->Connect("http://camera/");
+  const auto resident_kilobytes = [] {
+    std::ifstream file("/proc/self/statm");
+    long size = 0;
+    long pages = 0;
+    file >> size >> pages;
+    return pages * (sysconf(_SC_PAGESIZE) / 1024);
+  };
+  const auto minute = [&] {
+    world.queue.Advance(std::chrono::minutes(1));
+    world.http.log.clear();
+  };
+  minute();
+  const long before = resident_kilobytes();
+  for (int i = 0; i < 9; ++i) minute();
+  EXPECT_GT(world.http.sent, 17900);
+#ifndef __SANITIZE_ADDRESS__
+  EXPECT_LT(resident_kilobytes() - before, 1024);
+#else
+  static_cast<void>(before);  // The sanitizer keeps freed memory for a while.
+#endif
+}
+
+std::string SmallJpeg() {
+  // Written out, so that this test needs no encoder: 16 × 16, baseline, grey level 128.
+  static const std::string file = [] {
+    std::string bytes("\xff\xd8\xff\xdb\x00\x43\x00", 7);
+    bytes += std::string(64, '\x10');
+    bytes += std::string("\xff\xc0\x00\x0b\x08\x00\x10\x00\x10\x01\x01\x11\x00", 13);
+    bytes += std::string("\xff\xc4\x00\x14\x00\x01", 6) + std::string(15, '\0') + std::string("\x00", 1);
+    bytes += std::string("\xff\xc4\x00\x14\x10\x01", 6) + std::string(15, '\0') + std::string("\x00", 1);
+    // A comment gives it the length of a picture.
+    bytes += std::string("\xff\xfe\x02\x02", 4) + std::string(512, 'c');
+    bytes += std::string("\xff\xda\x00\x08\x01\x01\x00\x00\x3f\x00", 10);
+    // Four blocks, each: difference 0 (code 0), end of block (code 0); then ones to the byte's end.
+    bytes += std::string("\x00", 1);
+    bytes += std::string("\xff\xd9", 2);
+    return bytes;
+  }();
+  return file;
+}
+
+}  // namespace
+}  // namespace orbelcast

@@ -1,0 +1,150 @@
+#include "imaging/motion.h"
+
+#include <gtest/gtest.h>
+
+namespace orbelcast {
+namespace {
+
+constexpr int kWidth = 89;
+constexpr int kHeight = 82;
+
+class MotionTest : public testing::Test {
+ protected:
+  std::optional<MotionFound> Scan() {
+    samples = 0;
+    return ScanMotion(current, reference, overlay, settings, [this] { return after_sample(++samples); });
+  }
+  void Watch(int x1, int x2, int y1, int y2) {
+    settings.MotionArea_x1 = x1;
+    settings.MotionArea_x2 = x2;
+    settings.MotionArea_y1 = y1;
+    settings.MotionArea_Y2 = y2;
+  }
+  /// The colour of the sample's square on the overlay, away from the bounding box.
+  Color Cell(int x, int y) const { return overlay.Point(x + 1, y + 1); }
+
+  Surface current{kWidth, kHeight, Rgb(0, 0, 0)};
+  Surface reference{kWidth, kHeight, Rgb(64, 64, 64)};
+  Surface overlay{kWidth, kHeight, Rgb(64, 64, 64)};
+  MotionSettings settings;
+  int samples = 0;
+  std::function<bool(int)> after_sample = [](int) { return true; };
+};
+
+TEST_F(MotionTest, GreyLevelsAreWeightedAndRoundedToEven) {
+  EXPECT_EQ(GrayLevel(Rgb(255, 255, 255)), 254);
+  EXPECT_EQ(GrayLevel(Rgb(0, 0, 0)), 0);
+  EXPECT_EQ(GrayLevel(Rgb(255, 0, 0)), 76);
+  EXPECT_EQ(GrayLevel(Rgb(0, 255, 0)), 150);
+  EXPECT_EQ(GrayLevel(Rgb(0, 0, 255)), 28);
+  EXPECT_EQ(GrayLevel(kNoColor), 0);
+}
+
+TEST_F(MotionTest, WithTheDefaultsNothingIsWatched) {
+  settings.Threshold = 0;
+  current.Fill(Rgb(255, 255, 255));
+  const auto found = Scan();
+  ASSERT_TRUE(found);
+  EXPECT_FALSE(found->Any());
+  EXPECT_EQ(samples, 552);
+  for (int y = 0; y < 80; y += 4) {
+    for (int x = 0; x < 88; x += 4) ASSERT_EQ(Cell(x, y), Rgb(0, 64, 0)) << x << ',' << y;
+  }
+}
+
+TEST_F(MotionTest, TheReferenceTakesTheNewLevelAndTheOverlayShowsTheOldOne) {
+  settings.MotionByZones = true;
+  settings.Threshold = 20;
+  current.Fill(Rgb(255, 255, 255));
+  EXPECT_TRUE(Scan()->Any());
+  EXPECT_EQ(Cell(40, 40), Rgb(64, 0, 0));
+  EXPECT_EQ(reference.Point(43, 43), Rgb(254, 254, 254));
+  EXPECT_FALSE(Scan()->Any());
+  EXPECT_EQ(Cell(40, 40), Rgb(253, 253, 0));  // The grey of 254 has level 253.
+}
+
+TEST_F(MotionTest, DifferencesBelowAHundredthCountAsNone) {
+  settings.MotionByZones = true;
+  settings.Threshold = 1;
+  const auto moves = [&](int level) {
+    reference.Fill(Rgb(100, 100, 100));
+    current.Fill(Rgb(level, level, level));
+    return Scan()->Any();
+  };
+  EXPECT_FALSE(moves(102));
+  EXPECT_TRUE(moves(103));
+}
+
+TEST_F(MotionTest, TheRectangleForgetsItsBottomEdge) {
+  Watch(10, 50, 10, 40);
+  const auto found = Scan();
+  ASSERT_TRUE(found);
+  EXPECT_EQ(found->X1, 12);
+  EXPECT_EQ(found->Y1, 12);
+  EXPECT_EQ(found->X2, 48);
+  EXPECT_EQ(found->Y2, 92);  // A threshold of 0 finds motion below the thumbnail too.
+  EXPECT_EQ(found->Area, -1);
+  EXPECT_EQ(Cell(20, 60), Rgb(64, 0, 0));
+  EXPECT_EQ(Cell(8, 60), Rgb(0, 64, 0));
+  EXPECT_EQ(Cell(20, 8), Rgb(0, 64, 0));
+  EXPECT_EQ(overlay.Point(12, 20), Rgb(128, 128, 0));
+}
+
+TEST_F(MotionTest, AFullRectangleLeavesTopRowAndLeftColumnOutInYellow) {
+  Watch(0, 100, 0, 100);
+  settings.Threshold = 20;
+  Scan();
+  EXPECT_EQ(Cell(0, 40), Rgb(64, 64, 0));
+  EXPECT_EQ(Cell(40, 0), Rgb(64, 64, 0));
+  EXPECT_EQ(Cell(40, 40), Rgb(64, 0, 0));
+}
+
+TEST_F(MotionTest, TheBoxBeginsAtTheFirstSampleNotTheLeftmost) {
+  settings.MotionByZones = true;
+  settings.Threshold = 20;
+  reference.Fill(Rgb(0, 0, 0));
+  current.FillBox(40, 8, 43, 11, Rgb(255, 255, 255));
+  current.FillBox(12, 20, 15, 23, Rgb(255, 255, 255));
+  const auto found = Scan();
+  ASSERT_TRUE(found);
+  EXPECT_EQ(found->X1, 40);
+  EXPECT_EQ(found->Y1, 8);
+  EXPECT_EQ(found->X2, 40);
+  EXPECT_EQ(found->Y2, 20);
+  EXPECT_EQ(found->Area, 3);
+}
+
+TEST_F(MotionTest, ZonesAreNumberedRowByRowAndMaskedByTheirCharacter) {
+  settings.MotionByZones = true;
+  settings.MotionString = std::string(25, '0');
+  EXPECT_FALSE(Scan()->Any());
+  EXPECT_EQ(Cell(40, 40), Rgb(0, 64, 0));
+  settings.MotionString = std::string(12, '0');
+  EXPECT_EQ(Scan()->Area, 13);
+  settings.MotionString.clear();
+  EXPECT_EQ(Scan()->Area, 1);
+  settings.MotionString = std::string(24, '0');
+  const auto last = Scan();
+  EXPECT_EQ(last->Area, 25);
+  EXPECT_EQ(last->X1, 80);
+  EXPECT_EQ(last->Y1, 80);
+}
+
+TEST_F(MotionTest, SettingsHoldFromTheNextSampleOnAndAScanCanBeEnded) {
+  settings.MotionByZones = true;
+  after_sample = [&](int sample) {
+    if (sample == 23) settings.MotionString = std::string(25, '0');
+    return true;
+  };
+  const auto found = Scan();
+  ASSERT_TRUE(found);
+  EXPECT_EQ(found->Y2, 0);
+  EXPECT_EQ(found->X2, 88);
+
+  after_sample = [](int sample) { return sample < 100; };
+  EXPECT_FALSE(Scan());
+  EXPECT_EQ(samples, 100);
+}
+
+}  // namespace
+}  // namespace orbelcast
