@@ -71,8 +71,8 @@ double Psnr(const Surface& a, const Surface& b) {
   double error = 0;
   for (std::size_t i = 0; i < a.Pixels().size(); ++i) {
     for (int shift = 0; shift < 24; shift += 8) {
-      const double difference = static_cast<double>((a.Pixels()[i] >> shift) & 0xff) -
-                                static_cast<double>((b.Pixels()[i] >> shift) & 0xff);
+      const double difference =
+          static_cast<double>((a.Pixels()[i] >> shift) & 0xff) - static_cast<double>((b.Pixels()[i] >> shift) & 0xff);
       error += difference * difference;
     }
   }
@@ -157,7 +157,10 @@ TEST_F(JpegDecoderTest, OneFrameIsDecodedOnceHoweverOftenItIsDrawn) {
   EXPECT_EQ(decoder.Decodes(), 2u);
   EXPECT_NEAR(RedOf(tiles.Point(110, 110)), RedOf(thumbnail.Point(10, 10)), 8);
   const FrameBytes other = Frame(Encode({"4:2:0"}, 640, 480));
-  { Surface passing(640, 480); ASSERT_TRUE(decoder.DrawJpeg(passing, other, 640, 480)); }
+  {
+    Surface passing(640, 480);
+    ASSERT_TRUE(decoder.DrawJpeg(passing, other, 640, 480));
+  }
   ASSERT_TRUE(decoder.DrawJpeg(thumbnail, other, 100, 100));
 }
 
@@ -176,9 +179,12 @@ TEST_F(JpegDecoderTest, PlacesAreClippedToTheSurface) {
 
 TEST_F(JpegDecoderTest, DamagedPicturesLeaveTheSurfaceAsItWas) {
   const auto good = Encode({"4:2:0"}, 320, 240);
-  const auto cut = [&](std::size_t size) { return std::vector<std::uint8_t>(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(size)); };
+  const auto cut = [&](std::size_t size) {
+    return std::vector<std::uint8_t>(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(size));
+  };
   auto scrambled = good;
-  for (std::size_t i = good.size() / 2; i < good.size() / 2 + 200; ++i) scrambled[i] = static_cast<std::uint8_t>(i * 37);
+  for (std::size_t i = good.size() / 2; i < good.size() / 2 + 200; ++i)
+    scrambled[i] = static_cast<std::uint8_t>(i * 37);
   auto huge = good;
   for (std::size_t i = 0; i + 9 < huge.size(); ++i) {
     if (huge[i] == 0xff && huge[i + 1] == 0xc0) {
@@ -186,9 +192,13 @@ TEST_F(JpegDecoderTest, DamagedPicturesLeaveTheSurfaceAsItWas) {
       break;
     }
   }
-  const std::pair<const char*, std::vector<std::uint8_t>> files[] = {
-      {"ends in the middle", cut(good.size() / 2)}, {"ends in the header", cut(100)}, {"no end marker", cut(good.size() - 30)},
-      {"garbage", std::vector<std::uint8_t>(5000, 0x5a)}, {"scrambled", scrambled}, {"65,535 x 65,535", huge}, {"empty", {}}};
+  const std::pair<const char*, std::vector<std::uint8_t>> files[] = {{"ends in the middle", cut(good.size() / 2)},
+                                                                     {"ends in the header", cut(100)},
+                                                                     {"no end marker", cut(good.size() - 30)},
+                                                                     {"garbage", std::vector<std::uint8_t>(5000, 0x5a)},
+                                                                     {"scrambled", scrambled},
+                                                                     {"65,535 x 65,535", huge},
+                                                                     {"empty", {}}};
   for (const auto& [name, file] : files) {
     for (const int size : {320, 160, 100}) {
       Surface target(320, 240, Rgb(9, 8, 7));
