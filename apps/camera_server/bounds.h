@@ -1,0 +1,39 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+
+/// What the camera server bounds, and why. A client is never trusted with more.
+namespace orbelcast::camera_server {
+
+/// Clients at a time; each has a thread. A further one is told 503 and closed.
+inline constexpr int kMaxConnections = 256;
+/// Bytes of a request from its method to the empty line; also of a body that comes with it, which is not used.
+inline constexpr std::size_t kMaxRequestBytes = 64 * 1024;
+inline constexpr std::size_t kMaxHeaderLines = 100;
+/// A connection that was kept open waits this long for its next request: longer than the slowest viewer's pause.
+inline constexpr std::chrono::seconds kIdleTime{75};
+/// A request that has begun must be complete after this: a viewer's is one packet.
+inline constexpr std::chrono::seconds kRequestTime{10};
+/// A client that takes no byte of an answer for this long is given up.
+inline constexpr std::chrono::seconds kSendStallTime{30};
+/// How long the server waits, after its last bytes, for the client to close its side.
+inline constexpr std::chrono::milliseconds kLingerTime{500};
+
+/// Sides of a drawn picture, in pixels. A request beyond them gets the nearest: a thumbnail still shows something, and
+/// a 4K picture takes well under a second to draw and encode.
+inline constexpr int kMinSide = 16;
+inline constexpr int kMaxWidth = 3840;
+inline constexpr int kMaxHeight = 2160;
+inline constexpr int kMinQuality = 1;
+inline constexpr int kMaxQuality = 100;
+
+inline constexpr int kMaxCameras = 64;
+/// Drawn backgrounds that are kept: some fifty of 640x480.
+inline constexpr std::size_t kMaxBackgroundBytes = 64 * 1024 * 1024;
+
+inline constexpr std::size_t kMaxFolderFiles = 10000;
+/// The largest file of a folder that is sent: what a viewer would take.
+inline constexpr std::size_t kMaxFileBytes = 64 * 1024 * 1024;
+
+}  // namespace orbelcast::camera_server

@@ -1,0 +1,193 @@
+#include "http_message.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "bounds.h"
+
+namespace orbelcast::camera_server {
+
+namespace {
+
+constexpr int kBadRequest = 400;
+constexpr int kTooLarge = 413;
+constexpr int kHeadTooLarge = 431;
+constexpr int kNotImplemented = 501;
+constexpr int kVersionNotSupported = 505;
+
+char LowerCase(char letter) {
+  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+bool IsToken(std::string_view text) {
+  static constexpr std::string_view kMarks = "!#$%&'*+-.^_`|~";
+  return !text.empty() && std::all_of(text.begin(), text.end(), [](char letter) {
+    const char lower = LowerCase(letter);
+    return (lower >= 'a' && lower <= 'z') || (letter >= '0' && letter <= '9') ||
+           kMarks.find(letter) != std::string_view::npos;
+  });
+}
+
+bool HoldsControl(std::string_view text) {
+  return std::any_of(text.begin(), text.end(), [](unsigned char letter) { return letter < 0x20 || letter == 0x7f; });
+}
+
+std::string_view Trim(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t";
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+/// Takes the next line, without its end, off the front of `text`.
+std::string_view TakeLine(std::string_view& text) {
+  const std::size_t end = text.find('\n');
+  std::string_view line = text.substr(0, end);
+  text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+  if (line.ends_with('\r')) line.remove_suffix(1);
+  return line;
+}
+
+std::string_view WithoutAuthority(std::string_view target) {
+  constexpr std::string_view kScheme = "http://";
+  if (!EqualIgnoringCase(target.substr(0, kScheme.size()), kScheme)) return target;
+  const std::size_t slash = target.find('/', kScheme.size());
+  return slash == std::string_view::npos ? "/" : target.substr(slash);
+}
+
+/// 0, or the status to refuse the line with.
+int ParseRequestLine(std::string_view line, Request& request) {
+  const std::size_t first = line.find(' ');
+  const std::size_t last = line.rfind(' ');
+  if (first == std::string_view::npos || first == last) return kBadRequest;
+  const std::string_view version = line.substr(last + 1);
+  const std::string_view target = WithoutAuthority(line.substr(first + 1, last - first - 1));
+  if (!IsToken(line.substr(0, first)) || !version.starts_with("HTTP/")) return kBadRequest;
+  if (!target.starts_with('/') || HoldsControl(target)) return kBadRequest;
+  if (version != "HTTP/1.1" && version != "HTTP/1.0") return kVersionNotSupported;
+  request.method = line.substr(0, first);
+  request.target = target;
+  request.is_http_1_1 = version == "HTTP/1.1";
+  return 0;
+}
+
+int ParseHeaderLine(std::string_view line, Request& request) {
+  const std::size_t colon = line.find(':');
+  if (colon == std::string_view::npos || !IsToken(line.substr(0, colon))) return kBadRequest;
+  if (request.headers.size() >= kMaxHeaderLines) return kHeadTooLarge;
+  request.headers.emplace_back(line.substr(0, colon), Trim(line.substr(colon + 1)));
+  return 0;
+}
+
+int ReadBodySize(Request& request) {
+  if (!request.Header("Transfer-Encoding").empty()) return kNotImplemented;
+  const std::string_view text = request.Header("Content-Length");
+  if (text.empty()) return 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), request.body_bytes);
+  if (error == std::errc::result_out_of_range) return kTooLarge;
+  if (error != std::errc() || end != text.data() + text.size()) return kBadRequest;
+  return request.body_bytes > kMaxRequestBytes ? kTooLarge : 0;
+}
+
+}  // namespace
+
+bool EqualIgnoringCase(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char left, char right) { return LowerCase(left) == LowerCase(right); });
+}
+
+std::string_view Request::Header(std::string_view name) const {
+  const auto found = std::find_if(headers.begin(), headers.end(),
+                                  [&](const auto& line) { return EqualIgnoringCase(line.first, name); });
+  return found == headers.end() ? std::string_view() : std::string_view(found->second);
+}
+
+std::string_view Request::Path() const {
+  return std::string_view(target).substr(0, target.find('?'));
+}
+
+std::variant<Request, int> ParseRequest(std::string_view head) {
+  Request request;
+  if (const int refused = ParseRequestLine(TakeLine(head), request)) return refused;
+  for (std::string_view line = TakeLine(head); !line.empty(); line = TakeLine(head)) {
+    if (const int refused = ParseHeaderLine(line, request)) return refused;
+  }
+  if (const int refused = ReadBodySize(request)) return refused;
+  const std::string_view connection = request.Header("Connection");
+  request.keep_alive =
+      request.is_http_1_1 ? !EqualIgnoringCase(connection, "close") : EqualIgnoringCase(connection, "keep-alive");
+  return request;
+}
+
+std::optional<std::size_t> FindEndOfHead(std::string_view bytes) {
+  // A line may end in a bare line feed, so that somebody can type a request by hand.
+  for (std::size_t at = bytes.find('\n'); at != std::string_view::npos; at = bytes.find('\n', at + 1)) {
+    const std::string_view rest = bytes.substr(at + 1);
+    if (rest.starts_with('\n')) return at + 2;
+    if (rest.starts_with("\r\n")) return at + 3;
+  }
+  return std::nullopt;
+}
+
+Response TextResponse(int status, std::string text) {
+  Response response;
+  response.status = status;
+  response.headers.emplace_back("Content-Type", "text/plain; charset=utf-8");
+  response.body = std::make_shared<const std::string>(std::move(text) + "\r\n");
+  return response;
+}
+
+std::string StatusText(int status) {
+  const auto phrase = [status] {
+    switch (status) {
+      case 200:
+        return "OK";
+      case 400:
+        return "Bad Request";
+      case 401:
+        return "Unauthorized";
+      case 403:
+        return "Forbidden";
+      case 404:
+        return "Not Found";
+      case 405:
+        return "Method Not Allowed";
+      case 408:
+        return "Request Timeout";
+      case 413:
+        return "Content Too Large";
+      case 431:
+        return "Request Header Fields Too Large";
+      case 500:
+        return "Internal Server Error";
+      case 501:
+        return "Not Implemented";
+      case 503:
+        return "Service Unavailable";
+      case 505:
+        return "HTTP Version Not Supported";
+      case 506:
+        return "Video Not Found";
+      default:
+        return "Status";
+    }
+  };
+  return std::to_string(status) + " " + phrase();
+}
+
+std::string HeadLines(const Response& response) {
+  std::string lines = "HTTP/1.1 " + StatusText(response.status) + "\r\n";
+  for (const auto& [name, value] : response.headers) lines += name + ": " + value + "\r\n";
+  return lines;
+}
+
+std::string HeadBytes(const Response& response, bool keep_alive) {
+  return HeadLines(response) + "Content-Length: " + std::to_string(response.body->size()) +
+         "\r\nConnection: " + (keep_alive ? "keep-alive" : "close") + "\r\n\r\n";
+}
+
+bool HasBody(const Request& request, const Response& response) {
+  return request.method != "HEAD" && response.status != 204 && response.status != 304;
+}
+
+}  // namespace orbelcast::camera_server

@@ -1,0 +1,234 @@
+#include "http_server.h"
+
+#include <arpa/inet.h>
+#include <netdb.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <exception>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+#include <variant>
+
+#include "bounds.h"
+#include "time_text.h"
+
+namespace orbelcast::camera_server {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// The requests of one connection, one after the other; what came behind one stays for the next.
+class RequestReader {
+ public:
+  explicit RequestReader(Connection& connection) : connection_(connection) {}
+
+  /// A request, a status to refuse the client with, or nothing when it has gone or stayed silent.
+  std::optional<std::variant<Request, int>> Next() {
+    Connection::TimePoint deadline = Clock::now() + (bytes_.empty() ? kIdleTime : kRequestTime);
+    std::optional<std::size_t> end;
+    while (!(end = FindEndOfHead(bytes_))) {
+      if (bytes_.size() > kMaxRequestBytes) return 431;
+      const bool was_idle = bytes_.empty();
+      const Connection::Received received = connection_.Receive(bytes_, deadline);
+      if (received == Connection::Received::kClosed || (was_idle && received != Connection::Received::kBytes))
+        return {};
+      if (received == Connection::Received::kTimeOut) return 408;
+      if (was_idle) deadline = Clock::now() + kRequestTime;
+      DropEmptyLines();
+    }
+    if (*end > kMaxRequestBytes) return 431;
+    std::variant<Request, int> request = ParseRequest(std::string_view(bytes_).substr(0, *end));
+    bytes_.erase(0, *end);
+    if (const auto* good = std::get_if<Request>(&request); good && !DropBody(good->body_bytes)) return {};
+    return request;
+  }
+
+ private:
+  // Some clients end a request with an empty line too many.
+  void DropEmptyLines() { bytes_.erase(0, bytes_.find_first_not_of("\r\n")); }
+
+  bool DropBody(std::size_t count) {
+    const Connection::TimePoint deadline = Clock::now() + kRequestTime;
+    while (bytes_.size() < count) {
+      if (connection_.Receive(bytes_, deadline) != Connection::Received::kBytes) return false;
+    }
+    bytes_.erase(0, count);
+    return true;
+  }
+
+  Connection& connection_;
+  std::string bytes_;
+};
+
+bool IsLoopback(const sockaddr_storage& peer) {
+  if (peer.ss_family == AF_INET) {
+    return (ntohl(reinterpret_cast<const sockaddr_in&>(peer).sin_addr.s_addr) >> 24) == 127;
+  }
+  if (peer.ss_family != AF_INET6) return false;
+  const in6_addr& address = reinterpret_cast<const sockaddr_in6&>(peer).sin6_addr;
+  return IN6_IS_ADDR_LOOPBACK(&address) || (IN6_IS_ADDR_V4MAPPED(&address) && address.s6_addr[12] == 127);
+}
+
+std::string Reason() {
+  return std::generic_category().message(errno);
+}
+
+}  // namespace
+
+HttpServer::HttpServer(std::string name, RequestHandler& handler)
+    : name_(std::move(name)), handler_(handler), stop_(eventfd(0, EFD_CLOEXEC)) {}
+
+HttpServer::~HttpServer() {
+  if (listener_ >= 0) close(listener_);
+  close(stop_);
+}
+
+void HttpServer::Listen(const std::string& address, int port) {
+  addrinfo wanted{};
+  wanted.ai_flags = AI_NUMERICHOST | AI_PASSIVE;
+  wanted.ai_socktype = SOCK_STREAM;
+  addrinfo* found = nullptr;
+  if (getaddrinfo(address.c_str(), std::to_string(port).c_str(), &wanted, &found) != 0) {
+    throw std::runtime_error("'" + address + "' is not a numeric network address, such as 127.0.0.1 or ::1");
+  }
+  const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> owned(found, freeaddrinfo);
+  const std::string place = address + " port " + std::to_string(port);
+
+  listener_ = socket(found->ai_family, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  const int on = 1;
+  if (listener_ >= 0) setsockopt(listener_, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+  if (listener_ < 0 || bind(listener_, found->ai_addr, found->ai_addrlen) != 0 || listen(listener_, SOMAXCONN) != 0) {
+    throw std::runtime_error("cannot listen on " + place + ": " + Reason());
+  }
+  sockaddr_storage bound{};
+  socklen_t size = sizeof bound;
+  getsockname(listener_, reinterpret_cast<sockaddr*>(&bound), &size);
+  port_ = ntohs(bound.ss_family == AF_INET6 ? reinterpret_cast<const sockaddr_in6&>(bound).sin6_port
+                                            : reinterpret_cast<const sockaddr_in&>(bound).sin_port);
+  host_ = bound.ss_family == AF_INET6 ? "[" + address + "]" : address;
+}
+
+std::string HttpServer::Url() const {
+  return "http://" + host_ + ":" + std::to_string(port_) + "/";
+}
+
+void HttpServer::Run(int stop_descriptor) {
+  while (true) {
+    std::array<pollfd, 2> polled{pollfd{listener_, POLLIN, 0}, pollfd{stop_descriptor, POLLIN, 0}};
+    if (poll(polled.data(), polled.size(), -1) < 0 && errno != EINTR) break;
+    if (polled[1].revents != 0) break;
+    if (polled[0].revents != 0) Accept();
+  }
+  eventfd_write(stop_, 1);
+  for (Worker& worker : workers_) worker.thread.join();
+  workers_.clear();
+}
+
+void HttpServer::Accept() {
+  sockaddr_storage peer{};
+  socklen_t size = sizeof peer;
+  const int socket = accept4(listener_, reinterpret_cast<sockaddr*>(&peer), &size, SOCK_CLOEXEC);
+  if (socket < 0) {
+    // Out of descriptors: without a pause this would spin until one is free.
+    if (errno == EMFILE || errno == ENFILE) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    return;
+  }
+  ForgetEnded();
+  if (workers_.size() >= kMaxConnections) {
+    Connection connection(socket, stop_);
+    Response response = TextResponse(503, "There are too many viewers.");
+    Complete(response);
+    connection.Send(HeadBytes(response, false) + *response.body);
+    std::string unread;
+    connection.Receive(unread, Clock::now());  // closing on unread bytes would reset the connection
+    return;
+  }
+  const Client client{.id = next_client_++, .is_local = IsLoopback(peer)};
+  Worker& worker = workers_.emplace_back();
+  try {
+    worker.thread = std::thread([this, &worker, socket, client] {
+      Serve(socket, client);
+      worker.done = true;
+    });
+  } catch (const std::system_error&) {  // no further thread: this client is not served
+    workers_.pop_back();
+    close(socket);
+  }
+}
+
+void HttpServer::ForgetEnded() {
+  for (auto worker = workers_.begin(); worker != workers_.end();) {
+    if (worker->done) {
+      worker->thread.join();
+      worker = workers_.erase(worker);
+    } else {
+      ++worker;
+    }
+  }
+}
+
+void HttpServer::Serve(int socket, const Client& client) {
+  Connection connection(socket, stop_);
+  try {
+    AnswerRequests(connection, client);
+  } catch (const std::exception& error) {  // such as memory running out: this client's trouble alone
+    std::cerr << "orbelcast-camera-server: a client was dropped: " + std::string(error.what()) + "\n";
+  }
+  handler_.Gone(client);
+}
+
+void HttpServer::AnswerRequests(Connection& connection, const Client& client) {
+  RequestReader reader(connection);
+  while (const auto next = reader.Next()) {
+    if (const int* status = std::get_if<int>(&*next)) return Refuse(connection, *status);
+    if (!AnswerRequest(connection, std::get<Request>(*next), client)) break;
+  }
+  connection.CloseGently();
+}
+
+bool HttpServer::AnswerRequest(Connection& connection, const Request& request, const Client& client) {
+  if (request.method != "GET" && request.method != "HEAD") {
+    Response response = TextResponse(405, "This server answers GET and HEAD.");
+    response.headers.emplace_back("Allow", "GET, HEAD");
+    Complete(response);
+    return SendResponse(connection, request, response);
+  }
+  Reply reply = handler_.Answer(request, client);
+  Complete(reply.response);
+  if (reply.delivery) return reply.delivery(connection, request, reply.response);
+  return SendResponse(connection, request, reply.response);
+}
+
+void HttpServer::Complete(Response& response) const {
+  response.headers.insert(response.headers.begin(), {{"Server", name_}, {"Date", HttpDate(WallClock::now())}});
+}
+
+bool HttpServer::SendResponse(Connection& connection, const Request& request, const Response& response) const {
+  const bool keep_alive = request.keep_alive && response.keep_alive;
+  const bool has_body = HasBody(request, response);
+  return connection.Send(HeadBytes(response, keep_alive),
+                         has_body ? Connection::More::kFollows : Connection::More::kNo) &&
+         (!has_body || connection.Send(*response.body)) && keep_alive;
+}
+
+void HttpServer::Refuse(Connection& connection, int status) const {
+  Response response = TextResponse(status, StatusText(status));
+  Complete(response);
+  connection.Send(HeadBytes(response, false) + *response.body);
+  connection.CloseGently();
+}
+
+}  // namespace orbelcast::camera_server

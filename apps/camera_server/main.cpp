@@ -1,0 +1,62 @@
+/// orbelcast-camera-server: cameras to try viewers against, and to test them with.
+///
+/// The folder's parts, from the wire inwards: connection (one socket), http_message (requests and answers as bytes),
+/// http_server (a thread a client), router (which request gets what), live_address (what a picture's address says),
+/// pictures (drawn or from a folder; scene, scenery, actors, overlay and paint draw, jpeg_writer encodes). bounds.h
+/// holds every bound.
+
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <exception>
+#include <iostream>
+#include <memory>
+
+#include "exit_status.h"
+#include "http_server.h"
+#include "options.h"
+#include "pictures.h"
+#include "router.h"
+
+namespace {
+
+using namespace orbelcast::camera_server;
+
+/// A descriptor that becomes readable when the program is asked to end. Made before any thread, so that none of them is
+/// interrupted instead.
+int WatchForEnd() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  sigaddset(&signals, SIGINT);
+  sigaddset(&signals, SIGTERM);
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  return signalfd(-1, &signals, SFD_CLOEXEC);
+}
+
+int Serve(const Settings& settings) {
+  const int end = WatchForEnd();
+  const std::unique_ptr<PictureSource> pictures = MakePictureSource(settings);
+  Router router(settings, *pictures);
+  HttpServer server("Orbelcast-Camera-Server/1.0", router);
+  server.Listen(settings.address, settings.port);
+  std::cout << "listening on " << server.Url() << std::endl;  // flushed: somebody waits for the line
+  server.Run(end);
+  close(end);
+  return kEndedBySignal;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Options options;
+  try {
+    options.Parse(argc, argv);
+    return Serve(options.Result());
+  } catch (const CLI::ParseError& error) {
+    return options.Report(error);
+  } catch (const std::exception& error) {
+    std::cerr << "orbelcast-camera-server: " << error.what() << '\n';
+    return kCannotServe;
+  }
+}

@@ -1,0 +1,68 @@
+#include "overlay.h"
+
+#include <algorithm>
+
+namespace orbelcast::camera_server {
+
+namespace {
+
+// The panel at scale 1, which is that of a picture of 640x480.
+constexpr double kMargin = 12;
+constexpr double kPanelWidth = 262;
+constexpr double kPanelHeight = 92;
+constexpr double kInset = 14;
+/// The smallest scale: below it the clock cannot be read.
+constexpr double kLeastScale = 0.42;
+
+/// Any missing font is replaced by the nearest the system has, in the end by one that Cairo carries itself.
+void SetFont(cairo_t* cr, const char* family, double size) {
+  cairo_select_font_face(cr, family, CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_BOLD);
+  cairo_set_font_size(cr, size);
+}
+
+double TextWidth(cairo_t* cr, const std::string& text) {
+  cairo_text_extents_t extents;
+  cairo_text_extents(cr, text.c_str(), &extents);
+  return extents.x_advance;
+}
+
+/// Writes `text` at (x, y), smaller where it is wider than `room`.
+void Write(cairo_t* cr, double x, double y, double room, double size, const char* family, const std::string& text,
+           double opacity) {
+  SetFont(cr, family, size);
+  if (const double width = TextWidth(cr, text); width > room) SetFont(cr, family, size * room / width);
+  SetColour(cr, Rgb(0xffffff), opacity);
+  cairo_move_to(cr, x, y);
+  cairo_show_text(cr, text.c_str());
+}
+
+void DrawRecordingMark(cairo_t* cr, double right, double y) {
+  SetFont(cr, "DejaVu Sans", 13);
+  const double left = right - TextWidth(cr, "REC");
+  SetColour(cr, Rgb(0xffffff), 0.95);
+  cairo_move_to(cr, left, y);
+  cairo_show_text(cr, "REC");
+  FillEllipse(cr, left - 9, y - 5, 5, 5, Rgb(0xff3b30));
+}
+
+}  // namespace
+
+void DrawOverlay(cairo_t* cr, int width, int height, const OverlayText& text) {
+  const double fitting = std::min(width / 640.0, height / 480.0);
+  const double widest = width / (kPanelWidth + kMargin);
+  const double scale = std::min(std::max(fitting, kLeastScale), widest);
+  constexpr double kRoom = kPanelWidth - 2 * kInset;
+  constexpr double kRecordingRoom = 60;
+  cairo_save(cr);
+  cairo_scale(cr, scale, scale);
+  const double margin = std::min(kMargin, std::max(0.0, (width / scale - kPanelWidth) / 2));
+  cairo_translate(cr, margin, margin);
+  FillRoundedRectangle(cr, 0, 0, kPanelWidth, kPanelHeight, 9, Rgb(0x0b0f18), 0.58);
+  Write(cr, kInset, 25, kRoom - kRecordingRoom, 16, "DejaVu Sans", text.name, 0.95);
+  Write(cr, kInset, 63, kRoom, 38, "DejaVu Sans Mono", LocalTimeWithTenths(text.time), 1);
+  Write(cr, kInset, 83, kRoom, 16, "DejaVu Sans Mono", LocalDate(text.time), 0.85);
+  if (text.is_recording) DrawRecordingMark(cr, kPanelWidth - kInset, 25);
+  cairo_restore(cr);
+}
+
+}  // namespace orbelcast::camera_server

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+#include "paint.h"
+#include "time_text.h"
+
+namespace orbelcast::camera_server {
+
+/// What a camera writes into its picture.
+struct OverlayText {
+  std::string name;
+  WallClock::time_point time;
+  bool is_recording = false;
+};
+
+/// Draws the panel with name, clock and date, on a context in pixels of a picture of `width` by `height`.
+void DrawOverlay(cairo_t* cr, int width, int height, const OverlayText& text);
+
+}  // namespace orbelcast::camera_server

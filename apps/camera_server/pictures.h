@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <future>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <ratio>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "scene.h"
+#include "settings.h"
+
+namespace orbelcast::camera_server {
+
+/// A JPEG file's bytes and the time that they show.
+struct Picture {
+  std::shared_ptr<const std::string> jpeg;
+  WallClock::time_point time;
+};
+
+/// Where pictures come from. Called from many threads at once.
+class PictureSource {
+ public:
+  virtual ~PictureSource() = default;
+  /// The camera's picture now. Throws std::exception when there is none.
+  virtual Picture Take(int camera, const PictureForm& form) = 0;
+};
+
+/// Draws the scene. A picture is that of the current tenth of a second; however many clients ask for it, it is drawn
+/// and encoded once.
+class DrawnPictures final : public PictureSource {
+ public:
+  /// `settings` outlives this.
+  explicit DrawnPictures(const Settings& settings) : settings_(settings) {}
+  Picture Take(int camera, const PictureForm& form) override;
+
+ private:
+  using Jpeg = std::shared_ptr<const std::string>;
+  using Tenth = std::chrono::time_point<WallClock, std::chrono::duration<std::int64_t, std::deci>>;
+  using Key = std::tuple<int, PictureForm>;
+
+  Jpeg Make(int camera, const PictureForm& form, WallClock::time_point time);
+
+  const Settings& settings_;
+  std::mutex made_mutex_;
+  Tenth tenth_;
+  std::map<Key, std::shared_future<Jpeg>> made_;  // of that tenth of a second
+  std::mutex scene_mutex_;
+  Scene scene_;
+};
+
+/// Sends the JPEG files of a folder as they are, in the order of their names: each request for a camera gets its next
+/// file, round and round; camera 2 begins at the second file, and so on. A size asked for is not heeded.
+class FolderPictures final : public PictureSource {
+ public:
+  /// Throws std::runtime_error when the folder cannot be read or holds no .jpg or .jpeg file.
+  explicit FolderPictures(const std::filesystem::path& folder);
+  Picture Take(int camera, const PictureForm& form) override;
+
+ private:
+  std::vector<std::filesystem::path> files_;
+  std::mutex mutex_;
+  std::map<int, std::size_t> next_;  // by camera
+};
+
+std::unique_ptr<PictureSource> MakePictureSource(const Settings& settings);
+
+}  // namespace orbelcast::camera_server

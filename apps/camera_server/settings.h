@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "time_text.h"
+
+namespace orbelcast::camera_server {
+
+/// Size in pixels and quality (1 to 100) of a picture. Members are within the bounds of bounds.h once Bounded.
+struct PictureForm {
+  int width = 640;
+  int height = 480;
+  int quality = 80;
+
+  PictureForm Bounded() const;
+  auto operator<=>(const PictureForm&) const = default;
+};
+
+enum class Recording { kYes, kNo, kAlternate };
+
+struct User {
+  std::string name;
+  std::string password;
+};
+
+enum class AuthenticationScheme { kNone, kBasic, kDigest };
+
+/// What the command line chose.
+struct Settings {
+  std::string address = "127.0.0.1";
+  int port = 8080;
+  std::vector<std::string> camera_names;  ///< camera 1 first
+  PictureForm form;                       ///< of a request that asks for none
+  std::string folder;                     ///< of JPEG files to send; empty draws the pictures
+  Recording recording = Recording::kAlternate;
+  std::string vigilbox_info;  ///< the header's value; empty sends none
+  std::string plug_ins;       ///< likewise
+  AuthenticationScheme scheme = AuthenticationScheme::kNone;
+  std::vector<User> users;
+
+  bool HasCamera(int camera) const { return camera >= 1 && camera <= static_cast<int>(camera_names.size()); }
+  const std::string& NameOf(int camera) const { return camera_names.at(static_cast<std::size_t>(camera - 1)); }
+  /// Whether the camera records at that time: kAlternate records ten seconds of twenty, odd and even cameras in turn.
+  bool IsRecording(int camera, WallClock::time_point time) const;
+};
+
+}  // namespace orbelcast::camera_server
