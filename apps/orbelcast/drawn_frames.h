@@ -1,0 +1,35 @@
+#pragma once
+
+#include <functional>
+
+#include "platform/jpeg_decoder.h"
+
+namespace orbelcast {
+
+/// A decoder that passes everything on to another one and counts the frames that were drawn: a frame counts once, however
+/// many surfaces it is drawn on, and only if it could be decoded.
+class DrawnFrames final : public JpegDecoder {
+ public:
+  explicit DrawnFrames(JpegDecoder& decoder) : decoder_(decoder) {}
+
+  /// Called in the middle of drawing, after each new frame: short work that neither yields nor ends the control.
+  std::function<void()> on_frame;
+
+  int Count() const { return count_; }
+  /// The newest frame that was drawn, as received; empty before the first.
+  const FrameBytes& Newest() const { return newest_; }
+
+  bool DrawJpeg(Surface& target, const FrameBytes& jpeg, int width, int height) override;
+  bool DrawJpegAt(Surface& target, const FrameBytes& jpeg, int x, int y, int width, int height) override;
+  int JpegWidth() const override { return decoder_.JpegWidth(); }
+  int JpegHeight() const override { return decoder_.JpegHeight(); }
+
+ private:
+  void Note(const FrameBytes& jpeg);
+
+  JpegDecoder& decoder_;
+  FrameBytes newest_;
+  int count_ = 0;
+};
+
+}  // namespace orbelcast

@@ -1,0 +1,68 @@
+/// orbelcast: cameras on the command line.
+///
+/// A folder of small parts: each command in a file of its own, and what they print and write beside them.
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "exit_status.h"
+#include "play_command.h"
+#include "platform/version.h"
+#include "watch_options.h"
+#include "watcher.h"
+
+namespace {
+
+using namespace orbelcast;
+
+constexpr const char* kFooter =
+    "Exit status: 0 it worked; 1 the connection failed, was broken at the end, or no\n"
+    "picture came; 2 wrong usage, a file that cannot be written, or a missing player.";
+
+// What was typed may hold a password, so a wrong word is not repeated: of an option its name alone.
+std::string UnexpectedWords(const CLI::App& app) {
+  std::string names;
+  for (const std::string& word : app.remaining(true)) {
+    if (word.starts_with('-')) names += (names.empty() ? "" : ", ") + word.substr(0, word.find('='));
+  }
+  return names.empty() ? "there are more words than the command takes" : "unknown option: " + names;
+}
+
+int ReportUsage(const CLI::App& app, const CLI::ParseError& error) {
+  if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) return app.exit(error);  // --help, --version
+  const bool unexpected = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
+  std::cerr << "orbelcast: " << (unexpected ? UnexpectedWords(app) : error.what()) << '\n'
+            << "See 'orbelcast --help' and 'orbelcast watch --help'.\n";
+  return kBadUsage;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app("Watches Motion-JPEG cameras.", "orbelcast");
+  app.footer(kFooter);
+  app.require_subcommand(1);
+  app.set_version_flag("--version", std::to_string(kVersionMajor) + "." + std::to_string(kVersionMinor) + "." +
+                                        std::to_string(kVersionRevision));
+
+  CLI::App* play = app.add_subcommand("play", "Opens a window that shows a camera: play URL [OPTION...]");
+  play->footer("What follows 'play' goes to the player program as it stands, whose options\n"
+               "'orbelcast play URL --help' shows.");
+  play->prefix_command();
+
+  WatchOptions options;
+  CLI::App* watch = app.add_subcommand("watch", "Watches a camera without a window, printing its events as JSON lines");
+  watch->footer(kFooter);
+  AddWatchOptions(*watch, options);
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return ReportUsage(app, error);
+  }
+  if (play->parsed()) return Play(play->remaining(), std::cerr);
+  return Watcher(std::move(options), std::cout, std::cerr).Run();
+}

@@ -1,0 +1,206 @@
+#include "watch_options.h"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <sstream>
+#include <string_view>
+#include <vector>
+
+#include "picture_file.h"
+#include "viewer/interface.h"
+
+namespace orbelcast {
+
+namespace {
+
+constexpr int kZones = 25;
+/// The largest video area that makes sense to ask for: the side of an 8K screen.
+constexpr int kMaxSide = 8192;
+constexpr std::string_view kNoEvents = "none";
+
+// A checker answers an empty text, or what is wrong with the value.
+std::string CheckAddress(const std::string& url) {
+  constexpr std::string_view kScheme = "http://";
+  const bool begins = url.size() > kScheme.size() &&
+                      std::equal(kScheme.begin(), kScheme.end(), url.begin(), [](char expected, unsigned char given) {
+                        return expected == static_cast<char>(std::tolower(given));
+                      });
+  if (!begins) return "a camera's address begins with http://, such as http://127.0.0.1:8080/live/1";
+  if (std::any_of(url.begin(), url.end(), [](unsigned char letter) { return std::iscntrl(letter) != 0; })) {
+    return "the address holds a line break or another control character";
+  }
+  return {};
+}
+
+template <typename Number>
+bool ParseWhole(std::string_view text, Number& number) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc() && end == text.data() + text.size();
+}
+
+std::vector<std::string> Split(const std::string& text, char separator) {
+  std::vector<std::string> parts;
+  std::istringstream stream(text);
+  for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
+  return parts;
+}
+
+void ParseSize(const std::string& text, WatchOptions& options) {
+  const std::vector<std::string> sides = Split(text, 'x');
+  const auto read = [](const std::string& side, int& pixels) {
+    return ParseWhole(side, pixels) && pixels >= 1 && pixels <= kMaxSide;
+  };
+  if (sides.size() != 2 || !read(sides[0], options.width) || !read(sides[1], options.height)) {
+    throw CLI::ValidationError("--size", "give WIDTHxHEIGHT in pixels, each from 1 to " + std::to_string(kMaxSide) +
+                                             ", such as 640x480");
+  }
+}
+
+void ParseArea(const std::string& text, WatchOptions& options) {
+  const std::vector<std::string> parts = Split(text, ',');
+  std::array<std::int32_t, 4> area{};
+  bool good = parts.size() == area.size();
+  for (std::size_t i = 0; good && i < area.size(); ++i) {
+    good = ParseWhole(parts[i], area[i]) && area[i] >= 0 && area[i] <= 100;
+  }
+  if (!good || area[0] >= area[2] || area[1] >= area[3]) {
+    throw CLI::ValidationError("--motion-area",
+                               "give x1,y1,x2,y2 in hundredths of the picture, each from 0 to 100, x1 less than x2 and "
+                               "y1 less than y2; 0,0,100,100 is the whole picture");
+  }
+  options.motion_area = area;
+}
+
+void ParseZones(const std::string& text, WatchOptions& options) {
+  if (text.size() != kZones || text.find_first_not_of("01") != std::string::npos) {
+    throw CLI::ValidationError("--motion-zones",
+                               "give 25 characters, five for each of five rows from the top: 1 watches a zone, 0 does not");
+  }
+  options.motion_zones = text;
+}
+
+std::string EventNames() {
+  std::string names;
+  for (const EventEntry& event : video_server_push_interface::Events()) {
+    names += (names.empty() ? "" : ", ") + std::string(event.name);
+  }
+  return names;
+}
+
+void ParseEvents(const std::string& text, WatchOptions& options) {
+  options.events.emplace();
+  if (text == kNoEvents) return;
+  const auto known = video_server_push_interface::Events();
+  for (const std::string& name : Split(text, ',')) {
+    if (std::none_of(known.begin(), known.end(), [&](const EventEntry& event) { return event.name == name; })) {
+      throw CLI::ValidationError("--events", "there is no event '" + name + "'; there are " + EventNames() + " (or none)");
+    }
+    options.events->insert(name);
+  }
+}
+
+void ParsePicture(const std::string& text, WatchOptions& options) {
+  options.picture = text;
+  if (FormatOf(options.picture) == PictureFormat::kUnknown) {
+    throw CLI::ValidationError("--picture", "the file's name must end in .png, .bmp or .jpg");
+  }
+  if (const std::string why = WhyUnwritable(options.picture); !why.empty()) {
+    throw CLI::ValidationError("--picture", "cannot write " + text + ": " + why);
+  }
+}
+
+// An option whose text `parse` reads into the options.
+template <typename Parse>
+CLI::Option* AddParsed(CLI::App& command, const std::string& name, WatchOptions& options, Parse parse,
+                       const std::string& description, const std::string& form) {
+  return command
+      .add_option_function<std::string>(
+          name, [&options, parse](const std::string& text) { parse(text, options); }, description)
+      ->type_name(form);
+}
+
+}  // namespace
+
+void AddWatchOptions(CLI::App& command, WatchOptions& options) {
+  command.add_option("URL", options.url, "The whole address of the camera's picture; begins with http://")
+      ->required()
+      ->check(CheckAddress)
+      ->type_name("");
+
+  const std::string access = "Access";
+  command.add_option("--user", options.user, "User name, sent when the server asks for one (default: none)")
+      ->envname("ORBELCAST_USER")
+      ->type_name("NAME")
+      ->group(access);
+  command
+      .add_option("--password", options.password,
+                  "Password. Other users of the machine can read a command line: the variable keeps it from them "
+                  "(default: none)")
+      ->envname("ORBELCAST_PASSWORD")
+      ->type_name("TEXT")
+      ->group(access);
+
+  const std::string stream = "Stream";
+  command.add_option("--frame-rate", options.frame_rate, "Pictures a second, 1 to 30 (default: 1)")
+      ->check(CLI::Range(1, 30))
+      ->type_name("N")
+      ->group(stream);
+  AddParsed(command, "--size", options, ParseSize, "Size of the video area in pixels, 1 to 8192 each (default: 640x480)",
+            "WxH")
+      ->group(stream);
+  command
+      .add_flag("--auto-reconnect", options.auto_reconnect,
+                "Try again silently when the camera fails, also when it does not answer at first")
+      ->group(stream);
+
+  const std::string motion = "Motion";
+  auto* area = AddParsed(command, "--motion-area", options, ParseArea,
+                         "Report motion in this rectangle, in hundredths of the picture, 0 to 100 (default: no motion)",
+                         "x1,y1,x2,y2")
+                   ->group(motion);
+  AddParsed(command, "--motion-zones", options, ParseZones,
+            "Report motion in zones: 25 characters, five for each of five rows from the top, 1 for a watched zone and 0 "
+            "for another (default: no motion)",
+            "MASK")
+      ->group(motion)
+      ->excludes(area);
+  auto* sensitivity =
+      command
+          .add_option("--sensitivity", options.sensitivity,
+                      "How small a change counts as motion, in percent, 0 to 100: 100 takes any (default: 80)")
+          ->check(CLI::Range(0, 100))
+          ->type_name("PERCENT")
+          ->group(motion);
+
+  const std::string end = "When to end (default: at Ctrl-C)";
+  auto* frames = command.add_option("--frames", options.frames, "End after N pictures, 1 or more")
+                     ->check(CLI::Range(1, 1'000'000'000))
+                     ->type_name("N")
+                     ->group(end);
+  command.add_option("--seconds", options.seconds, "End after S seconds, more than 0; may have decimals")
+      ->check(CLI::Range(0.001, 1e9))
+      ->type_name("S")
+      ->group(end);
+  command.add_flag("--once", options.once, "Fetch and show a single picture")->group(end)->excludes(frames);
+
+  const std::string output = "Output";
+  AddParsed(command, "--picture", options, ParsePicture,
+            "At the end, write the picture to FILE: .png or .bmp, as the viewer shows it; .jpg, as the server sent it "
+            "(default: no file)",
+            "FILE")
+      ->group(output);
+  AddParsed(command, "--events", options, ParseEvents,
+            "Print these events only, separated by commas, or none (default: all; VigilboxTCR comes with each picture)",
+            "NAMES")
+      ->group(output);
+
+  command.callback([&options, sensitivity] {
+    if (sensitivity->count() > 0 && !options.Motion()) {
+      throw CLI::ValidationError("--sensitivity", "say where to look for motion too: --motion-area 0,0,100,100 is the "
+                                                  "whole picture");
+    }
+  });
+}
+
+}  // namespace orbelcast

@@ -1,0 +1,174 @@
+#include "watcher.h"
+
+#include <chrono>
+#include <ostream>
+
+#include "event_json.h"
+#include "masked_address.h"
+#include "picture_file.h"
+#include "stop_signals.h"
+
+namespace orbelcast {
+
+namespace {
+
+using std::chrono::duration;
+using std::chrono::duration_cast;
+
+/// What events say they come from.
+constexpr std::string_view kControlName = "viewer";
+/// Between two tries to connect to a camera that does not answer: often enough for a person, no burden for a camera.
+constexpr std::chrono::seconds kRetryAfter{2};
+/// What a picture that is being looked at for motion may still take once it was drawn.
+constexpr std::chrono::milliseconds kSettle{20};
+
+Platform WithDecoder(const Platform& services, JpegDecoder& decoder) {
+  return {.loop = services.loop,
+          .clock = services.clock,
+          .screen = services.screen,
+          .text_mapper = services.text_mapper,
+          .files = services.files,
+          .http = services.http,
+          .jpeg_decoder = decoder,
+          .pictures = services.pictures,
+          .clipboard = services.clipboard,
+          .device_contexts = services.device_contexts};
+}
+
+}  // namespace
+
+Watcher::Watcher(WatchOptions options, std::ostream& output, std::ostream& messages)
+    : options_(std::move(options)),
+      output_(output),
+      messages_(messages),
+      services_(std::make_unique<HeadlessPlatform>()),
+      drawn_(services_->Get().jpeg_decoder),
+      platform_(WithDecoder(services_->Get(), drawn_)),
+      viewer_(VideoServerPush::Create(platform_)) {}
+
+Watcher::~Watcher() {
+  viewer_.reset();
+  // Ends the handlers that still wait; they go by the platform and the decoder, which therefore end after it.
+  services_.reset();
+}
+
+ExitStatus Watcher::Run() {
+  EventQueue& queue = platform_.loop.Queue();
+  const StopSignals signals(queue, [this] { end_.Complete(); });
+  ListenToAll(viewer_->Events,
+              [this](const EventEntry& event, std::span<const EventArgument> arguments) { Note(event, arguments); });
+  drawn_.on_frame = [this] {
+    if (options_.frames && drawn_.Count() >= *options_.frames) end_.Complete();
+  };
+  if (options_.seconds) {
+    queue.ArmTimer(duration_cast<EventQueue::Nanoseconds>(duration<double>(*options_.seconds)),
+                   [this] { end_.Complete(); });
+  }
+  Configure();
+  Connect();
+  platform_.loop.Wait(end_);
+
+  // The frame loop ends first, so that the newest picture's events come before those of the end.
+  viewer_->ToogleClock(false);
+  if (options_.Motion()) Pause(kSettle);
+  Disconnect();
+  return Outcome();
+}
+
+void Watcher::Configure() {
+  const auto twips_x = static_cast<float>(platform_.screen.TwipsPerPixelX());
+  const auto twips_y = static_cast<float>(platform_.screen.TwipsPerPixelY());
+  viewer_->Resize(static_cast<float>(options_.width) * twips_x, static_cast<float>(options_.height) * twips_y);
+  viewer_->Username(options_.user);
+  viewer_->Password(options_.password);
+  std::int16_t frame_rate = options_.frame_rate;
+  viewer_->FrameRate(frame_rate);
+  viewer_->AutoReconnect(options_.auto_reconnect);
+  if (!options_.Motion()) return;
+  if (options_.motion_area) {
+    const auto& [x1, y1, x2, y2] = *options_.motion_area;
+    viewer_->MotionArea_x1(x1);
+    viewer_->MotionArea_y1(y1);
+    viewer_->MotionArea_x2(x2);
+    viewer_->MotionArea_Y2(y2);
+  } else {
+    viewer_->MotionString(*options_.motion_zones);
+    viewer_->MotionByZones(true);
+  }
+  std::int32_t sensitivity = options_.sensitivity;
+  viewer_->MotionSensivity(sensitivity);
+  viewer_->MotionDetector(true);
+}
+
+void Watcher::Connect() {
+  if (end_.IsDone()) return;
+  platform_.loop.RunHandler([this, viewer = viewer_.get()] {
+    viewer->Connect(options_.url, options_.once);
+    AfterConnect();
+  });
+}
+
+void Watcher::AfterConnect() {
+  if (end_.IsDone() || viewer_->MasterTimer.Enabled) return;
+  const bool retry = options_.auto_reconnect && drawn_.Count() == 0;
+  if (retry) {
+    // A viewer that reconnects by itself goes on with a stream that it had; a first try it makes once only.
+    platform_.loop.Queue().ArmTimer(kRetryAfter, [this] { Connect(); });
+  } else {
+    end_.Complete();
+  }
+}
+
+void Watcher::Note(const EventEntry& event, std::span<const EventArgument> arguments) {
+  if (event.name == "Status") status_ = *std::get<std::string*>(arguments[0]);
+  if (event.name == "Connected") connected_ = true;
+  if (event.name == "ConnectionFailed") failed_ = true;
+  if (event.name == "ConnectionBroken") broken_at_ = drawn_.Count();
+  if (options_.events && !options_.events->contains(event.name)) return;
+  output_ << ToLine(EventToJson(event, kControlName, arguments)) << std::endl;  // at once: others read along
+}
+
+void Watcher::Disconnect() {
+  if (!failed_) viewer_->Disconnect();  // A failed Connect has done so itself.
+}
+
+void Watcher::Pause(EventQueue::Nanoseconds time) {
+  Completion over;
+  platform_.loop.Queue().ArmTimer(time, [&over] { over.Complete(); });
+  platform_.loop.Wait(over);
+}
+
+ExitStatus Watcher::Outcome() {
+  const std::string address = MaskedAddress(options_.url).Text();
+  if (drawn_.Count() == 0) {
+    messages_ << "orbelcast: no picture from " << address << ": " << WhyNoPicture() << '\n';
+    return kNoPictures;
+  }
+  if (!options_.picture.empty() && !WriteLastPicture()) {
+    messages_ << "orbelcast: could not write " << options_.picture.string() << "; is the disk full?\n";
+    return kBadUsage;
+  }
+  if (broken_at_ == drawn_.Count()) {
+    messages_ << "orbelcast: the connection to " << address << " was broken at the end\n";
+    return kNoPictures;
+  }
+  return kWorked;
+}
+
+std::string Watcher::WhyNoPicture() const {
+  const auto told = [this](std::string_view part) { return status_.find(part) != std::string::npos; };
+  if (!failed_) return connected_ ? "what it sent is no picture that can be read" : "it had not answered";
+  if (told("(0)")) return "it does not answer as a web server; check the address, and that the camera is on";
+  if (told("(401)")) return "it asks for another user name or password; give --user and ORBELCAST_PASSWORD";
+  if (told("(404)")) return "the server has nothing at this address (404)";
+  return status_;
+}
+
+bool Watcher::WriteLastPicture() {
+  if (FormatOf(options_.picture) == PictureFormat::kJpeg) {
+    return ReplaceFile(options_.picture, drawn_.Newest().Bytes());
+  }
+  return WritePicture(options_.picture, viewer_->VideoStream.Image(), platform_.pictures);
+}
+
+}  // namespace orbelcast

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <iosfwd>
+#include <memory>
+#include <string>
+
+#include "assembly/headless_platform.h"
+#include "drawn_frames.h"
+#include "exit_status.h"
+#include "viewer/interface.h"
+#include "viewer/video_server_push.h"
+#include "watch_options.h"
+
+namespace orbelcast {
+
+/// A host without a window: one viewer on one camera, whose events it prints until it is time to end.
+class Watcher {
+ public:
+  /// Prints events to `output`, one JSON object a line, and what people should know to `messages`.
+  Watcher(WatchOptions options, std::ostream& output, std::ostream& messages);
+  ~Watcher();
+  Watcher(const Watcher&) = delete;
+  Watcher& operator=(const Watcher&) = delete;
+
+  /// Connects and watches until the options, a failure or a signal end it; writes the picture.
+  ExitStatus Run();
+
+ private:
+  void Configure();
+  void Connect();
+  void AfterConnect();
+  void Note(const EventEntry& event, std::span<const EventArgument> arguments);
+  void Disconnect();
+  void Pause(EventQueue::Nanoseconds time);
+  bool WriteLastPicture();
+  ExitStatus Outcome();
+  std::string WhyNoPicture() const;
+
+  const WatchOptions options_;
+  std::ostream& output_;
+  std::ostream& messages_;
+
+  std::unique_ptr<HeadlessPlatform> services_;
+  DrawnFrames drawn_;
+  Platform platform_;  ///< The services, with `drawn_` before the decoder.
+  std::shared_ptr<VideoServerPush> viewer_;
+
+  Completion end_;       ///< It is time to end.
+  bool connected_ = false;
+  bool failed_ = false;  ///< Connect has failed.
+  int broken_at_ = -1;   ///< How many pictures there were when the connection was last reported broken.
+  std::string status_;   ///< The last status text.
+};
+
+}  // namespace orbelcast

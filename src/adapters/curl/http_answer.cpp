@@ -1,0 +1,111 @@
+#include "adapters/curl/http_answer.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cctype>
+#include <charconv>
+
+#include "platform/http_request.h"
+
+namespace orbelcast {
+
+namespace {
+
+constexpr std::string_view kBlanks = " \t";
+
+bool EqualIgnoringCase(std::string_view a, std::string_view b) {
+  return std::ranges::equal(a, b, [](unsigned char x, unsigned char y) { return std::tolower(x) == std::tolower(y); });
+}
+
+std::string_view Trim(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+int StatusOf(std::string_view status_line) {
+  const std::size_t blank = std::min(status_line.find(' '), status_line.size());
+  const std::string_view rest = Trim(status_line.substr(blank));
+  int status = 0;
+  std::from_chars(rest.data(), rest.data() + rest.size(), status);
+  return status;
+}
+
+}  // namespace
+
+void HttpAnswer::Clear() {
+  status_ = 0;
+  headers_.clear();
+  header_bytes_ = 0;
+  in_headers_ = false;
+  handed_out_ = {};
+  body_.reset();
+}
+
+bool HttpAnswer::TakeHeaderLine(std::string_view line) {
+  header_bytes_ += line.size();
+  if (header_bytes_ > http_limits::kMaxHeaderBytes) return false;
+  line = line.substr(0, line.find_last_not_of("\r\n") + 1);
+  // A later answer of the same exchange replaces the one before; what comes behind a body is no header.
+  if (!in_headers_ && line.starts_with("HTTP/")) {
+    headers_.clear();
+    body_.reset();
+    status_ = StatusOf(line);
+    in_headers_ = true;
+  }
+  if (line.empty()) in_headers_ = false;
+  if (in_headers_) headers_.append(line).append("\r\n");
+  return true;
+}
+
+bool HttpAnswer::TakeBody(std::string_view part, std::int64_t announced) {
+  FrameBytes::Storage& body = Buffer(announced);
+  if (part.size() > http_limits::kMaxBodyBytes - body.size()) return false;
+  body.insert(body.end(), part.begin(), part.end());
+  last_body_bytes_ = body.size();
+  return true;
+}
+
+std::string_view HttpAnswer::Header(std::string_view name) const {
+  std::string_view rest = headers_;
+  while (!rest.empty()) {
+    const std::size_t end = rest.find("\r\n");
+    const std::string_view line = rest.substr(0, end);
+    rest.remove_prefix(end + 2);
+    const std::size_t colon = line.find(':');
+    if (colon == std::string_view::npos || colon == 0 || line.starts_with("HTTP/")) continue;
+    if (EqualIgnoringCase(line.substr(0, line.find_last_not_of(kBlanks, colon - 1) + 1), name)) {
+      return Trim(line.substr(colon + 1));
+    }
+  }
+  return {};
+}
+
+std::string_view HttpAnswer::BodyText() const {
+  if (!body_) return {};
+  return {reinterpret_cast<const char*>(body_->data()), body_->size()};
+}
+
+FrameBytes HttpAnswer::Body() {
+  if (handed_out_.Empty() && body_) handed_out_ = FrameBytes(body_);
+  return handed_out_;
+}
+
+FrameBytes::Storage& HttpAnswer::Buffer(std::int64_t announced) {
+  if (body_) return *body_;
+  const auto unused = std::ranges::find_if(buffers_, [](const auto& buffer) { return buffer.use_count() <= 1; });
+  if (unused == buffers_.end()) {
+    body_ = std::make_shared<FrameBytes::Storage>();  // Somebody keeps every one of them.
+  } else {
+    if (!*unused) *unused = std::make_shared<FrameBytes::Storage>();
+    // Pairs with the release of whoever let go of it, on another thread perhaps.
+    std::atomic_thread_fence(std::memory_order_acquire);
+    body_ = *unused;
+    body_->clear();
+  }
+  const std::size_t expected = announced >= 0 ? static_cast<std::size_t>(announced) : last_body_bytes_;
+  body_->reserve(std::min(expected, http_limits::kMaxBodyBytes));
+  return *body_;
+}
+
+}  // namespace orbelcast

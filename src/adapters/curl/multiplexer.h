@@ -1,0 +1,80 @@
+#pragma once
+
+#include <curl/curl.h>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "platform/message_loop.h"
+
+namespace orbelcast {
+
+/// A transfer as the multiplexer knows it.
+class MultiplexedTransfer {
+ public:
+  virtual ~MultiplexedTransfer() = default;
+  virtual CURL* Handle() = 0;
+  /// The time at which it has waited long enough, by EventQueue::Now; none where it has no limit (yet).
+  virtual std::optional<EventQueue::Nanoseconds> Deadline() const = 0;
+  /// It has ended and is no longer the multiplexer's. It may begin another one at once.
+  virtual void Ended(CURLcode result) = 0;
+};
+
+/// All transfers of one message loop, driven by its queue; they share connections, names and TLS sessions.
+///
+/// One libcurl multi handle: the sockets it asks for are watched in the queue, and one timer of the queue serves its
+/// time-outs and the transfers' deadlines. Nothing of a caller runs inside libcurl.
+class Multiplexer {
+ public:
+  /// Connections kept open without use, of all servers together.
+  static constexpr long kIdleConnections = 64;
+
+  explicit Multiplexer(MessageLoop& loop);
+  ~Multiplexer();
+  Multiplexer(const Multiplexer&) = delete;
+  Multiplexer& operator=(const Multiplexer&) = delete;
+
+  /// Null once closed.
+  MessageLoop* Loop() const { return loop_; }
+  /// Ends every transfer and lets go of the loop; nothing begins any more.
+  void Close();
+
+  /// Begins a transfer, up to its first wait. False when it cannot begin.
+  bool Begin(MultiplexedTransfer& transfer);
+  /// Takes a transfer out without a word to it. Harmless where it has ended.
+  void Drop(MultiplexedTransfer& transfer);
+  bool IsUnderWay(const MultiplexedTransfer& transfer) const;
+
+  /// Blocks the thread until the transfer has ended. The other transfers go on, their waiters wait for the loop.
+  void Block(const MultiplexedTransfer& transfer);
+
+ private:
+  using Nanoseconds = EventQueue::Nanoseconds;
+  struct Socket {
+    curl_socket_t socket;
+    EventQueue::SocketEvents events;
+  };
+
+  static int OnSocketWanted(CURL* easy, curl_socket_t socket, int what, void* self, void* of_socket);
+  static int OnTimerWanted(CURLM* multi, long milliseconds, void* self);
+  void SetSocket(curl_socket_t socket, int what);
+  void SocketReady(curl_socket_t socket, EventQueue::SocketEvents events);
+  void HandleTime();
+  void EndFinished();
+  void End(MultiplexedTransfer& transfer, CURLcode result);
+  Nanoseconds NextTime() const;
+  void ArmTimer();
+  void PollOnce();
+
+  MessageLoop* loop_;
+  CURLM* multi_;
+  std::vector<MultiplexedTransfer*> transfers_;
+  std::vector<Socket> sockets_;
+  Nanoseconds curl_due_ = Nanoseconds::max();
+  // The timer is left alone when it comes too early: with thousands of transfers a second it is rarely touched.
+  EventQueue::TimerId timer_ = 0;
+  Nanoseconds timer_due_ = Nanoseconds::max();
+};
+
+}  // namespace orbelcast
