@@ -11,6 +11,11 @@ elseif(ORBELCAST_SANITIZE STREQUAL "thread")
   add_compile_options(-Wno-tsan)
 endif()
 
+if(ORBELCAST_FUZZ)
+  # What the fuzzers call is instrumented too, so that they see which bytes lead where.
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 find_program(ORBELCAST_CCACHE ccache)
 if(ORBELCAST_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER "${ORBELCAST_CCACHE}")

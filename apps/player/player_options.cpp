@@ -31,7 +31,9 @@ std::string CheckUrl(const std::string& text) {
 
 }  // namespace
 
-QSize PlayerOptions::WindowSize() const { return ParseSize(size); }
+QSize PlayerOptions::WindowSize() const {
+  return ParseSize(size);
+}
 
 void AddPlayerOptions(CLI::App& app, PlayerOptions& options) {
   app.add_option("URL", options.url, "The whole address of the camera's picture")->required()->check(CheckUrl);

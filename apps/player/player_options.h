@@ -13,16 +13,16 @@ struct PlayerOptions {
   std::string url;
   std::string user;
   std::string password;
-  int frame_rate = 25;                                 ///< Pictures a second, 1 to 30.
-  std::string size = "640x480";                        ///< The window's, in pixels.
-  std::optional<std::array<int, 4>> motion_area;       ///< x1, y1, x2, y2 in hundredths of the picture.
-  std::optional<std::string> motion_zones;             ///< One character a zone, "0" excludes it.
-  int sensitivity = 80;                                ///< Percent.
+  int frame_rate = 25;                            ///< Pictures a second, 1 to 30.
+  std::string size = "640x480";                   ///< The window's, in pixels.
+  std::optional<std::array<int, 4>> motion_area;  ///< x1, y1, x2, y2 in hundredths of the picture.
+  std::optional<std::string> motion_zones;        ///< One character a zone, "0" excludes it.
+  int sensitivity = 80;                           ///< Percent.
   bool show_motion = false;
   bool auto_reconnect = false;
   bool no_status = false;
-  std::string screenshot;                              ///< Where a picture of the window goes at the end.
-  std::optional<double> quit_after;                    ///< Seconds.
+  std::string screenshot;            ///< Where a picture of the window goes at the end.
+  std::optional<double> quit_after;  ///< Seconds.
 
   QSize WindowSize() const;
 };

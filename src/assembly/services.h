@@ -15,9 +15,8 @@ namespace orbelcast {
 class Services {
  public:
   Services(EventQueue& queue, Screen& screen, Clipboard& clipboard)
-      : loop_(queue),
-        platform_{loop_,  clock_,         screen,    text_mapper_, files_,
-                  http_,  jpeg_decoder_,  pictures_, clipboard,    device_contexts_} {}
+      : loop_(queue), platform_{loop_, clock_,        screen,    text_mapper_, files_,
+                                http_, jpeg_decoder_, pictures_, clipboard,    device_contexts_} {}
   Services(const Services&) = delete;
   Services& operator=(const Services&) = delete;
 

@@ -47,7 +47,8 @@ void Append(std::vector<std::uint8_t>& bytes, Number number) {
 std::vector<std::uint8_t> ReadUpTo(std::ifstream& file, std::uint64_t file_size, std::int64_t offset,
                                    std::int64_t count) {
   if (offset < 0 || count <= 0 || static_cast<std::uint64_t>(offset) >= file_size) return {};
-  const std::uint64_t there = std::min(static_cast<std::uint64_t>(count), file_size - static_cast<std::uint64_t>(offset));
+  const std::uint64_t there =
+      std::min(static_cast<std::uint64_t>(count), file_size - static_cast<std::uint64_t>(offset));
   std::vector<std::uint8_t> bytes(there);
   file.clear();
   file.seekg(offset);
@@ -87,8 +88,9 @@ bool cDIB::CreateFromPackedDIBPointer(std::span<const std::uint8_t> packed) {
   const auto there = pixels.first(std::min(pixels.size(), static_cast<std::size_t>(InfoHeader.biSizeImage)));
   Bits.assign(there.begin(), there.end());
   BitmapInfo.assign(header.begin(), header.end());
-  FileHeader = {kBitmapMark, static_cast<std::int32_t>(static_cast<std::uint32_t>(InfoHeader.biSizeImage) + kPackedOverhead),
-                0, 0, static_cast<std::int32_t>(kFileHeaderBytes + kInfoHeaderBytes)};
+  FileHeader = {kBitmapMark,
+                static_cast<std::int32_t>(static_cast<std::uint32_t>(InfoHeader.biSizeImage) + kPackedOverhead), 0, 0,
+                static_cast<std::int32_t>(kFileHeaderBytes + kInfoHeaderBytes)};
   return true;
 }
 

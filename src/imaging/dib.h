@@ -10,17 +10,17 @@ namespace orbelcast {
 /// One device-independent bitmap in the layout of a BMP file: file header, information header and colour table, pixels.
 ///
 /// A plain value holder: nothing is drawn or converted. It is filled from a BMP file or from a packed DIB in memory (an
-/// information header with the pixels right behind it) and writes itself back as a BMP file. A method answers true when it
-/// reached its end; what could not be read meanwhile (a file that ends early, a header that promises more than there is)
-/// is simply missing from the arrays, so callers check the sizes that they need. Nothing throws.
+/// information header with the pixels right behind it) and writes itself back as a BMP file. A method answers true when
+/// it reached its end; what could not be read meanwhile (a file that ends early, a header that promises more than there
+/// is) is simply missing from the arrays, so callers check the sizes that they need. Nothing throws.
 class cDIB {
  public:
   /// Loads a BMP file. False where there is none or it does not begin with "BM". No more bytes are allocated than the
   /// file holds, whatever its headers say.
   bool CreateFromFile(const std::string& Filename);
 
-  /// Loads a packed DIB. False for fewer than 16 bits a pixel or no pixel bytes; the information header is replaced even
-  /// then. Bytes that `packed` does not hold are missing from the pixels.
+  /// Loads a packed DIB. False for fewer than 16 bits a pixel or no pixel bytes; the information header is replaced
+  /// even then. Bytes that `packed` does not hold are missing from the pixels.
   bool CreateFromPackedDIBPointer(std::span<const std::uint8_t> packed);
 
   /// Writes the three parts as they stand, over an existing file in place: the tail of a longer one remains.

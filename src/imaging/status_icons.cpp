@@ -26,6 +26,8 @@ void PaintStatusIcon(Surface& strip, Color background, StatusIcon icon, const Su
   strip.Draw(picture, CellX(icon), kCellY);
 }
 
-void EraseActivityIcon(Surface& strip, Color background) { EraseCell(strip, background, kActivityCellX); }
+void EraseActivityIcon(Surface& strip, Color background) {
+  EraseCell(strip, background, kActivityCellX);
+}
 
 }  // namespace orbelcast

@@ -11,11 +11,11 @@
 
 /// Child controls as plain values: what a control's surface is made of, without a toolkit.
 ///
-/// The logic assigns their properties; a front end listens and mirrors each value into a real widget, and a test reads it.
-/// The other way round a front end calls what the logic put into the `On…` members (a user's click, press, drop or menu
-/// choice). Those start a handler of the message loop by themselves and may be empty. Positions and sizes are twips,
-/// single precision; the fonts are named where a front end must know them. Texts are UTF-8 at best: what a server sent is
-/// bytes of unknown quality, which a front end shows as well as it can.
+/// The logic assigns their properties; a front end listens and mirrors each value into a real widget, and a test reads
+/// it. The other way round a front end calls what the logic put into the `On…` members (a user's click, press, drop or
+/// menu choice). Those start a handler of the message loop by themselves and may be empty. Positions and sizes are
+/// twips, single precision; the fonts are named where a front end must know them. Texts are UTF-8 at best: what a
+/// server sent is bytes of unknown quality, which a front end shows as well as it can.
 namespace orbelcast {
 
 /// What was dropped onto a control: each format's bytes under its media type, passed through unread.
@@ -31,9 +31,9 @@ struct DropData {
   }
 };
 
-/// A drop in the middle of being handled; a handler may change `effect` (0 none, 1 copy, 2 move), which is the answer to
-/// the program that the data came from. `button`: 1 left, 2 right, 4 middle, added up; `shift`: 1 shift, 2 control, 4 alt,
-/// added up. The position is twips, in the child's own coordinates.
+/// A drop in the middle of being handled; a handler may change `effect` (0 none, 1 copy, 2 move), which is the answer
+/// to the program that the data came from. `button`: 1 left, 2 right, 4 middle, added up; `shift`: 1 shift, 2 control,
+/// 4 alt, added up. The position is twips, in the child's own coordinates.
 struct Drop {
   DropData data;
   std::int32_t effect = 1;

@@ -6,18 +6,20 @@
 
 namespace orbelcast {
 
-/// What a toolkit or an operating system must provide so that a message loop can be built on it: timers, sockets, posted
-/// calls, and "handle what is due". One queue belongs to one thread, and everything here is called on that thread.
+/// What a toolkit or an operating system must provide so that a message loop can be built on it: timers, sockets,
+/// posted calls, and "handle what is due". One queue belongs to one thread, and everything here is called on that
+/// thread.
 ///
 /// What to know when writing one for another platform:
 /// - Callbacks run on the stack of HandleDue, HandleNext or the toolkit's own loop, never inside ArmTimer, Post or
 ///   WatchSocket. HandleDue may be called from inside a callback (nested), and a callback may arm, cancel, watch and
 ///   unwatch anything, its own timer and socket included.
 /// - A cancelled timer and an unwatched socket never call again, even if they were due already.
-/// - Posted calls run in the order in which they were posted; one that is posted while they run waits for the next round.
+/// - Posted calls run in the order in which they were posted; one that is posted while they run waits for the next
+/// round.
 class EventQueue {
  public:
-  using TimerId = std::uint64_t;                ///< Never 0.
+  using TimerId = std::uint64_t;  ///< Never 0.
   using Nanoseconds = std::chrono::nanoseconds;
 
   struct SocketEvents {
@@ -44,7 +46,8 @@ class EventQueue {
 
   /// Handles everything that is due, then returns. Never waits.
   virtual void HandleDue() = 0;
-  /// Waits until something is due and handles it. Returns after at least one callback ran, or when the platform woke it.
+  /// Waits until something is due and handles it. Returns after at least one callback ran, or when the platform woke
+  /// it.
   virtual void HandleNext() = 0;
 
   /// How long a look at the queue counts as fresh: a yield within this time may be answered without another look.

@@ -14,7 +14,8 @@ namespace orbelcast {
 ///
 /// Nothing here throws. A step that cannot be done returns false and leaves a mark (`Failed`) that stays until the next
 /// `Open`. The address goes out byte for byte: nothing is escaped, nothing normalised. An address, header or credential
-/// that holds a control character (CR, LF and NUL among them) is refused, so nothing that is typed can add a header line.
+/// that holds a control character (CR, LF and NUL among them) is refused, so nothing that is typed can add a header
+/// line.
 ///
 /// Redirects are followed (at most ten, http and https only); connections are kept open and shared by all requests.
 class HttpRequest {

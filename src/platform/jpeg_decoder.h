@@ -7,9 +7,9 @@ namespace orbelcast {
 
 /// Draws JPEG pictures onto surfaces.
 ///
-/// The entropy-coded data of one frame (one `FrameBytes::Serial`) is decoded once, however many surfaces it is drawn on.
-/// A picture that ends early, cannot be read, or has more than Surface::kMaxPixels draws nothing: the call answers false
-/// and the surface keeps what it had.
+/// The entropy-coded data of one frame (one `FrameBytes::Serial`) is decoded once, however many surfaces it is drawn
+/// on. A picture that ends early, cannot be read, or has more than Surface::kMaxPixels draws nothing: the call answers
+/// false and the surface keeps what it had.
 class JpegDecoder {
  public:
   virtual ~JpegDecoder() = default;

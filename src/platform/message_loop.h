@@ -8,8 +8,8 @@ namespace orbelcast {
 
 /// Something that is waited for. Done once `Complete` was called, until `Reset`.
 ///
-/// Several handlers may wait for one completion; each is woken, in the order in which they came. Destroying a completion
-/// that is waited for wakes its waiters too.
+/// Several handlers may wait for one completion; each is woken, in the order in which they came. Destroying a
+/// completion that is waited for wakes its waiters too.
 class Completion {
  public:
   /// One wait in progress; lives on the waiting stack. Made by message loops.
@@ -49,8 +49,8 @@ class Completion {
 /// The one loop that everything runs on, as the controls see it.
 ///
 /// A handler is what the world starts: a timer tick, a click, a list choice, a mouse press. `RunHandler` starts it on a
-/// stack of its own, so a `Yield` or `Wait` inside it suspends that handler alone while every other one goes on. Only on
-/// the host's own stack (a host that calls a method and expects it done) does a wait handle the queue itself.
+/// stack of its own, so a `Yield` or `Wait` inside it suspends that handler alone while every other one goes on. Only
+/// on the host's own stack (a host that calls a method and expects it done) does a wait handle the queue itself.
 class MessageLoop {
  public:
   virtual ~MessageLoop() = default;
@@ -59,8 +59,8 @@ class MessageLoop {
   /// anything else goes through RunHandler.
   virtual EventQueue& Queue() = 0;
 
-  /// Starts `handler` at once, on a stack of its own; returns when it has ended or waits for the first time. An exception
-  /// that leaves a handler is swallowed: nothing crosses the loop.
+  /// Starts `handler` at once, on a stack of its own; returns when it has ended or waits for the first time. An
+  /// exception that leaves a handler is swallowed: nothing crosses the loop.
   virtual void RunHandler(std::function<void()> handler) = 0;
 
   /// Lets everything that is due be handled, then returns. Cheap when the queue was looked at just now.

@@ -3,10 +3,12 @@
 namespace orbelcast::resources {
 
 // The symbols that the build makes of the files in resources/.
-#define ORBELCAST_RESOURCE(Function, symbol)   \
-  extern const unsigned char symbol[];         \
-  extern const std::size_t symbol##_size;      \
-  std::span<const std::uint8_t> Function() { return {symbol, symbol##_size}; }
+#define ORBELCAST_RESOURCE(Function, symbol) \
+  extern const unsigned char symbol[];       \
+  extern const std::size_t symbol##_size;    \
+  std::span<const std::uint8_t> Function() { \
+    return {symbol, symbol##_size};          \
+  }
 
 ORBELCAST_RESOURCE(TestCard, test_card_png)
 ORBELCAST_RESOURCE(NoAnswer, no_answer_png)

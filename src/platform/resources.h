@@ -6,9 +6,9 @@
 /// The pictures that the controls carry with them, as the bytes of their PNG files.
 namespace orbelcast::resources {
 
-std::span<const std::uint8_t> TestCard();        ///< 454 × 340, shown while there is no video.
-std::span<const std::uint8_t> NoAnswer();        ///< 100 × 100, painted when a frame request failed.
-std::span<const std::uint8_t> RecordingIcon();   ///< The four status icons are 16 × 16 and have transparent pixels.
+std::span<const std::uint8_t> TestCard();       ///< 454 × 340, shown while there is no video.
+std::span<const std::uint8_t> NoAnswer();       ///< 100 × 100, painted when a frame request failed.
+std::span<const std::uint8_t> RecordingIcon();  ///< The four status icons are 16 × 16 and have transparent pixels.
 std::span<const std::uint8_t> StopIcon();
 std::span<const std::uint8_t> ConnectIcon();
 std::span<const std::uint8_t> DisconnectIcon();

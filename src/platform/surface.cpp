@@ -8,8 +8,8 @@ namespace orbelcast {
 namespace {
 
 constexpr std::uint32_t PixelOf(Color color) {
-  return 0xff000000u | static_cast<std::uint32_t>(RedOf(color)) << 16 | static_cast<std::uint32_t>(GreenOf(color)) << 8 |
-         static_cast<std::uint32_t>(BlueOf(color));
+  return 0xff000000u | static_cast<std::uint32_t>(RedOf(color)) << 16 |
+         static_cast<std::uint32_t>(GreenOf(color)) << 8 | static_cast<std::uint32_t>(BlueOf(color));
 }
 
 constexpr std::uint32_t Blend(std::uint32_t over, std::uint32_t under) {
@@ -84,7 +84,9 @@ void Surface::OutlineBox(int x1, int y1, int x2, int y2, Color color) {
   FillBox(x2, y1, x2, y2, color);
 }
 
-void Surface::Fill(Color color) { FillBox(0, 0, width_ - 1, height_ - 1, color); }
+void Surface::Fill(Color color) {
+  FillBox(0, 0, width_ - 1, height_ - 1, color);
+}
 
 void Surface::Draw(const Surface& source, int x, int y) {
   const int left = std::max(x, 0);

@@ -14,10 +14,18 @@ using Color = std::int32_t;
 /// What reading a pixel outside a surface gives.
 inline constexpr Color kNoColor = -1;
 
-constexpr Color Rgb(int red, int green, int blue) { return red + 256 * green + 65536 * blue; }
-constexpr int RedOf(Color color) { return color & 0xff; }
-constexpr int GreenOf(Color color) { return (color >> 8) & 0xff; }
-constexpr int BlueOf(Color color) { return (color >> 16) & 0xff; }
+constexpr Color Rgb(int red, int green, int blue) {
+  return red + 256 * green + 65536 * blue;
+}
+constexpr int RedOf(Color color) {
+  return color & 0xff;
+}
+constexpr int GreenOf(Color color) {
+  return (color >> 8) & 0xff;
+}
+constexpr int BlueOf(Color color) {
+  return (color >> 16) & 0xff;
+}
 
 /// A picture in memory: rows from the top, each pixel 32 bits.
 ///
@@ -25,8 +33,8 @@ constexpr int BlueOf(Color color) { return (color >> 16) & 0xff; }
 /// front ends and image libraries take as it is. Surfaces that are shown are opaque (A = 255); only pictures that are
 /// drawn onto others, such as icons, have transparent pixels. Coordinates are pixels. Drawing outside is clipped.
 ///
-/// The memory is one block, kept while the size stays, so a front end may show it without a copy; `Block` and `revision`
-/// let it, or a decoder, notice that the picture it knew is gone or was drawn on.
+/// The memory is one block, kept while the size stays, so a front end may show it without a copy; `Block` and
+/// `revision` let it, or a decoder, notice that the picture it knew is gone or was drawn on.
 class Surface {
  public:
   struct Block {
@@ -63,8 +71,8 @@ class Surface {
   /// The colour at (x, y), or kNoColor outside.
   Color Point(int x, int y) const {
     if (x < 0 || y < 0 || x >= width_ || y >= height_) return kNoColor;
-    const std::uint32_t pixel = block_->pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) +
-                                               static_cast<std::size_t>(x)];
+    const std::uint32_t pixel =
+        block_->pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) + static_cast<std::size_t>(x)];
     return Rgb(static_cast<int>((pixel >> 16) & 0xff), static_cast<int>((pixel >> 8) & 0xff),
                static_cast<int>(pixel & 0xff));
   }

@@ -83,7 +83,9 @@ bool VideoServerPush::OpenAndSend() {
   return WaitForResponse();
 }
 
-bool VideoServerPush::RequestFailed() const { return Requester->Failed() || Requester->Status() != kOk; }
+bool VideoServerPush::RequestFailed() const {
+  return Requester->Failed() || Requester->Status() != kOk;
+}
 
 void VideoServerPush::FailTick() {
   const float left = VideoStream.Width / 2 - IconNet.Width / 2;
@@ -161,7 +163,9 @@ void VideoServerPush::ShowRecording(std::string_view recording) {
   }
 }
 
-void VideoServerPush::KeepStatusDrawing() { StatusDisplay.Refresh(); }
+void VideoServerPush::KeepStatusDrawing() {
+  StatusDisplay.Refresh();
+}
 
 // A frame of an answer that is there already: the second half of a tick, without a request.
 void VideoServerPush::RequestEnd() {

@@ -36,15 +36,24 @@ constexpr ArgumentEntry kMotionArea[] = {{"X1", kLong}, {"Y1", kLong}, {"X2", kL
 constexpr ArgumentEntry kMotionDetectedArea[] = {{"Area", kInteger}};
 
 constexpr PropertyEntry kProperties[] = {
-    {"FrameRate", 0x68030000, kInteger, true},       {"Server", 0x68030001, kText, false},
-    {"ShowBandwidth", 0x68030002, kBoolean, true},   {"MotionDetector", 0x68030003, kBoolean, true},
-    {"Username", 0x68030004, kText, true},           {"Password", 0x68030005, kText, true},
-    {"DirectToDisk", 0x68030006, kBoolean, true},    {"MotionArea_Y2", 0x68030007, kLong, true},
-    {"MotionArea_y1", 0x68030008, kLong, true},      {"MotionArea_x2", 0x68030009, kLong, true},
-    {"MotionArea_x1", 0x6803000a, kLong, true},      {"MotionSensivity", 0x6803000b, kLong, true},
-    {"ShowMotion", 0x6803000c, kBoolean, true},      {"AlwaysSmooth", 0x6803000d, kBoolean, true},
-    {"DisableTestScreen", 0x6803000e, kBoolean, true}, {"MotionByZones", 0x6803004d, kBoolean, true},
-    {"MotionString", 0x6803004e, kText, true},       {"URL", 0x6803004f, kText, false},
+    {"FrameRate", 0x68030000, kInteger, true},
+    {"Server", 0x68030001, kText, false},
+    {"ShowBandwidth", 0x68030002, kBoolean, true},
+    {"MotionDetector", 0x68030003, kBoolean, true},
+    {"Username", 0x68030004, kText, true},
+    {"Password", 0x68030005, kText, true},
+    {"DirectToDisk", 0x68030006, kBoolean, true},
+    {"MotionArea_Y2", 0x68030007, kLong, true},
+    {"MotionArea_y1", 0x68030008, kLong, true},
+    {"MotionArea_x2", 0x68030009, kLong, true},
+    {"MotionArea_x1", 0x6803000a, kLong, true},
+    {"MotionSensivity", 0x6803000b, kLong, true},
+    {"ShowMotion", 0x6803000c, kBoolean, true},
+    {"AlwaysSmooth", 0x6803000d, kBoolean, true},
+    {"DisableTestScreen", 0x6803000e, kBoolean, true},
+    {"MotionByZones", 0x6803004d, kBoolean, true},
+    {"MotionString", 0x6803004e, kText, true},
+    {"URL", 0x6803004f, kText, false},
     {"AutoReconnect", 0x68030050, kBoolean, true},
 };
 
@@ -93,9 +102,15 @@ void Forward(Signal<Args...>& signal, const EventEntry& entry, const std::shared
 
 }  // namespace
 
-std::span<const PropertyEntry> video_server_push_interface::Properties() { return kProperties; }
-std::span<const MethodEntry> video_server_push_interface::Methods() { return kMethods; }
-std::span<const EventEntry> video_server_push_interface::Events() { return kEvents; }
+std::span<const PropertyEntry> video_server_push_interface::Properties() {
+  return kProperties;
+}
+std::span<const MethodEntry> video_server_push_interface::Methods() {
+  return kMethods;
+}
+std::span<const EventEntry> video_server_push_interface::Events() {
+  return kEvents;
+}
 
 void ListenToAll(VideoServerPushEvents& events, EventListener listener) {
   const auto shared = std::make_shared<EventListener>(std::move(listener));

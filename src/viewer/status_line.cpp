@@ -44,7 +44,9 @@ void VideoServerPush::StatusStrip_MouseDown(std::int16_t Button) {
   Yield();
 }
 
-void VideoServerPush::RaiseMouseDown(std::int16_t Button) { Events.MouseDown(Button); }
+void VideoServerPush::RaiseMouseDown(std::int16_t Button) {
+  Events.MouseDown(Button);
+}
 
 void VideoServerPush::RaiseDrop(Drop& drop) {
   Events.OLEDragDrop(drop.data, drop.effect, drop.button, drop.shift, drop.x, drop.y);

@@ -48,8 +48,8 @@ void VideoServerPushEvents::Clear() {
   MotionDetectedArea.Clear();
 }
 
-// The host's pointer and the handlers' are two: when the host lets go of its own, the control ends at once for the host,
-// while a handler that is still inside a method keeps the memory until it returns.
+// The host's pointer and the handlers' are two: when the host lets go of its own, the control ends at once for the
+// host, while a handler that is still inside a method keeps the memory until it returns.
 std::shared_ptr<VideoServerPush> VideoServerPush::Create(Platform& platform) {
   std::shared_ptr<VideoServerPush> inner(new VideoServerPush(platform));
   inner->self_ = inner;
@@ -123,7 +123,7 @@ void VideoServerPush::ConnectHandlers() {
       });
     };
   };
-  VideoStream.OnMouseDown = [this, raise = on_press(&VideoServerPush::RaiseMouseDown)](std::int16_t button) {
+  VideoStream.OnMouseDown = [raise = on_press(&VideoServerPush::RaiseMouseDown)](std::int16_t button) {
     if (button == kLeftButton) raise(button);
   };
   Mira.OnMouseDown = on_press(&VideoServerPush::RaiseMouseDown);
@@ -201,7 +201,9 @@ void VideoServerPush::UserControl_Terminate() {
   dummy_driver_.reset();
 }
 
-void VideoServerPush::UserControl_Hide() { StreamStopped = true; }
+void VideoServerPush::UserControl_Hide() {
+  StreamStopped = true;
+}
 
 void VideoServerPush::Notify(std::int16_t code) {
   constexpr std::int16_t kRequestEnded = 12;
@@ -214,7 +216,9 @@ void VideoServerPush::FrameRate(std::int16_t& value) {
   MasterTimer.Interval = RoundToEven(1000.0 / value);
 }
 
-void VideoServerPush::MotionSensivity(std::int32_t& value) { motion_.Threshold = MotionThreshold(value); }
+void VideoServerPush::MotionSensivity(std::int32_t& value) {
+  motion_.Threshold = MotionThreshold(value);
+}
 
 void VideoServerPush::ShowBandwidth(bool value) {
   StatusDisplay.Visible = value;
@@ -251,7 +255,9 @@ void VideoServerPush::ShowStatus(const std::string& X) {
   Yield();
 }
 
-void VideoServerPush::ToogleClock(bool X) { MasterTimer.Enabled = X; }
+void VideoServerPush::ToogleClock(bool X) {
+  MasterTimer.Enabled = X;
+}
 
 void VideoServerPush::Pulse() {
   if (!FirstFrameShown) return;

@@ -51,11 +51,11 @@ struct VideoServerPushEvents {
 /// The stream viewer: shows one camera by asking its server for one JPEG picture after another.
 ///
 /// Everything happens on the thread of the platform's message loop. A method that waits (`Connect`) lets other handlers
-/// run meanwhile; called on the host's own stack it handles the queue itself and returns when it is done. Nothing throws
-/// and nothing is reported as an error: outcomes are events and status texts.
+/// run meanwhile; called on the host's own stack it handles the queue itself and returns when it is done. Nothing
+/// throws and nothing is reported as an error: outcomes are events and status texts.
 ///
-/// The host owns the control through the pointer that Create returns. Releasing it, also from inside an event or while a
-/// method of it waits, ends the control: what is under way is aborted, and no event is raised any more.
+/// The host owns the control through the pointer that Create returns. Releasing it, also from inside an event or while
+/// a method of it waits, ends the control: what is under way is aborted, and no event is raised any more.
 class VideoServerPush {
  public:
   /// Makes a control with its defaults: test card, no stream, `FrameRate` 1. `platform` outlives it.
@@ -137,8 +137,8 @@ class VideoServerPush {
   void Pulse();
   /// Treats the answer that the request object holds as a frame.
   void RequestEnd();
-  /// Saves the picture that is shown as the file `Filename`, replacing it: of a stream the server's JPEG byte for byte, of
-  /// a mosaic or the test card a bitmap, whatever the name ends in. A name that cannot be written leaves no file.
+  /// Saves the picture that is shown as the file `Filename`, replacing it: of a stream the server's JPEG byte for byte,
+  /// of a mosaic or the test card a bitmap, whatever the name ends in. A name that cannot be written leaves no file.
   void SaveImage(const std::string& Filename);
   /// Puts the picture that is shown on the clipboard.
   void ImageOnClipboard();
@@ -236,8 +236,8 @@ class VideoServerPush {
   bool Yield();
   /// The same inside Connect, where a newer Connect that began meanwhile takes over as well.
   bool YieldInConnect();
-  /// Waits for the answer to the request that is under way. False when the control was released, or a Connect put another
-  /// request in its place meanwhile.
+  /// Waits for the answer to the request that is under way. False when the control was released, or a Connect put
+  /// another request in its place meanwhile.
   bool WaitForResponse();
   /// Keeps the control alive until a handler has ended, whatever the host does meanwhile.
   std::shared_ptr<VideoServerPush> StayAlive() const { return self_.lock(); }

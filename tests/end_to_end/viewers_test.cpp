@@ -41,7 +41,8 @@ class ViewersTest : public testing::Test {
     host.Get().loop.RunHandler([viewer, url] { viewer->Connect(url); });
   }
   /// Runs the loop for `time`, or until `done`; answers whether it was done.
-  bool Run(milliseconds time, const std::function<bool()>& done = [] { return false; }) {
+  bool Run(
+      milliseconds time, const std::function<bool()>& done = [] { return false; }) {
     EventQueue& queue = host.Get().loop.Queue();
     const auto end = queue.Now() + time;
     // A pulse, so that a quiet loop looks at the time as well.
@@ -101,11 +102,23 @@ TEST_F(ViewersTest, WhateverAPeerDoesTheNextGoodFrameShows) {
   std::string huge = SmallJpeg();
   for (std::size_t i = huge.find("\xff\xc0") + 5, end = i + 4; i < end; ++i) huge[i] = '\xff';
   const std::vector<std::pair<const char*, std::function<void(ScriptedServer::Connection&)>>> faults = {
-      {"garbage", [](auto& to) { to.Send("\x01\x02nothing known\r\n\r\n"); to.Close(); }},
+      {"garbage",
+       [](auto& to) {
+         to.Send("\x01\x02nothing known\r\n\r\n");
+         to.Close();
+       }},
       {"cut picture", [](auto& to) { to.Send(Answer(SmallJpeg().substr(0, 300))); }},
-      {"cut body", [&](auto& to) { to.Send(good.substr(0, good.size() - 100)); to.Close(); }},
+      {"cut body",
+       [&](auto& to) {
+         to.Send(good.substr(0, good.size() - 100));
+         to.Close();
+       }},
       {"reset", [](auto& to) { to.Reset(); }},
-      {"10,000 header lines", [&](auto& to) { to.Send(many + "\r\n"); to.Close(); }},
+      {"10,000 header lines",
+       [&](auto& to) {
+         to.Send(many + "\r\n");
+         to.Close();
+       }},
       {"65,535 x 65,535", [&](auto& to) { to.Send(Answer(huge)); }},
       {"no picture", [](auto& to) { to.Send(Answer("hello")); }}};
   for (const auto& [name, misbehave] : faults) {
@@ -151,10 +164,11 @@ TEST_F(ViewersTest, ReleasedWhileItWaitsItEndsAtOnce) {
 TEST(LongStreamTest, GrowsNoMemory) {
   fakes::FakePlatform world;
   TurboJpegDecoder decoder;
-  Platform platform{world.loop,  world.clock, world.screen,   world.text_mapper, world.files,
-                    world.http,  decoder,     world.pictures, world.clipboard,   world.device_contexts};
+  Platform platform{world.loop, world.clock, world.screen,   world.text_mapper, world.files,
+                    world.http, decoder,     world.pictures, world.clipboard,   world.device_contexts};
   const std::string picture = SmallJpeg();
-  world.http.answers = {{.headers = {{"Date", "Wed, 31 Jan 2024 12:00:00 GMT"}}, .body = {picture.begin(), picture.end()}}};
+  world.http.answers = {
+      {.headers = {{"Date", "Wed, 31 Jan 2024 12:00:00 GMT"}}, .body = {picture.begin(), picture.end()}}};
   const auto viewer = VideoServerPush::Create(platform);
   viewer->Resize(320 * 15, 240 * 15);
   std::int16_t rate = 30;

@@ -87,7 +87,9 @@ class FakeHttp::Request final : public HttpRequest {
   bool failed_ = false;
 };
 
-std::shared_ptr<HttpRequest> FakeHttp::Create() { return std::make_shared<Request>(*this); }
+std::shared_ptr<HttpRequest> FakeHttp::Create() {
+  return std::make_shared<Request>(*this);
+}
 
 Answer FakeHttp::Next() {
   Answer answer = answers.front();

@@ -15,7 +15,9 @@ void ManualQueue::CancelTimer(TimerId id) {
   std::erase_if(timers_, [id](const auto& timer) { return timer.first.second == id; });
 }
 
-void ManualQueue::Post(std::function<void()> callback) { posted_.push_back(std::move(callback)); }
+void ManualQueue::Post(std::function<void()> callback) {
+  posted_.push_back(std::move(callback));
+}
 
 bool ManualQueue::RunPosted() {
   const auto round = std::exchange(posted_, {});
@@ -55,7 +57,11 @@ void ManualQueue::Advance(Nanoseconds time) {
 
 LocalTime ManualClock::Now() const {
   const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(queue_.Now()).count() + 12 * 3600;
-  LocalTime time{2024, 1, 31, static_cast<int>(seconds / 3600 % 24), static_cast<int>(seconds / 60 % 60),
+  LocalTime time{2024,
+                 1,
+                 31,
+                 static_cast<int>(seconds / 3600 % 24),
+                 static_cast<int>(seconds / 60 % 60),
                  static_cast<int>(seconds % 60)};
   time.day += static_cast<int>(seconds / 86400);
   return time;

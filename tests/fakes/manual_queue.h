@@ -30,7 +30,6 @@ class ManualQueue final : public EventQueue {
   void Advance(Nanoseconds time);
 
  private:
-
   bool RunPosted();
   /// Runs the timer that is due first, if it is due by `until`.
   bool RunNextTimer(Nanoseconds until);

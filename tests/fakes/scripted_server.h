@@ -15,8 +15,8 @@ namespace orbelcast::fakes {
 
 /// An HTTP server on 127.0.0.1 that does to its clients what a test says, byte by byte; see the folder's README.
 ///
-/// It listens from its construction, on a port that the system picks, until its destruction, which cuts every connection
-/// and pause short. The script runs on a thread of the connection's own.
+/// It listens from its construction, on a port that the system picks, until its destruction, which cuts every
+/// connection and pause short. The script runs on a thread of the connection's own.
 class ScriptedServer {
  public:
   /// One connection, in the script's hands while it answers a request.

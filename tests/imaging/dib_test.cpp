@@ -40,8 +40,8 @@ class DibTest : public testing::Test {
 
   std::string Name(const std::string& name) const { return (folder_ / name).string(); }
   std::string Store(const std::string& name, const Bytes& bytes) const {
-    std::ofstream(Name(name), std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()),
-                                                      static_cast<std::streamsize>(bytes.size()));
+    std::ofstream(Name(name), std::ios::binary)
+        .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
     return Name(name);
   }
   static Bytes Load(const std::string& name) {

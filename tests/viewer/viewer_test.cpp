@@ -30,7 +30,9 @@ Answer Good(std::vector<std::uint8_t> body = Picture(10, 20, 30)) {
   return {.headers = {{"Server", "Cam/1"}, {"Date", "Wed"}, {"HolmvaneStatus", "fine"}}, .body = std::move(body)};
 }
 
-Answer WithStatus(int status) { return {.status = status, .headers = {}, .body = {}}; }
+Answer WithStatus(int status) {
+  return {.status = status, .headers = {}, .body = {}};
+}
 
 class ViewerTest : public testing::Test {
  protected:
@@ -99,10 +101,9 @@ TEST_F(ViewerTest, ConnectOpensAStreamInItsOrder) {
   viewer->Connect(kUrl);
 
   // The first picture is fetched twice: by Connect itself and by the tick that it runs at once.
-  EXPECT_THAT(world.http.log,
-              ElementsAre("SetTimeouts 20000 20000 20000 60000", "Open GET http://camera/live/1 async",
-                          "SetCredentials u p 0", "Send", "Open GET http://camera/live/1 async", "SetCredentials u p 0",
-                          "Send"));
+  EXPECT_THAT(world.http.log, ElementsAre("SetTimeouts 20000 20000 20000 60000", "Open GET http://camera/live/1 async",
+                                          "SetCredentials u p 0", "Send", "Open GET http://camera/live/1 async",
+                                          "SetCredentials u p 0", "Send"));
   // The first tick does the once-a-second work as well.
   EXPECT_THAT(events.Take(), ElementsAre("Status(Connecting...)", "Status(Streaming...\r\nCam/1\r\n)",
                                          "StreamInfo(2000,1)", "Connected"));
@@ -117,7 +118,8 @@ TEST_F(ViewerTest, ConnectOpensAStreamInItsOrder) {
 
   // The second frame raises Connected once more, and no later one does.
   Run(milliseconds(3500));
-  EXPECT_THAT(events.Take(), ElementsAre("Connected", "StreamInfo(2000,1)", "StreamInfo(2000,1)", "StreamInfo(2000,1)"));
+  EXPECT_THAT(events.Take(),
+              ElementsAre("Connected", "StreamInfo(2000,1)", "StreamInfo(2000,1)", "StreamInfo(2000,1)"));
   EXPECT_EQ(world.http.sent, 5);
 }
 
@@ -147,9 +149,8 @@ TEST_F(ViewerTest, FailuresAreReportedInOrder) {
   world.http.answers = {WithStatus(401)};
   viewer->Connect(kUrl, true);
   EXPECT_EQ(viewer->lStatus.Caption.Get(), "Connection failed.  (401)");
-  EXPECT_THAT(events.Take(),
-              ElementsAre("Status(Connecting...)", "Status(Connection failed.  (401))", "Disconnected",
-                          "ConnectionFailed", "ConnectionFailedV2(http://camera/live/1,True)"));
+  EXPECT_THAT(events.Take(), ElementsAre("Status(Connecting...)", "Status(Connection failed.  (401))", "Disconnected",
+                                         "ConnectionFailed", "ConnectionFailedV2(http://camera/live/1,True)"));
   EXPECT_EQ(viewer->URL(), "");
   EXPECT_TRUE(viewer->StatusDisplay.Visible);
 
@@ -216,7 +217,8 @@ TEST_F(ViewerTest, TheFetchCapHoldsOnePictureMoreThanTheFrameRate) {
   viewer->MasterTimer.Interval = 20;  // A timer that fires faster than it was asked to.
   events.Take();
   Run(milliseconds(3000));
-  EXPECT_THAT(events.Take(), ElementsAre("Connected", "StreamInfo(24576,6)", "StreamInfo(24576,6)", "StreamInfo(24576,6)"));
+  EXPECT_THAT(events.Take(),
+              ElementsAre("Connected", "StreamInfo(24576,6)", "StreamInfo(24576,6)", "StreamInfo(24576,6)"));
 }
 
 TEST_F(ViewerTest, BandwidthIsRoundedToEvenAndSmallSecondsAreNotTold) {
@@ -336,7 +338,7 @@ TEST_F(ViewerTest, RequestEndTreatsTheLastAnswerAsAFrame) {
   for (int i = 0; i < 8; ++i) viewer->RequestEnd();  // Alone it never gets to the fifth failure.
   EXPECT_THAT(events.Take(), IsEmpty());
   Run(milliseconds(5000));  // The first tick finds this second's frames used up; four fail.
-  viewer->RequestEnd();  // This failure is the fifth.
+  viewer->RequestEnd();     // This failure is the fifth.
   EXPECT_THAT(events.Take(), ElementsAre("ConnectionBroken", testing::StartsWith("Status("), "Disconnected"));
 }
 
@@ -432,8 +434,8 @@ TEST_F(ViewerTest, MotionIsToldInOrder) {
   viewer->Connect(kUrl);
   events.Take();
   Run(milliseconds(1000));
-  EXPECT_THAT(events.Take(), ElementsAre("MotionArea(0,0,88,80)", "MotionDetected(0,0,88,80)", "MotionDetectedArea(1)",
-                                         "Connected"));
+  EXPECT_THAT(events.Take(),
+              ElementsAre("MotionArea(0,0,88,80)", "MotionDetected(0,0,88,80)", "MotionDetectedArea(1)", "Connected"));
   EXPECT_EQ(viewer->MotionPicture[2].Image().Point(88, 40), Rgb(128, 128, 0));
   Run(milliseconds(1000));
   EXPECT_THAT(events.Take(), IsEmpty());
@@ -550,8 +552,8 @@ struct RudeWorld {
   DeviceContexts device_contexts;
   Platform platform{loop, clock, screen, text_mapper, files, http, jpeg_decoder, pictures, clipboard, device_contexts};
 
-  /// Streams with motion for some frames, fails, is disconnected: every kind of step. Acts rudely at step or event `at`;
-  /// returns how many steps and events there were.
+  /// Streams with motion for some frames, fails, is disconnected: every kind of step. Acts rudely at step or event
+  /// `at`; returns how many steps and events there were.
   int Run(int at, bool in_events, const std::function<void(std::shared_ptr<VideoServerPush>&)>& rude) {
     auto viewer = VideoServerPush::Create(platform);
     EventLog events(*viewer);
@@ -564,7 +566,8 @@ struct RudeWorld {
     late.delay = milliseconds(5);
     late.headers["VigilboxInfo"] = "1";
     late.headers["PlugIns"] = "p";
-    http.answers = {late, late, late, WithStatus(500), WithStatus(500), WithStatus(500), WithStatus(500), WithStatus(500)};
+    http.answers = {late,           late, late, WithStatus(500), WithStatus(500), WithStatus(500), WithStatus(500),
+                    WithStatus(500)};
 
     int told = 0;
     loop.steps = 0;
@@ -595,7 +598,8 @@ void TryEverywhere(const std::function<void(std::shared_ptr<VideoServerPush>&)>&
     const int count = RudeWorld().Run(-1, in_events, rude);
     ASSERT_GT(count, in_events ? 20 : 1000);
     // Nearly all steps are yields of the motion scan, alike but for their number: the first and then every 97th do.
-    for (int at = 0; at < count; at += at < 20 || at > count - 60 || in_events ? 1 : 97) RudeWorld().Run(at, in_events, rude);
+    for (int at = 0; at < count; at += at < 20 || at > count - 60 || in_events ? 1 : 97)
+      RudeWorld().Run(at, in_events, rude);
   }
 }
 

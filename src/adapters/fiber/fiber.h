@@ -49,11 +49,11 @@ class Fiber {
   bool quit_ = false;
 
   // What the sanitizers want to be told.
-  void* fake_stack_ = nullptr;
-  const void* resumer_stack_ = nullptr;
-  std::size_t resumer_stack_bytes_ = 0;
-  void* tsan_fiber_ = nullptr;
-  void* tsan_resumer_ = nullptr;
+  [[maybe_unused]] void* fake_stack_ = nullptr;
+  [[maybe_unused]] const void* resumer_stack_ = nullptr;
+  [[maybe_unused]] std::size_t resumer_stack_bytes_ = 0;
+  [[maybe_unused]] void* tsan_fiber_ = nullptr;
+  [[maybe_unused]] void* tsan_resumer_ = nullptr;
 };
 
 }  // namespace orbelcast

@@ -68,7 +68,9 @@ QString ToText(const std::string& text) {
   return shown;
 }
 
-std::string FromText(const QString& text) { return text.toStdString(); }
+std::string FromText(const QString& text) {
+  return text.toStdString();
+}
 
 int QtScreen::TwipsPerPixelX() const {
   const QScreen* screen = QGuiApplication::primaryScreen();
@@ -97,9 +99,8 @@ Mirror::Mirror(ChildControl& control, QWidget& widget, const Screen& screen)
   }
   Keep(control.Visible.Changed.Connect([this](bool visible) { widget_.setVisible(visible); }));
   Keep(control.Enabled.Changed.Connect([this](bool enabled) { widget_.setEnabled(enabled); }));
-  Keep(control.ToolTipText.Changed.Connect([this](const std::string& text) {
-    widget_.setToolTip(ToText(text).toHtmlEscaped());
-  }));
+  Keep(control.ToolTipText.Changed.Connect(
+      [this](const std::string& text) { widget_.setToolTip(ToText(text).toHtmlEscaped()); }));
   Place();
   widget.setVisible(control.Visible);
 }
@@ -127,7 +128,9 @@ LabelWidget::LabelWidget(Label& label, const Screen& screen, QWidget* parent)
   mirror_.Keep(label.Caption.Changed.Connect([this](const std::string& text) { setText(ToText(text)); }));
 }
 
-void LabelWidget::mousePressEvent(QMouseEvent* event) { mirror_.Press(event->button()); }
+void LabelWidget::mousePressEvent(QMouseEvent* event) {
+  mirror_.Press(event->button());
+}
 
 DropWidget::DropWidget(ChildControl& control, std::function<void(Drop&)>& on_drop, const Screen& screen,
                        QWidget* parent)
@@ -135,9 +138,13 @@ DropWidget::DropWidget(ChildControl& control, std::function<void(Drop&)>& on_dro
   setAcceptDrops(static_cast<bool>(on_drop));
 }
 
-void DropWidget::mousePressEvent(QMouseEvent* event) { mirror_.Press(event->button()); }
+void DropWidget::mousePressEvent(QMouseEvent* event) {
+  mirror_.Press(event->button());
+}
 
-void DropWidget::dragEnterEvent(QDragEnterEvent* event) { event->acceptProposedAction(); }
+void DropWidget::dragEnterEvent(QDragEnterEvent* event) {
+  event->acceptProposedAction();
+}
 
 void DropWidget::dropEvent(QDropEvent* event) {
   if (!on_drop_) return;
@@ -153,7 +160,9 @@ PictureWidget::PictureWidget(PictureBox& box, const Screen& screen, QWidget* par
   Mirrored().Keep(box.Refreshed.Connect([this] { update(); }));
 }
 
-QImage PictureWidget::View() const { return ViewOf(box_.Image(), QImage::Format_RGB32); }
+QImage PictureWidget::View() const {
+  return ViewOf(box_.Image(), QImage::Format_RGB32);
+}
 
 void PictureWidget::paintEvent(QPaintEvent* event) {
   QPainter painter(this);

@@ -7,7 +7,9 @@
 
 namespace orbelcast {
 
-void QtClipboard::Clear() { QGuiApplication::clipboard()->clear(); }
+void QtClipboard::Clear() {
+  QGuiApplication::clipboard()->clear();
+}
 
 void QtClipboard::SetPicture(const Surface& picture) {
   if (picture.Empty()) return;

@@ -29,7 +29,9 @@ QtQueue::QtQueue() {
 
 QtQueue::~QtQueue() = default;
 
-EventQueue::Nanoseconds QtQueue::Now() const { return std::chrono::steady_clock::now().time_since_epoch(); }
+EventQueue::Nanoseconds QtQueue::Now() const {
+  return std::chrono::steady_clock::now().time_since_epoch();
+}
 
 EventQueue::TimerId QtQueue::ArmTimer(Nanoseconds delay, std::function<void()> callback) {
   const Nanoseconds now = Now();
@@ -128,6 +130,8 @@ void QtQueue::HandleDue() {
   QCoreApplication::processEvents(QEventLoop::AllEvents);
 }
 
-void QtQueue::HandleNext() { QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents); }
+void QtQueue::HandleNext() {
+  QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+}
 
 }  // namespace orbelcast

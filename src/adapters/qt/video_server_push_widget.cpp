@@ -79,7 +79,8 @@ void VideoServerPushWidget::ForwardEvents() {
   events.Connected.Listen([this] { Q_EMIT Connected(); });
   events.Disconnected.Listen([this] { Q_EMIT Disconnected(); });
   events.ConnectionFailed.Listen([this] { Q_EMIT ConnectionFailed(); });
-  events.ConnectionFailedV2.Listen([this](std::string& url, bool& once) { Q_EMIT ConnectionFailedV2(ToText(url), once); });
+  events.ConnectionFailedV2.Listen(
+      [this](std::string& url, bool& once) { Q_EMIT ConnectionFailedV2(ToText(url), once); });
   events.ConnectionBroken.Listen([this] { Q_EMIT ConnectionBroken(); });
   events.Status.Listen([this](std::string& text) { Q_EMIT Status(ToText(text)); });
   events.VigilboxInfo.Listen([this](std::string& info) { Q_EMIT VigilboxInfo(ToText(info)); });
@@ -93,8 +94,9 @@ void VideoServerPushWidget::ForwardEvents() {
   events.Plugin.Listen([this](std::string& plugin) { Q_EMIT Plugin(ToText(plugin)); });
   events.OLEDragDrop.Listen([this](DropData& dropped, std::int32_t& effect, std::int16_t& button, std::int16_t& shift,
                                    float& x, float& y) { Q_EMIT OLEDragDrop(dropped, effect, button, shift, x, y); });
-  events.MotionArea.Listen(
-      [this](std::int32_t& x1, std::int32_t& y1, std::int32_t& x2, std::int32_t& y2) { Q_EMIT MotionArea(x1, y1, x2, y2); });
+  events.MotionArea.Listen([this](std::int32_t& x1, std::int32_t& y1, std::int32_t& x2, std::int32_t& y2) {
+    Q_EMIT MotionArea(x1, y1, x2, y2);
+  });
   events.MotionDetectedArea.Listen([this](std::int16_t& area) { Q_EMIT MotionDetectedArea(area); });
 }
 
@@ -124,33 +126,67 @@ void VideoServerPushWidget::hideEvent(QHideEvent* event) {
   if (!event->spontaneous() && !window()->isMinimized()) control_->UserControl_Hide();
 }
 
-QSize VideoServerPushWidget::sizeHint() const { return {401, 260}; }  // 6015 × 3900 twips.
+QSize VideoServerPushWidget::sizeHint() const {
+  return {401, 260};
+}  // 6015 × 3900 twips.
 
 void VideoServerPushWidget::setFrameRate(int value) {
-  auto rate = static_cast<std::int16_t>(std::clamp<int>(value, std::numeric_limits<std::int16_t>::min(),
-                                                        std::numeric_limits<std::int16_t>::max()));
+  auto rate = static_cast<std::int16_t>(
+      std::clamp<int>(value, std::numeric_limits<std::int16_t>::min(), std::numeric_limits<std::int16_t>::max()));
   control_->FrameRate(rate);
 }
 
-QString VideoServerPushWidget::Server() const { return ToText(control_->Server()); }
-QString VideoServerPushWidget::Username() const { return QString::fromStdString(control_->Username()); }
-void VideoServerPushWidget::setUsername(const QString& value) { control_->Username(FromText(value)); }
-QString VideoServerPushWidget::Password() const { return QString::fromStdString(control_->Password()); }
-void VideoServerPushWidget::setPassword(const QString& value) { control_->Password(FromText(value)); }
-QString VideoServerPushWidget::MotionString() const { return QString::fromStdString(control_->MotionString()); }
-void VideoServerPushWidget::setMotionString(const QString& value) { control_->MotionString(FromText(value)); }
-QString VideoServerPushWidget::URL() const { return QString::fromStdString(control_->URL()); }
+QString VideoServerPushWidget::Server() const {
+  return ToText(control_->Server());
+}
+QString VideoServerPushWidget::Username() const {
+  return QString::fromStdString(control_->Username());
+}
+void VideoServerPushWidget::setUsername(const QString& value) {
+  control_->Username(FromText(value));
+}
+QString VideoServerPushWidget::Password() const {
+  return QString::fromStdString(control_->Password());
+}
+void VideoServerPushWidget::setPassword(const QString& value) {
+  control_->Password(FromText(value));
+}
+QString VideoServerPushWidget::MotionString() const {
+  return QString::fromStdString(control_->MotionString());
+}
+void VideoServerPushWidget::setMotionString(const QString& value) {
+  control_->MotionString(FromText(value));
+}
+QString VideoServerPushWidget::URL() const {
+  return QString::fromStdString(control_->URL());
+}
 
 void VideoServerPushWidget::Connect(const QString& URL, bool OnlyOnce, const QString& msg) {
   control_->Connect(FromText(URL), OnlyOnce, FromText(msg));
 }
-void VideoServerPushWidget::Disconnect(bool NoNewStatus) { control_->Disconnect(NoNewStatus); }
-void VideoServerPushWidget::StopGettingFrames() { control_->StopGettingFrames(); }
-void VideoServerPushWidget::ShowStatus(const QString& X) { control_->ShowStatus(FromText(X)); }
-void VideoServerPushWidget::ToogleClock(bool X) { control_->ToogleClock(X); }
-void VideoServerPushWidget::Pulse() { control_->Pulse(); }
-void VideoServerPushWidget::RequestEnd() { control_->RequestEnd(); }
-void VideoServerPushWidget::SaveImage(const QString& Filename) { control_->SaveImage(FromText(Filename)); }
-void VideoServerPushWidget::ImageOnClipboard() { control_->ImageOnClipboard(); }
+void VideoServerPushWidget::Disconnect(bool NoNewStatus) {
+  control_->Disconnect(NoNewStatus);
+}
+void VideoServerPushWidget::StopGettingFrames() {
+  control_->StopGettingFrames();
+}
+void VideoServerPushWidget::ShowStatus(const QString& X) {
+  control_->ShowStatus(FromText(X));
+}
+void VideoServerPushWidget::ToogleClock(bool X) {
+  control_->ToogleClock(X);
+}
+void VideoServerPushWidget::Pulse() {
+  control_->Pulse();
+}
+void VideoServerPushWidget::RequestEnd() {
+  control_->RequestEnd();
+}
+void VideoServerPushWidget::SaveImage(const QString& Filename) {
+  control_->SaveImage(FromText(Filename));
+}
+void VideoServerPushWidget::ImageOnClipboard() {
+  control_->ImageOnClipboard();
+}
 
 }  // namespace orbelcast

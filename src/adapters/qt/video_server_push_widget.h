@@ -14,8 +14,8 @@ namespace orbelcast {
 
 /// The stream viewer as an ordinary widget: its properties, methods and events under the interface's own names.
 ///
-/// Events come as signals on the widget's thread, in the middle of the control's work: a slot may call any method, show a
-/// dialog, wait, or delete the widget (`deleteLater` or `delete`). Lengths are twips inside the control and pixels
+/// Events come as signals on the widget's thread, in the middle of the control's work: a slot may call any method, show
+/// a dialog, wait, or delete the widget (`deleteLater` or `delete`). Lengths are twips inside the control and pixels
 /// outside. A widget that its container hides (not one that is merely minimised) stops its frame loop until the next
 /// Connect.
 class VideoServerPushWidget : public QWidget {
@@ -48,8 +48,8 @@ class VideoServerPushWidget : public QWidget {
   /// The control behind the widget.
   VideoServerPush& Control() { return *control_; }
 
-  /// Runs `handler` on a stack of its own: what waits in it (Connect, until the first answer) suspends it alone, and the
-  /// call returns as soon as it does. A Connect called directly returns when it is done, handling events meanwhile.
+  /// Runs `handler` on a stack of its own: what waits in it (Connect, until the first answer) suspends it alone, and
+  /// the call returns as soon as it does. A Connect called directly returns when it is done, handling events meanwhile.
   void RunHandler(std::function<void()> handler) { platform_.loop.RunHandler(std::move(handler)); }
 
   int FrameRate() const { return control_->FrameRate(); }

@@ -28,7 +28,8 @@ using std::chrono::milliseconds;
 
 class WidgetTest : public testing::Test {
  protected:
-  void Run(milliseconds time, const std::function<bool()>& done = [] { return false; }) {
+  void Run(
+      milliseconds time, const std::function<bool()>& done = [] { return false; }) {
     EventQueue& queue = platform.Get().loop.Queue();
     const auto end = queue.Now() + time;
     while (queue.Now() < end && !done()) {
@@ -62,7 +63,8 @@ TEST_F(WidgetTest, HasEveryPropertyAndEventOfTheInterface) {
     bool found = false;
     for (int i = 0; i < meta->methodCount(); ++i) {
       const QMetaMethod method = meta->method(i);
-      found |= method.methodType() == QMetaMethod::Signal && method.name() == QByteArray(entry.name.data(), static_cast<int>(entry.name.size())) &&
+      found |= method.methodType() == QMetaMethod::Signal &&
+               method.name() == QByteArray(entry.name.data(), static_cast<int>(entry.name.size())) &&
                static_cast<std::size_t>(method.parameterCount()) == entry.arguments.size();
     }
     EXPECT_TRUE(found) << entry.name;
