@@ -110,8 +110,8 @@ std::int32_t GrayLevel(Color color) {
   const int red = color % 256;
   const int green = color / 256 % 256;
   const int blue = color / 256 / 256 % 256;
-  static const GrayTable kTable;
-  if (color >= 0) return kTable.Level(red, green, blue);
+  static const GrayTable table;
+  if (color >= 0) return table.Level(red, green, blue);
   return RoundToEven(red * kRedWeight / 255 + green * kGreenWeight / 255 + blue * kBlueWeight / 255);
 }
 

@@ -2,7 +2,7 @@
 
 namespace orbelcast::resources {
 
-// The symbols that the build makes of the files in resources/.
+// The symbols that the build makes of the files in resources/. NOLINTBEGIN(bugprone-macro-parentheses): they are declared.
 #define ORBELCAST_RESOURCE(Function, symbol) \
   extern const unsigned char symbol[];       \
   extern const std::size_t symbol##_size;    \
@@ -18,5 +18,6 @@ ORBELCAST_RESOURCE(ConnectIcon, connect_png)
 ORBELCAST_RESOURCE(DisconnectIcon, disconnect_png)
 
 #undef ORBELCAST_RESOURCE
+// NOLINTEND(bugprone-macro-parentheses)
 
 }  // namespace orbelcast::resources

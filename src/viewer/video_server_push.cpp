@@ -143,9 +143,9 @@ void VideoServerPush::ConnectHandlers() {
   VideoStream.OnDrop = on_drop;
   Mira.OnDrop = on_drop;
 
-  for (std::size_t i = 0; i < Menux.size(); ++i) {
-    if (Menux[i].Caption.Get() == "-") continue;
-    Menux[i].OnClick = [this, index = static_cast<std::int16_t>(i)] {
+  for (MenuItem& item : Menux) {
+    if (item.Caption.Get() == "-") continue;
+    item.OnClick = [this, index = static_cast<std::int16_t>(&item - Menux.data())] {
       platform_.loop.RunHandler([this, index] {
         const auto alive = StayAlive();
         if (alive) Menux_Click(index);
