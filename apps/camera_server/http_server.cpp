@@ -88,6 +88,14 @@ std::string Reason() {
 
 }  // namespace
 
+bool SendResponse(Connection& connection, const Request& request, const Response& response) {
+  const bool keep_alive = request.keep_alive && response.keep_alive;
+  const bool has_body = HasBody(request, response);
+  return connection.Send(HeadBytes(response, keep_alive),
+                         has_body ? Connection::More::kFollows : Connection::More::kNo) &&
+         (!has_body || connection.Send(*response.body)) && keep_alive;
+}
+
 HttpServer::HttpServer(std::string name, RequestHandler& handler)
     : name_(std::move(name)), handler_(handler), stop_(eventfd(0, EFD_CLOEXEC)) {}
 
@@ -206,22 +214,23 @@ bool HttpServer::AnswerRequest(Connection& connection, const Request& request, c
     Complete(response);
     return SendResponse(connection, request, response);
   }
-  Reply reply = handler_.Answer(request, client);
+  Reply reply = AnswerOf(request, client);
   Complete(reply.response);
   if (reply.delivery) return reply.delivery(connection, request, reply.response);
   return SendResponse(connection, request, reply.response);
 }
 
-void HttpServer::Complete(Response& response) const {
-  response.headers.insert(response.headers.begin(), {{"Server", name_}, {"Date", HttpDate(WallClock::now())}});
+Reply HttpServer::AnswerOf(const Request& request, const Client& client) {
+  try {
+    return handler_.Answer(request, client);
+  } catch (const std::exception& error) {  // such as a picture's file that has gone
+    std::cerr << "orbelcast-camera-server: " + std::string(error.what()) + "\n";
+    return {TextResponse(500, error.what()), {}};
+  }
 }
 
-bool HttpServer::SendResponse(Connection& connection, const Request& request, const Response& response) const {
-  const bool keep_alive = request.keep_alive && response.keep_alive;
-  const bool has_body = HasBody(request, response);
-  return connection.Send(HeadBytes(response, keep_alive),
-                         has_body ? Connection::More::kFollows : Connection::More::kNo) &&
-         (!has_body || connection.Send(*response.body)) && keep_alive;
+void HttpServer::Complete(Response& response) const {
+  response.headers.insert(response.headers.begin(), {{"Server", name_}, {"Date", HttpDate(WallClock::now())}});
 }
 
 void HttpServer::Refuse(Connection& connection, int status) const {

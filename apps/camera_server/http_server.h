@@ -33,6 +33,9 @@ struct Reply {
   Delivery delivery;  ///< empty: as HTTP has it
 };
 
+/// Sends an answer as HTTP has it. Returns whether the connection may serve a further request.
+bool SendResponse(Connection& connection, const Request& request, const Response& response);
+
 /// What the server serves. Called from many threads at once.
 class RequestHandler {
  public:
@@ -70,8 +73,8 @@ class HttpServer {
   void Serve(int socket, const Client& client);
   void AnswerRequests(Connection& connection, const Client& client);
   bool AnswerRequest(Connection& connection, const Request& request, const Client& client);
+  Reply AnswerOf(const Request& request, const Client& client);
   void Complete(Response& response) const;
-  bool SendResponse(Connection& connection, const Request& request, const Response& response) const;
   void Refuse(Connection& connection, int status) const;
   void ForgetEnded();
 

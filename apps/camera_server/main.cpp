@@ -14,6 +14,7 @@
 #include <memory>
 
 #include "exit_status.h"
+#include "faults.h"
 #include "http_server.h"
 #include "options.h"
 #include "pictures.h"
@@ -37,7 +38,9 @@ int WatchForEnd() {
 int Serve(const Settings& settings) {
   const int end = WatchForEnd();
   const std::unique_ptr<PictureSource> pictures = MakePictureSource(settings);
-  Router router(settings, *pictures);
+  FaultPlan faults;
+  for (const auto& [camera, fault] : settings.faults) PlanFault(settings, camera, fault, faults);
+  Router router(settings, *pictures, faults);
   HttpServer server("Orbelcast-Camera-Server/1.0", router);
   server.Listen(settings.address, settings.port);
   std::cout << "listening on " << server.Url() << std::endl;  // flushed: somebody waits for the line

@@ -4,23 +4,32 @@
 #include <charconv>
 #include <iostream>
 #include <map>
+#include <stdexcept>
 #include <system_error>
 
 #include "bounds.h"
 #include "exit_status.h"
+#include "faults.h"
 #include "platform/version.h"
 
 namespace orbelcast::camera_server {
 
 namespace {
 
-constexpr const char* kFooter =
-    "A camera's picture is at http://127.0.0.1:PORT/live/CAMERA; give that address to a\n"
-    "viewer. The suffix ?live-special0640x0480080 or ?width=640&height=480&quality=80\n"
-    "chooses its size and quality. A browser shows all cameras at http://127.0.0.1:PORT/.\n"
-    "\n"
-    "Exit status: 0 it was ended by SIGINT or SIGTERM; 1 it could not listen or serve;\n"
-    "2 wrong usage.";
+std::string Footer() {
+  return "A camera's picture is at http://127.0.0.1:PORT/live/CAMERA; give that address to a\n"
+         "viewer. The suffix ?live-special0640x0480080 or ?width=640&height=480&quality=80\n"
+         "chooses its size and quality. A browser shows all cameras at http://127.0.0.1:PORT/.\n"
+         "\n"
+         "Faults:\n" +
+         FaultHelp() +
+         "A fault with @N behind meets every Nth request only, with *N the next N requests.\n"
+         "While the server runs, GET /control/fault?camera=CAMERA&fault=FAULT sets one, and\n"
+         "/control/fault shows them; from this machine only.\n"
+         "\n"
+         "Exit status: 0 it was ended by SIGINT or SIGTERM; 1 it could not listen or serve;\n"
+         "2 wrong usage.";
+}
 
 bool ParseSide(const std::string& text, int least, int most, int& side) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), side);
@@ -46,59 +55,114 @@ std::string CheckHeaderText(const std::string& text) {
 
 }  // namespace
 
+template <typename Value>
+CLI::Option* Options::AddChoice(const std::string& name, Value& value, const std::map<std::string, Value>& words,
+                                const std::string& help) {
+  const auto choose = [name, &value, words](const std::string& word) {
+    const auto found = words.find(word);
+    if (found == words.end()) throw CLI::ValidationError(name, "there is no choice '" + word + "'");
+    value = found->second;
+  };
+  return app_.add_option_function<std::string>(name, choose, help);
+}
+
 Options::Options() : app_("A camera server for demonstrations and tests.", "orbelcast-camera-server") {
-  app_.footer(kFooter);
+  app_.footer(Footer());
+  constexpr std::size_t kHelpColumn = 33;
+  app_.get_formatter()->column_width(kHelpColumn);
   app_.set_version_flag("--version", std::to_string(kVersionMajor) + "." + std::to_string(kVersionMinor) + "." +
                                          std::to_string(kVersionRevision));
   app_.add_option("--port", settings_.port, "Port to listen on; 0 takes a free one")
       ->check(CLI::Range(0, 65535))
-      ->capture_default_str();
+      ->option_text("PORT [8080]");
   app_.add_option("--listen", settings_.address,
                   "Numeric address to listen on; 0.0.0.0 is every network of this machine")
-      ->type_name("ADDRESS")
-      ->capture_default_str();
+      ->option_text("ADDRESS [127.0.0.1]");
   AddCameraOptions();
   AddHeaderOptions();
+  AddUserOptions();
+  app_.add_option("--fault", faults_, "How a camera misbehaves, such as 2=status:503, all=delay:200 or 1=reset@5")
+      ->allow_extra_args(false)
+      ->option_text("CAMERA=FAULT ...");
 }
 
 void Options::AddCameraOptions() {
-  app_.add_option("--cameras", cameras_, "How many cameras there are")
+  app_.add_option("--cameras", cameras_, "How many cameras there are, up to " + std::to_string(kMaxCameras))
       ->check(CLI::Range(1, kMaxCameras))
-      ->capture_default_str();
+      ->option_text("COUNT [4]");
   app_.add_option("--name", settings_.camera_names, "Name of camera 1; once more for camera 2, and so on")
       ->allow_extra_args(false)
-      ->check(CheckHeaderText);
-  app_.add_option("--size", size_, "Size of a picture that is asked for without one [640x480]")
-      ->type_name("WIDTHxHEIGHT");
-  app_.add_option("--quality", settings_.form.quality, "JPEG quality of such a picture")
+      ->check(CheckHeaderText)
+      ->option_text("TEXT ...");
+  app_.add_option("--size", size_, "Size of a picture that is asked for without one")
+      ->option_text("WIDTHxHEIGHT [640x480]");
+  app_.add_option("--quality", settings_.form.quality, "JPEG quality of such a picture, 1 to 100")
       ->check(CLI::Range(kMinQuality, kMaxQuality))
-      ->capture_default_str();
+      ->option_text("QUALITY [80]");
   app_.add_option("--folder", settings_.folder,
-                  "Send the JPEG files of this folder in turn, as they are, instead of drawing")
-      ->type_name("DIR")
-      ->check(CLI::ExistingDirectory);
+                  "Send this folder's JPEG files in turn, as they are, instead of drawing")
+      ->check(CLI::ExistingDirectory)
+      ->option_text("DIR");
 }
 
 void Options::AddHeaderOptions() {
-  static const std::map<std::string, Recording> kRecordings{
-      {"yes", Recording::kYes}, {"no", Recording::kNo}, {"alternate", Recording::kAlternate}};
-  app_.add_option("--recording", settings_.recording,
-                  "The cameras record: yes, no, or alternate (ten seconds of twenty) [alternate]")
-      ->type_name("WHEN")
-      ->transform(CLI::Transformer(kRecordings).description(""))
-      ->option_text("WHEN");
+  AddChoice<Recording>("--recording", settings_.recording,
+                       {{"yes", Recording::kYes}, {"no", Recording::kNo}, {"alternate", Recording::kAlternate}},
+                       "Whether the cameras record: yes, no, or alternate (ten seconds of twenty)")
+      ->option_text("WHEN [alternate]");
   app_.add_option("--vigilbox-info", settings_.vigilbox_info,
-                  "Send a VigilboxInfo header with this text; viewers heed one that begins with 1")
-      ->check(CheckHeaderText);
-  app_.add_option("--plugins", settings_.plug_ins, "Send a PlugIns header with this text")->check(CheckHeaderText);
+                  "Send a VigilboxInfo header; viewers heed one that begins with 1")
+      ->check(CheckHeaderText)
+      ->option_text("TEXT");
+  app_.add_option("--plugins", settings_.plug_ins, "Send a PlugIns header")
+      ->check(CheckHeaderText)
+      ->option_text("TEXT");
+}
+
+void Options::AddUserOptions() {
+  AddChoice<AuthenticationScheme>("--auth", settings_.scheme,
+                                  {{"basic", AuthenticationScheme::kBasic}, {"digest", AuthenticationScheme::kDigest}},
+                                  "Ask for a user name and a password: basic or digest")
+      ->option_text("SCHEME");
+  app_.add_option("--user", users_, "A user's name; may be given several times, each with its --password")
+      ->allow_extra_args(false)
+      ->option_text("NAME ...");
+  app_.add_option("--password", passwords_, "The user's password")->allow_extra_args(false)->option_text("TEXT ...");
 }
 
 void Options::Parse(int argc, char** argv) {
   app_.parse(argc, argv);
-  Check();
+  CheckCameras();
+  CheckUsers();
+  CheckFaults();
 }
 
-void Options::Check() {
+void Options::CheckUsers() {
+  const bool is_open = settings_.scheme == AuthenticationScheme::kNone;
+  if (is_open && !users_.empty()) throw CLI::ValidationError("--user", "needs --auth basic or --auth digest");
+  if (!is_open && users_.empty()) throw CLI::ValidationError("--auth", "needs a --user and a --password");
+  if (users_.size() != passwords_.size()) throw CLI::ValidationError("--user", "each needs one --password");
+  for (std::size_t i = 0; i < users_.size(); ++i) {
+    if (users_[i].find(':') != std::string::npos) throw CLI::ValidationError("--user", "a name holds no colon");
+    settings_.users.push_back({users_[i], passwords_[i]});
+  }
+}
+
+void Options::CheckFaults() {
+  for (const std::string& text : faults_) {
+    const std::size_t equals = text.find('=');
+    if (equals == std::string::npos) throw CLI::ValidationError("--fault", "give CAMERA=FAULT, such as 2=status:503");
+    settings_.faults.emplace_back(text.substr(0, equals), text.substr(equals + 1));
+    try {
+      FaultPlan unused;
+      PlanFault(settings_, settings_.faults.back().first, settings_.faults.back().second, unused);
+    } catch (const std::invalid_argument& error) {
+      throw CLI::ValidationError("--fault", error.what());
+    }
+  }
+}
+
+void Options::CheckCameras() {
   if (!size_.empty()) ParseSize(size_, settings_.form);
   if (settings_.camera_names.size() > kMaxCameras) {
     throw CLI::ValidationError("--name", "there can be no more than " + std::to_string(kMaxCameras) + " cameras");

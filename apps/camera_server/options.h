@@ -1,6 +1,7 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -21,12 +22,22 @@ class Options {
  private:
   void AddCameraOptions();
   void AddHeaderOptions();
-  void Check();
+  void AddUserOptions();
+  /// An option whose value is one of a few words.
+  template <typename Value>
+  CLI::Option* AddChoice(const std::string& name, Value& value, const std::map<std::string, Value>& words,
+                         const std::string& help);
+  void CheckCameras();
+  void CheckUsers();
+  void CheckFaults();
 
   CLI::App app_;
   Settings settings_;
   int cameras_ = 4;
   std::string size_;
+  std::vector<std::string> users_;
+  std::vector<std::string> passwords_;
+  std::vector<std::string> faults_;
 };
 
 }  // namespace orbelcast::camera_server

@@ -132,6 +132,9 @@ void FillDownwards(cairo_t* cr, double y0, Colour top, double y1, Colour bottom)
 void FillGlow(cairo_t* cr, double x, double y, double radius, Colour colour, double opacity) {
   cairo_pattern_t* pattern = cairo_pattern_create_radial(x, y, 0, x, y, radius);
   cairo_pattern_add_color_stop_rgba(pattern, 0, colour.red, colour.green, colour.blue, opacity);
+  // A straight fall-off would show its edge.
+  cairo_pattern_add_color_stop_rgba(pattern, 0.25, colour.red, colour.green, colour.blue, opacity * 0.50);
+  cairo_pattern_add_color_stop_rgba(pattern, 0.55, colour.red, colour.green, colour.blue, opacity * 0.14);
   cairo_pattern_add_color_stop_rgba(pattern, 1, colour.red, colour.green, colour.blue, 0);
   cairo_set_source(cr, pattern);
   AddEllipse(cr, x, y, radius, radius);

@@ -37,7 +37,7 @@ void DrawStars(cairo_t* cr, const Stage& stage) {
 
 void DrawSun(cairo_t* cr, const Stage& stage, const Mood& mood) {
   const double x = stage.width * mood.sun_x;
-  FillGlow(cr, x, mood.sun_y, mood.sun_radius * 5, mood.sun, 0.55);
+  FillGlow(cr, x, mood.sun_y, mood.sun_radius * 6, mood.sun, 0.75);
   FillEllipse(cr, x, mood.sun_y, mood.sun_radius, mood.sun_radius, mood.sun);
 }
 
@@ -134,8 +134,8 @@ void DrawHouse(cairo_t* cr, const Stage& stage, const Mood& mood) {
   const Colour wall = Lit(Rgb(kWalls.at(kind)), mood.light);
   const Colour roof = Lit(Rgb(kRoofs.at(kind)), mood.light);
 
-  FillRectangle(cr, left + 104, top - kRoofHeight - 4, 18, 40, Lit(Rgb(0x8c5846), mood.light));  // chimney
-  FillRectangle(cr, left + 101, top - kRoofHeight - 8, 24, 6, Lit(Rgb(0x6f4436), mood.light));
+  FillRectangle(cr, left + 104, top - kRoofHeight - 14, 18, 40, Lit(Rgb(0x8c5846), mood.light));  // chimney
+  FillRectangle(cr, left + 101, top - kRoofHeight - 18, 24, 6, Lit(Rgb(0x6f4436), mood.light));
   cairo_rectangle(cr, left, top, kHouseWidth, kHouseHeight);
   FillDownwards(cr, top, Mix(wall, Rgb(0x000000), 0.16), foot, wall);
   cairo_move_to(cr, left - 14, top + 3);
@@ -220,7 +220,7 @@ double LampX(const Stage& stage) {
 }  // namespace
 
 Place Chimney(const Stage& stage) {
-  return {HouseLeft(stage) + 113, HouseFoot(stage) - kHouseHeight - kRoofHeight - 10};
+  return {HouseLeft(stage) + 113, HouseFoot(stage) - kHouseHeight - kRoofHeight - 20};
 }
 
 void DrawScenery(cairo_t* cr, const Stage& stage) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "time_text.h"
@@ -38,6 +39,7 @@ struct Settings {
   std::string plug_ins;       ///< likewise
   AuthenticationScheme scheme = AuthenticationScheme::kNone;
   std::vector<User> users;
+  std::vector<std::pair<std::string, std::string>> faults;  ///< camera and fault, as written
 
   bool HasCamera(int camera) const { return camera >= 1 && camera <= static_cast<int>(camera_names.size()); }
   const std::string& NameOf(int camera) const { return camera_names.at(static_cast<std::size_t>(camera - 1)); }

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "http_message.h"
+#include "settings.h"
+
+namespace orbelcast::camera_server {
+
+/// Digest's nonces: made of the time and a keyed hash of it, so that none has to be remembered before it is used, and
+/// good for five minutes. Of a used nonce the highest count and the 63 counts before it are remembered, so that no
+/// count serves twice although requests of several connections may overtake each other. Thread-safe.
+class Nonces {
+ public:
+  using Clock = std::chrono::system_clock;
+
+  Nonces();
+  std::string Make(Clock::time_point now) const;
+  /// Whether the nonce is ours and young enough.
+  bool IsGood(std::string_view nonce, Clock::time_point now) const;
+  /// Uses a count of a good nonce; false when it was used already or is too far behind.
+  bool Use(const std::string& nonce, std::uint32_t count);
+
+ private:
+  struct Used {
+    std::uint32_t highest = 0;
+    std::uint64_t seen = 0;  // bit n: the count `highest` - n
+  };
+  std::string Sign(std::string_view time) const;
+
+  std::array<unsigned char, 32> secret_{};
+  std::mutex mutex_;
+  std::map<std::string, Used> used_;  // the oldest first, since a nonce begins with its time
+};
+
+/// Lets users in. Thread-safe.
+class Authenticator {
+ public:
+  /// `settings` outlives this.
+  explicit Authenticator(const Settings& settings) : settings_(settings) {}
+
+  /// Nothing when the request may be answered, otherwise the answer that refuses it: 401 with a challenge, or 400 for
+  /// Digest credentials that were made for another address.
+  std::optional<Response> Refuse(const Request& request);
+  /// Whether `login` is "user:password" of a user; viewers write it into a live address.
+  bool IsLogin(std::string_view login) const;
+
+ private:
+  enum class Verdict { kGood, kBad, kStale, kOtherAddress };
+  bool CheckBasic(std::string_view credentials) const;
+  Verdict CheckDigest(const Request& request, std::string_view credentials);
+  Response Challenge(Verdict verdict) const;
+
+  const Settings& settings_;
+  Nonces nonces_;
+};
+
+}  // namespace orbelcast::camera_server
