@@ -6,8 +6,10 @@
 /// What the camera server bounds, and why. A client is never trusted with more.
 namespace orbelcast::camera_server {
 
-/// Clients at a time; each has a thread. A further one is told 503 and closed.
-inline constexpr int kMaxConnections = 256;
+/// Clients at a time; each has a thread.
+inline constexpr std::size_t kMaxConnections = 256;
+/// Clients beyond those that are told 503 before they are closed; any further one is closed at once.
+inline constexpr std::size_t kMaxRefusals = 64;
 /// Bytes of a request from its method to the empty line; also of a body that comes with it, which is not used.
 inline constexpr std::size_t kMaxRequestBytes = 64 * 1024;
 inline constexpr std::size_t kMaxHeaderLines = 100;

@@ -155,20 +155,16 @@ void HttpServer::Accept() {
     return;
   }
   ForgetEnded();
-  if (workers_.size() >= kMaxConnections) {
-    Connection connection(socket, stop_);
-    Response response = TextResponse(503, "There are too many viewers.");
-    Complete(response);
-    connection.Send(HeadBytes(response, false) + *response.body);
-    std::string unread;
-    connection.Receive(unread, Clock::now());  // closing on unread bytes would reset the connection
+  if (workers_.size() >= kMaxConnections + kMaxRefusals) {
+    close(socket);
     return;
   }
+  const bool is_refused = workers_.size() >= kMaxConnections;
   const Client client{.id = next_client_++, .is_local = IsLoopback(peer)};
   Worker& worker = workers_.emplace_back();
   try {
-    worker.thread = std::thread([this, &worker, socket, client] {
-      Serve(socket, client);
+    worker.thread = std::thread([this, &worker, socket, client, is_refused] {
+      Serve(socket, client, is_refused);
       worker.done = true;
     });
   } catch (const std::system_error&) {  // no further thread: this client is not served
@@ -188,9 +184,10 @@ void HttpServer::ForgetEnded() {
   }
 }
 
-void HttpServer::Serve(int socket, const Client& client) {
+void HttpServer::Serve(int socket, const Client& client, bool is_refused) {
   Connection connection(socket, stop_);
   try {
+    if (is_refused) return Refuse(connection, 503);
     AnswerRequests(connection, client);
   } catch (const std::exception& error) {  // such as memory running out: this client's trouble alone
     std::cerr << "orbelcast-camera-server: a client was dropped: " + std::string(error.what()) + "\n";

@@ -70,7 +70,7 @@ class HttpServer {
   };
 
   void Accept();
-  void Serve(int socket, const Client& client);
+  void Serve(int socket, const Client& client, bool is_refused);
   void AnswerRequests(Connection& connection, const Client& client);
   bool AnswerRequest(Connection& connection, const Request& request, const Client& client);
   Reply AnswerOf(const Request& request, const Client& client);
