@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "platform/frame_bytes.h"
+#include "platform/surface.h"
+
+/// Pictures to measure with, and how good what came out of them is.
+namespace orbelcast::bench {
+
+/// A few consecutive frames of a made-up camera: soft light, texture that grows finer and fainter, hard edges,
+/// something that moves, and a sensor's noise. JPEG of quality 80, colours at half resolution. About 0.15 bytes a
+/// pixel, as cameras send it.
+std::vector<FrameBytes> CameraFrames(int width, int height, int count);
+
+/// Resizes as carefully as it gets: Lanczos' filter over three lobes, as wide as the scale asks for, on both axes.
+Surface ResizeCarefully(const Surface& source, int width, int height);
+
+/// Peak signal-to-noise ratio in decibels of two pictures of one size; 99 where they are the same.
+double Psnr(const Surface& a, const Surface& b);
+
+}  // namespace orbelcast::bench

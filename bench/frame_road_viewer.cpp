@@ -1,0 +1,123 @@
+#include "adapters/fiber/fiber_loop.h"
+#include "adapters/jpeg/jpeg_decoder.h"
+#include "adapters/png/png_codec.h"
+#include "adapters/posix/headless_queue.h"
+#include "adapters/posix/posix_files.h"
+#include "adapters/posix/system_clock.h"
+#include "frame_road_roads.h"
+#include "imaging/motion.h"
+#include "viewer/video_server_push.h"
+
+namespace orbelcast::bench {
+
+namespace {
+
+/// The watched rectangle and sensitivity of a host that wants to be told of everything.
+constexpr int kWholePicture = 100;
+constexpr int kSensitivity = 80;
+
+/// A request whose answer is there at once: the frame that the benchmark says.
+class FrameInHand final : public HttpRequest {
+ public:
+  explicit FrameInHand(const FrameBytes& frame) : frame_(frame) {}
+  bool Open(std::string_view, std::string_view, bool) override { return true; }
+  bool SetRequestHeader(std::string_view, std::string_view) override { return true; }
+  bool SetCredentials(std::string_view, std::string_view, int) override { return true; }
+  bool SetTimeouts(int, int, int, int) override { return true; }
+  bool Send() override { return true; }
+  bool WaitForResponse(std::optional<std::chrono::milliseconds>) override { return true; }
+  int Status() override { return 200; }
+  std::string_view GetResponseHeader(std::string_view) override { return {}; }
+  std::string GetAllResponseHeaders() override { return {}; }
+  std::string ResponseText() override { return {}; }
+  FrameBytes ResponseBody() override { return frame_; }
+  void Abort() override {}
+  bool Failed() const override { return false; }
+
+ private:
+  const FrameBytes& frame_;
+};
+
+class FramesInHand final : public HttpRequestFactory {
+ public:
+  std::shared_ptr<HttpRequest> Create() override { return std::make_shared<FrameInHand>(frame); }
+  FrameBytes frame;
+};
+
+class Viewer final : public Road {
+ public:
+  Viewer(int width, int height) : width_(width), height_(height) {}
+  ~Viewer() override { viewer_.reset(); }
+
+  void Show(const FrameBytes& frame) override {
+    http_.frame = frame;
+    if (!viewer_) Begin();
+    viewer_->RequestEnd();
+  }
+  Surface Shown() override { return viewer_->VideoStream.Image(); }
+
+ private:
+  void Begin() {
+    viewer_ = VideoServerPush::Create(platform_);
+    viewer_->Resize(static_cast<float>(width_ * screen_.TwipsPerPixelX()),
+                    static_cast<float>(height_ * screen_.TwipsPerPixelY()));
+    viewer_->MotionDetector(true);
+    viewer_->MotionArea_x2(kWholePicture);
+    viewer_->MotionArea_Y2(kWholePicture);
+    std::int32_t sensitivity = kSensitivity;
+    viewer_->MotionSensivity(sensitivity);
+    viewer_->Connect("http://camera/");
+    viewer_->ToogleClock(false);
+  }
+
+  int width_;
+  int height_;
+  HeadlessQueue queue_;
+  FiberLoop loop_{queue_};
+  SystemClock clock_;
+  Screen screen_;
+  TextMapper text_mapper_;
+  PosixFiles files_;
+  FramesInHand http_;
+  TurboJpegDecoder jpeg_decoder_;
+  PngCodec pictures_;
+  Clipboard clipboard_;
+  DeviceContexts device_contexts_;
+  Platform platform_{loop_, clock_,        screen_,   text_mapper_, files_,
+                     http_, jpeg_decoder_, pictures_, clipboard_,   device_contexts_};
+  std::shared_ptr<VideoServerPush> viewer_;
+};
+
+class Parts final : public Road {
+ public:
+  Parts(int width, int height) : area_(width, height) {
+    std::int32_t sensitivity = kSensitivity;
+    settings_.MotionArea_x2 = settings_.MotionArea_Y2 = kWholePicture;
+    settings_.Threshold = MotionThreshold(sensitivity);
+  }
+  void Show(const FrameBytes& frame) override {
+    decoder_.DrawJpeg(area_, frame, area_.Width(), area_.Height());
+    decoder_.DrawJpeg(current_, frame, kWholePicture, kWholePicture);
+    ScanMotion(current_, reference_, overlay_, settings_, [] { return true; });
+  }
+  Surface Shown() override { return area_; }
+
+ private:
+  TurboJpegDecoder decoder_;
+  Surface area_;
+  Surface current_{89, 82};
+  Surface reference_{89, 82};
+  Surface overlay_{89, 82};
+  MotionSettings settings_;
+};
+
+}  // namespace
+
+std::unique_ptr<Road> ViewerRoad(int width, int height) {
+  return std::make_unique<Viewer>(width, height);
+}
+std::unique_ptr<Road> PartsRoad(int width, int height) {
+  return std::make_unique<Parts>(width, height);
+}
+
+}  // namespace orbelcast::bench
