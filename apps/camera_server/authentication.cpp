@@ -211,12 +211,12 @@ Authenticator::Verdict Authenticator::CheckDigest(const Request& request, std::s
   if (given["uri"] != request.target) return Verdict::kOtherAddress;
   if (!nonces_.IsGood(nonce, Nonces::Clock::now())) return Verdict::kStale;
 
-  const std::string target_hash = Md5(request.method + ":" + std::string(given["uri"]));
-  const std::string middle = ":" + nonce + ":" + nc + ":" + std::string(given["cnonce"]) + ":auth:";
+  const std::string proven = ":" + nonce + ":" + nc + ":" + std::string(given["cnonce"]) +
+                             ":auth:" + Md5(request.method + ":" + request.target);
   bool is_good = false;
   for (const User& user : settings_.users) {
     const std::string user_hash = Md5(user.name + ":" + std::string(kRealm) + ":" + user.password);
-    is_good |= user.name == given["username"] && Same(Md5(user_hash + middle + target_hash), given["response"]);
+    is_good |= user.name == given["username"] && Same(Md5(user_hash + proven), given["response"]);
   }
   if (!is_good) return Verdict::kBad;
   return nonces_.Use(nonce, count) ? Verdict::kGood : Verdict::kStale;

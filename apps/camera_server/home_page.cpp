@@ -1,5 +1,7 @@
 #include "home_page.h"
 
+#include <sstream>
+
 namespace orbelcast::camera_server {
 
 namespace {
@@ -69,16 +71,17 @@ std::string Escape(const std::string& text) {
 std::string HomePage(const Settings& settings) {
   constexpr int kWidth = 400;
   const int height = kWidth * settings.form.height / settings.form.width;
-  const std::string sides = "width=" + std::to_string(kWidth) + "&amp;height=" + std::to_string(height);
-  std::string page = kHead;
+  std::ostringstream page;
+  page << kHead;
   for (int camera = 1; settings.HasCamera(camera); ++camera) {
     const std::string name = Escape(settings.NameOf(camera));
     const std::string path = "/live/" + std::to_string(camera);
-    page += "<figure><img src=\"" + path + "?" + sides + "\" width=\"" + std::to_string(kWidth) + "\" height=\"" +
-            std::to_string(height) + "\" alt=\"" + name + "\">";
-    page += "<figcaption><span>" + name + "</span><a href=\"" + path + "\">" + path + "</a></figcaption></figure>\n";
+    page << "<figure><img src=\"" << path << "?width=" << kWidth << "&amp;height=" << height << "\" width=\"" << kWidth
+         << "\" height=\"" << height << "\" alt=\"" << name << "\"><figcaption><span>" << name << "</span><a href=\""
+         << path << "\">" << path << "</a></figcaption></figure>\n";
   }
-  return page + kFoot;
+  page << kFoot;
+  return page.str();
 }
 
 }  // namespace orbelcast::camera_server

@@ -177,7 +177,9 @@ std::string StatusText(int status) {
 
 std::string HeadLines(const Response& response) {
   std::string lines = "HTTP/1.1 " + StatusText(response.status) + "\r\n";
-  for (const auto& [name, value] : response.headers) lines += name + ": " + value + "\r\n";
+  for (const auto& [name, value] : response.headers) {
+    lines.append(name).append(": ").append(value).append("\r\n");
+  }
   return lines;
 }
 

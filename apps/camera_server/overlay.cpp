@@ -26,14 +26,22 @@ double TextWidth(cairo_t* cr, const std::string& text) {
   return extents.x_advance;
 }
 
-/// Writes `text` at (x, y), smaller where it is wider than `room`.
-void Write(cairo_t* cr, double x, double y, double room, double size, const char* family, const std::string& text,
-           double opacity) {
+/// `text`, or as much of its beginning as `room` holds, with dots behind.
+std::string Shorten(cairo_t* cr, std::string text, double room) {
+  if (TextWidth(cr, text) <= room) return text;
+  const auto is_inside_character = [](char byte) { return (static_cast<unsigned char>(byte) & 0xc0) == 0x80; };
+  while (!text.empty() && TextWidth(cr, text + "…") > room) {
+    while (is_inside_character(text.back()) && text.size() > 1) text.pop_back();
+    text.pop_back();
+  }
+  return text + "…";
+}
+
+void Write(cairo_t* cr, double x, double y, double size, const char* family, const std::string& text, double room) {
   SetFont(cr, family, size);
-  if (const double width = TextWidth(cr, text); width > room) SetFont(cr, family, size * room / width);
-  SetColour(cr, Rgb(0xffffff), opacity);
+  SetColour(cr, Rgb(0xffffff), 0.95);
   cairo_move_to(cr, x, y);
-  cairo_show_text(cr, text.c_str());
+  cairo_show_text(cr, Shorten(cr, text, room).c_str());
 }
 
 void DrawRecordingMark(cairo_t* cr, double right, double y) {
@@ -58,10 +66,11 @@ void DrawOverlay(cairo_t* cr, int width, int height, const OverlayText& text) {
   const double margin = std::min(kMargin, std::max(0.0, (width / scale - kPanelWidth) / 2));
   cairo_translate(cr, margin, margin);
   FillRoundedRectangle(cr, 0, 0, kPanelWidth, kPanelHeight, 9, Rgb(0x0b0f18), 0.58);
-  Write(cr, kInset, 25, kRoom - kRecordingRoom, 16, "DejaVu Sans", text.name, 0.95);
-  Write(cr, kInset, 63, kRoom, 38, "DejaVu Sans Mono", LocalTimeWithTenths(text.time), 1);
-  Write(cr, kInset, 83, kRoom, 16, "DejaVu Sans Mono", LocalDate(text.time), 0.85);
+  Write(cr, kInset, 63, 38, "DejaVu Sans Mono", LocalTimeWithTenths(text.time), kRoom);
+  Write(cr, kInset, 83, 16, "DejaVu Sans Mono", LocalDate(text.time), kRoom);
   if (text.is_recording) DrawRecordingMark(cr, kPanelWidth - kInset, 25);
+  // Last: a name that is no UTF-8 ends this context's drawing.
+  Write(cr, kInset, 25, 16, "DejaVu Sans", text.name, kRoom - kRecordingRoom);
   cairo_restore(cr);
 }
 

@@ -24,7 +24,7 @@ Picture DrawnPictures::Take(int camera, const PictureForm& form) {
     const std::lock_guard lock(made_mutex_);
     if (tenth != tenth_) made_.clear();
     tenth_ = tenth;
-    const auto [found, is_new] = made_.try_emplace({camera, form});
+    const auto [found, is_new] = made_.try_emplace({camera, form.width, form.height, form.quality});
     if (is_new) found->second = promise.get_future().share();
     made = found->second;
     is_ours = is_new;

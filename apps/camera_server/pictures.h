@@ -41,7 +41,7 @@ class DrawnPictures final : public PictureSource {
  private:
   using Jpeg = std::shared_ptr<const std::string>;
   using Tenth = std::chrono::time_point<WallClock, std::chrono::duration<std::int64_t, std::deci>>;
-  using Key = std::tuple<int, PictureForm>;
+  using Key = std::tuple<int, int, int, int>;  // camera, width, height, quality
 
   Jpeg Make(int camera, const PictureForm& form, WallClock::time_point time);
 

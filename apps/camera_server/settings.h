@@ -15,7 +15,6 @@ struct PictureForm {
   int quality = 80;
 
   PictureForm Bounded() const;
-  auto operator<=>(const PictureForm&) const = default;
 };
 
 enum class Recording { kYes, kNo, kAlternate };
