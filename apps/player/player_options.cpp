@@ -59,6 +59,8 @@ void AddPlayerOptions(CLI::App& app, PlayerOptions& options) {
   app.add_flag("--show-motion", options.show_motion, "Show what the motion detection sees");
   app.add_flag("--auto-reconnect", options.auto_reconnect, "Go on trying when the camera does not answer");
   app.add_flag("--no-status", options.no_status, "Leave the status strip out");
+  app.add_flag("--time-first-picture", options.time_first_picture,
+               "Print the time from connecting to the first picture, in milliseconds");
   app.add_option("--screenshot", options.screenshot, "Write a picture of the window to this file at the end (.png)");
   app.add_option("--quit-after", options.quit_after, "End after this many seconds")->check(CLI::PositiveNumber);
 }

@@ -21,6 +21,7 @@ struct PlayerOptions {
   bool show_motion = false;
   bool auto_reconnect = false;
   bool no_status = false;
+  bool time_first_picture = false;   ///< Print how long the first picture took.
   std::string screenshot;            ///< Where a picture of the window goes at the end.
   std::optional<double> quit_after;  ///< Seconds.
 

@@ -5,6 +5,8 @@
 #include <QShortcut>
 #include <QTimer>
 #include <QUrl>
+#include <chrono>
+#include <iostream>
 
 namespace orbelcast {
 
@@ -66,9 +68,22 @@ void ViewerWindow::AddShortcuts() {
   on(QKeySequence(Qt::Key_F5), [this] { Start(); });
 }
 
+void ViewerWindow::TimeFirstPicture() {
+  const auto begin = std::chrono::steady_clock::now();
+  first_picture_ = viewer_->Control().VideoStream.Visible.Changed.Connect([this, begin](bool visible) {
+    if (!visible) return;
+    // What is painted now is on the screen when this call returns.
+    viewer_->repaint();
+    const std::chrono::duration<double, std::milli> wait = std::chrono::steady_clock::now() - begin;
+    std::cout << "first picture after " << wait.count() << " ms" << std::endl;
+    first_picture_.Disconnect();
+  });
+}
+
 void ViewerWindow::Start() {
   // As a handler, so that the wait for the first answer suspends this call alone.
   QTimer::singleShot(0, viewer_, [this] {
+    if (options_.time_first_picture) TimeFirstPicture();
     viewer_->RunHandler([viewer = QPointer(viewer_), url = QString::fromStdString(options_.url)] {
       if (viewer) viewer->Connect(url);
     });

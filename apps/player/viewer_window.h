@@ -20,9 +20,11 @@ class ViewerWindow final : public QMainWindow {
  private:
   void Configure();
   void AddShortcuts();
+  void TimeFirstPicture();
 
   PlayerOptions options_;
   VideoServerPushWidget* viewer_;
+  Connection first_picture_;
 };
 
 }  // namespace orbelcast
