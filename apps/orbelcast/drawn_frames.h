@@ -6,8 +6,8 @@
 
 namespace orbelcast {
 
-/// A decoder that passes everything on to another one and counts the frames that were drawn: a frame counts once, however
-/// many surfaces it is drawn on, and only if it could be decoded.
+/// A decoder that passes everything on to another one and counts the frames that were drawn: a frame counts once,
+/// however many surfaces it is drawn on, and only if it could be decoded.
 class DrawnFrames final : public JpegDecoder {
  public:
   explicit DrawnFrames(JpegDecoder& decoder) : decoder_(decoder) {}

@@ -32,6 +32,8 @@ Json EventToJson(const EventEntry& event, std::string_view control, std::span<co
   return line;
 }
 
-std::string ToLine(const Json& value) { return value.dump(-1, ' ', false, Json::error_handler_t::replace); }
+std::string ToLine(const Json& value) {
+  return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
 
 }  // namespace orbelcast

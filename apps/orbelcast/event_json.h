@@ -12,8 +12,8 @@ namespace orbelcast {
 /// JSON whose objects keep the order in which they were filled.
 using Json = nlohmann::ordered_json;
 
-/// One event as it is told to people and programs: {"event":NAME,"from":CONTROL,"args":{ARG:VALUE,…}}, the arguments under
-/// the interface's own names, in its own order. `control` is the host's name of the control that raised it.
+/// One event as it is told to people and programs: {"event":NAME,"from":CONTROL,"args":{ARG:VALUE,…}}, the arguments
+/// under the interface's own names, in its own order. `control` is the host's name of the control that raised it.
 Json EventToJson(const EventEntry& event, std::string_view control, std::span<const EventArgument> arguments);
 
 /// `value` on one line, without a line break. Texts from a server may be any bytes: what is not UTF-8 becomes U+FFFD.

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "exit_status.h"
-#include "play_command.h"
 #include "platform/version.h"
+#include "play_command.h"
 #include "watch_options.h"
 #include "watcher.h"
 
@@ -41,6 +41,7 @@ int ReportUsage(const CLI::App& app, const CLI::ParseError& error) {
 
 }  // namespace
 
+// NOLINTNEXTLINE(bugprone-exception-escape): what escapes is a lack of memory, which ends the program.
 int main(int argc, char** argv) {
   CLI::App app("Watches Motion-JPEG cameras.", "orbelcast");
   app.footer(kFooter);
@@ -49,8 +50,9 @@ int main(int argc, char** argv) {
                                         std::to_string(kVersionRevision));
 
   CLI::App* play = app.add_subcommand("play", "Opens a window that shows a camera: play URL [OPTION...]");
-  play->footer("What follows 'play' goes to the player program as it stands, whose options\n"
-               "'orbelcast play URL --help' shows.");
+  play->footer(
+      "What follows 'play' goes to the player program as it stands, whose options\n"
+      "'orbelcast play URL --help' shows.");
   play->prefix_command();
 
   WatchOptions options;

@@ -38,7 +38,8 @@ void MaskOpenLogin(std::string& text) {
 }  // namespace
 
 MaskedAddress::MaskedAddress(std::string_view address) : text_(address) {
-  std::replace_if(text_.begin(), text_.end(), [](unsigned char letter) { return std::iscntrl(letter) != 0; }, '?');
+  std::replace_if(
+      text_.begin(), text_.end(), [](unsigned char letter) { return std::iscntrl(letter) != 0; }, '?');
   MaskUserInfo(text_);
   MaskOpenLogin(text_);
 }

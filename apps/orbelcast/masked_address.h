@@ -7,7 +7,8 @@ namespace orbelcast {
 
 /// An address on its way to a person: the one way in which a message holds one.
 ///
-/// A password in it, before an "@" or as the second segment after "$openlogin", becomes "***"; control characters become
+/// A password in it, before an "@" or as the second segment after "$openlogin", becomes "***"; control characters
+/// become
 /// "?".
 class MaskedAddress {
  public:

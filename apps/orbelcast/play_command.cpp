@@ -19,6 +19,7 @@ ExitStatus Play(const std::vector<std::string>& arguments, std::ostream& message
   std::vector<std::string> words{kPlayer};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
 

@@ -7,8 +7,8 @@
 
 namespace orbelcast {
 
-/// Turns Ctrl-C (SIGINT) and SIGTERM into a call on the event queue, so that a program can end what it is doing. A second
-/// one ends the program at once, as it would without this. One at a time in a process.
+/// Turns Ctrl-C (SIGINT) and SIGTERM into a call on the event queue, so that a program can end what it is doing. A
+/// second one ends the program at once, as it would without this. One at a time in a process.
 class StopSignals {
  public:
   StopSignals(EventQueue& queue, std::function<void()> on_stop);

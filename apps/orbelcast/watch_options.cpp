@@ -52,8 +52,8 @@ void ParseSize(const std::string& text, WatchOptions& options) {
     return ParseWhole(side, pixels) && pixels >= 1 && pixels <= kMaxSide;
   };
   if (sides.size() != 2 || !read(sides[0], options.width) || !read(sides[1], options.height)) {
-    throw CLI::ValidationError("--size", "give WIDTHxHEIGHT in pixels, each from 1 to " + std::to_string(kMaxSide) +
-                                             ", such as 640x480");
+    throw CLI::ValidationError(
+        "--size", "give WIDTHxHEIGHT in pixels, each from 1 to " + std::to_string(kMaxSide) + ", such as 640x480");
   }
 }
 
@@ -74,8 +74,8 @@ void ParseArea(const std::string& text, WatchOptions& options) {
 
 void ParseZones(const std::string& text, WatchOptions& options) {
   if (text.size() != kZones || text.find_first_not_of("01") != std::string::npos) {
-    throw CLI::ValidationError("--motion-zones",
-                               "give 25 characters, five for each of five rows from the top: 1 watches a zone, 0 does not");
+    throw CLI::ValidationError(
+        "--motion-zones", "give 25 characters, five for each of five rows from the top: 1 watches a zone, 0 does not");
   }
   options.motion_zones = text;
 }
@@ -94,7 +94,8 @@ void ParseEvents(const std::string& text, WatchOptions& options) {
   const auto known = video_server_push_interface::Events();
   for (const std::string& name : Split(text, ',')) {
     if (std::none_of(known.begin(), known.end(), [&](const EventEntry& event) { return event.name == name; })) {
-      throw CLI::ValidationError("--events", "there is no event '" + name + "'; there are " + EventNames() + " (or none)");
+      throw CLI::ValidationError("--events",
+                                 "there is no event '" + name + "'; there are " + EventNames() + " (or none)");
     }
     options.events->insert(name);
   }
@@ -146,8 +147,8 @@ void AddWatchOptions(CLI::App& command, WatchOptions& options) {
       ->check(CLI::Range(1, 30))
       ->type_name("N")
       ->group(stream);
-  AddParsed(command, "--size", options, ParseSize, "Size of the video area in pixels, 1 to 8192 each (default: 640x480)",
-            "WxH")
+  AddParsed(command, "--size", options, ParseSize,
+            "Size of the video area in pixels, 1 to 8192 each (default: 640x480)", "WxH")
       ->group(stream);
   command
       .add_flag("--auto-reconnect", options.auto_reconnect,
@@ -159,10 +160,11 @@ void AddWatchOptions(CLI::App& command, WatchOptions& options) {
                          "Report motion in this rectangle, in hundredths of the picture, 0 to 100 (default: no motion)",
                          "x1,y1,x2,y2")
                    ->group(motion);
-  AddParsed(command, "--motion-zones", options, ParseZones,
-            "Report motion in zones: 25 characters, five for each of five rows from the top, 1 for a watched zone and 0 "
-            "for another (default: no motion)",
-            "MASK")
+  AddParsed(
+      command, "--motion-zones", options, ParseZones,
+      "Report motion in zones: 25 characters, five for each of five rows from the top, 1 for a watched zone and 0 "
+      "for another (default: no motion)",
+      "MASK")
       ->group(motion)
       ->excludes(area);
   auto* sensitivity =
@@ -197,8 +199,9 @@ void AddWatchOptions(CLI::App& command, WatchOptions& options) {
 
   command.callback([&options, sensitivity] {
     if (sensitivity->count() > 0 && !options.Motion()) {
-      throw CLI::ValidationError("--sensitivity", "say where to look for motion too: --motion-area 0,0,100,100 is the "
-                                                  "whole picture");
+      throw CLI::ValidationError("--sensitivity",
+                                 "say where to look for motion too: --motion-area 0,0,100,100 is the "
+                                 "whole picture");
     }
   });
 }

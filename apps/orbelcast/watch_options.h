@@ -15,12 +15,12 @@ struct WatchOptions {
   std::string url;
   std::string user;
   std::string password;
-  std::int16_t frame_rate = 1;                               ///< Pictures a second, 1 to 30.
-  int width = 640;                                           ///< The video area, in pixels.
+  std::int16_t frame_rate = 1;  ///< Pictures a second, 1 to 30.
+  int width = 640;              ///< The video area, in pixels.
   int height = 480;
-  std::optional<std::array<std::int32_t, 4>> motion_area;    ///< x1, y1, x2, y2 in hundredths of the picture.
-  std::optional<std::string> motion_zones;                   ///< One character a zone, "0" excludes it.
-  std::int32_t sensitivity = 80;                             ///< Percent.
+  std::optional<std::array<std::int32_t, 4>> motion_area;  ///< x1, y1, x2, y2 in hundredths of the picture.
+  std::optional<std::string> motion_zones;                 ///< One character a zone, "0" excludes it.
+  std::int32_t sensitivity = 80;                           ///< Percent.
   bool auto_reconnect = false;
   bool once = false;
   std::optional<int> frames;                                 ///< End after that many pictures.

@@ -45,7 +45,7 @@ class Watcher {
   Platform platform_;  ///< The services, with `drawn_` before the decoder.
   std::shared_ptr<VideoServerPush> viewer_;
 
-  Completion end_;       ///< It is time to end.
+  Completion end_;  ///< It is time to end.
   bool connected_ = false;
   bool failed_ = false;  ///< Connect has failed.
   int broken_at_ = -1;   ///< How many pictures there were when the connection was last reported broken.

@@ -15,6 +15,7 @@ enum ExitStatus { kGood = 0, kFailed = 1, kBadUsage = 2 };
 
 }  // namespace
 
+// NOLINTNEXTLINE(bugprone-exception-escape): what escapes is a lack of memory, which ends the program.
 int main(int argc, char** argv) {
   orbelcast::PlayerOptions options;
   CLI::App command("Shows a camera in a window. F11 full screen, F5 connect again, Escape ends.", "orbelcast-player");

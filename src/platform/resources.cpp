@@ -2,7 +2,8 @@
 
 namespace orbelcast::resources {
 
-// The symbols that the build makes of the files in resources/. NOLINTBEGIN(bugprone-macro-parentheses): they are declared.
+// The symbols that the build makes of the files in resources/. NOLINTBEGIN(bugprone-macro-parentheses): they are
+// declared.
 #define ORBELCAST_RESOURCE(Function, symbol) \
   extern const unsigned char symbol[];       \
   extern const std::size_t symbol##_size;    \

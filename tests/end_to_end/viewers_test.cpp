@@ -121,8 +121,8 @@ TEST_F(ViewersTest, WhateverAPeerDoesTheNextGoodFrameShows) {
        }},
       {"65,535 x 65,535", [&](auto& to) { to.Send(Answer(huge)); }},
       {"no picture", [](auto& to) { to.Send(Answer("hello")); }}};
-  for (const auto& [name, misbehave] : faults) {
-    SCOPED_TRACE(name);
+  for (const auto& fault : faults) {
+    SCOPED_TRACE(fault.first);
     std::atomic<int> requests{0};
     std::atomic<int> bad_answers{0};
     ScriptedServer server([&](const std::string&, ScriptedServer::Connection& to) {
@@ -130,7 +130,7 @@ TEST_F(ViewersTest, WhateverAPeerDoesTheNextGoodFrameShows) {
         to.Send(good);
       } else {
         ++bad_answers;
-        misbehave(to);
+        fault.second(to);
       }
     });
     const auto viewer = Viewer(30);

@@ -50,9 +50,9 @@ class DibTest : public testing::Test {
   }
 
   const std::filesystem::path folder_ = [] {
-    const auto folder = std::filesystem::path(testing::TempDir()) /
-                        ("dib" + std::to_string(reinterpret_cast<std::uintptr_t>(&InfoHeader)) + "_" +
-                         testing::UnitTest::GetInstance()->current_test_info()->name());
+    auto folder = std::filesystem::path(testing::TempDir()) /
+                  ("dib" + std::to_string(reinterpret_cast<std::uintptr_t>(&InfoHeader)) + "_" +
+                   testing::UnitTest::GetInstance()->current_test_info()->name());
     std::filesystem::create_directories(folder);
     return folder;
   }();

@@ -484,7 +484,7 @@ TEST_F(ViewerTest, TenMinutesOfThirtyASecond) {
     world.http.log.clear();
     events.Take();
   }
-  EXPECT_NEAR(world.http.sent - sent, 600 * 1000 / 33, 20);
+  EXPECT_NEAR(world.http.sent - sent, 600 * 1000 / 33.0, 20);
 }
 
 TEST_F(ViewerTest, ANewerConnectTakesOverFromOneThatWaits) {

@@ -48,8 +48,12 @@ class CurlRequest final : public HttpRequest {
 
 CurlHttp::CurlHttp(MessageLoop& loop) : multiplexer_(std::make_shared<Multiplexer>(loop)) {}
 
-CurlHttp::~CurlHttp() { multiplexer_->Close(); }
+CurlHttp::~CurlHttp() {
+  multiplexer_->Close();
+}
 
-std::shared_ptr<HttpRequest> CurlHttp::Create() { return std::make_shared<CurlRequest>(multiplexer_); }
+std::shared_ptr<HttpRequest> CurlHttp::Create() {
+  return std::make_shared<CurlRequest>(multiplexer_);
+}
 
 }  // namespace orbelcast

@@ -14,8 +14,8 @@ class Multiplexer;
 /// Makes the requests of one message loop, which share their connections. What it does to the process: libcurl is
 /// initialised once (which initialises OpenSSL), names are resolved on threads of libcurl's, no signal is used.
 ///
-/// The loop must outlive the factory. Requests may outlive both: the factory's end ends every exchange and wakes whoever
-/// waits, and a request that is left over fails from then on.
+/// The loop must outlive the factory. Requests may outlive both: the factory's end ends every exchange and wakes
+/// whoever waits, and a request that is left over fails from then on.
 class CurlHttp final : public HttpRequestFactory {
  public:
   explicit CurlHttp(MessageLoop& loop);

@@ -16,7 +16,9 @@ bool EqualIgnoringCase(std::string_view a, std::string_view b) {
 }
 
 // libcurl takes 0 for its own default.
-long ConnectLimit(int milliseconds) { return milliseconds == 0 ? INT_MAX : milliseconds; }
+long ConnectLimit(int milliseconds) {
+  return milliseconds == 0 ? INT_MAX : milliseconds;
+}
 
 int SumOfLimits(int a, int b) {
   if (a == 0 || b == 0) return 0;
@@ -27,7 +29,9 @@ int SumOfLimits(int a, int b) {
 
 Exchange::Exchange(std::shared_ptr<Multiplexer> multiplexer) : multiplexer_(std::move(multiplexer)) {}
 
-Exchange::~Exchange() { multiplexer_->Drop(*this); }
+Exchange::~Exchange() {
+  multiplexer_->Drop(*this);
+}
 
 bool Exchange::Refuse() {
   failed_ = true;
@@ -104,10 +108,11 @@ bool Exchange::WaitForResponse(std::optional<std::chrono::milliseconds> limit) {
   if (loop != nullptr && awaited_) {
     EventQueue& queue = loop->Queue();
     EventQueue::TimerId timer = 0;
-    if (limit) timer = queue.ArmTimer(*limit, [this, &timer] {
-      timer = 0;
-      Abort();
-    });
+    if (limit)
+      timer = queue.ArmTimer(*limit, [this, &timer] {
+        timer = 0;
+        Abort();
+      });
     ++waiters_;
     while (awaited_) {
       const std::uint64_t ends = ends_;
@@ -176,8 +181,8 @@ int Exchange::OnConnected(void* self, char*, char*, int, int) {
 }
 
 bool Exchange::Prepare(const Settings& settings) {
-  const bool fresh = !easy_ || settings.address.origin != applied_.address.origin ||
-                     settings.credentials != applied_.credentials;
+  const bool fresh =
+      !easy_ || settings.address.origin != applied_.address.origin || settings.credentials != applied_.credentials;
   if (fresh && !MakeHandle(settings.credentials)) return false;
   if (fresh || settings.address.target != applied_.address.target) {
     if (!SetAddress(settings.address)) return false;

@@ -102,9 +102,9 @@ class Exchange final : public MultiplexedTransfer {
   std::optional<EventQueue::Nanoseconds> deadline_;
 
   Completion ended_;
-  bool awaited_ = false;      // an exchange is under way, or was dropped for one that is still to be sent
+  bool awaited_ = false;  // an exchange is under way, or was dropped for one that is still to be sent
   int waiters_ = 0;
-  std::uint64_t ends_ = 0;    // counts the exchanges that came to an end
+  std::uint64_t ends_ = 0;  // counts the exchanges that came to an end
 };
 
 }  // namespace orbelcast

@@ -20,7 +20,8 @@ class HttpAnswer {
 
   /// Takes a line of a header block, the empty one at its end included. False when there are too many.
   bool TakeHeaderLine(std::string_view line);
-  /// Takes a part of the body. `announced`: its whole length, −1 where the server did not say. False when it is too long.
+  /// Takes a part of the body. `announced`: its whole length, −1 where the server did not say. False when it is too
+  /// long.
   bool TakeBody(std::string_view part, std::int64_t announced);
 
   /// 0 before the first status line.

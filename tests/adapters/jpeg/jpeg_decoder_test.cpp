@@ -97,7 +97,7 @@ Surface ShrinkCarefully(const Surface& source, int width, int height) {
       }
       std::uint32_t pixel = 0xff;
       for (const double sum : sums) pixel = pixel << 8 | static_cast<std::uint32_t>(std::lround(sum / count));
-      pixels[static_cast<std::size_t>(y * width + x)] = pixel;
+      pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)] = pixel;
     }
   }
   return small;

@@ -91,7 +91,7 @@ TEST_F(QtQueueTest, AHandlerMayShowADialogThatRunsALoopOfItsOwn) {
       });
       queue.ArmTimer(milliseconds(10), [&] { answered.Complete(); });
     });
-    log.push_back(dialog.exec() == QDialog::Accepted ? "accepted" : "rejected");
+    log.emplace_back(dialog.exec() == QDialog::Accepted ? "accepted" : "rejected");
   });
   RunUntil([&] { return log.size() == 3; });
   EXPECT_THAT(log, ElementsAre("inner waits", "inner goes on", "accepted"));
