@@ -4,128 +4,50 @@
 
 #include <algorithm>
 #include <array>
-#include <csetjmp>
 #include <cstddef>
-#include <cstdio>
-#include <cstring>
 #include <utility>
-
-// libjpeg's headers want <cstdio> before them.
-#include <jerror.h>
-#include <jpeglib.h>
 
 namespace orbelcast {
 
 namespace {
 
-/// A progressive picture may have any number of scans, each of which costs a pass over the whole picture. Encoders write
-/// about ten.
-constexpr int kMaxScans = 100;
-
 /// The scales that libjpeg-turbo has fast code for, as eighths.
 constexpr std::array<unsigned, 4> kScales{1, 2, 4, 8};
 
-/// How far a decoded picture may fall short of its place, to be stretched: by up to a third. What it costs in sharpness is
-/// below what the JPEG's own quantisation took.
+/// How far a decoded picture may fall short of its place, to be stretched: by up to a third. What it costs in sharpness
+/// is below what the JPEG's own quantisation took.
 constexpr int kEnoughNumerator = 2;
 constexpr int kEnoughDenominator = 3;
 
-int ScaledSize(int size, unsigned eighths) { return (size * static_cast<int>(eighths) + 7) / 8; }
+/// The longest side that libyuv scales: its positions are 16.16 fixed-point numbers.
+constexpr int kMaxScaledSide = 32767;
 
-bool Enough(int have, int want) { return have * kEnoughDenominator >= want * kEnoughNumerator; }
+/// A drawing is foreseen up to this many pixels, and where it takes a picture that is at least twice as large.
+constexpr std::int64_t kMaxThumbnailPixels = 256 * 256;
+/// Rows of it that are made at once, while the picture's rows that they take are still in the cache.
+constexpr int kThumbnailRows = 8;
+
+int ScaledSize(int size, unsigned eighths) {
+  return (size * static_cast<int>(eighths) + 7) / 8;
+}
+
+bool Enough(int have, int want) {
+  return std::int64_t{have} * kEnoughDenominator >= std::int64_t{want} * kEnoughNumerator;
+}
+
+std::uint32_t* At(Surface& surface, int x, int y) {
+  return &surface.MutablePixels()[static_cast<std::size_t>(y) * static_cast<std::size_t>(surface.Width()) +
+                                  static_cast<std::size_t>(x)];
+}
+
+std::uint8_t* Bytes(std::uint32_t* pixels) {
+  return reinterpret_cast<std::uint8_t*>(pixels);
+}
+const std::uint8_t* Bytes(const std::uint32_t* pixels) {
+  return reinterpret_cast<const std::uint8_t*>(pixels);
+}
 
 }  // namespace
-
-// libjpeg's decompressor, kept from frame to frame so that its memory is too.
-struct TurboJpegDecoder::Codec {
-  jpeg_decompress_struct decompress{};
-  jpeg_error_mgr errors{};
-  jpeg_progress_mgr progress{};
-  std::jmp_buf failed{};
-  bool damaged = false;
-  std::array<JSAMPROW, 16> rows{};
-
-  Codec() {
-    decompress.err = jpeg_std_error(&errors);
-    decompress.client_data = this;
-    errors.error_exit = [](j_common_ptr common) { std::longjmp(Of(common).failed, 1); };
-    errors.emit_message = [](j_common_ptr common, int level) {
-      // A negative level is a warning: the data is damaged. Bytes too many between two markers harm nothing.
-      if (level < 0 && common->err->msg_code != JWRN_EXTRANEOUS_DATA) Of(common).damaged = true;
-    };
-    errors.output_message = [](j_common_ptr) {};
-    progress.progress_monitor = [](j_common_ptr common) {
-      if (!common->is_decompressor) return;
-      if (reinterpret_cast<j_decompress_ptr>(common)->input_scan_number > kMaxScans) std::longjmp(Of(common).failed, 1);
-    };
-    if (setjmp(failed) != 0) return;  // NOLINT(cert-err52-cpp): libjpeg's way to fail.
-    jpeg_create_decompress(&decompress);
-    decompress.progress = &progress;
-  }
-  ~Codec() { jpeg_destroy_decompress(&decompress); }
-  Codec(const Codec&) = delete;
-  Codec& operator=(const Codec&) = delete;
-
-  static Codec& Of(j_common_ptr common) { return *static_cast<Codec*>(common->client_data); }
-
-  /// Reads the header; false where there is none that can be read, or the picture is too large.
-  bool Begin(std::span<const std::uint8_t> bytes) {
-    damaged = false;
-    if (setjmp(failed) != 0) return Abandon();  // NOLINT(cert-err52-cpp)
-    jpeg_mem_src(&decompress, bytes.data(), static_cast<unsigned long>(bytes.size()));
-    if (jpeg_read_header(&decompress, TRUE) != JPEG_HEADER_OK) return Abandon();
-    const auto pixels = static_cast<std::int64_t>(decompress.image_width) * decompress.image_height;
-    return pixels <= Surface::kMaxPixels || Abandon();
-  }
-
-  /// Decodes at `eighths` / 8 of the size into `target`, which has that size. False where the picture is damaged.
-  bool Finish(Surface& target, unsigned eighths) {
-    const bool inverted_cmyk = decompress.num_components == 4;
-    if (setjmp(failed) != 0) return Abandon();  // NOLINT(cert-err52-cpp)
-    decompress.scale_num = eighths;
-    decompress.scale_denom = 8;
-    decompress.out_color_space = inverted_cmyk ? JCS_CMYK : JCS_EXT_BGRA;
-    decompress.dct_method = JDCT_ISLOW;
-    decompress.do_fancy_upsampling = eighths == 8 ? TRUE : FALSE;
-    jpeg_start_decompress(&decompress);
-    const auto width = static_cast<std::size_t>(decompress.output_width);
-    if (static_cast<int>(width) != target.Width() || static_cast<int>(decompress.output_height) != target.Height()) {
-      return Abandon();
-    }
-    std::uint32_t* pixels = target.MutablePixels().data();
-    while (decompress.output_scanline < decompress.output_height) {
-      const auto first = static_cast<std::size_t>(decompress.output_scanline);
-      const std::size_t count = std::min(rows.size(), static_cast<std::size_t>(decompress.output_height) - first);
-      for (std::size_t i = 0; i < count; ++i) rows[i] = reinterpret_cast<JSAMPROW>(pixels + (first + i) * width);
-      jpeg_read_scanlines(&decompress, rows.data(), static_cast<JDIMENSION>(count));
-    }
-    const bool adobe = decompress.saw_Adobe_marker != FALSE;
-    jpeg_finish_decompress(&decompress);
-    if (inverted_cmyk) CmykToPixels(target, adobe);
-    return !damaged;
-  }
-
-  bool Abandon() {
-    jpeg_abort_decompress(&decompress);
-    return false;
-  }
-
-  /// Four samples a pixel, cyan first, become a colour in place. Files with an Adobe marker hold them inverted.
-  static void CmykToPixels(Surface& target, bool inverted) {
-    for (std::uint32_t& pixel : target.MutablePixels()) {
-      std::array<std::uint8_t, 4> ink{};
-      std::memcpy(ink.data(), &pixel, sizeof pixel);
-      if (!inverted) {
-        for (auto& sample : ink) sample = static_cast<std::uint8_t>(255 - sample);
-      }
-      const auto shade = [&](int i) { return static_cast<std::uint32_t>(ink[static_cast<std::size_t>(i)] * ink[3] / 255); };
-      pixel = 0xff000000u | shade(0) << 16 | shade(1) << 8 | shade(2);
-    }
-  }
-};
-
-TurboJpegDecoder::TurboJpegDecoder() : codec_(std::make_unique<Codec>()) {}
-TurboJpegDecoder::~TurboJpegDecoder() = default;
 
 bool TurboJpegDecoder::DrawJpeg(Surface& target, const FrameBytes& jpeg, int width, int height) {
   return DrawJpegAt(target, jpeg, 0, 0, width, height);
@@ -133,78 +55,163 @@ bool TurboJpegDecoder::DrawJpeg(Surface& target, const FrameBytes& jpeg, int wid
 
 bool TurboJpegDecoder::DrawJpegAt(Surface& target, const FrameBytes& jpeg, int x, int y, int width, int height) {
   if (jpeg.Empty() || width < 0 || height < 0 || width > Surface::kMaxSide || height > Surface::kMaxSide) return false;
-  const Rectangle place{x, y, width, height};
-  if (width > 0 && height > 0 && Decoded(jpeg, place)) return DrawDecoded(target, place);
-  return Decode(target, jpeg, place);
+  Rectangle place{x, y, width, height};
+  if (jpeg.Serial() != serial_) return Decode(target, jpeg, place);
+  if (width == 0) place.width = native_width_;
+  if (height == 0) place.height = native_height_;
+  return DrawAgain(target, place) || Decode(target, jpeg, place);
 }
 
-bool TurboJpegDecoder::Decode(Surface& target, const FrameBytes& jpeg, const Rectangle& wanted) {
-  if (!codec_->Begin(jpeg.Bytes())) return false;
-  const int native_width = static_cast<int>(codec_->decompress.image_width);
-  const int native_height = static_cast<int>(codec_->decompress.image_height);
-  Rectangle place = wanted;
-  if (place.width == 0) place.width = native_width;
-  if (place.height == 0) place.height = native_height;
-
-  unsigned eighths = 8;
-  for (const unsigned scale : kScales) {
-    if (Enough(ScaledSize(native_width, scale), place.width) && Enough(ScaledSize(native_height, scale), place.height)) {
-      eighths = scale;
-      break;
-    }
-  }
-  const int width = ScaledSize(native_width, eighths);
-  const int height = ScaledSize(native_height, eighths);
+bool TurboJpegDecoder::Decode(Surface& target, const FrameBytes& jpeg, Rectangle place) {
+  if (!codec_.Begin(jpeg.Bytes())) return false;
+  if (place.width == 0) place.width = codec_.Width();
+  if (place.height == 0) place.height = codec_.Height();
+  const unsigned eighths = ScaleFor(place);
+  const int width = ScaledSize(codec_.Width(), eighths);
+  const int height = ScaledSize(codec_.Height(), eighths);
   const bool fits = place.x == 0 && place.y == 0 && place.width == width && place.height == height &&
                     target.Width() == width && target.Height() == height;
-  // A picture that turns out to be damaged must leave the target as it was: it grows beside it and is exchanged.
-  Surface& growing = fits ? spare_ : scratch_;
-  decoded_serial_ = 0;
-  growing.Resize(width, height, 0);
+  serial_ = 0;
+  BeginThumbnail();
+  Surface growing = pool_.Take(width, height);
+  if (growing.Empty() || !DecodeInto(growing, eighths)) {
+    codec_.Abandon();
+    pool_.Give(std::move(growing));
+    return false;
+  }
+  native_width_ = codec_.Width();
+  native_height_ = codec_.Height();
+  Surface& decoded = fits ? target : own_;
+  decoded.Swap(growing);
+  pool_.Give(std::move(growing));
+  serial_ = jpeg.Serial();
+  decoded_ = decoded.Memory();
+  decoded_revision_ = decoded.Revision();
+  decoded_width_ = width;
+  decoded_height_ = height;
+  return fits || DrawScaled(*decoded.Memory(), target, place);
+}
+
+unsigned TurboJpegDecoder::ScaleFor(const Rectangle& place) const {
+  const int width = codec_.Width();
+  const int height = codec_.Height();
+  // Shown at its own size a picture needs no scaling, however long its sides.
+  if (place.width == width && place.height == height && place.x == 0 && place.y == 0) return 8;
+  unsigned longest = 8;
+  while (ScaledSize(std::max(width, height), longest) > kMaxScaledSide) longest /= 2;
+  for (const unsigned scale : kScales) {
+    if (scale >= longest ||
+        (Enough(ScaledSize(width, scale), place.width) && Enough(ScaledSize(height, scale), place.height))) {
+      return scale;
+    }
+  }
+  return longest;
+}
+
+bool TurboJpegDecoder::DecodeInto(Surface& growing, unsigned eighths) {
   ++decodes_;
-  if (growing.Empty() || !codec_->Finish(growing, eighths)) return false;
-  native_width_ = native_width;
-  native_height_ = native_height;
-  if (fits) {
-    target.Swap(spare_);
-    Remember(target, jpeg);
+  JpegCodec::RowsDone rows_done;
+  if (!thumbnail_.Empty()) rows_done = [&](int rows) { GrowThumbnail(growing, rows); };
+  return codec_.Finish(growing, eighths, rows_done);
+}
+
+// False where the frame has to be decoded again.
+bool TurboJpegDecoder::DrawAgain(Surface& target, const Rectangle& place) {
+  if (thumbnail_rows_ > 0 && place.width == thumbnail_.Width() && place.height == thumbnail_.Height()) {
+    DrawThumbnail(target, place);
     return true;
   }
-  Remember(scratch_, jpeg);
-  return DrawDecoded(target, place);
+  const auto decoded = decoded_.lock();
+  if (!decoded || decoded->revision != decoded_revision_) return false;
+  if (decoded == target.Memory()) {
+    // It is there already; but it cannot be its own source.
+    return place.x == 0 && place.y == 0 && place.width == decoded_width_ && place.height == decoded_height_;
+  }
+  const bool native = decoded_width_ == native_width_ && decoded_height_ == native_height_;
+  if (!native && !(Enough(decoded_width_, place.width) && Enough(decoded_height_, place.height))) return false;
+  if (std::max(decoded_width_, decoded_height_) > kMaxScaledSide) return false;
+  ForeseeThumbnail(place);
+  return DrawScaled(*decoded, target, place);
 }
 
-bool TurboJpegDecoder::DrawDecoded(Surface& target, const Rectangle& place) const {
-  const auto block = decoded_block_.lock();
+bool TurboJpegDecoder::DrawScaled(const Surface::Block& decoded, Surface& target, const Rectangle& place) {
+  if (place.width == decoded_width_ && place.height == decoded_height_) {
+    Copy(decoded, target, place);
+    return true;
+  }
+  const Rectangle seen = Visible(place, target);
+  if (seen.width <= 0 || seen.height <= 0) return true;
+  const bool whole = seen.width == place.width && seen.height == place.height;
+  if (whole && place.width == 2 * decoded_width_ && place.height == 2 * decoded_height_) {
+    double_size_.Draw(decoded.pixels.data(), decoded_width_, decoded_height_, At(target, place.x, place.y),
+                      target.Width());
+    return true;
+  }
+  // libyuv counts from the place's own corner, which may lie outside the target; it writes the clipped part alone.
+  const std::ptrdiff_t stride = std::ptrdiff_t{target.Width()} * 4;
+  std::uint8_t* corner = Bytes(target.MutablePixels().data()) + place.y * stride + std::ptrdiff_t{place.x} * 4;
+  return libyuv::ARGBScaleClip(Bytes(decoded.pixels.data()), decoded_width_ * 4, decoded_width_, decoded_height_,
+                               corner, static_cast<int>(stride), place.width, place.height, seen.x - place.x,
+                               seen.y - place.y, seen.width, seen.height, libyuv::kFilterBilinear) == 0;
+}
+
+TurboJpegDecoder::Rectangle TurboJpegDecoder::Visible(const Rectangle& place, const Surface& target) {
   const int left = std::max(place.x, 0);
   const int top = std::max(place.y, 0);
-  const int right = std::min(place.x + place.width, target.Width());
-  const int bottom = std::min(place.y + place.height, target.Height());
-  if (!block || left >= right || top >= bottom) return block != nullptr;
-  auto* to = reinterpret_cast<std::uint8_t*>(target.MutablePixels().data());
-  const int stride = target.Width() * 4;
-  // The destination's origin may lie outside the surface; only the clipped part is written.
-  std::uint8_t* origin = to + static_cast<std::ptrdiff_t>(place.y) * stride + static_cast<std::ptrdiff_t>(place.x) * 4;
-  return libyuv::ARGBScaleClip(reinterpret_cast<const std::uint8_t*>(block->pixels.data()), decoded_width_ * 4,
-                               decoded_width_, decoded_height_, origin, stride, place.width, place.height,
-                               left - place.x, top - place.y, right - left, bottom - top, libyuv::kFilterBilinear) == 0;
+  const auto end = [](int start, int size, int limit) {
+    return static_cast<int>(std::clamp<std::int64_t>(std::int64_t{start} + size, 0, limit));
+  };
+  return {left, top, end(place.x, place.width, target.Width()) - left,
+          end(place.y, place.height, target.Height()) - top};
 }
 
-std::shared_ptr<const Surface::Block> TurboJpegDecoder::Decoded(const FrameBytes& jpeg, const Rectangle& place) const {
-  if (jpeg.Serial() == 0 || jpeg.Serial() != decoded_serial_) return nullptr;
-  auto block = decoded_block_.lock();
-  if (!block || block->revision != decoded_revision_) return nullptr;
-  const bool native = decoded_width_ == native_width_ && decoded_height_ == native_height_;
-  if (native || (Enough(decoded_width_, place.width) && Enough(decoded_height_, place.height))) return block;
-  return nullptr;
+void TurboJpegDecoder::Copy(const Surface::Block& picture, Surface& target, const Rectangle& place) {
+  const Rectangle seen = Visible(place, target);
+  if (seen.width <= 0) return;
+  for (int y = seen.y; y < seen.y + seen.height; ++y) {
+    const std::uint32_t* from =
+        picture.pixels.data() + static_cast<std::ptrdiff_t>(y - place.y) * place.width + (seen.x - place.x);
+    std::copy_n(from, seen.width, At(target, seen.x, y));
+  }
 }
 
-void TurboJpegDecoder::Remember(const Surface& surface, const FrameBytes& jpeg) {
-  decoded_serial_ = jpeg.Serial();
-  decoded_block_ = surface.Memory();
-  decoded_revision_ = surface.Revision();
-  decoded_width_ = surface.Width();
-  decoded_height_ = surface.Height();
+// The drawing that was foreseen for the last frame but did not come is not foreseen again.
+void TurboJpegDecoder::BeginThumbnail() {
+  if (!thumbnail_wanted_) thumbnail_ = {};
+  thumbnail_wanted_ = false;
+  thumbnail_rows_ = 0;
+}
+
+void TurboJpegDecoder::GrowThumbnail(const Surface& growing, int rows) {
+  const int width = thumbnail_.Width();
+  const int height = thumbnail_.Height();
+  const bool complete = rows == growing.Height();
+  // A row takes those of the picture around its middle; that all those of its height are there is enough.
+  const int ready = complete ? height : static_cast<int>(std::int64_t{rows - 1} * height / growing.Height());
+  if (ready < thumbnail_rows_ + kThumbnailRows && !complete) return;
+  if (growing.Width() < width || growing.Height() < height ||
+      std::max(growing.Width(), growing.Height()) > kMaxScaledSide) {
+    return;
+  }
+  libyuv::ARGBScaleClip(Bytes(growing.Pixels().data()), growing.Width() * 4, growing.Width(), growing.Height(),
+                        Bytes(thumbnail_.MutablePixels().data()), width * 4, width, height, 0, thumbnail_rows_, width,
+                        ready - thumbnail_rows_, libyuv::kFilterBilinear);
+  thumbnail_rows_ = ready;
+}
+
+void TurboJpegDecoder::ForeseeThumbnail(const Rectangle& place) {
+  if (std::int64_t{place.width} * place.height > kMaxThumbnailPixels || place.width * 2 > decoded_width_ ||
+      place.height * 2 > decoded_height_) {
+    return;
+  }
+  thumbnail_.Resize(place.width, place.height, 0);
+  thumbnail_rows_ = 0;
+  thumbnail_wanted_ = true;
+}
+
+void TurboJpegDecoder::DrawThumbnail(Surface& target, const Rectangle& place) {
+  Copy(*thumbnail_.Memory(), target, place);
+  thumbnail_wanted_ = true;
 }
 
 }  // namespace orbelcast

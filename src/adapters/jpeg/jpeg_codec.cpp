@@ -1,0 +1,153 @@
+#include "adapters/jpeg/jpeg_codec.h"
+
+#include <jerror.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+namespace orbelcast {
+
+namespace {
+
+/// A progressive picture may have any number of scans, each of which costs a pass over all of it. Encoders write about
+/// ten, which is also what the largest picture may have; smaller ones may have more.
+constexpr int kUsualScans = 10;
+constexpr int kMaxScans = 100;
+
+/// Rows that are asked for at once; libjpeg gives as many as it has, which are a few.
+constexpr std::size_t kRowsAtOnce = 16;
+
+constexpr std::uint8_t kMarker = 0xff;
+constexpr std::uint8_t kStartOfImage = 0xd8;
+constexpr std::uint8_t kHuffmanTables = 0xc4;
+constexpr std::uint8_t kQuantizationTables = 0xdb;
+constexpr std::uint8_t kStartOfScan = 0xda;
+
+/// Whether the picture brings tables of its own. Those of the last picture would serve one that does not.
+bool BringsTables(std::span<const std::uint8_t> bytes) {
+  bool huffman = false;
+  bool quantization = false;
+  std::size_t at = 2;
+  while (at + 4 <= bytes.size() && bytes[at] == kMarker && bytes[at + 1] != kStartOfScan) {
+    huffman |= bytes[at + 1] == kHuffmanTables;
+    quantization |= bytes[at + 1] == kQuantizationTables;
+    at += 2 + (std::size_t{bytes[at + 2]} << 8 | bytes[at + 3]);
+  }
+  return huffman && quantization;
+}
+
+/// Warnings that mean that a part of the picture is not what was sent. Others are about things that do not show, such
+/// as bytes too many between two markers.
+bool IsDamage(int warning) {
+  switch (warning) {
+    case JWRN_ARITH_BAD_CODE:
+    case JWRN_BOGUS_PROGRESSION:
+    case JWRN_HIT_MARKER:
+    case JWRN_HUFF_BAD_CODE:
+    case JWRN_JPEG_EOF:
+    case JWRN_MUST_RESYNC:
+      return true;
+    default:
+      return false;
+  }
+}
+
+/// Four samples a pixel, cyan first, become a colour in place. Files with an Adobe marker hold them inverted.
+void CmykToPixels(std::span<std::uint32_t> pixels, bool inverted) {
+  for (std::uint32_t& pixel : pixels) {
+    std::array<std::uint8_t, 4> ink{};
+    std::memcpy(ink.data(), &pixel, sizeof pixel);
+    if (!inverted) {
+      for (auto& sample : ink) sample = static_cast<std::uint8_t>(255 - sample);
+    }
+    const auto shade = [&](std::size_t i) { return static_cast<std::uint32_t>(ink[i] * ink[3] / 255); };
+    pixel = 0xff000000u | shade(0) << 16 | shade(1) << 8 | shade(2);
+  }
+}
+
+}  // namespace
+
+JpegCodec::JpegCodec() {
+  decompress_.err = jpeg_std_error(&errors_);
+  errors_.error_exit = Fail;
+  errors_.emit_message = OnMessage;
+  errors_.output_message = [](j_common_ptr) {};
+  progress_.progress_monitor = OnProgress;
+  Create();
+}
+
+JpegCodec::~JpegCodec() {
+  jpeg_destroy_decompress(&decompress_);
+}
+
+void JpegCodec::Create() {
+  if (setjmp(failed_) != 0) return;  // NOLINT(cert-err52-cpp): libjpeg's way to fail.
+  jpeg_create_decompress(&decompress_);
+  decompress_.client_data = this;
+  decompress_.progress = &progress_;
+}
+
+void JpegCodec::Fail(j_common_ptr common) {
+  std::longjmp(Of(common).failed_, 1);
+}
+
+void JpegCodec::OnMessage(j_common_ptr common, int level) {
+  if (level < 0 && IsDamage(common->err->msg_code)) Fail(common);
+}
+
+void JpegCodec::OnProgress(j_common_ptr common) {
+  if (common->is_decompressor == FALSE) return;
+  if (reinterpret_cast<j_decompress_ptr>(common)->input_scan_number > Of(common).max_scans_) Fail(common);
+}
+
+bool JpegCodec::Begin(std::span<const std::uint8_t> bytes) {
+  if (bytes.size() < 4 || bytes[0] != kMarker || bytes[1] != kStartOfImage) return false;
+  if (!BringsTables(bytes)) {
+    jpeg_destroy_decompress(&decompress_);
+    Create();
+  }
+  if (setjmp(failed_) != 0) return Abandon();  // NOLINT(cert-err52-cpp)
+  jpeg_mem_src(&decompress_, bytes.data(), static_cast<unsigned long>(bytes.size()));
+  if (jpeg_read_header(&decompress_, TRUE) != JPEG_HEADER_OK) return Abandon();
+  const auto pixels = static_cast<std::int64_t>(decompress_.image_width) * decompress_.image_height;
+  if (pixels <= 0 || pixels > Surface::kMaxPixels) return Abandon();
+  max_scans_ =
+      static_cast<int>(std::clamp<std::int64_t>(Surface::kMaxPixels * kUsualScans / pixels, kUsualScans, kMaxScans));
+  return true;
+}
+
+bool JpegCodec::Finish(Surface& target, unsigned eighths, const RowsDone& rows_done) {
+  const std::span<std::uint32_t> pixels = target.MutablePixels();
+  if (setjmp(failed_) != 0) return Abandon();  // NOLINT(cert-err52-cpp)
+  const bool cmyk = decompress_.num_components == 4;
+  decompress_.scale_num = eighths;
+  decompress_.scale_denom = 8;
+  decompress_.out_color_space = cmyk ? JCS_CMYK : JCS_EXT_BGRA;
+  decompress_.dct_method = JDCT_ISLOW;
+  decompress_.do_fancy_upsampling = eighths == 8 ? TRUE : FALSE;
+  jpeg_start_decompress(&decompress_);
+  const auto width = static_cast<std::size_t>(decompress_.output_width);
+  if (static_cast<int>(width) != target.Width() || static_cast<int>(decompress_.output_height) != target.Height()) {
+    return Abandon();
+  }
+  while (decompress_.output_scanline < decompress_.output_height) {
+    const auto first = static_cast<std::size_t>(decompress_.output_scanline);
+    std::array<JSAMPROW, kRowsAtOnce> rows;
+    const std::size_t count = std::min(rows.size(), decompress_.output_height - first);
+    for (std::size_t i = 0; i < count; ++i) rows[i] = reinterpret_cast<JSAMPROW>(&pixels[(first + i) * width]);
+    jpeg_read_scanlines(&decompress_, rows.data(), static_cast<JDIMENSION>(count));
+    if (rows_done) rows_done(static_cast<int>(decompress_.output_scanline));
+  }
+  const bool adobe = decompress_.saw_Adobe_marker != FALSE;
+  jpeg_finish_decompress(&decompress_);
+  if (cmyk) CmykToPixels(pixels, adobe);
+  return true;
+}
+
+bool JpegCodec::Abandon() {
+  jpeg_abort_decompress(&decompress_);
+  return false;
+}
+
+}  // namespace orbelcast

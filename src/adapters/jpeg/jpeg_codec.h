@@ -1,0 +1,55 @@
+#pragma once
+
+#include <csetjmp>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <functional>
+#include <span>
+
+#include <jpeglib.h>
+
+#include "platform/surface.h"
+
+namespace orbelcast {
+
+/// libjpeg's decompressor, kept from picture to picture so that its memory is too.
+///
+/// `Begin`, then `Finish` or `Abandon`. What it is given is not trusted: pictures are bounded in size and in scans, and
+/// a picture that does not decode without a sign of damage is refused as a whole.
+class JpegCodec {
+ public:
+  /// Called while a picture grows: its first `rows` rows are complete. It may not throw.
+  using RowsDone = std::function<void(int rows)>;
+
+  JpegCodec();
+  ~JpegCodec();
+  JpegCodec(const JpegCodec&) = delete;
+  JpegCodec& operator=(const JpegCodec&) = delete;
+
+  /// Reads the header of `bytes`, which stay until Finish. False where there is none that can be read, or the picture
+  /// has more than Surface::kMaxPixels.
+  bool Begin(std::span<const std::uint8_t> bytes);
+  int Width() const { return static_cast<int>(decompress_.image_width); }
+  int Height() const { return static_cast<int>(decompress_.image_height); }
+
+  /// Decodes at `eighths` / 8 of the size into `target`, which has that size (rounded up). False where the picture is
+  /// damaged; `target` then holds a part of it.
+  bool Finish(Surface& target, unsigned eighths, const RowsDone& rows_done);
+  bool Abandon();
+
+ private:
+  void Create();
+  static JpegCodec& Of(j_common_ptr common) { return *static_cast<JpegCodec*>(common->client_data); }
+  [[noreturn]] static void Fail(j_common_ptr common);
+  static void OnMessage(j_common_ptr common, int level);
+  static void OnProgress(j_common_ptr common);
+
+  jpeg_decompress_struct decompress_{};
+  jpeg_error_mgr errors_{};
+  jpeg_progress_mgr progress_{};
+  std::jmp_buf failed_{};
+  int max_scans_ = 0;
+};
+
+}  // namespace orbelcast
