@@ -33,8 +33,9 @@ constexpr int BlueOf(Color color) {
 /// front ends and image libraries take as it is. Surfaces that are shown are opaque (A = 255); only pictures that are
 /// drawn onto others, such as icons, have transparent pixels. Coordinates are pixels. Drawing outside is clipped.
 ///
-/// The memory is one block, kept while the size stays, so a front end may show it without a copy; `Block` and
-/// `revision` let it, or a decoder, notice that the picture it knew is gone or was drawn on.
+/// The memory is one block, so a front end may show it without a copy. It is kept while the size stays, unless somebody
+/// exchanges it (Swap; a decoder puts a whole picture there that way). `Block` and `revision` let a front end, or a
+/// decoder, notice that the picture it knew is gone or was drawn on.
 class Surface {
  public:
   struct Block {
