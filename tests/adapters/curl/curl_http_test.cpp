@@ -1,0 +1,462 @@
+#include "adapters/curl/curl_http.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "adapters/fiber/fiber_loop.h"
+#include "adapters/posix/headless_queue.h"
+#include "fakes/scripted_server.h"
+
+namespace orbelcast {
+namespace {
+
+using fakes::AnswerBytes;
+using fakes::ScriptedServer;
+using fakes::TargetOf;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using testing::AllOf;
+using testing::Each;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+using testing::SizeIs;
+using To = ScriptedServer::Connection;
+
+class CurlHttpTest : public testing::Test {
+ protected:
+  /// One whole exchange, as the frame loop makes them. The status, 0 where there is none.
+  int Get(HttpRequest& on, const std::string& url, bool async = true) {
+    if (!on.Open("GET", url, async)) return 0;
+    if (on.Send()) on.WaitForResponse();
+    return on.Status();
+  }
+  int GetAs(HttpRequest& on, const std::string& url, std::string_view user, std::string_view password) {
+    if (!on.Open("GET", url, true) || !on.SetCredentials(user, password, 0) || !on.Send()) return 0;
+    on.WaitForResponse();
+    return on.Status();
+  }
+  milliseconds Since(EventQueue::Nanoseconds begin) const {
+    return std::chrono::duration_cast<milliseconds>(queue.Now() - begin);
+  }
+
+  HeadlessQueue queue;
+  FiberLoop loop{queue};
+  std::optional<CurlHttp> http{loop};
+  std::shared_ptr<HttpRequest> request = http->Create();
+};
+
+TEST_F(CurlHttpTest, AnAnswerIsReadAsTheControlsReadIt) {
+  ScriptedServer frames(
+      AnswerBytes(200, std::string_view("\xff\xd8\0\xd9", 4),
+                  "RC_TCR:\t 20240131120000 \r\nserver: first\nServer: second\r\nEmpty:\r\n: odd\r\n"));
+  EXPECT_EQ(request->Status(), 0);
+  EXPECT_TRUE(request->Failed());
+  for (const bool async : {true, false}) {
+    EXPECT_EQ(Get(*request, frames.Url("/frame"), async), 200);
+    EXPECT_FALSE(request->Failed());
+    EXPECT_EQ(request->GetResponseHeader("rc_tcr"), "20240131120000");
+    EXPECT_EQ(request->GetResponseHeader("SERVER"), "first");
+    EXPECT_EQ(request->GetResponseHeader("Empty"), "");
+    EXPECT_EQ(request->GetResponseHeader("Absent"), "");
+    EXPECT_EQ(request->GetResponseHeader("HTTP/1.1 200 Text"), "");
+    EXPECT_EQ(request->GetAllResponseHeaders(),
+              "HTTP/1.1 200 Text\r\nRC_TCR:\t 20240131120000 \r\nserver: first\r\nServer: second\r\nEmpty:\r\n: odd\r\n"
+              "Content-Length: 4\r\n");
+    EXPECT_EQ(request->ResponseText(), std::string("\xff\xd8\0\xd9", 4));
+    EXPECT_EQ(request->ResponseBody().Size(), 4u);
+    EXPECT_EQ(request->ResponseBody().Serial(), request->ResponseBody().Serial());
+  }
+  request->Open("GET", frames.Url("/"), true);
+  EXPECT_EQ(request->Status(), 0);
+  EXPECT_EQ(request->GetResponseHeader("Server"), "");
+  EXPECT_TRUE(request->ResponseBody().Empty());
+}
+
+TEST_F(CurlHttpTest, TheTargetGoesOutByteForByte) {
+  ScriptedServer server(AnswerBytes(200));
+  std::string printable;
+  for (char each = ' '; each < 0x7f; ++each) printable += each;
+  const std::vector<std::string> targets = {
+      "/a b?x=1?y=%20", "/plain/../$live/./x//y", "/%2F%2f%zz%",    "/a#b?c#d",         "/a?#", "/?",        "//",
+      "/\xc3\xa4\xff",  "/" + printable,          "/?" + printable, "/[1]{2}|^`\"<>\\", "/ x ", "/a?b c%2F",
+  };
+  for (const std::string& target : targets) EXPECT_EQ(Get(*request, server.Url(target)), 200) << target;
+  for (const char* rest : {"?x=1 2", "#x", ""}) EXPECT_EQ(Get(*request, server.Url(rest)), 200);
+  std::vector<std::string> expected = targets;
+  for (const char* rest : {"/?x=1 2", "/#x", "/"}) expected.emplace_back(rest);
+  std::vector<std::string> seen;
+  for (const std::string& each : server.Requests()) seen.push_back(TargetOf(each));
+  EXPECT_EQ(seen, expected);
+  EXPECT_EQ(server.Connections(), 1);
+}
+
+TEST_F(CurlHttpTest, HeadersGoOutAsGivenAndNothingElseIsAsked) {
+  ScriptedServer server(AnswerBytes(200));
+  setenv("http_proxy", "http://127.0.0.1:1/", 1);
+  ASSERT_TRUE(request->Open("GET", server.Url("/x"), false));
+  EXPECT_TRUE(request->SetRequestHeader("Authorization", " Basic dXNlcg=="));
+  EXPECT_TRUE(request->SetRequestHeader("User-Agent", "an older one"));
+  EXPECT_TRUE(request->SetRequestHeader("USER-AGENT", "Some Software"));
+  EXPECT_TRUE(request->SetRequestHeader("X-Empty", ""));
+  EXPECT_TRUE(request->Send());
+  EXPECT_EQ(Get(*request, server.Url("/x"), false), 200);
+  unsetenv("http_proxy");
+  const auto seen = server.Requests();
+  ASSERT_THAT(seen, SizeIs(2));
+  EXPECT_THAT(seen[0],
+              AllOf(HasSubstr("\r\nAuthorization:  Basic dXNlcg==\r\n"), HasSubstr("\r\nUser-Agent: Some Software\r\n"),
+                    Not(HasSubstr("older")), HasSubstr("\r\nX-Empty:\r\n")));
+  EXPECT_EQ(seen[1], "GET /x HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(server.Port()) + "\r\nAccept: */*\r\n\r\n");
+}
+
+TEST_F(CurlHttpTest, NothingTypedCanAddALine) {
+  ScriptedServer server(AnswerBytes(200));
+  for (int code = 0; code < 0x80; code = code == 0x1f ? 0x7f : code + 1) {
+    const std::string bad = std::string("a") + static_cast<char>(code) + "b";
+    EXPECT_FALSE(request->Open("GET", server.Url("/" + bad), true));
+    EXPECT_TRUE(request->Failed());
+    EXPECT_FALSE(request->Send());
+    EXPECT_FALSE(request->Open(bad, server.Url("/"), true));
+    ASSERT_TRUE(request->Open("GET", server.Url("/good"), true));
+    EXPECT_FALSE(request->Failed());
+    EXPECT_FALSE(request->SetRequestHeader("X-Name", bad));
+    EXPECT_FALSE(request->SetRequestHeader(bad, "value"));
+    EXPECT_FALSE(request->SetCredentials(bad, "password", 0));
+    EXPECT_FALSE(request->SetCredentials("user", bad, 0));
+    EXPECT_TRUE(request->Failed());
+    EXPECT_TRUE(request->Send());
+    request->WaitForResponse();
+  }
+  EXPECT_FALSE(request->SetRequestHeader("Two: Names", "value"));
+  for (const std::string& each : server.Requests()) EXPECT_EQ(TargetOf(each), "/good");
+}
+
+TEST_F(CurlHttpTest, AddressesThatCannotBeAskedAreRefused) {
+  for (const char* url : {"", "http://", "http:///x", "file:///etc/passwd", "ftp://127.0.0.1/", "127.0.0.1/",
+                          "http://a b/", "http://127.0.0.1:99999/", "http://127.0.0.1:x/"}) {
+    EXPECT_FALSE(request->Open("GET", url, true)) << url;
+    EXPECT_FALSE(request->Send());
+  }
+  ScriptedServer server(AnswerBytes(200));
+  EXPECT_EQ(Get(*request, "HTTP" + server.Url("/").substr(4)), 200);
+}
+
+TEST_F(CurlHttpTest, CredentialsCostOneRoundTripOnce) {
+  const std::vector<std::string> challenges = {
+      "WWW-Authenticate: Basic realm=\"cameras\"\r\n",
+      "WWW-Authenticate: Digest realm=\"cameras\", nonce=\"abc\", qop=\"auth\", algorithm=MD5\r\n",
+      "WWW-Authenticate: Basic realm=\"c\"\r\nWWW-Authenticate: Digest realm=\"c\", nonce=\"abc\"\r\n"};
+  for (std::size_t i = 0; i < challenges.size(); ++i) {
+    const std::string scheme = i == 0 ? "Authorization: Basic dXNlcjpwYXNz" : "Authorization: Digest username=\"user\"";
+    ScriptedServer server([&](const std::string& received, To& to) {
+      if (received.find(scheme) == std::string::npos) {
+        to.Send(AnswerBytes(401, "not the frame", challenges[i] + "X-Round: first\r\n"));
+      } else {
+        to.Send(AnswerBytes(200, "frame"));
+      }
+    });
+    const auto fresh = http->Create();
+    for (int frame = 0; frame < 5; ++frame) {
+      EXPECT_EQ(GetAs(*fresh, server.Url("/live"), "user", "pass"), 200);
+      EXPECT_EQ(fresh->ResponseText(), "frame");
+      EXPECT_EQ(fresh->GetResponseHeader("X-Round"), "");
+    }
+    EXPECT_THAT(server.Requests(), SizeIs(6)) << challenges[i];
+    EXPECT_EQ(server.Connections(), 1);
+    EXPECT_THAT(server.Requests()[0], Not(HasSubstr("Authorization")));
+    // Without them, and with others, the server is asked anew.
+    EXPECT_EQ(Get(*fresh, server.Url("/live")), 401);
+    EXPECT_EQ(fresh->ResponseText(), "not the frame");
+    EXPECT_THAT(server.Requests().back(), Not(HasSubstr("Authorization")));
+  }
+}
+
+TEST_F(CurlHttpTest, DigestCoversTheTarget) {
+  ScriptedServer server([&](const std::string& received, To& to) {
+    const bool proven = received.find("Authorization: Digest") != std::string::npos;
+    to.Send(AnswerBytes(proven ? 200 : 401, "", "WWW-Authenticate: Digest realm=\"c\", nonce=\"abc\"\r\n"));
+  });
+  for (const char* target : {"/a?b?c=%2F", "/a?b c%2F", "/a#b?c#d"}) {
+    EXPECT_EQ(GetAs(*request, server.Url(target), "user", "pass"), 200);
+    EXPECT_THAT(server.Requests().back(), HasSubstr("uri=\"" + std::string(target) + "\""));
+  }
+}
+
+TEST_F(CurlHttpTest, FramesShareOneConnectionAndBuffersAreUsedAgain) {
+  ScriptedServer server(AnswerBytes(200, std::string(50'000, 'x')));
+  const FrameBytes kept = (Get(*request, server.Url()), request->ResponseBody());
+  std::vector<const std::uint8_t*> places;
+  FrameBytes shown;
+  for (int frame = 0; frame < 50; ++frame) {
+    EXPECT_EQ(Get(*request, server.Url()), 200);
+    shown = request->ResponseBody();
+    if (std::ranges::find(places, shown.Bytes().data()) == places.end()) places.push_back(shown.Bytes().data());
+  }
+  EXPECT_EQ(server.Connections(), 1);
+  EXPECT_THAT(places, SizeIs(testing::Le(2)));
+  EXPECT_THAT(places, Not(testing::Contains(kept.Bytes().data())));
+  EXPECT_THAT(kept.Bytes(), SizeIs(50'000));
+  const auto other = http->Create();
+  EXPECT_EQ(Get(*other, server.Url(), false), 200);
+  EXPECT_EQ(server.Connections(), 1);
+}
+
+TEST_F(CurlHttpTest, AServerThatClosedMeanwhileIsConnectedAnew) {
+  ScriptedServer server([](const std::string&, To& to) {
+    to.Send(AnswerBytes(200, "frame"));
+    to.Close();
+  });
+  for (int frame = 0; frame < 3; ++frame) EXPECT_EQ(Get(*request, server.Url()), 200);
+  EXPECT_EQ(server.Connections(), 3);
+}
+
+TEST_F(CurlHttpTest, WhatIsNoCompleteAnswerFails) {
+  const std::vector<ScriptedServer::Script> faults = {
+      [](const std::string&, To& to) { to.Send("no HTTP at all\r\n\r\n"); },
+      [](const std::string&, To& to) { to.Reset(); },
+      [](const std::string&, To& to) { to.Close(); },
+      [](const std::string&, To& to) {
+        to.Send("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nhalf");
+        to.Close();
+      },
+      [](const std::string&, To& to) {
+        to.Send("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n4\r\nhalf\r\n");
+        to.Reset();
+      },
+      [](const std::string&, To& to) { to.Send("HTTP/1.1 200 OK\r\nContent-Length: 67108865\r\n\r\n"); },
+      [](const std::string&, To& to) {
+        to.Send("HTTP/1.1 200 OK\r\n\r\n");
+        const std::string part(1 << 20, 'x');
+        while (to.Send(part)) {
+        }
+      },
+      [](const std::string&, To& to) {
+        std::string lines;
+        for (int line = 0; line < 10'000; ++line) lines += "X-Line: twenty bytes of it, about\r\n";
+        to.Send(AnswerBytes(200, "frame", lines));
+      },
+      [](const std::string&, To& to) {
+        to.Send("HTTP/1.1 200 OK\r\nX-Endless: ");
+        const std::string part(1 << 16, 'x');
+        while (to.Send(part)) {
+        }
+      },
+      [](const std::string&, To& to) {
+        while (to.Send("HTTP/1.1 100 Continue\r\n\r\n")) {
+        }
+      },
+  };
+  for (std::size_t i = 0; i < faults.size(); ++i) {
+    ScriptedServer server(faults[i]);
+    for (const bool async : {true, false}) {
+      EXPECT_EQ(Get(*request, server.Url(), async), 0) << "fault " << i;
+      EXPECT_TRUE(request->Failed());
+      EXPECT_TRUE(request->ResponseBody().Empty());
+      EXPECT_EQ(request->GetAllResponseHeaders(), "");
+    }
+  }
+  EXPECT_EQ(Get(*request, "http://127.0.0.1:1/"), 0);  // nobody listens there
+}
+
+TEST_F(CurlHttpTest, TheReceiveLimitBoundsTheWholeAnswer) {
+  ScriptedServer server([](const std::string& received, To& to) {
+    if (TargetOf(received) == "/never") to.Never();
+    to.Send("HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n\r\n");
+    while (to.Send("x") && to.Pause(milliseconds(10))) {
+    }
+  });
+  EXPECT_FALSE(request->SetTimeouts(-1, 0, 0, 0));
+  EXPECT_TRUE(request->SetTimeouts(1000, 1000, 1000, 100));
+  for (const char* target : {"/never", "/drop by drop"}) {
+    for (const bool async : {true, false}) {
+      const auto begin = queue.Now();
+      EXPECT_EQ(Get(*request, server.Url(target), async), 0);
+      EXPECT_THAT(Since(begin), AllOf(testing::Ge(milliseconds(100)), testing::Lt(milliseconds(1000))));
+    }
+  }
+}
+
+TEST_F(CurlHttpTest, TheConnectLimitBoundsConnecting) {
+  // A listener whose queue is full answers no more.
+  const int listener = socket(AF_INET, SOCK_STREAM, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t length = sizeof address;
+  ASSERT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), length), 0);
+  ASSERT_EQ(listen(listener, 0), 0);
+  getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length);
+  std::vector<int> fillers;
+  for (int i = 0; i < 4; ++i) {
+    fillers.push_back(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0));
+    connect(fillers.back(), reinterpret_cast<sockaddr*>(&address), length);
+  }
+  request->SetTimeouts(50, 50, 0, 60'000);
+  const auto begin = queue.Now();
+  EXPECT_EQ(Get(*request, "http://127.0.0.1:" + std::to_string(ntohs(address.sin_port)) + "/"), 0);
+  EXPECT_THAT(Since(begin), AllOf(testing::Ge(milliseconds(90)), testing::Lt(milliseconds(2000))));
+  for (const int each : fillers) close(each);
+  close(listener);
+}
+
+TEST_F(CurlHttpTest, AWaitsOwnLimitEndsTheExchange) {
+  ScriptedServer server([](const std::string&, To& to) { to.Never(); });
+  EXPECT_FALSE(request->WaitForResponse());  // nothing is under way
+  ASSERT_TRUE(request->Open("GET", server.Url(), true) && request->Send());
+  EXPECT_FALSE(request->WaitForResponse(milliseconds(20)));
+  EXPECT_TRUE(request->Failed());
+  EXPECT_FALSE(request->WaitForResponse());
+}
+
+TEST_F(CurlHttpTest, AbortOrDroppingTheRequestWakesWhoeverWaits) {
+  ScriptedServer server([](const std::string&, To& to) { to.Never(); });
+  for (const bool drop : {false, true}) {
+    auto dying = http->Create();
+    int woken = 0;
+    for (int i = 0; i < 2; ++i) {
+      loop.RunHandler([&, raw = dying.get()] {
+        if (raw->Open("GET", server.Url(), true) && raw->Send()) {
+          EXPECT_FALSE(raw->WaitForResponse());
+        }
+        ++woken;
+      });
+    }
+    queue.ArmTimer(milliseconds(20), [&] {
+      if (drop) {
+        dying.reset();
+      } else {
+        dying->Abort();
+        dying->Abort();
+      }
+    });
+    while (woken < 2) queue.HandleNext();
+    EXPECT_EQ(loop.Handlers(), 0u);
+  }
+}
+
+TEST_F(CurlHttpTest, WhoeverWaitsGoesOnWaitingForANewExchange) {
+  ScriptedServer server([](const std::string& received, To& to) {
+    if (TargetOf(received) == "/never") to.Never();
+    to.Send(AnswerBytes(200, TargetOf(received)));
+  });
+  std::string got;
+  loop.RunHandler([&] {
+    request->Open("GET", server.Url("/never"), true);
+    request->Send();
+    got = request->WaitForResponse() ? request->ResponseText() : "failed";
+  });
+  queue.ArmTimer(milliseconds(20), [&] { request->Open("GET", server.Url("/new"), true); });
+  queue.ArmTimer(milliseconds(40), [&] { request->Send(); });
+  while (got.empty()) queue.HandleNext();
+  EXPECT_EQ(got, "/new");
+}
+
+TEST_F(CurlHttpTest, ADeadCameraHoldsUpNobodyElse) {
+  ScriptedServer server([](const std::string& received, To& to) {
+    if (TargetOf(received) == "/dead") to.Never();
+    to.Send(AnswerBytes(200, "frame"));
+  });
+  bool dead_ended = false;
+  loop.RunHandler([&] {
+    EXPECT_EQ(Get(*request, server.Url("/dead")), 0);
+    dead_ended = true;
+  });
+  int frames = 0;
+  loop.RunHandler([&] {
+    const auto other = http->Create();
+    for (; frames < 20; ++frames) EXPECT_EQ(Get(*other, server.Url("/live")), 200);
+  });
+  while (frames < 20) queue.HandleNext();
+  const auto blocking = http->Create();
+  EXPECT_EQ(Get(*blocking, server.Url("/live"), false), 200);
+  EXPECT_FALSE(dead_ended);
+  request->Abort();
+  while (!dead_ended) queue.HandleNext();
+}
+
+TEST_F(CurlHttpTest, RedirectsAreFollowedTenTimesAndOnlyToServers) {
+  ScriptedServer server([](const std::string& received, To& to) {
+    const std::string target = TargetOf(received);
+    if (target.starts_with("/there")) return static_cast<void>(to.Send(AnswerBytes(200, "there")));
+    const int left = std::stoi(target.substr(target.find('=') + 1));
+    const std::string next = left < 0    ? "file:///etc/passwd"
+                             : left == 0 ? "/there"
+                                         : "/to?n=" + std::to_string(left - 1);
+    to.Send(AnswerBytes(302, "moved", "X-Old: 1\r\nLocation: " + next + "\r\n"));
+  });
+  for (const std::string path : {"/to?n=", "/odd path?n="}) {
+    for (const int left : {0, 9}) {
+      EXPECT_EQ(Get(*request, server.Url(path + std::to_string(left))), 200) << path << left;
+      EXPECT_EQ(request->ResponseText(), "there");
+      EXPECT_EQ(request->GetResponseHeader("X-Old"), "");
+    }
+    EXPECT_EQ(Get(*request, server.Url(path + "10")), 0);
+    EXPECT_EQ(Get(*request, server.Url(path + "-1")), 0);
+  }
+}
+
+TEST_F(CurlHttpTest, CredentialsStayWithTheServerThatWasAsked) {
+  ScriptedServer other([](const std::string&, To& to) {
+    to.Send(AnswerBytes(401, "", "WWW-Authenticate: Basic realm=\"phishing\"\r\n"));
+  });
+  ScriptedServer server([&](const std::string& received, To& to) {
+    const bool proven = received.find("\r\nAuthorization:") != std::string::npos;
+    to.Send(AnswerBytes(proven ? 302 : 401, "",
+                        "Location: http://localhost:" + std::to_string(other.Port()) + "/\r\n" +
+                            "WWW-Authenticate: Basic realm=\"cameras\"\r\n"));
+  });
+  for (const char* target : {"/plain", "/odd target"}) {
+    EXPECT_EQ(GetAs(*request, server.Url(target), "user", "pass"), 401);
+    ASSERT_TRUE(request->Open("GET", server.Url(target), false));
+    EXPECT_TRUE(request->SetRequestHeader("Authorization", " Basic dXNlcg=="));
+    EXPECT_TRUE(request->Send());
+    EXPECT_EQ(request->Status(), 401);
+  }
+  EXPECT_THAT(other.Requests(), SizeIs(testing::Ge(4)));
+  EXPECT_THAT(other.Requests(), Each(Not(HasSubstr("Authorization"))));
+}
+
+TEST_F(CurlHttpTest, RequestsOutliveTheirFactoryAndTheLoop) {
+  ScriptedServer server([](const std::string&, To& to) { to.Never(); });
+  bool ended = false;
+  loop.RunHandler([&] {
+    EXPECT_EQ(Get(*request, server.Url()), 0);
+    ended = true;
+  });
+  http.reset();
+  queue.HandleDue();
+  EXPECT_TRUE(ended);
+  EXPECT_EQ(Get(*request, server.Url(), false), 0);
+  EXPECT_TRUE(request->Failed());
+}
+
+TEST(CurlHttpAndTheLoop, DestroyingTheLoopEndsTheWaits) {
+  ScriptedServer server([](const std::string&, To& to) { to.Never(); });
+  HeadlessQueue queue;
+  auto loop = std::make_unique<FiberLoop>(queue);
+  auto http = std::make_unique<CurlHttp>(*loop);
+  bool answered = true;
+  loop->RunHandler([&] {
+    const auto request = http->Create();
+    request->Open("GET", server.Url(), true);
+    request->Send();
+    answered = request->WaitForResponse();
+  });
+  http.reset();
+  loop.reset();
+  EXPECT_FALSE(answered);
+}
+
+}  // namespace
+}  // namespace orbelcast
