@@ -62,6 +62,14 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
   return New(size);
 }
+void* operator new(std::size_t size, std::align_val_t alignment) {
+  ++by_new;
+  if (void* memory = __libc_memalign(static_cast<std::size_t>(alignment), size)) return memory;
+  throw std::bad_alloc();
+}
+void operator delete(void* memory, std::align_val_t) noexcept {
+  __libc_free(memory);
+}
 void operator delete(void* memory) noexcept {
   __libc_free(memory);
 }
