@@ -1,7 +1,6 @@
 #include "imaging/motion.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <limits>
 
@@ -22,31 +21,11 @@ constexpr int kZonesPerRow = 5;
 
 constexpr Color kBoxColor = Rgb(128, 128, 0);
 
-constexpr double kRedWeight = 76;
-constexpr double kGreenWeight = 150;
-constexpr double kBlueWeight = 28;
-
-/// Each colour's share of the grey level, worked out once: a frame needs over a thousand levels.
-class GrayTable {
- public:
-  GrayTable() {
-    for (int i = 0; i < 256; ++i) {
-      const auto place = static_cast<std::size_t>(i);
-      red_[place] = i * kRedWeight / 255;
-      green_[place] = i * kGreenWeight / 255;
-      blue_[place] = i * kBlueWeight / 255;
-    }
-  }
-  std::int32_t Level(int red, int green, int blue) const {
-    return RoundToEven(red_[static_cast<std::size_t>(red)] + green_[static_cast<std::size_t>(green)] +
-                       blue_[static_cast<std::size_t>(blue)]);
-  }
-
- private:
-  std::array<double, 256> red_{};
-  std::array<double, 256> green_{};
-  std::array<double, 256> blue_{};
-};
+/// Parts of 255 that each colour has in the grey level.
+constexpr int kRedWeight = 76;
+constexpr int kGreenWeight = 150;
+constexpr int kBlueWeight = 28;
+constexpr int kWeightScale = 255;
 
 enum class Watch { kExcluded, kOutside, kWatched };
 
@@ -110,9 +89,10 @@ std::int32_t GrayLevel(Color color) {
   const int red = color % 256;
   const int green = color / 256 % 256;
   const int blue = color / 256 / 256 % 256;
-  static const GrayTable table;
-  if (color >= 0) return table.Level(red, green, blue);
-  return RoundToEven(red * kRedWeight / 255 + green * kGreenWeight / 255 + blue * kBlueWeight / 255);
+  const int sum = red * kRedWeight + green * kGreenWeight + blue * kBlueWeight;
+  // To the nearest: of a sum divided by an odd number none lies halfway.
+  constexpr int kHalf = kWeightScale / 2;
+  return (sum + (sum < 0 ? -kHalf : kHalf)) / kWeightScale;
 }
 
 std::int32_t MotionThreshold(std::int32_t& sensitivity) {

@@ -2,6 +2,7 @@
 """Tests of the camera server, as its clients see it: camera_server_test.py SERVER_PROGRAM"""
 
 import base64
+import ctypes
 import hashlib
 import http.client
 import os
@@ -21,11 +22,18 @@ PROGRAM = sys.argv.pop(1)
 TIMEOUT = 10
 
 
+def end_with_parent():
+    """A server does not outlive a test that was killed."""
+    set_parent_death_signal = 1
+    ctypes.CDLL(None).prctl(set_parent_death_signal, signal.SIGKILL)
+
+
 class Server:
     """A server on a free port of 127.0.0.1, ended with the test."""
 
     def __init__(self, *options):
-        self.process = subprocess.Popen([PROGRAM, "--port", "0", *options], stdout=subprocess.PIPE, text=True)
+        self.process = subprocess.Popen([PROGRAM, "--port", "0", *options], stdout=subprocess.PIPE, text=True,
+                                        preexec_fn=end_with_parent)
         line = self.process.stdout.readline()
         match = re.fullmatch(r"listening on http://127\.0\.0\.1:(\d+)/\n", line)
         if not match:
@@ -42,8 +50,11 @@ class Server:
         """Returns the exit status and how many seconds the end took."""
         start = time.monotonic()
         self.process.send_signal(how)
-        status = self.process.wait(TIMEOUT)
-        self.process.stdout.close()
+        try:
+            status = self.process.wait(TIMEOUT)
+        finally:
+            self.process.kill()  # nothing where it has ended
+            self.process.stdout.close()
         return status, time.monotonic() - start
 
     def connect(self):

@@ -1,5 +1,7 @@
 #include "adapters/qt/qt_queue.h"
 
+#include <poll.h>
+
 #include <QCoreApplication>
 #include <QEvent>
 #include <algorithm>
@@ -12,11 +14,13 @@ namespace {
 
 const auto kPostedEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
 
-// A notifier may be what is calling at this moment: it is silenced at once and deleted when the loop comes round.
-void Retire(std::unique_ptr<QSocketNotifier> notifier) {
-  if (!notifier) return;
-  notifier->setEnabled(false);
-  notifier.release()->deleteLater();
+// What the socket is ready for at this moment. A notifier may call for an event that is over: what it found is old when a
+// callback before it ran a loop of its own.
+EventQueue::SocketEvents ReadyFor(int socket, EventQueue::SocketEvents events) {
+  pollfd look{socket, static_cast<short>((events.readable ? POLLIN : 0) | (events.writable ? POLLOUT : 0)), 0};
+  if (poll(&look, 1, 0) <= 0) return {};
+  const bool error = (look.revents & (POLLERR | POLLHUP | POLLNVAL)) != 0;
+  return {error || (look.revents & POLLIN) != 0, error || (look.revents & POLLOUT) != 0};
 }
 
 }  // namespace
@@ -71,33 +75,45 @@ void QtQueue::CallTimers() {
 
 void QtQueue::WatchSocket(int socket, SocketEvents events, std::function<void(SocketEvents)> callback) {
   UnwatchSocket(socket);
-  Watch& watch = watches_[socket];
-  watch.id = ++last_id_;
+  Watch* const spare = FindWatch(kNoSocket);
+  Watch& watch = spare != nullptr ? *spare : MakeWatch();
+  watch.socket = socket;
+  watch.events = events;
   watch.callback = std::move(callback);
-  if (events.readable) watch.readable = Notify(socket, QSocketNotifier::Read, watch.id);
-  if (events.writable) watch.writable = Notify(socket, QSocketNotifier::Write, watch.id);
-}
-
-std::unique_ptr<QSocketNotifier> QtQueue::Notify(int socket, QSocketNotifier::Type type, std::uint64_t watch) {
-  auto notifier = std::make_unique<QSocketNotifier>(socket, type);
-  const SocketEvents events{type == QSocketNotifier::Read, type == QSocketNotifier::Write};
-  QObject::connect(notifier.get(), &QSocketNotifier::activated, this,
-                   [this, socket, watch, events] { CallSocket(socket, watch, events); });
-  return notifier;
+  watch.readable.setSocket(socket);
+  watch.writable.setSocket(socket);
+  watch.readable.setEnabled(events.readable);
+  watch.writable.setEnabled(events.writable);
 }
 
 void QtQueue::UnwatchSocket(int socket) {
-  auto watch = watches_.extract(socket);
-  if (watch.empty()) return;
-  Retire(std::move(watch.mapped().readable));
-  Retire(std::move(watch.mapped().writable));
+  Watch* const watch = FindWatch(socket);
+  if (watch == nullptr) return;
+  watch->readable.setEnabled(false);
+  watch->writable.setEnabled(false);
+  watch->socket = kNoSocket;
+  watch->callback = nullptr;
 }
 
-void QtQueue::CallSocket(int socket, std::uint64_t watch, SocketEvents events) {
-  const auto found = watches_.find(socket);
-  if (found == watches_.end() || found->second.id != watch) return;
-  const auto callback = found->second.callback;  // A copy: it may end its own watch.
-  callback(events);
+QtQueue::Watch* QtQueue::FindWatch(int socket) const {
+  const auto found = std::ranges::find_if(watches_, [socket](const auto& each) { return each->socket == socket; });
+  return found == watches_.end() ? nullptr : found->get();
+}
+
+QtQueue::Watch& QtQueue::MakeWatch() {
+  Watch& watch = *watches_.emplace_back(std::make_unique<Watch>());
+  for (QSocketNotifier* notifier : {&watch.readable, &watch.writable}) {
+    QObject::connect(notifier, &QSocketNotifier::activated, this, [&watch] { CallSocket(watch); });
+  }
+  return watch;
+}
+
+void QtQueue::CallSocket(const Watch& watch) {
+  if (watch.socket == kNoSocket) return;
+  const SocketEvents ready = ReadyFor(watch.socket, watch.events);
+  if (!ready.readable && !ready.writable) return;
+  const auto callback = watch.callback;  // A copy: it may end its own watch.
+  callback(ready);
 }
 
 void QtQueue::Post(std::function<void()> callback) {

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
-#include <map>
 #include <memory>
 #include <vector>
 
@@ -35,16 +34,20 @@ class QtQueue final : public QObject, public EventQueue {
   bool event(QEvent* event) override;
 
  private:
+  static constexpr int kNoSocket = -1;
+
   struct ArmedTimer {
     Nanoseconds due;
     TimerId id;
     std::function<void()> callback;
   };
+  // Kept for the next socket when its own is no longer watched, so a notifier is never deleted while it calls.
   struct Watch {
-    std::uint64_t id = 0;
-    std::unique_ptr<QSocketNotifier> readable;
-    std::unique_ptr<QSocketNotifier> writable;
+    int socket = kNoSocket;
+    SocketEvents events;
     std::function<void(SocketEvents)> callback;
+    QSocketNotifier readable{QSocketNotifier::Read};
+    QSocketNotifier writable{QSocketNotifier::Write};
   };
   struct Posted {
     std::uint64_t id;
@@ -53,13 +56,14 @@ class QtQueue final : public QObject, public EventQueue {
 
   void CallTimers();
   void CallPosted();
-  void CallSocket(int socket, std::uint64_t watch, SocketEvents events);
+  static void CallSocket(const Watch& watch);
   void WakeForTimers();
-  std::unique_ptr<QSocketNotifier> Notify(int socket, QSocketNotifier::Type type, std::uint64_t watch);
+  Watch* FindWatch(int socket) const;
+  Watch& MakeWatch();
 
   QTimer wake_;
   std::vector<ArmedTimer> timers_;  // the last is due first
-  std::map<int, Watch> watches_;
+  std::vector<std::unique_ptr<Watch>> watches_;
   std::deque<Posted> posted_;
   bool wake_posted_ = false;
   std::uint64_t last_id_ = 0;

@@ -1,84 +1,56 @@
 #include "adapters/qt/qt_queue.h"
 
 #include <gmock/gmock.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <QApplication>
 #include <QDialog>
 #include <QTimer>
-#include <array>
 #include <string>
 #include <vector>
 
 #include "adapters/fiber/fiber_loop.h"
+#include "fakes/event_queue_contract.h"
 
 namespace orbelcast {
+namespace fakes {
+
+INSTANTIATE_TEST_SUITE_P(Qt, EventQueueContract, testing::Values(MakerOf<QtQueue>("QtQueue")));
+
+}  // namespace fakes
+
 namespace {
 
 using std::chrono::milliseconds;
 using testing::ElementsAre;
 
-class QtQueueTest : public testing::Test {
- protected:
-  void RunUntil(const std::function<bool()>& done) {
-    const auto limit = queue.ArmTimer(std::chrono::seconds(5), [] { FAIL() << "nothing came"; });
-    while (!done() && !HasFailure()) queue.HandleNext();
-    queue.CancelTimer(limit);
-  }
-
+TEST(QtQueueTest, HandlesWhatComesUnderQtsOwnLoopToo) {
   QtQueue queue;
   std::vector<std::string> log;
-};
-
-TEST_F(QtQueueTest, TimersComeInOrderAndACancelledOneNever) {
-  queue.ArmTimer(milliseconds(20), [&] { log.emplace_back("late"); });
-  EventQueue::TimerId victim = 0;
+  queue.Post([&] { log.emplace_back("posted"); });
   queue.ArmTimer(milliseconds(5), [&] {
-    log.emplace_back("early");
-    queue.CancelTimer(victim);
+    log.emplace_back("timer");
+    QTimer::singleShot(0, [] { QApplication::quit(); });
   });
-  victim = queue.ArmTimer(milliseconds(10), [&] { log.emplace_back("cancelled"); });
-  queue.ArmTimer(milliseconds(-3), [&] { log.emplace_back("at once"); });
-  RunUntil([&] { return log.size() >= 3; });
-  EXPECT_THAT(log, ElementsAre("at once", "early", "late"));
+  QApplication::exec();
+  EXPECT_THAT(log, ElementsAre("posted", "timer"));
 }
 
-TEST_F(QtQueueTest, PostedCallsKeepTheirOrderAlsoWhenOneHandlesTheQueueItself) {
-  queue.Post([&] {
-    log.emplace_back("first");
-    queue.Post([&] { log.emplace_back("next round"); });
-    queue.HandleDue();
-  });
-  queue.Post([&] { log.emplace_back("second"); });
-  RunUntil([&] { return log.size() == 3; });
-  EXPECT_THAT(log, ElementsAre("first", "second", "next round"));
+TEST(QtQueueTest, NothingCallsOnceTheQueueIsGone) {
+  bool called = false;
+  {
+    QtQueue queue;
+    queue.Post([&] { called = true; });
+    queue.ArmTimer(milliseconds(0), [&] { called = true; });
+  }
+  for (int i = 0; i < 3; ++i) QApplication::processEvents();
+  EXPECT_FALSE(called);
 }
 
-TEST_F(QtQueueTest, SocketsAreWatchedUntilTheyAreNot) {
-  std::array<int, 2> pair{};
-  ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, pair.data()), 0);
-  queue.WatchSocket(pair[0], {true, false}, [&](EventQueue::SocketEvents events) {
-    EXPECT_TRUE(events.readable);
-    log.emplace_back("readable");
-    queue.UnwatchSocket(pair[0]);  // From inside its own callback.
-  });
-  queue.WatchSocket(pair[1], {false, true}, [&](EventQueue::SocketEvents events) {
-    EXPECT_TRUE(events.writable);
-    log.emplace_back("writable");
-    queue.UnwatchSocket(pair[1]);
-    ASSERT_EQ(::write(pair[1], "x", 1), 1);
-  });
-  RunUntil([&] { return log.size() == 2; });
-  for (int i = 0; i < 5; ++i) queue.HandleDue();
-  EXPECT_THAT(log, ElementsAre("writable", "readable"));
-  ::close(pair[0]);
-  ::close(pair[1]);
-}
-
-TEST_F(QtQueueTest, AHandlerMayShowADialogThatRunsALoopOfItsOwn) {
+TEST(QtQueueTest, AHandlerMayShowADialogThatRunsALoopOfItsOwn) {
+  QtQueue queue;
   FiberLoop loop(queue);
   Completion answered;
+  std::vector<std::string> log;
   loop.RunHandler([&] {
     QDialog dialog;
     QTimer::singleShot(30, &dialog, [&] {
@@ -93,8 +65,38 @@ TEST_F(QtQueueTest, AHandlerMayShowADialogThatRunsALoopOfItsOwn) {
     });
     log.emplace_back(dialog.exec() == QDialog::Accepted ? "accepted" : "rejected");
   });
-  RunUntil([&] { return log.size() == 3; });
   EXPECT_THAT(log, ElementsAre("inner waits", "inner goes on", "accepted"));
+}
+
+// The dialog's handler was resumed by a posted call: its loop runs inside Qt's delivery of that call.
+TEST(QtQueueTest, AHandlerThatWasResumedMayShowADialogWhileOthersComeAndGo) {
+  QtQueue queue;
+  FiberLoop loop(queue);
+  Completion ready;
+  Completion never;
+  std::vector<std::string> log;
+  loop.RunHandler([&] { loop.Wait(never); });
+  loop.RunHandler([&] {
+    loop.Wait(ready);
+    QDialog dialog;
+    int rounds = 0;
+    queue.ArmTimer(milliseconds(5), [&] {
+      loop.RunHandler([&] {
+        for (; rounds < 3; ++rounds) {
+          Completion pause;
+          queue.ArmTimer(milliseconds(2), [&] { pause.Complete(); });
+          loop.Wait(pause);
+        }
+        dialog.accept();
+      });
+    });
+    log.emplace_back(dialog.exec() == QDialog::Accepted ? "accepted" : "rejected");
+    EXPECT_EQ(rounds, 3);
+  });
+  ready.Complete();
+  while (log.empty()) queue.HandleNext();
+  EXPECT_THAT(log, ElementsAre("accepted"));
+  EXPECT_EQ(loop.Handlers(), 1u);
 }
 
 }  // namespace
