@@ -1,9 +1,4 @@
-#include "adapters/fiber/fiber_loop.h"
-#include "adapters/jpeg/jpeg_decoder.h"
-#include "adapters/png/png_codec.h"
-#include "adapters/posix/headless_queue.h"
-#include "adapters/posix/posix_files.h"
-#include "adapters/posix/system_clock.h"
+#include "assembly/headless_platform.h"
 #include "frame_road_roads.h"
 #include "imaging/motion.h"
 #include "viewer/video_server_push.h"
@@ -59,8 +54,8 @@ class Viewer final : public Road {
  private:
   void Begin() {
     viewer_ = VideoServerPush::Create(platform_);
-    viewer_->Resize(static_cast<float>(width_ * screen_.TwipsPerPixelX()),
-                    static_cast<float>(height_ * screen_.TwipsPerPixelY()));
+    viewer_->Resize(static_cast<float>(width_ * platform_.screen.TwipsPerPixelX()),
+                    static_cast<float>(height_ * platform_.screen.TwipsPerPixelY()));
     viewer_->MotionDetector(true);
     viewer_->MotionArea_x2(kWholePicture);
     viewer_->MotionArea_Y2(kWholePicture);
@@ -72,19 +67,9 @@ class Viewer final : public Road {
 
   int width_;
   int height_;
-  HeadlessQueue queue_;
-  FiberLoop loop_{queue_};
-  SystemClock clock_;
-  Screen screen_;
-  TextMapper text_mapper_;
-  PosixFiles files_;
+  HeadlessPlatform services_;
   FramesInHand http_;
-  TurboJpegDecoder jpeg_decoder_;
-  PngCodec pictures_;
-  Clipboard clipboard_;
-  DeviceContexts device_contexts_;
-  Platform platform_{loop_, clock_,        screen_,   text_mapper_, files_,
-                     http_, jpeg_decoder_, pictures_, clipboard_,   device_contexts_};
+  Platform platform_ = services_.Get().With(http_);
   std::shared_ptr<VideoServerPush> viewer_;
 };
 

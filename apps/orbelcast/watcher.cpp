@@ -22,19 +22,6 @@ constexpr std::chrono::seconds kRetryAfter{2};
 /// What a picture that is being looked at for motion may still take once it was drawn.
 constexpr std::chrono::milliseconds kSettle{20};
 
-Platform WithDecoder(const Platform& services, JpegDecoder& decoder) {
-  return {.loop = services.loop,
-          .clock = services.clock,
-          .screen = services.screen,
-          .text_mapper = services.text_mapper,
-          .files = services.files,
-          .http = services.http,
-          .jpeg_decoder = decoder,
-          .pictures = services.pictures,
-          .clipboard = services.clipboard,
-          .device_contexts = services.device_contexts};
-}
-
 }  // namespace
 
 Watcher::Watcher(WatchOptions options, std::ostream& output, std::ostream& messages)
@@ -43,7 +30,7 @@ Watcher::Watcher(WatchOptions options, std::ostream& output, std::ostream& messa
       messages_(messages),
       services_(std::make_unique<HeadlessPlatform>()),
       drawn_(services_->Get().jpeg_decoder),
-      platform_(WithDecoder(services_->Get(), drawn_)),
+      platform_(services_->Get().With(drawn_)),
       viewer_(VideoServerPush::Create(platform_)) {}
 
 Watcher::~Watcher() {

@@ -15,7 +15,8 @@ class HeadlessPlatform {
   HeadlessQueue queue_;
   Screen screen_;
   Clipboard clipboard_;
-  Services services_{queue_, screen_, clipboard_};
+  Dialogs dialogs_;
+  Services services_{queue_, screen_, clipboard_, dialogs_};
 };
 
 }  // namespace orbelcast

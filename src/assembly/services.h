@@ -11,12 +11,26 @@
 /// The one place where a set of services is chosen.
 namespace orbelcast {
 
-/// The services that are the same with and without a toolkit, on an event queue, screen and clipboard of the caller's.
+/// The services that are the same with and without a toolkit, on an event queue, screen, clipboard and dialogs of the
+/// caller's.
 class Services {
  public:
-  Services(EventQueue& queue, Screen& screen, Clipboard& clipboard)
-      : loop_(queue), platform_{loop_, clock_,        screen,    text_mapper_, files_,
-                                http_, jpeg_decoder_, pictures_, clipboard,    device_contexts_} {}
+  Services(EventQueue& queue, Screen& screen, Clipboard& clipboard, Dialogs& dialogs)
+      : loop_(queue),
+        platform_{.loop = loop_,
+                  .clock = clock_,
+                  .screen = screen,
+                  .text_mapper = text_mapper_,
+                  .files = files_,
+                  .http = http_,
+                  .jpeg_decoder = jpeg_decoder_,
+                  .pictures = pictures_,
+                  .clipboard = clipboard,
+                  .device_contexts = device_contexts_,
+                  .registry = registry_,
+                  .dialogs = dialogs,
+                  .avi_files = avi_files_,
+                  .configuration = configuration_} {}
   Services(const Services&) = delete;
   Services& operator=(const Services&) = delete;
 
@@ -31,6 +45,9 @@ class Services {
   TurboJpegDecoder jpeg_decoder_;
   PngCodec pictures_;
   DeviceContexts device_contexts_;
+  Registry registry_;
+  AviFiles avi_files_;
+  Configuration configuration_;
   Platform platform_;
 };
 

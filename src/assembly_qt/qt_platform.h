@@ -17,7 +17,8 @@ class QtPlatform {
   QtQueue queue_;
   QtScreen screen_;
   QtClipboard clipboard_;
-  Services services_{queue_, screen_, clipboard_};
+  Dialogs dialogs_;
+  Services services_{queue_, screen_, clipboard_, dialogs_};
 };
 
 }  // namespace orbelcast

@@ -1,5 +1,7 @@
 #include "platform/controls.h"
 
+#include <algorithm>
+
 #include "platform/rounding.h"
 
 namespace orbelcast {
@@ -9,6 +11,79 @@ Surface& PictureBox::Canvas(int twips_x, int twips_y) {
   const int height = twips_y > 0 ? static_cast<int>(RoundToEven(Height / static_cast<float>(twips_y))) : 0;
   if (width != surface_.Width() || height != surface_.Height()) surface_.Resize(width, height, BackColor);
   return surface_;
+}
+
+void ItemList::AddItem(std::string text) {
+  items_.push_back(std::move(text));
+  ListChanged();
+}
+
+void ItemList::Clear() {
+  items_.clear();
+  index_ = -1;
+  ListChanged();
+}
+
+bool ItemList::ListIndex(int index) {
+  if (index == index_) return true;
+  if (index >= 0) return Choose(index);
+  index_ = -1;
+  ListIndexChanged(index_);
+  return true;
+}
+
+bool ItemList::Choose(int index) {
+  if (index < 0 || index >= ListCount()) return false;
+  if (index_ != index) {
+    index_ = index;
+    ListIndexChanged(index_);
+  }
+  // A copy: the handling may end the list.
+  if (const auto click = OnClick) click();
+  return true;
+}
+
+bool ListBox::Selected(int index) const {
+  return index >= 0 && index < ListCount() && std::ranges::binary_search(selected_, index);
+}
+
+void ListBox::Selected(int index, bool selected) {
+  if (index < 0 || index >= ListCount() || Selected(index) == selected) return;
+  const auto place = std::ranges::lower_bound(selected_, index);
+  if (selected) {
+    selected_.insert(place, index);
+  } else {
+    selected_.erase(place);
+  }
+  SelectionChanged();
+}
+
+void TextBox::Type(const std::string& text) {
+  std::size_t bytes = 0;
+  int characters = 0;
+  while (bytes < text.size() && (MaxLength == 0 || characters < MaxLength)) {
+    // A character of UTF-8 is its first byte and those that continue it.
+    do ++bytes;
+    while (bytes < text.size() && (static_cast<unsigned char>(text[bytes]) & 0xC0) == 0x80);
+    ++characters;
+  }
+  Text = text.substr(0, bytes);
+}
+
+void Window::ShowModal(MessageLoop& loop) {
+  if (!Opened.HasListeners() || IsOpen()) return;
+  Completion closed;
+  closed_ = &closed;
+  Visible = true;
+  Opened();
+  loop.Wait(closed);
+  closed_ = nullptr;
+  Visible = false;
+  Closed();
+}
+
+void Window::Unload() {
+  if (closed_ != nullptr) closed_->Complete();
 }
 
 }  // namespace orbelcast

@@ -3,9 +3,12 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <utility>
+#include <variant>
 #include <vector>
 
+#include "platform/message_loop.h"
 #include "platform/property.h"
 #include "platform/surface.h"
 
@@ -136,6 +139,121 @@ struct Menu {
   /// Asks the front end to show the menu; choosing an item calls its OnClick, a separator's never.
   void PopUp() { PoppedUp(); }
   Signal<> PoppedUp;
+};
+
+/// A button. One that carries a picture shows it in place of the caption.
+struct Button : ChildControl {
+  Property<std::string> Caption;
+
+  /// Drawn for a button several times as large as the usual one, transparent around; front ends scale it down.
+  const Surface& Picture() const { return picture_; }
+  void SetPicture(Surface picture) { picture_ = std::move(picture); }
+
+  std::function<void()> OnClick;
+
+ private:
+  Surface picture_;
+};
+
+/// What lists have in common: texts, one of which is selected.
+///
+/// `ListIndex` counts from 0, −1 is no selection. Giving it another item runs the list's click handling (`OnClick`)
+/// exactly as a user's choice does, and returns when that has ended; clearing the selection (−1) only clears it. An
+/// index outside the list fails: nothing changes. A front end sends a user's choice through `Choose`, which runs the
+/// click handling also where the user chose the item that was selected already.
+struct ItemList : ChildControl {
+  const std::vector<std::string>& List() const { return items_; }
+  int ListCount() const { return static_cast<int>(items_.size()); }
+  void AddItem(std::string text);
+  /// Removes every item and the selection. No click.
+  void Clear();
+
+  int ListIndex() const { return index_; }
+  /// False, and nothing changes, where there is no such item.
+  bool ListIndex(int index);
+  /// A user's choice of an item; false where there is no such item.
+  bool Choose(int index);
+
+  std::function<void()> OnClick;
+  /// Items were added or removed.
+  Signal<> ListChanged;
+  Signal<int> ListIndexChanged;
+
+ private:
+  std::vector<std::string> items_;
+  int index_ = -1;
+};
+
+/// A list that drops down from the selected item.
+struct ComboBox : ItemList {};
+
+/// A list that is open. One that allows several selected items says so with `MultiSelect`.
+struct ListBox : ItemList {
+  std::string Font = "Arial";
+  bool MultiSelect = false;
+
+  /// Of a list that allows several: whether the item is selected. False outside the list.
+  bool Selected(int index) const;
+  void Selected(int index, bool selected);
+  Signal<> SelectionChanged;
+
+ private:
+  std::vector<int> selected_;  // ascending
+};
+
+/// A box of text that a user types.
+struct TextBox : ChildControl {
+  Property<std::string> Text;
+  int MaxLength = 0;  ///< In characters; 0 is no limit.
+  bool MultiLine = false;
+  std::string Font = "Arial";
+
+  /// What a user types: the text as far as the box takes it.
+  void Type(const std::string& text);
+  /// The user leaves the box.
+  std::function<void()> OnLostFocus;
+};
+
+struct Window;
+
+/// A child control under its name, such as "lStatus" or "Player(3)".
+using ChildReference = std::variant<Label*, Frame*, PictureBox*, Image*, Timer*, MenuItem*, Menu*, Button*, ComboBox*,
+                                    ListBox*, TextBox*, Window*>;
+struct NamedChild {
+  std::string name;
+  ChildReference control;
+};
+
+/// A window of its own, made of child controls. `Width` and `Height` are its inner size.
+///
+/// `ShowModal` opens it and waits; a front end that listens to `Opened` shows it, and calls `Close` when the user
+/// closes it by its close box. Where no front end listens, nobody could close it: ShowModal then returns at once.
+struct Window : ChildControl {
+  Window() { Visible = false; }
+  virtual ~Window() = default;
+
+  Property<std::string> Caption;
+  bool FullScreen = false;  ///< Without a border, over the whole screen.
+
+  /// Shows the window until it is unloaded, letting the loop run.
+  void ShowModal(MessageLoop& loop);
+  /// Ends the window: ShowModal returns. Nothing where it is not shown.
+  void Unload();
+  /// The user closes it by its close box.
+  void Close() { Unload(); }
+  bool IsOpen() const { return Visible; }
+
+  /// The window has got its size, or another one, from the front end; after Width and Height were set.
+  std::function<void()> OnResize;
+
+  /// Its children with their names, in tab order.
+  virtual std::vector<NamedChild> Children() { return {}; }
+
+  Signal<> Opened;
+  Signal<> Closed;
+
+ private:
+  Completion* closed_ = nullptr;  // while it is shown
 };
 
 }  // namespace orbelcast

@@ -84,6 +84,8 @@ class Signal {
     if (core_) core_->Clear();
   }
 
+  bool HasListeners() const { return core_ && core_->HasEntries(); }
+
  private:
   class Core final : public detail::SignalCore {
    public:
@@ -105,6 +107,13 @@ class Signal {
     void Clear() {
       for (auto& entry : entries_) entry.reset();
       Tidy();
+    }
+
+    bool HasEntries() const {
+      for (const auto& entry : entries_) {
+        if (entry) return true;
+      }
+      return false;
     }
 
     void Tell(Args... args) {

@@ -164,8 +164,7 @@ TEST_F(ViewersTest, ReleasedWhileItWaitsItEndsAtOnce) {
 TEST(LongStreamTest, GrowsNoMemory) {
   fakes::FakePlatform world;
   TurboJpegDecoder decoder;
-  Platform platform{world.loop, world.clock, world.screen,   world.text_mapper, world.files,
-                    world.http, decoder,     world.pictures, world.clipboard,   world.device_contexts};
+  Platform platform = world.platform.With(decoder);
   const std::string picture = SmallJpeg();
   world.http.answers = {
       {.headers = {{"Date", "Wed, 31 Jan 2024 12:00:00 GMT"}}, .body = {picture.begin(), picture.end()}}};

@@ -44,6 +44,8 @@ class FakePictures final : public PictureCodec {
 class FakeFiles final : public Files {
  public:
   std::string TemporaryDirectory() const override { return "/tmp/"; }
+  std::string ModuleFolder() const override { return module_folder; }
+  std::string module_folder = "/tmp/";
 };
 
 /// Everything that a control needs, with time that a test moves and a server that a test scripts.
@@ -59,7 +61,24 @@ struct FakePlatform {
   FakePictures pictures;
   Clipboard clipboard;
   DeviceContexts device_contexts;
-  Platform platform{loop, clock, screen, text_mapper, files, http, jpeg_decoder, pictures, clipboard, device_contexts};
+  Registry registry;
+  Dialogs dialogs;
+  AviFiles avi_files;
+  Configuration configuration;
+  Platform platform{.loop = loop,
+                    .clock = clock,
+                    .screen = screen,
+                    .text_mapper = text_mapper,
+                    .files = files,
+                    .http = http,
+                    .jpeg_decoder = jpeg_decoder,
+                    .pictures = pictures,
+                    .clipboard = clipboard,
+                    .device_contexts = device_contexts,
+                    .registry = registry,
+                    .dialogs = dialogs,
+                    .avi_files = avi_files,
+                    .configuration = configuration};
 };
 
 }  // namespace orbelcast::fakes

@@ -538,19 +538,11 @@ class RudeLoop final : public MessageLoop {
 };
 
 struct RudeWorld {
-  fakes::ManualQueue queue;
-  FiberLoop fibers{queue};
-  RudeLoop loop{fibers};
-  fakes::ManualClock clock{queue};
-  Screen screen;
-  TextMapper text_mapper;
-  fakes::FakeFiles files;
+  fakes::FakePlatform world;
+  RudeLoop loop{world.loop};
   fakes::FakeHttp http{loop};
-  fakes::FakeJpegDecoder jpeg_decoder;
-  fakes::FakePictures pictures;
-  Clipboard clipboard;
-  DeviceContexts device_contexts;
-  Platform platform{loop, clock, screen, text_mapper, files, http, jpeg_decoder, pictures, clipboard, device_contexts};
+  Platform platform = world.platform.With(loop).With(http);
+  fakes::ManualQueue& queue = world.queue;
 
   /// Streams with motion for some frames, fails, is disconnected: every kind of step. Acts rudely at step or event
   /// `at`; returns how many steps and events there were.
@@ -577,7 +569,7 @@ struct RudeWorld {
       if (in_events && told++ == at) rude(viewer);
     };
     const auto step = [&](auto work) {
-      fibers.RunHandler([&, work] {
+      world.loop.RunHandler([&, work] {
         if (viewer) work(*viewer);
       });
       queue.Advance(milliseconds(2500));

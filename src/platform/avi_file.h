@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "platform/dialogs.h"
+
+namespace orbelcast {
+
+/// What a video stream is, before its first sample.
+struct AviStreamInfo {
+  std::int32_t scale = 1;  ///< `rate` / `scale` frames a second.
+  std::int32_t rate = 1;
+  std::int32_t suggested_buffer_size = 0;  ///< Bytes of one uncompressed frame.
+  std::int32_t width = 0;                  ///< Pixels.
+  std::int32_t height = 0;
+};
+
+/// A clip that is being written: one video stream, steps in this order. A step that fails answers false and can be
+/// tried again; nothing throws. Destroying it closes the file, as Release does.
+class AviFile {
+ public:
+  virtual ~AviFile() = default;
+
+  virtual bool CreateStream(const AviStreamInfo& info) = 0;
+  /// Makes the compressed stream, with one of AviFiles::Codecs().
+  virtual bool MakeCompressedStream(const Dialogs::Compression& choice) = 0;
+  /// The format of the samples: a bitmap information header and its colour table, as a BMP file has them.
+  virtual bool SetFormat(std::span<const std::uint8_t> bitmap_info) = 0;
+  /// Writes one picture, the pixel bytes of a bitmap of that format (rows from the bottom, each filled up to four
+  /// bytes), at a position counted from 0. Positions only grow; one that is skipped is an empty frame, which players
+  /// show as the picture before it.
+  virtual bool Write(std::int32_t position, std::span<const std::uint8_t> pixels, bool key_frame) = 0;
+  /// Finishes and closes the file. What was written stays.
+  virtual void Release() = 0;
+};
+
+/// Makes clips. This one can make none.
+class AviFiles {
+ public:
+  virtual ~AviFiles() = default;
+  /// The compressions offered, by the names that people see.
+  virtual std::vector<std::string> Codecs() const { return {}; }
+  /// Creates the file; null where it cannot be created.
+  virtual std::unique_ptr<AviFile> Create(const std::string& /*path*/) { return nullptr; }
+};
+
+}  // namespace orbelcast
