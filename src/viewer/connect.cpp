@@ -33,7 +33,8 @@ void VideoServerPush::Connect(std::string URL, bool OnlyOnce, std::string msg) {
   const auto alive = StayAlive();
   ++connects_;
   MultiCam.Enabled = false;
-  Requester = platform_.http.Create();
+  // Whoever still waits for the old request (a tick, an older Connect) would hold up the new stream's ticks.
+  std::exchange(Requester, platform_.http.Create())->Abort();
   FirstFrameShown = false;
   FailureCount = 0;
   SingleShot = OnlyOnce;

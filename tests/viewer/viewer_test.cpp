@@ -101,9 +101,9 @@ TEST_F(ViewerTest, ConnectOpensAStreamInItsOrder) {
   viewer->Connect(kUrl);
 
   // The first picture is fetched twice: by Connect itself and by the tick that it runs at once.
-  EXPECT_THAT(world.http.log, ElementsAre("SetTimeouts 20000 20000 20000 60000", "Open GET http://camera/live/1 async",
-                                          "SetCredentials u p 0", "Send", "Open GET http://camera/live/1 async",
-                                          "SetCredentials u p 0", "Send"));
+  EXPECT_THAT(world.http.log, ElementsAre("Abort", "SetTimeouts 20000 20000 20000 60000",
+                                          "Open GET http://camera/live/1 async", "SetCredentials u p 0", "Send",
+                                          "Open GET http://camera/live/1 async", "SetCredentials u p 0", "Send"));
   // The first tick does the once-a-second work as well.
   EXPECT_THAT(events.Take(), ElementsAre("Status(Connecting...)", "Status(Streaming...\r\nCam/1\r\n)",
                                          "StreamInfo(2000,1)", "Connected"));
@@ -499,6 +499,18 @@ TEST_F(ViewerTest, ANewerConnectTakesOverFromOneThatWaits) {
   EXPECT_EQ(viewer->URL(), kUrl);
   EXPECT_TRUE(viewer->MasterTimer.Enabled);
   EXPECT_THAT(events.Take(), ElementsAre("Connected"));
+}
+
+TEST_F(ViewerTest, ATickThatWaitsForADeadCameraDoesNotHoldUpTheNextStream) {
+  Answer never;
+  never.never = true;
+  world.http.answers = {Good(), Good(), never, Good()};
+  viewer->Connect("http://dies/");
+  Run(milliseconds(1500));
+  const int sent = world.http.sent;
+  viewer->Connect(kUrl);
+  Run(milliseconds(3500));
+  EXPECT_EQ(world.http.sent, sent + 5);
 }
 
 TEST_F(ViewerTest, ListenersThatThrowDoNotStopTheStream) {
