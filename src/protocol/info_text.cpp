@@ -1,0 +1,116 @@
+#include "protocol/info_text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+#include <optional>
+#include <system_error>
+
+#include "platform/rounding.h"
+#include "protocol/text.h"
+
+namespace orbelcast {
+
+namespace {
+
+constexpr std::size_t kKeyLength = 4;
+
+bool BeginsNumber(std::string_view text) {
+  if (text.starts_with('-')) text.remove_prefix(1);
+  return !text.empty() && ((text.front() >= '0' && text.front() <= '9') || text.front() == '.');
+}
+
+/// The decimal number that the text begins with, after blanks; 0 where it begins with none, nothing where it is beyond
+/// all numbers.
+std::optional<double> LeadingNumber(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
+  if (!BeginsNumber(text)) return 0;  // words such as "inf" are none
+  double number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error == std::errc::result_out_of_range) return std::nullopt;
+  return number;
+}
+
+/// What one line is tested for.
+class Line {
+ public:
+  Line(std::string_view line, ServerInfo& record) : line_(line), record_(record) {}
+
+  void Append() const { record_.Lines.append(line_).append(kCrLf); }
+  void AppendValue(std::string_view key) const {
+    if (line_.starts_with(key)) record_.Lines.append(Value()).append(kCrLf);
+  }
+  void Set(std::string_view key, std::string ServerInfo::*field) const {
+    if (line_.starts_with(key)) record_.*field = Value();
+  }
+  void SetFlag(std::string_view key, bool ServerInfo::*flag) const {
+    if (line_.starts_with(key)) record_.*flag = true;
+  }
+  void SetNumber(std::string_view key, std::int16_t ServerInfo::*field) const {
+    using Limits = std::numeric_limits<std::int16_t>;
+    if (!line_.starts_with(key)) return;
+    const auto number = LeadingNumber(Value());
+    if (!number) return;
+    const std::int32_t rounded = RoundToEven(*number);
+    if (rounded >= Limits::min() && rounded <= Limits::max()) record_.*field = static_cast<std::int16_t>(rounded);
+  }
+
+ private:
+  std::string_view Value() const { return line_.substr(kKeyLength); }
+
+  std::string_view line_;
+  ServerInfo& record_;
+};
+
+void ScanMachine(const Line& line) {
+  line.Set("SVR:", &ServerInfo::ServerVersion);
+  line.Set("SYN:", &ServerInfo::SynValue);
+  line.Set("CPU:", &ServerInfo::CpuValue);
+  line.Set("RAM:", &ServerInfo::RamValue);
+  line.Set("AME:", &ServerInfo::AmeValue);
+  line.SetFlag("AES:1", &ServerInfo::AesFlag);
+  line.SetFlag("CST:1", &ServerInfo::CstFlag);
+  line.SetFlag("ADM:1", &ServerInfo::AdmFlag);
+  line.Set("CPN:", &ServerInfo::CpnValue);
+  line.Set("CPS:", &ServerInfo::CpsValue);
+  line.SetNumber("UPS:", &ServerInfo::UpsValue);
+}
+
+void ScanLine(const Line& line, InfoMode mode) {
+  switch (mode) {
+    case InfoMode::kCameras:
+      line.AppendValue("CAM:");
+      line.Set("SNM:", &ServerInfo::SystemName);
+      ScanMachine(line);
+      break;
+    case InfoMode::kAlerts:
+      line.AppendValue("ALT:");
+      line.Set("SNM:", &ServerInfo::SystemName);
+      line.SetFlag("AES:1", &ServerInfo::AesFlag);
+      ScanMachine(line);
+      break;
+    case InfoMode::kAllLines:
+      line.Append();
+      line.Set("SNM:", &ServerInfo::SystemName);
+      ScanMachine(line);
+      break;
+  }
+}
+
+bool IsMode(InfoMode mode) {
+  return mode == InfoMode::kCameras || mode == InfoMode::kAlerts || mode == InfoMode::kAllLines;
+}
+
+}  // namespace
+
+void ParseInfoText(std::string_view text, InfoMode mode, ServerInfo& record) {
+  if (!IsMode(mode)) return;
+  Parts lines(text, kCrLf);
+  for (std::string_view line; lines.Next(line);) {
+    ScanLine(Line(line, record), mode);
+    if (line.empty()) break;
+  }
+}
+
+}  // namespace orbelcast

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Every address that the camera server is asked by, a builder each, named as the command is.
+///
+/// Plain concatenations: nothing is escaped, so blanks go out raw and a password that holds "/" or "?" changes what the
+/// address says. The request object refuses an address with control characters.
+namespace orbelcast {
+
+/// "http://server", with ":port" where the port is not empty.
+std::string Authority(std::string_view server, std::string_view port);
+
+/// What the player's commands begin with: authority and credentials, "http://server:port/$openlogin/user/password".
+std::string LoginBase(std::string_view server, std::string_view port, std::string_view user_name,
+                      std::string_view password);
+
+/// Asks what the server is: `address` is a host, or host:port; a "/" at its end is not doubled.
+std::string ServerInformationAddress(std::string_view address);
+
+// ---- Pictures -----------------------------------------------------------------------------------------------------
+
+/// Size in pixels, at least four digits each, and a quality figure of three digits: "0320x0240080".
+std::string PictureCode(int width, int height, std::string_view quality);
+
+/// What is appended to an address to say which picture is wanted: "?live-special" and the picture code.
+std::string QualitySuffix(std::string_view picture_code);
+
+/// A camera's live picture, without the suffix. `live_base` is what the server named the camera's base.
+std::string LiveAddress(std::string_view live_base, std::string_view user_name, std::string_view password);
+
+/// The stream of a camera's live pictures.
+std::string LiveStreamAddress(std::string_view live_address, std::string_view quality_suffix);
+
+/// A mosaic tile's picture of the requested size (pixels), at the quality that suits it: the larger the tile, the
+/// lower.
+std::string MosaicTileAddress(std::string_view live_address, int width, int height);
+
+// ---- Archive ------------------------------------------------------------------------------------------------------
+
+/// What archive commands begin with; they add their parameters directly.
+std::string ArchiveAddress(std::string_view login_base, std::string_view device);
+
+/// A step from where the archive stands; the value is the command's letter.
+enum class ArchiveStep : char { kTop = 'T', kReversePlay = 'R', kPlay = 'F', kEnd = 'B' };
+/// The suffix stands behind "Quality=", so the address holds a second "?".
+std::string ArchiveStepAddress(std::string_view archive_address, ArchiveStep step, std::string_view quality_suffix);
+
+/// A date and time as it was typed.
+struct ArchiveTime {
+  std::string_view day;
+  std::string_view month;
+  std::string_view year;
+  std::string_view hour;
+  std::string_view minute;
+  std::string_view second;
+};
+std::string ArchiveSearchAddress(std::string_view archive_address, const ArchiveTime& time,
+                                 std::string_view quality_suffix);
+
+// ---- Commands -----------------------------------------------------------------------------------------------------
+
+std::string ActivityLogAddress(std::string_view login_base);
+/// `text` goes out as it is.
+std::string MessageAddress(std::string_view login_base, std::string_view text);
+/// `output`: its place in the list of outputs, from 1.
+std::string OutputSwitchAddress(std::string_view login_base, int output, bool on);
+/// `alert`: its place in the list of alerts, from 1.
+std::string AlertActivationAddress(std::string_view login_base, int alert);
+
+// ---- Relay --------------------------------------------------------------------------------------------------------
+
+/// The page that tells an account's server.
+std::string RelayLookupAddress(std::string_view lookup_host, std::string_view account);
+
+}  // namespace orbelcast

@@ -1,0 +1,51 @@
+#include "protocol/text.h"
+
+namespace orbelcast {
+
+namespace {
+
+constexpr char ToLower(char letter) {
+  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+}  // namespace
+
+bool BeginsWith(std::string_view text, std::string_view beginning) {
+  if (text.size() < beginning.size()) return false;
+  for (std::size_t i = 0; i < beginning.size(); ++i) {
+    if (ToLower(text[i]) != ToLower(beginning[i])) return false;
+  }
+  return true;
+}
+
+std::string_view WithoutHttp(std::string_view text) {
+  constexpr std::string_view kScheme = "http://";
+  return BeginsWith(text, kScheme) ? text.substr(kScheme.size()) : text;
+}
+
+std::string Replaced(std::string_view text, std::string_view what, std::string_view with) {
+  std::string result;
+  for (std::size_t at = text.find(what); at != std::string_view::npos; at = text.find(what)) {
+    result.append(text.substr(0, at)).append(with);
+    text.remove_prefix(at + what.size());
+  }
+  return result.append(text);
+}
+
+std::vector<std::string_view> Split(std::string_view text, std::string_view separator) {
+  std::vector<std::string_view> parts;
+  Parts rest(text, separator);
+  for (std::string_view part; rest.Next(part);) parts.push_back(part);
+  return parts;
+}
+
+bool Parts::Next(std::string_view& part) {
+  if (at_end_) return false;
+  const std::size_t end = rest_.find(separator_);
+  part = rest_.substr(0, end);
+  at_end_ = end == std::string_view::npos;
+  if (!at_end_) rest_.remove_prefix(end + separator_.size());
+  return true;
+}
+
+}  // namespace orbelcast

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// The camera server's language: command addresses, the server information request, info text, Base64, relay lookup.
+///
+/// Texts are bytes. What is typed by a user goes out as it stands; what comes from a server is taken apart by its
+/// separators and never trusted to be anything.
+namespace orbelcast {
+
+/// What separates the lines of an info text, of a list made from it and of a mosaic's camera list.
+inline constexpr std::string_view kCrLf = "\r\n";
+
+/// The text without "http://" at its beginning, in any letter case; a text without it as it is.
+std::string_view WithoutHttp(std::string_view text);
+
+/// True when `text` begins with `beginning`, in any letter case (of ASCII letters).
+bool BeginsWith(std::string_view text, std::string_view beginning);
+
+/// The text with every occurrence of `what` (not empty) replaced, from left to right, letter case exact.
+std::string Replaced(std::string_view text, std::string_view what, std::string_view with);
+
+/// The parts between the separators (not empty): one more than there are separators, empty ones included; none of an
+/// empty text. They view `text`.
+std::vector<std::string_view> Split(std::string_view text, std::string_view separator);
+
+/// The same parts one after another, for a text too long to hold them all.
+class Parts {
+ public:
+  Parts(std::string_view text, std::string_view separator)
+      : rest_(text), separator_(separator), at_end_(text.empty()) {}
+
+  /// Sets `part` to the next one; false when there is none.
+  bool Next(std::string_view& part);
+
+ private:
+  std::string_view rest_;
+  std::string_view separator_;
+  bool at_end_;
+};
+
+}  // namespace orbelcast
