@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Draws the pictures in resources/: the test card, the "no answer" picture and the status icons.
+"""Draws the pictures in resources/: the test card, the "no answer" picture, the status icons and the toolbar's pictures.
 
 The pictures are kept in the repository, so nothing needs this script to build; run it after changing a drawing:
 
@@ -315,6 +315,224 @@ def draw_disconnect():
     return surface
 
 
+# ---- Toolbar pictures: a grid of 16 × 16, eight pixels to a unit ----------------------------------------------------
+#
+# Edges lie on whole or half units, so that a picture is sharp at 16, 32 and 48 pixels. Shapes are ink, which a front end
+# may exchange for its own text colour on a dark theme; an accent colour marks what is special about a command and stays.
+# Nothing is white: what lies inside a shape is cut out of it.
+
+TOOL_UNITS, TOOL_SCALE = 16, 8
+TOOL_INK = (0.16, 0.18, 0.21)
+TOOL_RED, TOOL_BLUE, TOOL_AMBER, TOOL_GREEN = (0.88, 0.20, 0.18), (0.13, 0.47, 0.86), (0.92, 0.60, 0.05), (0.13, 0.62, 0.30)
+
+
+class Tool:
+    """One toolbar picture, drawn in units of the grid."""
+
+    def __init__(self):
+        self.surface, self.context = canvas(TOOL_UNITS * TOOL_SCALE, TOOL_UNITS * TOOL_SCALE)
+        self.context.scale(TOOL_SCALE, TOOL_SCALE)
+        self.context.set_line_cap(cairo.LINE_CAP_ROUND)
+        self.context.set_line_join(cairo.LINE_JOIN_ROUND)
+
+    def paint(self, color, width=None):
+        """Fills the path, or strokes it `width` wide; None as a colour cuts it out."""
+        context = self.context
+        context.set_operator(cairo.OPERATOR_CLEAR if color is None else cairo.OPERATOR_OVER)
+        context.set_source_rgb(*(color or INK))
+        if width is None:
+            context.fill()
+        else:
+            context.set_line_width(width)
+            context.stroke()
+        context.set_operator(cairo.OPERATOR_OVER)
+
+    def box(self, x, y, width, height, color=TOOL_INK, radius=0.0, stroke=None):
+        if radius:
+            rounded(self.context, x, y, width, height, radius)
+        else:
+            self.context.rectangle(x, y, width, height)
+        self.paint(color, stroke)
+
+    def disc(self, x, y, radius, color=TOOL_INK, stroke=None):
+        self.context.new_sub_path()
+        self.context.arc(x, y, radius, 0, 2 * math.pi)
+        self.paint(color, stroke)
+
+    def polygon(self, points, color=TOOL_INK, soft=1.0):
+        """A filled shape whose corners are `soft` units round."""
+        for index, point in enumerate(points):
+            (self.context.line_to if index else self.context.move_to)(*point)
+        self.context.close_path()
+        path = self.context.copy_path()
+        self.paint(color)
+        self.context.append_path(path)
+        self.paint(color, soft)
+
+    def line(self, points, color=TOOL_INK, width=2.0):
+        for index, point in enumerate(points):
+            (self.context.line_to if index else self.context.move_to)(*point)
+        self.paint(color, width)
+
+    def arc(self, x, y, radius, start, end, color=TOOL_INK, width=2.0):
+        """An arc from `start` to `end`, in degrees clockwise from the right."""
+        self.context.new_sub_path()
+        self.context.arc(x, y, radius, math.radians(start), math.radians(end))
+        self.paint(color, width)
+
+
+def triangle(tool, base, tip, color=TOOL_INK, half=5.0):
+    tool.polygon([(base, 8 - half), (tip, 8), (base, 8 + half)], color)
+
+
+def tool_archive_top(tool):
+    tool.box(2, 3, 2, 10, radius=0.5)
+    triangle(tool, 13, 6)
+
+
+def tool_archive_end(tool):
+    triangle(tool, 3, 10)
+    tool.box(12, 3, 2, 10, radius=0.5)
+
+
+def tool_reverse_play(tool):
+    triangle(tool, 12, 4)
+
+
+def tool_play(tool):
+    triangle(tool, 4, 12)
+
+
+def tool_stop(tool):
+    tool.box(3, 3, 10, 10, radius=1)
+
+
+def tool_live(tool):
+    """A camera on the air: a dot and the waves around it."""
+    tool.disc(8, 8, 2.5, TOOL_RED)
+    for radius in (5.0, 7.5):
+        width = 1.6
+        tool.arc(8, 8, radius - width / 2 + 0.3, -42, 42, width=width)
+        tool.arc(8, 8, radius - width / 2 + 0.3, 138, 222, width=width)
+
+
+def tool_information(tool):
+    tool.disc(8, 8, 7, TOOL_BLUE)
+    tool.disc(8, 4.6, 1.25, None)
+    tool.box(7, 7, 2, 5.5, None, radius=0.5)
+
+
+def tool_search(tool):
+    """A magnifying glass over a clock's hands: what is looked for is a time."""
+    tool.disc(6.75, 6.75, 4.75, stroke=2)
+    tool.line([(10.5, 10.5), (14, 14)], width=2.6)
+    tool.line([(6.75, 4.75), (6.75, 6.9), (8.4, 6.9)], TOOL_BLUE, width=1.3)
+
+
+def film(tool):
+    """A strip of film with its holes."""
+    tool.box(1, 3, 14, 10, radius=1.5)
+    for x in (2.0, 12.5):
+        for y in (4.25, 7.25, 10.25):
+            tool.box(x, y, 1.5, 1.5, None, radius=0.4)
+    tool.box(4.5, 4.5, 7, 7, None)
+
+
+def tool_save_avi(tool):
+    film(tool)
+    tool.disc(8, 8, 2.75, TOOL_RED)
+
+
+def tool_stop_avi(tool):
+    film(tool)
+    tool.box(5.75, 5.75, 4.5, 4.5, TOOL_RED, radius=0.5)
+
+
+def tool_snapshot(tool):
+    tool.polygon([(5.5, 5), (6.5, 3), (9.5, 3), (10.5, 5)])
+    tool.box(1, 4.5, 14, 9, radius=1.5)
+    tool.disc(8, 9, 3.25, None)
+    tool.disc(8, 9, 2, TOOL_BLUE)
+    tool.box(12, 6, 1.5, 1, None, radius=0.3)
+
+
+def tool_log(tool):
+    tool.box(3, 2, 10, 12, radius=1, stroke=1.6)
+    for y, end, color in ((5, 10.5, TOOL_BLUE), (8, 10.5, TOOL_INK), (11, 8.5, TOOL_INK)):
+        tool.line([(5.5, y), (end, y)], color, width=1.4)
+
+
+def tool_message(tool):
+    tool.box(1, 2, 14, 9.5, radius=2)
+    tool.polygon([(4, 11), (8, 11), (4.3, 14)], soft=0.8)
+    for x in (4.75, 8, 11.25):
+        tool.disc(x, 6.75, 1.1, None)
+
+
+def tool_input_output(tool):
+    """What comes in and what goes out."""
+    tool.line([(5, 13), (5, 5)], TOOL_GREEN)
+    tool.polygon([(2.5, 5.5), (5, 2.5), (7.5, 5.5)], TOOL_GREEN)
+    tool.line([(11, 3), (11, 11)])
+    tool.polygon([(8.5, 10.5), (11, 13.5), (13.5, 10.5)])
+
+
+def tool_alerts(tool):
+    context = tool.context
+    context.move_to(3, 12)
+    context.curve_to(4.6, 10.5, 4, 9, 4, 7)
+    context.curve_to(4, 4.4, 5.6, 2.8, 8, 2.8)
+    context.curve_to(10.4, 2.8, 12, 4.4, 12, 7)
+    context.curve_to(12, 9, 11.4, 10.5, 13, 12)
+    context.close_path()
+    path = context.copy_path()
+    tool.paint(TOOL_AMBER)
+    context.append_path(path)
+    tool.paint(TOOL_AMBER, 1)
+    tool.disc(8, 2.2, 1.2, TOOL_AMBER)
+    context.arc(8, 13.3, 2, 0, math.pi)
+    context.close_path()
+    tool.paint(TOOL_INK)
+
+
+def tool_full_screen(tool):
+    for x, y, dx, dy in ((2, 3, 1, 1), (14, 3, -1, 1), (2, 13, 1, -1), (14, 13, -1, -1)):
+        tool.line([(x, y + 3 * dy), (x, y), (x + 3.5 * dx, y)])
+    tool.box(5.5, 6, 5, 4, TOOL_BLUE, radius=0.5)
+
+
+def tool_cameras(tool):
+    for x, y, color in ((1, 2, TOOL_INK), (8.5, 2, TOOL_INK), (1, 8.5, TOOL_INK), (8.5, 8.5, TOOL_BLUE)):
+        tool.box(x, y, 6.5, 5.5, color, radius=1)
+
+
+TOOLBAR = {
+    "archive_top": tool_archive_top,
+    "reverse_play": tool_reverse_play,
+    "stop_playing": tool_stop,
+    "play": tool_play,
+    "archive_end": tool_archive_end,
+    "live": tool_live,
+    "information": tool_information,
+    "search": tool_search,
+    "stop_avi": tool_stop_avi,
+    "save_avi": tool_save_avi,
+    "snapshot": tool_snapshot,
+    "log": tool_log,
+    "message": tool_message,
+    "input_output": tool_input_output,
+    "alerts": tool_alerts,
+    "full_screen": tool_full_screen,
+    "cameras": tool_cameras,
+}
+
+
+def draw_tool(draw):
+    tool = Tool()
+    draw(tool)
+    return tool.surface
+
+
 def main():
     default = pathlib.Path(__file__).resolve().parent.parent / "resources"
     folder = pathlib.Path(sys.argv[1]) if len(sys.argv) > 1 else default
@@ -328,6 +546,10 @@ def main():
     }
     for name, draw in pictures.items():
         draw().write_to_png(str(folder / f"{name}.png"))
+    toolbar = folder / "toolbar"
+    toolbar.mkdir(exist_ok=True)
+    for name, draw in TOOLBAR.items():
+        draw_tool(draw).write_to_png(str(toolbar / f"{name}.png"))
 
 
 if __name__ == "__main__":

@@ -13,4 +13,8 @@ std::span<const std::uint8_t> StopIcon();
 std::span<const std::uint8_t> ConnectIcon();
 std::span<const std::uint8_t> DisconnectIcon();
 
+/// The picture of the player's toolbar button `index`, 0 to 17; empty for others. 128 × 128, to be scaled down, on
+/// transparent ground. Grey shapes may take on a front end's text colour; coloured ones mark what is special and stay.
+std::span<const std::uint8_t> ToolbarPicture(int index);
+
 }  // namespace orbelcast::resources
