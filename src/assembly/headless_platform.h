@@ -9,14 +9,19 @@ namespace orbelcast {
 /// 1920 × 1080 pixels with 15 twips each. Everything happens on the thread that drives it.
 class HeadlessPlatform {
  public:
+  /// Nobody answers the controls' questions.
+  HeadlessPlatform() : HeadlessPlatform(nobody_) {}
+  /// `dialogs`, which outlives the platform, does.
+  explicit HeadlessPlatform(Dialogs& dialogs) : services_(queue_, screen_, clipboard_, dialogs) {}
+
   Platform& Get() { return services_.Get(); }
 
  private:
   HeadlessQueue queue_;
   Screen screen_;
   Clipboard clipboard_;
-  Dialogs dialogs_;
-  Services services_{queue_, screen_, clipboard_, dialogs_};
+  Dialogs nobody_;
+  Services services_;
 };
 
 }  // namespace orbelcast
