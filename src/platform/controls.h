@@ -222,6 +222,8 @@ using ChildReference = std::variant<Label*, Frame*, PictureBox*, Image*, Timer*,
 struct NamedChild {
   std::string name;
   ChildReference control;
+  /// The child control that it lies in, which hides it when it is hidden; null for one that lies in the control itself.
+  const ChildControl* inside = nullptr;
 };
 
 /// A window of its own, made of child controls. `Width` and `Height` are its inner size.
@@ -242,6 +244,8 @@ struct Window : ChildControl {
   /// The user closes it by its close box.
   void Close() { Unload(); }
   bool IsOpen() const { return Visible; }
+  /// It was unloaded, and ShowModal has not returned yet.
+  bool IsClosing() const { return closed_ != nullptr && closed_->IsDone(); }
 
   /// The window has got its size, or another one, from the front end; after Width and Height were set.
   std::function<void()> OnResize;
