@@ -19,6 +19,15 @@ struct AviStreamInfo {
   std::int32_t height = 0;
 };
 
+/// One picture of a clip: the pixel bytes of a bitmap, rows from the bottom, each filled up to four bytes.
+struct AviSample {
+  std::int32_t width = 0;  ///< Pixels.
+  std::int32_t height = 0;
+  std::span<const std::uint8_t> pixels;  ///< In the stream's format, 24 bits a pixel.
+  bool key_frame =
+      true;  ///< The picture stands for itself. Where the compression puts its key frames is its own affair.
+};
+
 /// A clip that is being written: one video stream, steps in this order. A step that fails answers false and can be
 /// tried again; nothing throws. Destroying it closes the file, as Release does.
 class AviFile {
@@ -30,10 +39,9 @@ class AviFile {
   virtual bool MakeCompressedStream(const Dialogs::Compression& choice) = 0;
   /// The format of the samples: a bitmap information header and its colour table, as a BMP file has them.
   virtual bool SetFormat(std::span<const std::uint8_t> bitmap_info) = 0;
-  /// Writes one picture, the pixel bytes of a bitmap of that format (rows from the bottom, each filled up to four
-  /// bytes), at a position counted from 0. Positions only grow; one that is skipped is an empty frame, which players
-  /// show as the picture before it.
-  virtual bool Write(std::int32_t position, std::span<const std::uint8_t> pixels, bool key_frame) = 0;
+  /// Writes one picture at a position counted from 0. Positions only grow; one that is skipped is an empty frame, which
+  /// players show as the picture before it. A picture of another size than the format's is fitted into it.
+  virtual bool Write(std::int32_t position, const AviSample& sample) = 0;
   /// Finishes and closes the file. What was written stays.
   virtual void Release() = 0;
 };

@@ -3,11 +3,17 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <variant>
 #include <vector>
 
+#include "platform/frame_bytes.h"
 #include "platform/surface.h"
 
 namespace orbelcast {
+
+/// The picture that a viewer shows, as its host gets it: a stream's newest frame as it was received, or what is drawn
+/// on the screen (a mosaic, the test card). The surface is its owner's and lasts until something is drawn on it.
+using ShownPicture = std::variant<FrameBytes, const Surface*>;
 
 /// Makes `path` a file of exactly these bytes. Where that cannot be done no file is left and the answer is false.
 bool WriteFile(const std::string& path, std::span<const std::uint8_t> bytes);

@@ -11,13 +11,18 @@ namespace orbelcast {
 void VideoServerPush::SaveImage(const std::string& Filename) {
   std::error_code ignored;
   std::filesystem::remove(Filename, ignored);
-  if (VideoStream.Visible && !MultiCam.Enabled) {
-    WriteFile(Filename, FrameBuffer.Bytes());
-  } else if (VideoStream.Visible) {
-    WriteFile(Filename, EncodeBitmap(VideoStream.Image()));
+  const ShownPicture shown = PictureToSave();
+  if (const auto* jpeg = std::get_if<FrameBytes>(&shown)) {
+    WriteFile(Filename, jpeg->Bytes());
   } else {
-    WriteFile(Filename, EncodeBitmap(Mira.Picture()));
+    WriteFile(Filename, EncodeBitmap(*std::get<const Surface*>(shown)));
   }
+}
+
+ShownPicture VideoServerPush::PictureToSave() const {
+  if (!VideoStream.Visible) return &Mira.Picture();
+  if (MultiCam.Enabled) return &VideoStream.Image();
+  return FrameBuffer;
 }
 
 void VideoServerPush::ImageOnClipboard() {

@@ -13,6 +13,7 @@
 #include "platform/controls.h"
 #include "platform/platform.h"
 #include "platform/timer_driver.h"
+#include "recording/picture_file.h"
 
 namespace orbelcast {
 
@@ -154,6 +155,8 @@ class VideoServerPush {
 
   /// Gives the control its size in twips (left and top are the container's business) and runs the layout.
   void Resize(float width, float height);
+  /// What SaveImage saves, without a file: a stream's newest frame as received, else the mosaic or the test card.
+  ShownPicture PictureToSave() const;
   /// The container hides the control: the frame loop does nothing until the next successful Connect.
   void UserControl_Hide();
 

@@ -1,0 +1,152 @@
+#include "recording/clip_recorder.h"
+
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+namespace orbelcast {
+
+namespace {
+
+constexpr const char* kTitle = "AVI Maker";
+/// What a BMP file has before its information header.
+constexpr std::size_t kFileHeaderBytes = 14;
+
+bool HasContent(const std::string& path) {
+  std::error_code error;
+  const auto size = std::filesystem::file_size(path, error);
+  return !error && size > 0;
+}
+
+/// Deletes a file; a folder of that name stays.
+void Delete(const std::string& path) {
+  std::error_code ignored;
+  if (!std::filesystem::is_directory(path, ignored)) std::filesystem::remove(path, ignored);
+}
+
+AviSample SampleOf(const cDIB& bitmap) {
+  return {bitmap.Width(), bitmap.Height(), bitmap.PointerToBits(), true};
+}
+
+}  // namespace
+
+ClipRecorder::ClipRecorder(Platform& platform, PictureBox& conv, Host host)
+    : platform_(platform), Conv(conv), host_(std::move(host)) {}
+
+void ClipRecorder::AviStart() {
+  if (recording_) return StopAvi();
+  const auto path = AskFileName();
+  if (!path || !MayReplace(*path)) return;
+  Delete(*path);
+
+  file_ = platform_.avi_files.Create(*path);
+  if (!file_) return Fail("Error initializing AVI Engine. Can't create file.");
+  if (!LoadIntoConv(host_.TakePicture())) return Fail("Can't create the first image.");
+  const cDIB bitmap = BitmapOfConv();
+  if (!file_->CreateStream(StreamOf(bitmap))) return Fail("Can't create compressed stream.");
+
+  const auto choice = platform_.dialogs.ChooseCompression({.codecs = platform_.avi_files.Codecs()});
+  if (ended_) return;
+  if (!choice) return Release();
+  // The file may be gone: the host may stop what has not begun, while the dialog waits.
+  if (!file_ || !file_->MakeCompressedStream(*choice)) return Fail("Can't make compressed stream.");
+  if (!file_->SetFormat(bitmap.PointerToBitmapInfo())) return Fail("Can't select AVI format.");
+
+  recording_ = true;
+  frame_index_ = 1;
+  host_.ShowRecording(true);
+}
+
+void ClipRecorder::StopAvi() {
+  platform_.dialogs.ShowMessage({.text = "Done\r\nTotal frames: " + std::to_string(frame_index_),
+                                 .title = kTitle,
+                                 .icon = Dialogs::Icon::kInformation});
+  if (ended_) return;
+  recording_ = false;
+  Release();
+  host_.ShowRecording(false);
+}
+
+void ClipRecorder::WriteFrame() {
+  if (!recording_) return;
+  LoadIntoConv(host_.TakePicture());
+  const cDIB bitmap = BitmapOfConv();
+  if (file_) file_->Write(frame_index_, SampleOf(bitmap));
+  ++frame_index_;
+}
+
+void ClipRecorder::SkipTo(std::int32_t position) {
+  if (recording_ && position > frame_index_) frame_index_ = position;
+}
+
+void ClipRecorder::End() {
+  ended_ = true;
+  recording_ = false;
+  Release();
+}
+
+std::optional<std::string> ClipRecorder::AskFileName() {
+  auto path = platform_.dialogs.AskSaveName({.title = "Choose the filename...", .filter = "Video Clip (*.avi)|*.avi"});
+  if (ended_) return std::nullopt;
+  return path;
+}
+
+bool ClipRecorder::MayReplace(const std::string& path) {
+  if (!HasContent(path)) return true;
+  const auto answer = platform_.dialogs.ShowMessage({.text = "This file already exists, do you want to overwrite ?",
+                                                     .title = kTitle,
+                                                     .buttons = Dialogs::Buttons::kYesNo,
+                                                     .icon = Dialogs::Icon::kExclamation});
+  return answer == Dialogs::Answer::kYes && !ended_;
+}
+
+cDIB ClipRecorder::BitmapOfConv() const {
+  const auto file = EncodeBitmap(Conv.Image());
+  cDIB bitmap;
+  if (!file.empty()) bitmap.CreateFromPackedDIBPointer(std::span(file).subspan(kFileHeaderBytes));
+  return bitmap;
+}
+
+bool ClipRecorder::LoadIntoConv(const ShownPicture& shown) {
+  if (const auto* jpeg = std::get_if<FrameBytes>(&shown)) return LoadIntoConv(*jpeg);
+  const Surface& picture = *std::get<const Surface*>(shown);
+  if (picture.Empty()) return false;
+  SizeConv(picture.Width(), picture.Height()).Draw(picture, 0, 0);
+  return true;
+}
+
+bool ClipRecorder::LoadIntoConv(const FrameBytes& jpeg) {
+  // Its size is known once it was drawn somewhere; it is decoded once all the same.
+  JpegDecoder& decoder = platform_.jpeg_decoder;
+  Surface anywhere(1, 1);
+  return decoder.DrawJpeg(anywhere, jpeg, 0, 0) &&
+         decoder.DrawJpeg(SizeConv(decoder.JpegWidth(), decoder.JpegHeight()), jpeg, 0, 0);
+}
+
+Surface& ClipRecorder::SizeConv(int width, int height) {
+  const int twips_x = platform_.screen.TwipsPerPixelX();
+  const int twips_y = platform_.screen.TwipsPerPixelY();
+  Conv.Width = static_cast<float>(width * twips_x);
+  Conv.Height = static_cast<float>(height * twips_y);
+  return Conv.Canvas(twips_x, twips_y);
+}
+
+AviStreamInfo ClipRecorder::StreamOf(const cDIB& bitmap) const {
+  AviStreamInfo info = host_.DeclaredRate();
+  info.suggested_buffer_size = bitmap.SizeImage();
+  info.width = bitmap.Width();
+  info.height = bitmap.Height();
+  return info;
+}
+
+void ClipRecorder::Release() {
+  if (file_) file_->Release();
+  file_.reset();
+}
+
+void ClipRecorder::Fail(const std::string& text) {
+  platform_.dialogs.Beep();
+  platform_.dialogs.ShowMessage({.text = text, .title = {}});
+}
+
+}  // namespace orbelcast
