@@ -19,6 +19,7 @@ class FrameInHand final : public HttpRequest {
   bool SetRequestHeader(std::string_view, std::string_view) override { return true; }
   bool SetCredentials(std::string_view, std::string_view, int) override { return true; }
   bool SetTimeouts(int, int, int, int) override { return true; }
+  bool LimitExchange(std::chrono::milliseconds) override { return true; }
   bool Send() override { return true; }
   bool WaitForResponse(std::optional<std::chrono::milliseconds>) override { return true; }
   int Status() override { return 200; }

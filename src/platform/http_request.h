@@ -32,6 +32,9 @@ class HttpRequest {
   /// Limits in milliseconds; 0 is no limit. Resolving and connecting share the sum of theirs; `receive` bounds the time
   /// from the request sent to the answer complete.
   virtual bool SetTimeouts(int resolve, int connect, int send, int receive) = 0;
+  /// Bounds the next exchange as a whole, from `Send` to the answer complete, on top of the other limits; forgotten by
+  /// the next `Open`. Without it only `SetTimeouts` bounds a `Send` that blocks.
+  virtual bool LimitExchange(std::chrono::milliseconds limit) = 0;
   /// Sends the request, without a body.
   virtual bool Send() = 0;
   /// Waits until no exchange is under way, letting the message loop run. True when the answer is there; false when the

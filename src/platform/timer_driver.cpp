@@ -7,12 +7,13 @@ namespace orbelcast {
 
 // Shared with the tick that is running, which may outlive the driver.
 struct TimerDriver::State {
-  State(MessageLoop& message_loop, Timer& driven, std::function<void()> on_tick)
-      : loop(message_loop), timer(driven), tick(std::move(on_tick)) {}
+  State(MessageLoop& message_loop, Timer& driven, std::function<void()> on_tick, bool ticks_overlap)
+      : loop(message_loop), timer(driven), tick(std::move(on_tick)), overlapping(ticks_overlap) {}
 
   MessageLoop& loop;
   Timer& timer;
   std::function<void()> tick;
+  const bool overlapping;
   std::weak_ptr<State> self;
   Connection interval_changed;
   Connection enabled_changed;
@@ -37,12 +38,24 @@ struct TimerDriver::State {
   void Arm() {
     armed = loop.Queue().ArmTimer(due - loop.Queue().Now(), [this] {
       armed = 0;
+      if (overlapping) ArmAfterNow();
       loop.RunHandler([this] { Tick(); });
     });
   }
 
+  // The first end of a period that is still to come.
+  void ArmAfterNow() {
+    const auto late = std::max(loop.Queue().Now() - due, EventQueue::Nanoseconds::zero());
+    due += (late / Period() + 1) * Period();
+    Arm();
+  }
+
   void Tick() {
     const std::shared_ptr<State> alive = self.lock();
+    if (overlapping) {
+      tick();
+      return;
+    }
     running = true;
     due += Period();
     tick();
@@ -53,8 +66,8 @@ struct TimerDriver::State {
   }
 };
 
-TimerDriver::TimerDriver(MessageLoop& loop, Timer& timer, std::function<void()> tick)
-    : state_(std::make_shared<State>(loop, timer, std::move(tick))) {
+TimerDriver::TimerDriver(MessageLoop& loop, Timer& timer, std::function<void()> tick, Ticks ticks)
+    : state_(std::make_shared<State>(loop, timer, std::move(tick), ticks == Ticks::kOverlapping)) {
   State* state = state_.get();
   state->self = state_;
   state->interval_changed = timer.Interval.Changed.Connect([state](int) { state->Restart(); });

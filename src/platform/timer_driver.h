@@ -10,15 +10,20 @@ namespace orbelcast {
 
 /// Makes a Timer tick on a message loop.
 ///
-/// Each tick is a handler, and a tick never starts while the last one is still running: a period that ends meanwhile
-/// gives one tick right after it, several give one. Ticks keep the period's rhythm rather than adding up the time that
-/// the ticks themselves take. Changing the interval or switching the timer on starts a new period.
+/// Each tick is a handler. As a rule a tick never starts while the last one is still running: a period that ends
+/// meanwhile gives one tick right after it, several give one. Ticks keep the period's rhythm rather than adding up the
+/// time that the ticks themselves take. Changing the interval or switching the timer on starts a new period.
+///
+/// Ticks that may overlap fall due by the rhythm alone: one starts also while others wait or yield. Periods that end
+/// while the thread is blocked give one tick together.
 ///
 /// The driver must outlive neither the loop nor the timer. It may be destroyed from inside its own tick.
 class TimerDriver {
  public:
+  enum class Ticks { kOneAtATime, kOverlapping };
+
   /// `tick` runs on a handler's stack.
-  TimerDriver(MessageLoop& loop, Timer& timer, std::function<void()> tick);
+  TimerDriver(MessageLoop& loop, Timer& timer, std::function<void()> tick, Ticks ticks = Ticks::kOneAtATime);
   ~TimerDriver();
   TimerDriver(const TimerDriver&) = delete;
   TimerDriver& operator=(const TimerDriver&) = delete;

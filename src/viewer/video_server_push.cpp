@@ -164,6 +164,13 @@ void VideoServerPush::ConnectHandlers() {
     // A tick that Connect or Pulse runs directly counts as well: the timer never starts another beside it.
     if (alive && ticks_running_ == 0) MasterTimer_Timer();
   });
+  const auto fetch_next_tile = [this] {
+    const auto alive = StayAlive();
+    if (alive) MultiCam_Timer();
+  };
+  // A tick that falls due while another one yields fetches its own tile.
+  multi_cam_driver_ =
+      std::make_unique<TimerDriver>(platform_.loop, MultiCam, fetch_next_tile, TimerDriver::Ticks::kOverlapping);
 }
 
 void VideoServerPush::UserControl_Initialize() {
@@ -199,6 +206,7 @@ void VideoServerPush::UserControl_Terminate() {
   Events.Clear();
   master_driver_.reset();
   dummy_driver_.reset();
+  multi_cam_driver_.reset();
 }
 
 void VideoServerPush::UserControl_Hide() {

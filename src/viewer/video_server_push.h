@@ -10,6 +10,8 @@
 
 #include "imaging/motion.h"
 #include "imaging/status_icons.h"
+#include "mosaic/mosaic_round.h"
+#include "mosaic/mosaic_tile.h"
 #include "platform/controls.h"
 #include "platform/platform.h"
 #include "platform/timer_driver.h"
@@ -147,6 +149,10 @@ class VideoServerPush {
   std::vector<std::uint8_t> GetPictureArray() const;
   /// The newest picture at its own size; nothing where there is none or it cannot be read.
   std::optional<Surface> GetPicture();
+  /// Shows several cameras as a grid, one tile every half second, until the next Connect. `inpString` holds the
+  /// cameras' live addresses, each followed by CR LF; an empty one does nothing. A tile's request blocks the thread
+  /// until the picture is there, for five seconds at most. StreamInfo (0, 1) is raised once a round.
+  void MultiCamView(std::string inpString);
   /// Draws the newest picture at the top-left corner of the host's surface that `PictureHdc` stands for, stretched to
   /// `sX` × `sY` pixels; 0 is the picture's own size.
   void RenderPicture(std::int32_t PictureHdc, std::int32_t sX = 0, std::int32_t sY = 0);
@@ -223,6 +229,12 @@ class VideoServerPush {
   void DetectMotion();
   void CountFirstFrames();
 
+  // The mosaic (multi_cam_view.cpp).
+  void MultiCam_Timer();
+  bool FetchTile(const std::string& address);
+  void PaintTile(const MosaicTile& tile, bool fetched);
+  void PaintMosaicBlack();
+
   // Layout and strip (layout.cpp, status_line.cpp).
   void DockStatusDisplay();
   void UserControl_Resize();
@@ -239,6 +251,9 @@ class VideoServerPush {
   bool Yield();
   /// The same inside Connect, where a newer Connect that began meanwhile takes over as well.
   bool YieldInConnect();
+  /// True while the mosaic that was begun as number `mosaic` goes on: neither the control nor the mosaic was ended, and
+  /// no other one was begun.
+  bool ShowsMosaic(std::uint64_t mosaic) const { return !Terminating && MultiCam.Enabled && mosaic == mosaics_; }
   /// Waits for the answer to the request that is under way. False when the control was released, or a Connect put
   /// another request in its place meanwhile.
   bool WaitForResponse();
@@ -285,7 +300,10 @@ class VideoServerPush {
 
   std::uint64_t connects_ = 0;  ///< Counts Connects that got going, so that one can tell that a newer one began.
   int ticks_running_ = 0;
-  std::string spare_recording_;  ///< Memory of a tick's texts, kept so that a frame allocates none.
+  std::uint64_t mosaics_ = 0;         ///< Counts MultiCamViews that got going.
+  std::vector<std::string> cameras_;  ///< Live addresses of the mosaic.
+  MosaicRound mosaic_round_;          ///< Kept from one mosaic to the next.
+  std::string spare_recording_;       ///< Memory of a tick's texts, kept so that a frame allocates none.
   std::string spare_information_;
   Surface test_card_;
 
@@ -295,6 +313,7 @@ class VideoServerPush {
   // Last, so that they end first.
   std::unique_ptr<TimerDriver> master_driver_;
   std::unique_ptr<TimerDriver> dummy_driver_;
+  std::unique_ptr<TimerDriver> multi_cam_driver_;
 };
 
 }  // namespace orbelcast

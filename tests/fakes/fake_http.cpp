@@ -1,6 +1,8 @@
 #include "fakes/fake_http.h"
 
 #include <algorithm>
+#include <optional>
+#include <stdexcept>
 #include <utility>
 
 namespace orbelcast::fakes {
@@ -14,10 +16,15 @@ class FakeHttp::Request final : public HttpRequest {
     End();
     failed_ = false;
     answered_ = false;
+    async_ = async;
+    limit_.reset();
     server_.log.push_back("Open " + std::string(method) + " " + std::string(url) + (async ? " async" : ""));
     return true;
   }
-  bool SetRequestHeader(std::string_view, std::string_view) override { return true; }
+  bool SetRequestHeader(std::string_view name, std::string_view value) override {
+    server_.log.push_back("SetRequestHeader " + std::string(name) + ": " + std::string(value));
+    return true;
+  }
   bool SetCredentials(std::string_view user_name, std::string_view password, int flags) override {
     server_.log.push_back("SetCredentials " + std::string(user_name) + " " + std::string(password) + " " +
                           std::to_string(flags));
@@ -28,11 +35,17 @@ class FakeHttp::Request final : public HttpRequest {
                           std::to_string(send) + " " + std::to_string(receive));
     return true;
   }
+  bool LimitExchange(std::chrono::milliseconds limit) override {
+    server_.log.push_back("LimitExchange " + std::to_string(limit.count()));
+    limit_ = limit;
+    return true;
+  }
   bool Send() override {
     server_.log.emplace_back("Send");
     ++server_.sent;
     answer_ = server_.Next();
     body_ = FrameBytes(answer_.body);
+    if (!async_ && server_.block) return SendBlocking();
     done_.Reset();
     under_way_ = true;
     if (!answer_.never) {
@@ -43,6 +56,7 @@ class FakeHttp::Request final : public HttpRequest {
     }
     return true;
   }
+  /// The limit of a wait is not looked at: a request that never answers is waited for until it is aborted.
   bool WaitForResponse(std::optional<std::chrono::milliseconds>) override {
     if (under_way_) server_.loop_.Wait(done_);
     if (!answered_) failed_ = true;
@@ -66,6 +80,14 @@ class FakeHttp::Request final : public HttpRequest {
   bool Failed() const override { return failed_; }
 
  private:
+  // The thread stands still until the answer is there or the exchange's limit has run out.
+  bool SendBlocking() {
+    if (answer_.never && !limit_) throw std::logic_error("a blocking request that nothing will ever end");
+    const bool late = limit_ && (answer_.never || answer_.delay > *limit_);
+    server_.block(late ? EventQueue::Nanoseconds(*limit_) : answer_.delay);
+    Finish(!late && !answer_.fails);
+    return answered_;
+  }
   void End() {
     if (timer_ != 0) server_.loop_.Queue().CancelTimer(std::exchange(timer_, 0));
     under_way_ = false;
@@ -82,6 +104,8 @@ class FakeHttp::Request final : public HttpRequest {
   FrameBytes body_;
   Completion done_;
   EventQueue::TimerId timer_ = 0;
+  std::optional<std::chrono::milliseconds> limit_;
+  bool async_ = false;
   bool under_way_ = false;
   bool answered_ = false;
   bool failed_ = false;

@@ -30,8 +30,11 @@ class FakeHttp final : public HttpRequestFactory {
 
   /// Answers the requests in turn; the last answer serves all that follow.
   std::deque<Answer> answers{Answer{}};
-  /// "SetTimeouts 1 2 3 4", "Open GET http://… async", "SetCredentials user password 0", "Send", "Abort", in order.
+  /// "SetTimeouts 1 2 3 4", "Open GET http://… async", "SetCredentials user password 0", "Send", "Abort" and so
+  /// on, in order.
   std::vector<std::string> log;
+  /// How a synchronous request lets its answer's delay pass. Unset, it answers at once.
+  std::function<void(EventQueue::Nanoseconds)> block;
   int sent = 0;
 
   /// Counts the entries of the log that begin with `beginning`.

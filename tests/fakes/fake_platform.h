@@ -65,6 +65,9 @@ struct FakePlatform {
   Dialogs dialogs;
   AviFiles avi_files;
   Configuration configuration;
+  FakePlatform() {
+    http.block = [this](EventQueue::Nanoseconds time) { queue.Block(time); };
+  }
   Platform platform{.loop = loop,
                     .clock = clock,
                     .screen = screen,

@@ -52,7 +52,7 @@ void ManualQueue::Advance(Nanoseconds time) {
   const Nanoseconds end = now_ + time;
   while (RunPosted() || RunNextTimer(end)) {
   }
-  now_ = end;
+  now_ = std::max(now_, end);  // a callback may have blocked beyond it
 }
 
 LocalTime ManualClock::Now() const {

@@ -26,6 +26,9 @@ class ManualQueue final : public EventQueue {
   void HandleNext() override;
   Nanoseconds FreshFor() const override { return Nanoseconds::zero(); }
 
+  /// Lets time pass while the thread is blocked: what falls due meanwhile waits for the next look.
+  void Block(Nanoseconds time) { now_ += time; }
+
   /// Moves time on by `time`, handling on the way everything that falls due, in order.
   void Advance(Nanoseconds time);
 

@@ -4,6 +4,7 @@
 
 #include "fakes/event_log.h"
 #include "fakes/fake_platform.h"
+#include "fakes/rude_loop.h"
 #include "platform/version.h"
 #include "viewer/video_server_push.h"
 
@@ -524,34 +525,9 @@ TEST_F(ViewerTest, ListenersThatThrowDoNotStopTheStream) {
 // ---- The host's rudeness: released or disconnected at any moment ---------------------------------------------------
 
 /// A loop that does something at the n-th yield or wait of a handler.
-class RudeLoop final : public MessageLoop {
- public:
-  explicit RudeLoop(MessageLoop& loop) : loop_(loop) {}
-  EventQueue& Queue() override { return loop_.Queue(); }
-  void RunHandler(std::function<void()> handler) override { loop_.RunHandler(std::move(handler)); }
-  void Yield() override {
-    Step();
-    loop_.Yield();
-  }
-  void Wait(Completion& completion) override {
-    Queue().Post([this] { Step(); });
-    loop_.Wait(completion);
-  }
-
-  int steps = 0;
-  int rude_at = -1;
-  std::function<void()> act;
-
- private:
-  void Step() {
-    if (steps++ == rude_at) act();
-  }
-  MessageLoop& loop_;
-};
-
 struct RudeWorld {
   fakes::FakePlatform world;
-  RudeLoop loop{world.loop};
+  fakes::RudeLoop loop{world.loop};
   fakes::FakeHttp http{loop};
   Platform platform = world.platform.With(loop).With(http);
   fakes::ManualQueue& queue = world.queue;

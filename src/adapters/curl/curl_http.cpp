@@ -27,6 +27,7 @@ class CurlRequest final : public HttpRequest {
   bool SetTimeouts(int resolve, int connect, int send, int receive) override {
     return exchange_->SetTimeouts(resolve, connect, send, receive);
   }
+  bool LimitExchange(std::chrono::milliseconds limit) override { return exchange_->LimitExchange(limit); }
   bool Send() override { return exchange_->Send(); }
   bool WaitForResponse(std::optional<std::chrono::milliseconds> limit) override {
     const auto alive = exchange_;

@@ -46,6 +46,7 @@ bool Exchange::Open(std::string_view method, std::string_view url, bool async) {
   answer_.Clear();
   wanted_.headers.clear();
   wanted_.credentials.reset();
+  limit_.reset();
   opened_ = false;
   if (!IsHttpToken(method)) return Refuse();
   if (url != url_ || url_.empty()) {
@@ -85,6 +86,12 @@ bool Exchange::SetTimeouts(int resolve, int connect, int send, int receive) {
   return true;
 }
 
+bool Exchange::LimitExchange(std::chrono::milliseconds limit) {
+  if (!opened_ || limit.count() <= 0) return Refuse();
+  limit_ = limit;
+  return true;
+}
+
 bool Exchange::Send() {
   if (!opened_ || multiplexer_->IsUnderWay(*this)) return Refuse();
   redirects_left_ = http_limits::kMaxRedirects;
@@ -92,6 +99,10 @@ bool Exchange::Send() {
   answered_ = false;
   answer_.Clear();
   deadline_.reset();
+  if (MessageLoop* const loop = multiplexer_->Loop(); loop != nullptr && limit_) {
+    deadline_ = loop->Queue().Now() + *limit_;
+  }
+  sent_ = false;
   ended_.Reset();
   awaited_ = true;
   if (!multiplexer_->Begin(*this)) {
@@ -174,9 +185,11 @@ int Exchange::OnConnected(void* self, char*, char*, int, int) {
   auto& exchange = *static_cast<Exchange*>(self);
   const int receive = exchange.applied_.timeouts.receive;
   MessageLoop* const loop = exchange.multiplexer_->Loop();
-  if (loop != nullptr && receive > 0 && !exchange.deadline_) {
-    exchange.deadline_ = loop->Queue().Now() + std::chrono::milliseconds(receive);
+  if (loop != nullptr && receive > 0 && !exchange.sent_) {
+    const auto end = loop->Queue().Now() + std::chrono::milliseconds(receive);
+    exchange.deadline_ = std::min(exchange.deadline_.value_or(end), end);
   }
+  exchange.sent_ = true;
   return CURL_PREREQFUNC_OK;
 }
 

@@ -32,6 +32,7 @@ class Exchange final : public MultiplexedTransfer {
   bool SetRequestHeader(std::string_view name, std::string_view value);
   bool SetCredentials(std::string_view user_name, std::string_view password, int flags);
   bool SetTimeouts(int resolve, int connect, int send, int receive);
+  bool LimitExchange(std::chrono::milliseconds limit);
   bool Send();
   /// The caller keeps the exchange alive.
   bool WaitForResponse(std::optional<std::chrono::milliseconds> limit);
@@ -99,7 +100,9 @@ class Exchange final : public MultiplexedTransfer {
   HttpAnswer answer_;
   HttpAnswer no_answer_;
   bool answered_ = false;
+  std::optional<std::chrono::milliseconds> limit_;  // of the next exchange as a whole
   std::optional<EventQueue::Nanoseconds> deadline_;
+  bool sent_ = false;  // the request has gone out: the receive limit counts
 
   Completion ended_;
   bool awaited_ = false;  // an exchange is under way, or was dropped for one that is still to be sent

@@ -170,6 +170,9 @@ void VideoServerPushWidget::Disconnect(bool NoNewStatus) {
 void VideoServerPushWidget::StopGettingFrames() {
   control_->StopGettingFrames();
 }
+void VideoServerPushWidget::MultiCamView(const QString& inpString) {
+  control_->MultiCamView(FromText(inpString));
+}
 void VideoServerPushWidget::ShowStatus(const QString& X) {
   control_->ShowStatus(FromText(X));
 }

@@ -100,6 +100,7 @@ class VideoServerPushWidget : public QWidget {
   void ToogleClock(bool X);
   void Pulse();
   void RequestEnd();
+  void MultiCamView(const QString& inpString);
   void SaveImage(const QString& Filename);
   void ImageOnClipboard();
 

@@ -1,0 +1,299 @@
+// The mosaic on a scripted server and a clock that the test moves.
+
+#include <gmock/gmock.h>
+
+#include "fakes/event_log.h"
+#include "fakes/fake_platform.h"
+#include "fakes/rude_loop.h"
+#include "viewer/video_server_push.h"
+
+namespace orbelcast {
+namespace {
+
+using fakes::Answer;
+using fakes::EventLog;
+using std::chrono::milliseconds;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr auto kFourCameras = "http://a/1\r\nhttp://b/2\r\nhttp://c/3\r\nhttp://d/4\r\n";
+constexpr Color kBlack = Rgb(0, 0, 0);
+constexpr Color kGreen = Rgb(0, 255, 0);
+
+Answer Picture(std::uint8_t red) {
+  return {.headers = {}, .body = {red, 1, 1, 32, 24}};
+}
+Answer WithStatus(int status) {
+  return {.status = status, .headers = {}, .body = {9, 9, 9, 32, 24}};
+}
+Answer After(milliseconds delay, Answer answer) {
+  answer.delay = delay;
+  return answer;
+}
+
+/// A loop whose yields look at the queue where they stand, as a host's own stack does: what is due runs inside them.
+class NestingLoop final : public MessageLoop {
+ public:
+  explicit NestingLoop(MessageLoop& loop) : loop_(loop) {}
+  EventQueue& Queue() override { return loop_.Queue(); }
+  void RunHandler(std::function<void()> handler) override { loop_.RunHandler(std::move(handler)); }
+  void Yield() override {
+    if (on_yield) on_yield();
+    if (nesting) Queue().HandleDue();
+  }
+  void Wait(Completion& completion) override { loop_.Wait(completion); }
+
+  std::function<void()> on_yield;
+  bool nesting = false;
+
+ private:
+  MessageLoop& loop_;
+};
+
+class MultiCamViewTest : public testing::Test {
+ protected:
+  MultiCamViewTest() {
+    viewer->Resize(640 * 15, 480 * 15);
+    viewer->VideoStream.Refreshed.Listen([this] { ++refreshes; });
+    world.http.answers = {Picture(100)};
+  }
+
+  void Tick(int count = 1) { world.queue.Advance(milliseconds(500) * count); }
+  /// The tile's colour in its middle.
+  Color Middle(int column, int row) const {
+    return viewer->VideoStream.Image().Point(column * 320 + 160, row * 240 + 120);
+  }
+  Color Mark(int column, int row) const { return viewer->VideoStream.Image().Point(column * 320 + 2, row * 240 + 5); }
+  std::vector<std::string> Addresses() const {
+    std::vector<std::string> opened;
+    for (const std::string& entry : world.http.log) {
+      if (entry.starts_with("Open ")) opened.push_back(entry.substr(9));
+    }
+    return opened;
+  }
+
+  fakes::FakePlatform world;
+  NestingLoop loop{world.loop};
+  Platform platform = world.platform.With(loop);
+  std::shared_ptr<VideoServerPush> viewer = VideoServerPush::Create(platform);
+  EventLog events{*viewer};
+  int refreshes = 0;
+};
+
+TEST_F(MultiCamViewTest, TakesOverTheAreaOfARunningStream) {
+  viewer->ShowBandwidth(true);
+  viewer->Connect("http://camera/");
+  viewer->MultiCamView("");
+  EXPECT_TRUE(viewer->MasterTimer.Enabled);
+  EXPECT_FALSE(viewer->MultiCam.Enabled);
+
+  events.Take();
+  viewer->MultiCamView(kFourCameras);
+  EXPECT_TRUE(viewer->VideoStream.Visible);
+  EXPECT_FALSE(viewer->MasterTimer.Enabled);
+  EXPECT_TRUE(viewer->MultiCam.Enabled);
+  EXPECT_FALSE(viewer->StatusDisplay.Visible);
+  EXPECT_FALSE(viewer->ShowBandwidth());
+  EXPECT_EQ(viewer->lStatus.Caption.Get(), "Stopped");
+  EXPECT_EQ(viewer->URL(), "http://camera/");
+  for (const auto& [x, y] : {std::pair(0, 0), std::pair(639, 479), std::pair(320, 240)}) {
+    EXPECT_EQ(viewer->VideoStream.Image().Point(x, y), kBlack);
+  }
+  EXPECT_THAT(events.Take(), IsEmpty());
+}
+
+TEST_F(MultiCamViewTest, FetchesATileATickAndTellsEachRound) {
+  viewer->MultiCamView(kFourCameras);
+  world.http.log.clear();
+  world.http.answers = {Picture(10), WithStatus(404), Picture(30), {.headers = {}, .body = {1}}, Picture(50)};
+  Tick();
+  EXPECT_THAT(world.http.log,
+              ElementsAre("Open GET http://a/1?live-special0320x0200050", "LimitExchange 5000", "Send"));
+  Tick(3);
+  EXPECT_THAT(Addresses(), ElementsAre("http://a/1?live-special0320x0200050", "http://b/2?live-special0320x0200050",
+                                       "http://c/3?live-special0320x0200050", "http://d/4?live-special0320x0200050"));
+  EXPECT_EQ(Middle(0, 0), Rgb(10, 1, 1));
+  EXPECT_EQ(Middle(1, 0), kBlack);
+  EXPECT_EQ(Middle(0, 1), Rgb(30, 1, 1));
+  // One byte is no picture. The fourth tile is filled with both corners.
+  EXPECT_EQ(Middle(1, 1), kBlack);
+  EXPECT_EQ(Mark(1, 1), kBlack);
+  EXPECT_THAT(events.Take(), IsEmpty());
+  Tick();
+  EXPECT_THAT(events.Take(), ElementsAre("StreamInfo(0,1)"));
+  EXPECT_EQ(Middle(0, 0), Rgb(50, 1, 1));
+  EXPECT_EQ(viewer->GetPictureArray(), Picture(50).body);
+}
+
+TEST_F(MultiCamViewTest, MarksTheTileWhileItIsFetched) {
+  viewer->MultiCamView(kFourCameras);
+  std::vector<Color> marks;
+  std::vector<int> refreshed;
+  refreshes = 0;
+  loop.on_yield = [&] {
+    marks.push_back(Mark(0, 0));
+    refreshed.push_back(refreshes);
+  };
+  viewer->Dummy.Enabled = false;  // it yields as well
+  Tick();
+  EXPECT_THAT(marks, ElementsAre(kGreen, Rgb(100, 1, 1)));
+  EXPECT_THAT(refreshed, ElementsAre(1, 2));
+  for (const auto& [x, y] : {std::pair(1, 3), std::pair(6, 3)})
+    EXPECT_NE(viewer->VideoStream.Image().Point(x, y), kGreen);
+  // What cannot be decoded leaves the tile as it was, mark included.
+  loop.on_yield = nullptr;
+  world.http.answers = {{.headers = {}, .body = {1, 2, 3}}};
+  Tick();
+  EXPECT_EQ(Mark(1, 0), kGreen);
+}
+
+TEST_F(MultiCamViewTest, ADeadCameraCostsFiveSecondsAndLeavesItsTileBlack) {
+  viewer->MultiCamView(kFourCameras);
+  Tick();
+  Answer never;
+  never.never = true;
+  world.http.answers = {never, Picture(20)};
+  const auto begin = world.queue.Now();
+  Tick();
+  EXPECT_EQ(world.queue.Now() - begin, milliseconds(5500));
+  EXPECT_EQ(Middle(1, 0), kBlack);
+  EXPECT_EQ(viewer->GetPictureArray(), Picture(100).body);  // There was no other answer.
+  Tick();
+  EXPECT_EQ(Middle(0, 1), Rgb(20, 1, 1));
+}
+
+TEST_F(MultiCamViewTest, TheNextTileIsKeptFromOneMosaicToTheNext) {
+  viewer->MultiCamView(kFourCameras);
+  Tick(3);
+  world.http.log.clear();
+  viewer->MultiCamView("http://x/\r\nhttp://y/\r\n");
+  Tick(2);
+  EXPECT_THAT(events.Take(), ElementsAre("StreamInfo(0,1)"));
+  EXPECT_EQ(Addresses().front(), "http://x/?live-special0320x0200050");
+  viewer->MultiCamView(kFourCameras);
+  Tick();
+  EXPECT_EQ(Addresses().back(), "http://c/3?live-special0320x0200050");
+}
+
+TEST_F(MultiCamViewTest, WithoutALineEndThereIsNoCameraAndEveryTickIsARound) {
+  viewer->MultiCamView("http://a/1");
+  world.http.log.clear();
+  refreshes = 0;
+  Tick(2);
+  EXPECT_THAT(events.Take(), ElementsAre("StreamInfo(0,1)", "StreamInfo(0,1)"));
+  EXPECT_THAT(world.http.log, IsEmpty());
+  EXPECT_EQ(refreshes, 0);
+}
+
+TEST_F(MultiCamViewTest, OnlyConnectEndsIt) {
+  viewer->MultiCamView(kFourCameras);
+  viewer->Disconnect();
+  viewer->UserControl_Hide();
+  viewer->StopGettingFrames();
+  Tick();
+  EXPECT_EQ(world.http.sent, 1);
+  viewer->Connect("http://camera/", true);
+  EXPECT_FALSE(viewer->MultiCam.Enabled);
+  const int sent = world.http.sent;
+  Tick(10);
+  EXPECT_EQ(world.http.sent, sent);
+}
+
+TEST_F(MultiCamViewTest, ATickThatFallsDueDuringARequestRunsInsideTheCurrentOne) {
+  viewer->MultiCamView(kFourCameras);
+  loop.nesting = true;
+  world.http.answers = {After(milliseconds(1200), Picture(1)), Picture(2), Picture(3)};
+  Tick();  // The second tick was due when the first one had its picture.
+  EXPECT_THAT(Addresses(), ElementsAre("http://a/1?live-special0320x0200050", "http://b/2?live-special0320x0200050"));
+  EXPECT_EQ(Middle(0, 0), Rgb(1, 1, 1));
+  EXPECT_EQ(Middle(1, 0), Rgb(2, 1, 1));
+  // What fell due meanwhile came once; the rhythm goes on.
+  world.queue.Advance(milliseconds(300));
+  EXPECT_EQ(Addresses().size(), 3u);
+}
+
+TEST_F(MultiCamViewTest, ATickInsideTheFirstYieldFetchesTheSameTileAndTheIndexCountsBoth) {
+  viewer->MultiCamView(kFourCameras);
+  world.http.answers = {Picture(1), Picture(2), Picture(3)};
+  bool once = true;
+  loop.on_yield = [&] {
+    loop.nesting = std::exchange(once, false);
+    if (loop.nesting) world.queue.Block(milliseconds(500));
+  };
+  viewer->Dummy.Enabled = false;
+  Tick();
+  EXPECT_THAT(Addresses(), ElementsAre("http://a/1?live-special0320x0200050", "http://a/1?live-special0320x0200050"));
+  EXPECT_EQ(Middle(0, 0), Rgb(2, 1, 1));
+  Tick();
+  EXPECT_EQ(Addresses().back(), "http://c/3?live-special0320x0200050");
+}
+
+// Whatever the host does in the middle of a tick or of MultiCamView itself, at each yield and event.
+struct RudeMosaic {
+  fakes::FakePlatform world;
+  fakes::RudeLoop loop{world.loop};
+  Platform platform = world.platform.With(loop);
+
+  int Run(int at, const std::function<void(std::shared_ptr<VideoServerPush>&)>& rude,
+          const std::function<void(VideoServerPush&)>& check = {}) {
+    auto viewer = VideoServerPush::Create(platform);
+    viewer->Resize(9600, 7200);
+    EventLog events(*viewer);
+    int told = 0;
+    events.on_event = [&](const std::string&) {
+      if (-2 - told++ == at) rude(viewer);
+    };
+    world.http.answers = {After(milliseconds(700), Picture(1)), Picture(2), {.headers = {}, .body = {1}}, Picture(4)};
+    loop.act = [&] { rude(viewer); };
+    loop.rude_at = at;
+    world.loop.RunHandler([&] { viewer->MultiCamView("http://a/\r\nhttp://b/\r\n"); });
+    world.queue.Advance(milliseconds(4000));
+    if (viewer && check) check(*viewer);
+    return loop.steps;
+  }
+};
+
+void TryEverywhere(const std::function<void(std::shared_ptr<VideoServerPush>&)>& rude,
+                   const std::function<void(VideoServerPush&)>& check = {}) {
+  const int steps = RudeMosaic().Run(-1, rude);
+  ASSERT_GT(steps, 15);
+  for (int at = -4; at < steps; ++at) {
+    SCOPED_TRACE(at);
+    RudeMosaic().Run(at, rude, at == -1 ? nullptr : check);
+  }
+}
+
+TEST(MultiCamRudenessTest, ReleasedAtAnyMoment) {
+  TryEverywhere([](std::shared_ptr<VideoServerPush>& viewer) { viewer.reset(); });
+}
+
+TEST(MultiCamRudenessTest, DisconnectedAtAnyMoment) {
+  TryEverywhere([](std::shared_ptr<VideoServerPush>& viewer) { viewer->Disconnect(); },
+                [](VideoServerPush& viewer) { EXPECT_TRUE(viewer.MultiCam.Enabled); });
+}
+
+TEST(MultiCamRudenessTest, ConnectedAtAnyMomentTheStreamTakesOver) {
+  TryEverywhere([](std::shared_ptr<VideoServerPush>& viewer) { viewer->Connect("http://camera/"); },
+                [](VideoServerPush& viewer) {
+                  EXPECT_FALSE(viewer.MultiCam.Enabled);
+                  EXPECT_TRUE(viewer.MasterTimer.Enabled);
+                  // The stream's picture, whole: no tile was painted over it.
+                  EXPECT_EQ(viewer.VideoStream.Image().Point(10, 10), Rgb(4, 1, 1));
+                  EXPECT_EQ(viewer.VideoStream.Image().Point(630, 470), Rgb(4, 1, 1));
+                });
+}
+
+TEST(MultiCamRudenessTest, TiledAnewAtAnyMomentTheNewCamerasAreShown) {
+  TryEverywhere(
+      [](std::shared_ptr<VideoServerPush>& viewer) {
+        viewer->MultiCamView("http://1/\r\nhttp://2/\r\nhttp://3/\r\nhttp://4/\r\nhttp://5/\r\n");
+      },
+      [](VideoServerPush& viewer) {
+        // The new tiles leave the last column out, which the old ones covered.
+        EXPECT_EQ(viewer.VideoStream.Image().Point(639, 100), kBlack);
+        EXPECT_TRUE(viewer.MultiCam.Enabled);
+      });
+}
+
+}  // namespace
+}  // namespace orbelcast
