@@ -244,8 +244,6 @@ struct Window : ChildControl {
   /// The user closes it by its close box.
   void Close() { Unload(); }
   bool IsOpen() const { return Visible; }
-  /// It was unloaded, and ShowModal has not returned yet.
-  bool IsClosing() const { return closed_ != nullptr && closed_->IsDone(); }
 
   /// The window has got its size, or another one, from the front end; after Width and Height were set.
   std::function<void()> OnResize;

@@ -63,6 +63,10 @@ class MessageLoop {
   /// exception that leaves a handler is swallowed: nothing crosses the loop.
   virtual void RunHandler(std::function<void()> handler) = 0;
 
+  /// Calls `action` and returns when every handler that it started has ended, waiting where one of them does: what a
+  /// person's click sets going has then happened. A loop without stacks of their own has nothing to wait for.
+  virtual void RunToEnd(const std::function<void()>& action) { action(); }
+
   /// Lets everything that is due be handled, then returns. Cheap when the queue was looked at just now.
   virtual void Yield() = 0;
 

@@ -6,6 +6,15 @@
 
 namespace orbelcast {
 
+namespace {
+
+struct CompleteAtEnd {
+  Completion& completion;
+  ~CompleteAtEnd() { completion.Complete(); }
+};
+
+}  // namespace
+
 FiberLoop::FiberLoop(EventQueue& queue)
     : queue_(queue), fresh_for_(queue.FreshFor()), self_(this, [](FiberLoop*) { /* refers, does not own */ }) {
   idle_.reserve(kIdleStacks);
@@ -19,6 +28,13 @@ FiberLoop::~FiberLoop() {
 }
 
 void FiberLoop::RunHandler(std::function<void()> handler) {
+  if (started_ != nullptr) {
+    started_->push_back(std::make_shared<Completion>());
+    handler = [ended = started_->back(), handler = std::move(handler)] {
+      const CompleteAtEnd complete{*ended};
+      handler();
+    };
+  }
   std::unique_ptr<Fiber> fiber;
   if (idle_.empty()) {
     fiber = std::make_unique<Fiber>();
@@ -36,6 +52,15 @@ void FiberLoop::RunHandler(std::function<void()> handler) {
   Fiber& started = *fiber;
   busy_.push_back(std::move(fiber));
   Enter(started, std::move(handler));
+}
+
+// Noted is what the action itself begins, not what those handlers begin in their turn.
+void FiberLoop::RunToEnd(const std::function<void()>& action) {
+  Started started;
+  Started* const outer = std::exchange(started_, &started);
+  action();
+  started_ = outer;
+  for (const auto& ended : started) Wait(*ended);
 }
 
 // The check for freshness is nearly all that a yield costs: a frame yields some five hundred times.
@@ -67,12 +92,14 @@ void FiberLoop::Wait(Completion& completion) {
 
 void FiberLoop::Enter(Fiber& fiber, std::function<void()> work) {
   Fiber* const resumer = std::exchange(current_, &fiber);
+  Started* const noting = std::exchange(started_, nullptr);
   if (fiber.Busy()) {
     fiber.Resume();
   } else {
     fiber.Start(std::move(work));
   }
   current_ = resumer;
+  started_ = noting;
   if (!fiber.Busy()) Retire(fiber);
 }
 
@@ -86,7 +113,9 @@ void FiberLoop::PostResumption(Fiber& fiber) {
 }
 
 void FiberLoop::Suspend() {
+  Started* const noting = started_;
   current_->Suspend();
+  started_ = noting;
 }
 
 void FiberLoop::Retire(Fiber& fiber) {

@@ -32,6 +32,7 @@ class FiberLoop final : public MessageLoop {
   EventQueue& Queue() override { return queue_; }
   /// Where the system has no memory for a stack the handler runs on the caller's.
   void RunHandler(std::function<void()> handler) override;
+  void RunToEnd(const std::function<void()>& action) override;
   void Yield() override;
   void Wait(Completion& completion) override;
 
@@ -39,6 +40,8 @@ class FiberLoop final : public MessageLoop {
   std::size_t Handlers() const { return busy_.size(); }
 
  private:
+  using Started = std::vector<std::shared_ptr<Completion>>;
+
   void Enter(Fiber& fiber, std::function<void()> work);
   void PostResumption(Fiber& fiber);
   void Suspend();
@@ -50,6 +53,7 @@ class FiberLoop final : public MessageLoop {
   EventQueue::Nanoseconds fresh_until_ = EventQueue::Nanoseconds::min();
   bool closing_ = false;
   Fiber* current_ = nullptr;
+  Started* started_ = nullptr;                // where the handlers of the innermost RunToEnd's action are noted
   std::vector<std::unique_ptr<Fiber>> busy_;  // the oldest first
   std::vector<std::unique_ptr<Fiber>> idle_;
   // What a posted resumption knows the loop by: the queue may look at it after the loop's end.

@@ -51,6 +51,44 @@ TEST_F(FiberLoopTest, AWaitingHandlerHoldsUpNobodyElse) {
   EXPECT_EQ(loop.Handlers(), 0u);
 }
 
+TEST_F(FiberLoopTest, WhatACallSetsGoingCanBeWaitedFor) {
+  Completion gate;
+  Completion other;
+  const auto click = [&](const std::string& name, Completion& until) {
+    loop.RunHandler([&, name] {
+      loop.Wait(until);
+      Note(name + " ends");
+    });
+  };
+  loop.RunHandler([&] {
+    loop.RunToEnd([&] {
+      click("a", gate);
+      // Others that come while the action itself waits are none of its business.
+      loop.Yield();
+      click("b", gate);
+    });
+    Note("through");
+  });
+  loop.RunHandler([&] { loop.RunToEnd([&] { click("c", other); }); });
+  queue.HandleDue();
+  EXPECT_TRUE(log.empty());
+  gate.Complete();
+  queue.HandleDue();
+  queue.HandleDue();
+  EXPECT_THAT(log, ElementsAre("a ends", "b ends", "through"));
+  other.Complete();
+  queue.HandleDue();
+  queue.HandleDue();
+  EXPECT_EQ(loop.Handlers(), 0u);
+
+  // On the host's own stack, and with nothing to wait for.
+  queue.ArmTimer(milliseconds(5), [&] { gate.Complete(); });
+  gate.Reset();
+  loop.RunToEnd([&] { click("d", gate); });
+  EXPECT_EQ(log.back(), "d ends");
+  loop.RunToEnd([&] { loop.RunHandler([] { throw std::runtime_error("not the loop's business"); }); });
+}
+
 TEST_F(FiberLoopTest, AWaitForWhatIsDoneOrGoneReturns) {
   Completion done;
   done.Complete();
