@@ -19,6 +19,11 @@ inline constexpr std::chrono::seconds kIdleTime{75};
 inline constexpr std::chrono::seconds kRequestTime{10};
 /// A client that takes no byte of an answer for this long is given up.
 inline constexpr std::chrono::seconds kSendStallTime{30};
+/// Requests that are remembered for who asks what was asked, and their bytes.
+inline constexpr std::size_t kMaxKeptRequests = 1000;
+inline constexpr std::size_t kMaxKeptRequestBytes = 4 * 1024 * 1024;
+/// The request log's file is closed at this size: a server that was forgotten must not fill a disk.
+inline constexpr std::size_t kMaxLogFileBytes = 256 * 1024 * 1024;
 /// How long the server waits, after its last bytes, for the client to close its side.
 inline constexpr std::chrono::milliseconds kLingerTime{500};
 

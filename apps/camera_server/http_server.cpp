@@ -37,6 +37,7 @@ class RequestReader {
 
   /// A request, a status to refuse the client with, or nothing when it has gone or stayed silent.
   std::optional<std::variant<Request, int>> Next() {
+    head_.clear();
     Connection::TimePoint deadline = Clock::now() + (bytes_.empty() ? kIdleTime : kRequestTime);
     std::optional<std::size_t> end;
     while (!(end = FindEndOfHead(bytes_))) {
@@ -50,11 +51,15 @@ class RequestReader {
       DropEmptyLines();
     }
     if (*end > kMaxRequestBytes) return 431;
-    std::variant<Request, int> request = ParseRequest(std::string_view(bytes_).substr(0, *end));
+    head_.assign(bytes_, 0, *end);
     bytes_.erase(0, *end);
+    std::variant<Request, int> request = ParseRequest(head_);
     if (const auto* good = std::get_if<Request>(&request); good && !DropBody(good->body_bytes)) return {};
     return request;
   }
+
+  /// The bytes of what Next gave, empty where the client had not sent all of them.
+  const std::string& Head() const { return head_; }
 
  private:
   // Some clients end a request with an empty line too many.
@@ -71,6 +76,7 @@ class RequestReader {
 
   Connection& connection_;
   std::string bytes_;
+  std::string head_;
 };
 
 bool IsLoopback(const sockaddr_storage& peer) {
@@ -80,6 +86,13 @@ bool IsLoopback(const sockaddr_storage& peer) {
   if (peer.ss_family != AF_INET6) return false;
   const in6_addr& address = reinterpret_cast<const sockaddr_in6&>(peer).sin6_addr;
   return IN6_IS_ADDR_LOOPBACK(&address) || (IN6_IS_ADDR_V4MAPPED(&address) && address.s6_addr[12] == 127);
+}
+
+std::string NumericAddress(const sockaddr_storage& peer, socklen_t size) {
+  std::array<char, NI_MAXHOST> text{};
+  const int failed =
+      getnameinfo(reinterpret_cast<const sockaddr*>(&peer), size, text.data(), text.size(), nullptr, 0, NI_NUMERICHOST);
+  return failed == 0 ? text.data() : "unknown";
 }
 
 std::string Reason() {
@@ -160,7 +173,7 @@ void HttpServer::Accept() {
     return;
   }
   const bool is_refused = workers_.size() >= kMaxConnections;
-  const Client client{.id = next_client_++, .is_local = IsLoopback(peer)};
+  const Client client{.id = next_client_++, .address = NumericAddress(peer, size), .is_local = IsLoopback(peer)};
   Worker& worker = workers_.emplace_back();
   try {
     worker.thread = std::thread([this, &worker, socket, client, is_refused] {
@@ -198,6 +211,7 @@ void HttpServer::Serve(int socket, const Client& client, bool is_refused) {
 void HttpServer::AnswerRequests(Connection& connection, const Client& client) {
   RequestReader reader(connection);
   while (const auto next = reader.Next()) {
+    if (!reader.Head().empty()) handler_.Heard(reader.Head(), client);
     if (const int* status = std::get_if<int>(&*next)) return Refuse(connection, *status);
     if (!AnswerRequest(connection, std::get<Request>(*next), client)) break;
   }

@@ -5,6 +5,7 @@
 #include <functional>
 #include <list>
 #include <string>
+#include <string_view>
 #include <thread>
 
 #include "connection.h"
@@ -22,6 +23,7 @@ namespace orbelcast::camera_server {
 /// Who asks.
 struct Client {
   std::uint64_t id = 0;   ///< one a connection, never used again
+  std::string address;    ///< numeric, without its port
   bool is_local = false;  ///< it is on this machine
 };
 
@@ -40,6 +42,8 @@ bool SendResponse(Connection& connection, const Request& request, const Response
 class RequestHandler {
  public:
   virtual ~RequestHandler() = default;
+  /// A client sent `head`, all from the method to the empty line, which may be no request at all.
+  virtual void Heard(std::string_view head, const Client& client) = 0;
   /// Answers a GET or HEAD.
   virtual Reply Answer(const Request& request, const Client& client) = 0;
   /// The client's connection has ended.

@@ -7,9 +7,6 @@ namespace orbelcast::camera_server {
 
 namespace {
 
-constexpr std::string_view kLivePath = "/live/";
-constexpr std::string_view kCodeMark = "?live-special";
-
 std::optional<int> ParseNumber(std::string_view text) {
   int number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -50,8 +47,8 @@ std::optional<LiveAddress> ParseLiveAddress(std::string_view target, const Pictu
   LiveAddress address{.camera = 0, .login = {}, .form = form};
   std::string_view path = target.substr(kLivePath.size());
   // The last code counts: a password may hold anything.
-  if (const std::size_t mark = path.rfind(kCodeMark); mark != std::string_view::npos) {
-    address.form = ParsePictureCode(path.substr(mark + kCodeMark.size())).value_or(form);
+  if (const std::size_t mark = path.rfind(kPictureCodeMark); mark != std::string_view::npos) {
+    address.form = ParsePictureCode(path.substr(mark + kPictureCodeMark.size())).value_or(form);
     path = path.substr(0, mark);
   } else if (const std::size_t query = path.find('?'); query != std::string_view::npos) {
     ReadQuery(path.substr(query + 1), address.form);

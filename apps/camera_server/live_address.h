@@ -7,6 +7,9 @@
 
 namespace orbelcast::camera_server {
 
+inline constexpr std::string_view kLivePath = "/live/";
+inline constexpr std::string_view kPictureCodeMark = "?live-special";
+
 /// What the target of a live picture says: /live/CAMERA, then any path, then one of
 ///   ?live-specialWWWWxHHHHQQQ              the viewers' picture code: width, height, quality
 ///   ?width=W&height=H&quality=Q            any of the three

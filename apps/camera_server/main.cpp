@@ -20,6 +20,7 @@
 #include "http_server.h"
 #include "options.h"
 #include "pictures.h"
+#include "request_log.h"
 #include "router.h"
 
 namespace {
@@ -55,7 +56,9 @@ int Serve(const Settings& settings) {
   const std::unique_ptr<PictureSource> pictures = MakePictureSource(settings);
   FaultPlan faults;
   for (const auto& [camera, fault] : settings.faults) PlanFault(settings, camera, fault, faults);
-  Router router(settings, *pictures, faults);
+  RequestLog requests(settings.log_file,
+                      settings.shows_passwords ? RequestLog::Credentials::kShown : RequestLog::Credentials::kMasked);
+  Router router(settings, *pictures, faults, requests);
   HttpServer server("Orbelcast-Camera-Server/1.0", router);
   server.Listen(settings.address, settings.port);
   std::cout << "listening on " << server.Url() << std::endl;  // flushed: somebody waits for the line

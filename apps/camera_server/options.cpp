@@ -81,9 +81,17 @@ Options::Options() : app_("A camera server for demonstrations and tests.", "orbe
   AddCameraOptions();
   AddHeaderOptions();
   AddUserOptions();
+  AddTestOptions();
+}
+
+void Options::AddTestOptions() {
   app_.add_option("--fault", faults_, "How a camera misbehaves, such as 2=status:503, all=delay:200 or 1=reset@5")
       ->allow_extra_args(false)
       ->option_text("CAMERA=FAULT ...");
+  app_.add_option("--log", settings_.log_file, "Write every request, byte for byte, as a line of JSON")
+      ->option_text("FILE");
+  app_.add_flag("--log-passwords", settings_.shows_passwords,
+                "Show passwords in that log and in /control/requests, which have *** otherwise");
 }
 
 void Options::AddCameraOptions() {

@@ -23,6 +23,7 @@ class Options {
   void AddCameraOptions();
   void AddHeaderOptions();
   void AddUserOptions();
+  void AddTestOptions();
   /// An option whose value is one of a few words.
   template <typename Value>
   CLI::Option* AddChoice(const std::string& name, Value& value, const std::map<std::string, Value>& words,

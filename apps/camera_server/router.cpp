@@ -37,7 +37,7 @@ std::string_view QueryValue(std::string_view target, std::string_view name) {
 
 Reply Router::Answer(const Request& request, const Client& client) {
   const std::string_view path = request.Path();
-  if (path == "/control/fault") return AnswerControl(request, client);
+  if (path.starts_with("/control/")) return AnswerControl(request, client);
   if (path.starts_with("/live/")) return AnswerLive(request, client);
   if (auto refused = authenticator_.Refuse(request)) return {std::move(*refused), {}};
   if (path == "/") return AnswerHome();
@@ -78,7 +78,21 @@ Response Router::LivePicture(const LiveAddress& address, const Client& client) {
 }
 
 Reply Router::AnswerControl(const Request& request, const Client& client) {
-  if (!client.is_local) return {TextResponse(403, "Faults are set from the server's own machine."), {}};
+  if (!client.is_local) return {TextResponse(403, "This is for the server's own machine."), {}};
+  if (request.Path() == "/control/fault") return AnswerFaults(request);
+  if (request.Path() == "/control/requests") return AnswerRequests(request);
+  return {TextResponse(404, "There are /control/fault and /control/requests."), {}};
+}
+
+Reply Router::AnswerRequests(const Request& request) {
+  Response response;
+  response.headers = {{"Content-Type", "application/x-ndjson"}, {"Cache-Control", "no-store"}};
+  const bool is_last_time = QueryValue(request.target, "clear") == "yes";
+  response.body = std::make_shared<const std::string>(is_last_time ? requests_.TakeLines() : requests_.Lines());
+  return {std::move(response), {}};
+}
+
+Reply Router::AnswerFaults(const Request& request) {
   const std::string_view target = request.target;
   const std::string_view camera = QueryValue(target, "camera");
   const std::string_view fault = QueryValue(target, "fault");

@@ -38,6 +38,8 @@ struct Settings {
   std::string plug_ins;       ///< likewise
   AuthenticationScheme scheme = AuthenticationScheme::kNone;
   std::vector<User> users;
+  std::string log_file;                                     ///< of requests; empty writes none
+  bool shows_passwords = false;                             ///< in the log of requests
   std::vector<std::pair<std::string, std::string>> faults;  ///< camera and fault, as written
 
   bool HasCamera(int camera) const { return camera >= 1 && camera <= static_cast<int>(camera_names.size()); }

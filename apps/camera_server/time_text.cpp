@@ -42,6 +42,14 @@ std::string TimeCode(WallClock::time_point time) {
                parts.tm_min, parts.tm_sec);
 }
 
+std::string TimeStamp(WallClock::time_point time) {
+  const std::tm parts = LocalParts(time);
+  const auto within = time - std::chrono::floor<std::chrono::seconds>(time);
+  return Print("%04d-%02d-%02dT%02d:%02d:%02d.%03d", parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday,
+               parts.tm_hour, parts.tm_min, parts.tm_sec,
+               static_cast<int>(std::chrono::duration_cast<std::chrono::milliseconds>(within).count()));
+}
+
 std::string LocalDate(WallClock::time_point time) {
   const std::tm parts = LocalParts(time);
   return Print("%04d-%02d-%02d", parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday);

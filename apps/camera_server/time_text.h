@@ -9,6 +9,8 @@ using WallClock = std::chrono::system_clock;
 
 /// "Sun, 06 Nov 1994 08:49:37 GMT"
 std::string HttpDate(WallClock::time_point time);
+/// "2024-01-31T23:59:59.123", local time.
+std::string TimeStamp(WallClock::time_point time);
 /// The picture's time code: 14 digits, YYYYMMDDhhmmss, local time.
 std::string TimeCode(WallClock::time_point time);
 /// "2024-01-31", local time.

@@ -1,0 +1,146 @@
+#include "request_log.h"
+
+#include <algorithm>
+#include <chrono>
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <utility>
+
+#include "bounds.h"
+#include "live_address.h"
+#include "login_base.h"
+#include "time_text.h"
+
+namespace orbelcast::camera_server {
+
+namespace {
+
+constexpr std::string_view kMask = "***";
+
+/// Each byte as the character of that number, so that any bytes make a JSON text and come back from it unchanged.
+std::string BytesAsText(std::string_view bytes) {
+  std::string text;
+  for (const char byte : bytes) {
+    const auto code = static_cast<unsigned char>(byte);
+    if (code < 0x80) {
+      text += byte;
+    } else {
+      text += static_cast<char>(0xc0 | (code >> 6));
+      text += static_cast<char>(0x80 | (code & 0x3f));
+    }
+  }
+  return text;
+}
+
+/// `line` with the bytes from `first` up to `last` masked.
+std::string MaskPart(std::string_view line, std::size_t first, std::size_t last) {
+  return std::string(line.substr(0, first)).append(kMask).append(line.substr(std::min(last, line.size())));
+}
+
+std::string_view WithoutLineEnd(std::string_view line) {
+  if (line.ends_with('\r')) line.remove_suffix(1);
+  return line;
+}
+
+}  // namespace
+
+std::string MaskRequestLine(std::string_view line) {
+  const std::size_t end = std::min(line.rfind(" HTTP/"), line.size());
+  const auto bounded = [end](std::size_t at) { return std::min(at, end); };
+  if (const std::size_t base = line.find(kLoginBase); base != std::string_view::npos) {
+    const std::size_t user = base + kLoginBase.size();
+    const std::size_t slash = line.find('/', user);
+    if (slash == std::string_view::npos || slash >= end) return std::string(line);
+    // Taken to be the whole rest where no command shows its end.
+    return MaskPart(line, slash + 1, bounded(line.find(kCommandMark, slash)));
+  }
+  if (const std::size_t live = line.find(kLivePath); live != std::string_view::npos) {
+    const std::size_t login = line.find('/', live + kLivePath.size());
+    const std::size_t colon = login < end ? line.find(':', login) : std::string_view::npos;
+    if (colon == std::string_view::npos || colon >= end) return std::string(line);
+    // A password may hold a "?", so that only the picture code, of which the last counts, shows its end.
+    const std::size_t code = line.rfind(kPictureCodeMark);
+    return MaskPart(line, colon + 1, code == std::string_view::npos || code < colon ? end : bounded(code));
+  }
+  return std::string(line);
+}
+
+std::string MaskHeaderLine(std::string_view line) {
+  const std::size_t colon = std::min(line.find(':'), line.size());
+  const std::string_view name = line.substr(0, colon);
+  if (!EqualIgnoringCase(name, "Authorization") && !EqualIgnoringCase(name, "Proxy-Authorization")) {
+    return std::string(line);
+  }
+  const std::size_t scheme = std::min(line.find_first_not_of(" \t", std::min(colon + 1, line.size())), line.size());
+  const std::size_t blank = line.find(' ', scheme);
+  return MaskPart(line, blank == std::string_view::npos ? scheme : blank + 1, line.size());
+}
+
+RequestLog::RequestLog(const std::string& file, Credentials credentials) : credentials_(credentials) {
+  if (file.empty()) return;
+  file_.open(file, std::ios::binary | std::ios::trunc);
+  if (!file_) throw std::runtime_error("cannot write the log file " + file);
+}
+
+void RequestLog::Record(std::string_view head, const Client& client) {
+  const bool is_masked = credentials_ == Credentials::kMasked;
+  const std::size_t line_end = std::min(head.find('\n'), head.size());
+  const std::string_view line = WithoutLineEnd(head.substr(0, line_end));
+  if (line.find(" /control/") != std::string_view::npos) return;
+  nlohmann::ordered_json entry;
+  entry["time"] = TimeStamp(WallClock::now());
+  entry["client"] = client.address;
+  entry["connection"] = client.id;
+  entry["request"] = BytesAsText(is_masked ? MaskRequestLine(line) : line);
+  nlohmann::ordered_json& headers = entry["headers"] = nlohmann::ordered_json::array();
+  for (std::size_t at = line_end + 1; at < head.size();) {
+    const std::size_t end = std::min(head.find('\n', at), head.size());
+    const std::string_view header = WithoutLineEnd(head.substr(at, end - at));
+    at = end + 1;
+    if (!header.empty()) headers.push_back(BytesAsText(is_masked ? MaskHeaderLine(header) : header));
+  }
+  std::string text = entry.dump();
+  const std::lock_guard lock(mutex_);
+  Write(text);
+  Keep(std::move(text));
+}
+
+void RequestLog::Keep(std::string line) {
+  kept_bytes_ += line.size();
+  lines_.push_back(std::move(line));
+  while (lines_.size() > kMaxKeptRequests || (kept_bytes_ > kMaxKeptRequestBytes && lines_.size() > 1)) {
+    kept_bytes_ -= lines_.front().size();
+    lines_.pop_front();
+  }
+}
+
+void RequestLog::Write(const std::string& line) {
+  if (!file_.is_open()) return;
+  written_bytes_ += line.size() + 1;
+  if (written_bytes_ > kMaxLogFileBytes || !(file_ << line << std::endl)) {  // flushed: somebody may watch the file
+    std::cerr << "orbelcast-camera-server: the log file is full, and no further request is written to it\n";
+    file_.close();
+  }
+}
+
+std::string RequestLog::Lines() const {
+  const std::lock_guard lock(mutex_);
+  return Joined();
+}
+
+std::string RequestLog::TakeLines() {
+  const std::lock_guard lock(mutex_);
+  std::string text = Joined();
+  lines_.clear();
+  kept_bytes_ = 0;
+  return text;
+}
+
+std::string RequestLog::Joined() const {
+  std::string text;
+  for (const std::string& line : lines_) text.append(line).append("\n");
+  return text;
+}
+
+}  // namespace orbelcast::camera_server
