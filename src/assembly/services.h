@@ -4,6 +4,7 @@
 #include "adapters/fiber/fiber_loop.h"
 #include "adapters/jpeg/jpeg_decoder.h"
 #include "adapters/png/png_codec.h"
+#include "adapters/posix/configuration_file.h"
 #include "adapters/posix/posix_files.h"
 #include "adapters/posix/system_clock.h"
 #include "platform/platform.h"
@@ -47,7 +48,7 @@ class Services {
   DeviceContexts device_contexts_;
   Registry registry_;
   AviFiles avi_files_;
-  Configuration configuration_;
+  const Configuration configuration_ = LoadConfigurationOrSayWhy();
   Platform platform_;
 };
 

@@ -101,6 +101,31 @@ TEST_F(CurlHttpTest, TheTargetGoesOutByteForByte) {
   EXPECT_EQ(server.Connections(), 1);
 }
 
+TEST_F(CurlHttpTest, ALimitBoundsTheWholeExchange) {
+  ScriptedServer drips([](const std::string&, To& to) {
+    to.Pause(milliseconds(150));
+    to.Send("HTTP/1.1 200 OK\r\nContent-Length: 999\r\n\r\n");
+    while (to.Send("x") && to.Pause(milliseconds(20))) {
+    }
+  });
+  for (const bool async : {true, false}) {
+    const auto begin = queue.Now();
+    ASSERT_TRUE(request->Open("GET", drips.Url("/"), async));
+    EXPECT_FALSE(request->LimitExchange(milliseconds(0)));
+    EXPECT_TRUE(request->LimitExchange(milliseconds(300)));
+    request->Send();
+    EXPECT_FALSE(request->WaitForResponse());
+    EXPECT_GE(Since(begin), milliseconds(295));
+    EXPECT_LT(Since(begin), milliseconds(1500));
+  }
+  // The limit is forgotten by the next Open.
+  ScriptedServer late([](const std::string&, To& to) {
+    to.Pause(milliseconds(400));
+    to.Send(AnswerBytes(200));
+  });
+  EXPECT_EQ(Get(*request, late.Url("/"), false), 200);
+}
+
 TEST_F(CurlHttpTest, HeadersGoOutAsGivenAndNothingElseIsAsked) {
   ScriptedServer server(AnswerBytes(200));
   setenv("http_proxy", "http://127.0.0.1:1/", 1);

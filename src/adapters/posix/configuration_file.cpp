@@ -1,0 +1,147 @@
+#include "adapters/posix/configuration_file.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <string_view>
+#include <utility>
+
+namespace orbelcast {
+
+namespace {
+
+/// Hand-written lines; whatever is larger is another file by mistake.
+constexpr std::size_t kMaxFileBytes = 64 * 1024;
+/// A name of the longest kind that the name service knows, a colon and a port.
+constexpr std::size_t kMaxHostLength = 253 + 6;
+
+constexpr const char* kFileVariable = "ORBELCAST_CONFIGURATION";
+
+struct Setting {
+  const char* key;
+  const char* variable;
+  std::string Configuration::*field;
+};
+constexpr std::array kSettings{
+    Setting{"relay_host", "ORBELCAST_RELAY_HOST", &Configuration::relay_host},
+    Setting{"relay_lookup_host", "ORBELCAST_RELAY_LOOKUP_HOST", &Configuration::relay_lookup_host},
+};
+
+bool IsHost(std::string_view text) {
+  constexpr std::string_view kOthers = "-._:[]";
+  return !text.empty() && text.size() <= kMaxHostLength && std::ranges::all_of(text, [&](char letter) {
+    const bool word =
+        (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') || (letter >= '0' && letter <= '9');
+    return word || kOthers.find(letter) != std::string_view::npos;
+  });
+}
+
+std::string_view Trim(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t\r";
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+// What was written goes back to a terminal.
+std::string Printable(std::string_view text) {
+  constexpr std::size_t kEnough = 60;
+  std::string shown(text.substr(0, kEnough));
+  std::ranges::replace_if(
+      shown, [](unsigned char letter) { return letter < 0x20 || letter == 0x7f; }, '?');
+  return "'" + shown + (text.size() > kEnough ? "…'" : "'");
+}
+
+class Loader {
+ public:
+  void ReadFile(const std::string& path, bool must_exist) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file) {
+      if (must_exist) Report(path + ": cannot be read (" + kFileVariable + " names it)");
+      return;
+    }
+    std::string text(kMaxFileBytes + 1, '\0');
+    file.read(text.data(), static_cast<std::streamsize>(text.size()));
+    text.resize(static_cast<std::size_t>(std::max<std::streamsize>(file.gcount(), 0)));
+    if (text.size() > kMaxFileBytes) {
+      Report(path + ": is no configuration file: it is larger than 64 KiB");
+      return;
+    }
+    ReadLines(path, text);
+  }
+
+  void Set(const Setting& setting, std::string_view value, const std::string& where) {
+    if (IsHost(value)) {
+      loaded.configuration.*setting.field = value;
+    } else {
+      Report(where + " is " + Printable(value) + ", which is no host name, nor host:port; left out");
+    }
+  }
+
+  LoadedConfiguration loaded;
+
+ private:
+  void ReadLines(const std::string& path, std::string_view text) {
+    for (int number = 1; !text.empty(); ++number) {
+      const std::size_t end = text.find('\n');
+      ReadLine(path + ":" + std::to_string(number) + ": ", Trim(text.substr(0, end)));
+      text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    }
+  }
+
+  void ReadLine(const std::string& where, std::string_view line) {
+    if (line.empty() || line.front() == '#') return;
+    const std::size_t equals = line.find('=');
+    const std::string_view key = Trim(line.substr(0, equals));
+    const auto setting = std::ranges::find_if(kSettings, [key](const Setting& each) { return key == each.key; });
+    if (equals == std::string_view::npos) {
+      Report(where + Printable(line) + " is no line of the form key = value");
+    } else if (setting == kSettings.end()) {
+      Report(where + "there is no setting " + Printable(key) + "; there are relay_host and relay_lookup_host");
+    } else {
+      Set(*setting, Trim(line.substr(equals + 1)), where + setting->key);
+    }
+  }
+
+  void Report(std::string problem) { loaded.problems.push_back(std::move(problem)); }
+};
+
+std::optional<std::string> UserFile(const Environment& environment) {
+  auto folder = environment("XDG_CONFIG_HOME");
+  if (folder && folder->front() == '/') return *folder + "/orbelcast/orbelcast.conf";
+  const auto home = environment("HOME");
+  if (!home) return std::nullopt;
+  return *home + "/.config/orbelcast/orbelcast.conf";
+}
+
+}  // namespace
+
+std::optional<std::string> ProcessEnvironment(const std::string& name) {
+  const char* value = std::getenv(name.c_str());
+  if (value == nullptr || *value == '\0') return std::nullopt;
+  return value;
+}
+
+LoadedConfiguration LoadConfiguration(const Environment& environment, const std::string& system_file) {
+  Loader loader;
+  if (const auto file = environment(kFileVariable)) {
+    loader.ReadFile(*file, true);
+  } else {
+    loader.ReadFile(system_file, false);
+    if (const auto user_file = UserFile(environment)) loader.ReadFile(*user_file, false);
+  }
+  for (const Setting& setting : kSettings) {
+    if (const auto value = environment(setting.variable)) loader.Set(setting, *value, setting.variable);
+  }
+  return loader.loaded;
+}
+
+Configuration LoadConfigurationOrSayWhy() {
+  LoadedConfiguration loaded = LoadConfiguration();
+  for (const std::string& problem : loaded.problems) std::cerr << "orbelcast: " << problem << "\n";
+  return std::move(loaded.configuration);
+}
+
+}  // namespace orbelcast
