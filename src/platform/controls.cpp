@@ -1,6 +1,7 @@
 #include "platform/controls.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/rounding.h"
 
@@ -43,6 +44,11 @@ bool ItemList::Choose(int index) {
   return true;
 }
 
+void ListBox::Clear() {
+  selected_.clear();
+  ItemList::Clear();
+}
+
 bool ListBox::Selected(int index) const {
   return index >= 0 && index < ListCount() && std::ranges::binary_search(selected_, index);
 }
@@ -71,19 +77,27 @@ void TextBox::Type(const std::string& text) {
 }
 
 void Window::ShowModal(MessageLoop& loop) {
-  if (!Opened.HasListeners() || IsOpen()) return;
+  if (IsOpen()) return;
+  if (!Opened.HasListeners()) {
+    Load();
+    return;
+  }
   Completion closed;
   closed_ = &closed;
   Visible = true;
   Opened();
   loop.Wait(closed);
-  closed_ = nullptr;
-  Visible = false;
-  Closed();
+  // The wait of a loop that ends returns early.
+  if (closed_ == &closed) Unload();
 }
 
 void Window::Unload() {
-  if (closed_ != nullptr) closed_->Complete();
+  if (closed_ == nullptr) return;
+  Completion& closed = *std::exchange(closed_, nullptr);
+  Visible = false;
+  Closed();
+  Load();
+  closed.Complete();
 }
 
 }  // namespace orbelcast

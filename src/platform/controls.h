@@ -144,6 +144,7 @@ struct Menu {
 /// A button. One that carries a picture shows it in place of the caption.
 struct Button : ChildControl {
   Property<std::string> Caption;
+  std::string Font = "Arial";
 
   /// Drawn for a button several times as large as the usual one, transparent around; front ends scale it down.
   const Surface& Picture() const { return picture_; }
@@ -192,6 +193,9 @@ struct ListBox : ItemList {
   std::string Font = "Arial";
   bool MultiSelect = false;
 
+  /// Removes every item and all selections. No click.
+  void Clear();
+
   /// Of a list that allows several: whether the item is selected. False outside the list.
   bool Selected(int index) const;
   void Selected(int index, bool selected);
@@ -230,16 +234,21 @@ struct NamedChild {
 ///
 /// `ShowModal` opens it and waits; a front end that listens to `Opened` shows it, and calls `Close` when the user
 /// closes it by its close box. Where no front end listens, nobody could close it: ShowModal then returns at once.
+///
+/// A window that was unloaded is as it was made: what its children showed is gone when it is opened again.
 struct Window : ChildControl {
   Window() { Visible = false; }
   virtual ~Window() = default;
+  Window(const Window&) = delete;
+  Window& operator=(const Window&) = delete;
 
   Property<std::string> Caption;
   bool FullScreen = false;  ///< Without a border, over the whole screen.
 
-  /// Shows the window until it is unloaded, letting the loop run.
+  /// Shows the window until it is unloaded, letting the loop run. Returns at once where it is shown already.
   void ShowModal(MessageLoop& loop);
-  /// Ends the window: ShowModal returns. Nothing where it is not shown.
+  /// Ends the window: it closes at once and may be shown again; ShowModal returns when the loop comes to it. Nothing
+  /// where it is not shown.
   void Unload();
   /// The user closes it by its close box.
   void Close() { Unload(); }
@@ -253,6 +262,10 @@ struct Window : ChildControl {
 
   Signal<> Opened;
   Signal<> Closed;
+
+ protected:
+  /// Brings the children back to what they were when the window was made.
+  virtual void Load() {}
 
  private:
   Completion* closed_ = nullptr;  // while it is shown

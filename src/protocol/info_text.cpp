@@ -1,10 +1,6 @@
 #include "protocol/info_text.h"
 
-#include <algorithm>
-#include <charconv>
 #include <limits>
-#include <optional>
-#include <system_error>
 
 #include "platform/rounding.h"
 #include "protocol/text.h"
@@ -14,23 +10,6 @@ namespace orbelcast {
 namespace {
 
 constexpr std::size_t kKeyLength = 4;
-
-bool BeginsNumber(std::string_view text) {
-  if (text.starts_with('-')) text.remove_prefix(1);
-  return !text.empty() && ((text.front() >= '0' && text.front() <= '9') || text.front() == '.');
-}
-
-/// The decimal number that the text begins with, after blanks; 0 where it begins with none, nothing where it is beyond
-/// all numbers.
-std::optional<double> LeadingNumber(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
-  if (!BeginsNumber(text)) return 0;  // words such as "inf" are none
-  double number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error == std::errc::result_out_of_range) return std::nullopt;
-  return number;
-}
 
 /// What one line is tested for.
 class Line {

@@ -83,12 +83,20 @@ std::string MessageAddress(std::string_view login_base, std::string_view text) {
   return Join({login_base, "/srv_vigilbox$message?msg=", text, "&Send=Send+Message"});
 }
 
-std::string OutputSwitchAddress(std::string_view login_base, int output, bool on) {
-  return Join({login_base, "/srv_vigilbox$output=", std::to_string(output), on ? "+1" : "+0"});
+std::string OutputCommand(std::string_view login_base) {
+  return Join({login_base, "/srv_vigilbox$output="});
 }
 
-std::string AlertActivationAddress(std::string_view login_base, int alert) {
-  return Join({login_base, "/srv_vigilbox$activatealert=", std::to_string(alert)});
+std::string OutputSwitchAddress(std::string_view output_command, int output, bool on) {
+  return Join({output_command, std::to_string(output), on ? "+1" : "+0"});
+}
+
+std::string AlertCommand(std::string_view login_base) {
+  return Join({login_base, "/srv_vigilbox$activatealert="});
+}
+
+std::string AlertActivationAddress(std::string_view alert_command, int alert) {
+  return Join({alert_command, std::to_string(alert)});
 }
 
 std::string RelayLookupAddress(std::string_view lookup_host, std::string_view account) {

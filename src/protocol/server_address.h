@@ -64,10 +64,14 @@ std::string ArchiveSearchAddress(std::string_view archive_address, const Archive
 std::string ActivityLogAddress(std::string_view login_base);
 /// `text` goes out as it is.
 std::string MessageAddress(std::string_view login_base, std::string_view text);
+/// What switching an output begins with.
+std::string OutputCommand(std::string_view login_base);
 /// `output`: its place in the list of outputs, from 1.
-std::string OutputSwitchAddress(std::string_view login_base, int output, bool on);
+std::string OutputSwitchAddress(std::string_view output_command, int output, bool on);
+/// What activating an alert begins with.
+std::string AlertCommand(std::string_view login_base);
 /// `alert`: its place in the list of alerts, from 1.
-std::string AlertActivationAddress(std::string_view login_base, int alert);
+std::string AlertActivationAddress(std::string_view alert_command, int alert);
 
 // ---- Relay --------------------------------------------------------------------------------------------------------
 

@@ -1,11 +1,20 @@
 #include "protocol/text.h"
 
+#include <algorithm>
+#include <charconv>
+#include <system_error>
+
 namespace orbelcast {
 
 namespace {
 
 constexpr char ToLower(char letter) {
   return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+bool BeginsNumber(std::string_view text) {
+  if (text.starts_with('-')) text.remove_prefix(1);
+  return !text.empty() && ((text.front() >= '0' && text.front() <= '9') || text.front() == '.');
 }
 
 }  // namespace
@@ -46,6 +55,16 @@ bool Parts::Next(std::string_view& part) {
   at_end_ = end == std::string_view::npos;
   if (!at_end_) rest_.remove_prefix(end + separator_.size());
   return true;
+}
+
+std::optional<double> LeadingNumber(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
+  if (!BeginsNumber(text)) return 0;  // words such as "inf" are none
+  double number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error == std::errc::result_out_of_range) return std::nullopt;
+  return number;
 }
 
 }  // namespace orbelcast

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,10 @@ bool BeginsWith(std::string_view text, std::string_view beginning);
 
 /// The text with every occurrence of `what` (not empty) replaced, from left to right, letter case exact.
 std::string Replaced(std::string_view text, std::string_view what, std::string_view with);
+
+/// The decimal number that the text begins with, after blanks; 0 where it begins with none, nothing where it is beyond
+/// all numbers.
+std::optional<double> LeadingNumber(std::string_view text);
 
 /// The parts between the separators (not empty): one more than there are separators, empty ones included; none of an
 /// empty text. They view `text`.

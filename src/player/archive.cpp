@@ -1,0 +1,39 @@
+// Moving through the camera's archive, and the boxes that show where it stands.
+
+#include "player/texts.h"
+#include "player/user_control1.h"
+
+namespace orbelcast {
+
+// The bandwidth is shown while the one picture is on its way.
+void UserControl1::ShowArchiveEnd(ArchiveStep end, bool bandwidth_was_shown) {
+  if (!ShowBandwidth(true)) return;
+  if (!ConnectViewer(ArchiveStepAddress(ArchiveUrl, end, QualitySuffix), true)) return;
+  ShowBandwidth(bandwidth_was_shown);
+}
+
+void UserControl1::PlayArchive(ArchiveStep direction, bool once) {
+  ConnectViewer(ArchiveStepAddress(ArchiveUrl, direction, QualitySuffix), once);
+}
+
+void UserControl1::SearchArchive() {
+  const ArchiveTime time{.day = TCR[2].Text.Get(),
+                         .month = TCR[1].Text.Get(),
+                         .year = TCR[0].Text.Get(),
+                         .hour = TCR[3].Text.Get(),
+                         .minute = TCR[4].Text.Get(),
+                         .second = TCR[5].Text.Get()};
+  if (!ConnectViewer(ArchiveSearchAddress(ArchiveUrl, time, QualitySuffix), true, "Wait...")) return;
+  Player[1].Enabled = true;
+  Player[3].Enabled = true;
+}
+
+void UserControl1::VS_VigilboxTCR(const std::array<std::string, 6>& fields) {
+  for (std::size_t i = 0; i < TCR.size(); ++i) TCR[i].Text = fields[i];
+}
+
+void UserControl1::TCR_LostFocus(std::size_t Index) {
+  TCR[Index].Text = ZeroPadded(TCR[Index].Text.Get(), Index == 0 ? 4 : 2);
+}
+
+}  // namespace orbelcast

@@ -1,0 +1,119 @@
+// How a player starts: its lists, the stored choices, and the properties that the host has kept.
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/rounding.h"
+#include "platform/version.h"
+#include "player/limits.h"
+#include "player/quality.h"
+#include "player/registry_text.h"
+#include "player/texts.h"
+#include "player/user_control1.h"
+#include "protocol/server_info.h"
+#include "protocol/text.h"
+
+namespace orbelcast {
+
+namespace {
+
+/// What LastCommand is before the first command: none.
+constexpr std::int16_t kNoCommand = 1000;
+constexpr int kFastest = 25;
+/// What is chosen where nothing is stored.
+constexpr int kManual = 0;
+constexpr int kUsualResolution = 15;
+
+constexpr std::string_view kYes = "Yes";
+
+std::string Stored(const PropertyBag& bag, std::string_view key) {
+  const auto found = bag.find(key);
+  return found == bag.end() ? std::string() : found->second;
+}
+
+/// A stored list index; 32-bit at most, so what is beyond is in no list.
+int StoredIndex(const std::string& text) {
+  return RoundToEven(LeadingNumber(text).value_or(-1));
+}
+
+}  // namespace
+
+void UserControl1::UserControl_Initialize() {
+  LastCommand = kNoCommand;
+  Label1.Caption = "Version " + std::to_string(kVersionMajor) + "." + std::to_string(kVersionMinor) + "." +
+                   std::to_string(kVersionRevision) + " - " + std::string(kLegalNotice);
+
+  FrameRate.AddItem("Manual");
+  for (int rate = 1; rate <= kFastest; ++rate) FrameRate.AddItem(std::to_string(rate) + " FPS");
+  const std::string rate = RegReadString(platform_.registry, kSettingsHive, kSettingsKey, kFrameRateName);
+  Select(FrameRate, rate.empty() ? kManual : StoredIndex(rate));
+
+  for (const PictureQuality& quality : kPictureQualities) Resolution.AddItem(std::string(quality.text));
+  const std::string resolution = RegReadString(platform_.registry, kSettingsHive, kSettingsKey, kResolutionName);
+  Select(Resolution, resolution.empty() ? kUsualResolution : StoredIndex(resolution));
+  Resolution_Click();
+}
+
+void UserControl1::ReadProperties(PropertyBag bag) {
+  const auto alive = StayAlive();
+  ReadServer(bag);
+  if (!Stored(bag, "_ExtentX").empty() && !Stored(bag, "_ExtentY").empty()) {
+    LayoutFrozen = true;
+    PlayerControls.Visible = true;
+  }
+  if (Stored(bag, "Start") == kYes && !ConnectViewer(LiveUrl + QualitySuffix, false)) return;
+  ShowExtendedFeatures(Stored(bag, "ExtendedControls") == kYes);
+  if (const std::string device = Stored(bag, "Device"); !device.empty()) SelectDevice(device);
+  if (Stored(bag, "_Resize") == kYes) {
+    LayoutFrozen = false;
+    UserControl_Resize();
+    if (!Yield()) return;
+  }
+  UserControl_Resize();
+}
+
+void UserControl1::ReadServer(const PropertyBag& bag) {
+  Server = Stored(bag, "Server");
+  if (Server.empty()) {
+    CamList.Visible = false;
+    LiveUrl = Stored(bag, "LURL");
+    ArchiveUrl = Stored(bag, "IURL");
+    return;
+  }
+  Port = Stored(bag, "Port");
+  Username = Stored(bag, "Username");
+  Password = Stored(bag, "Password");
+  CamList.Visible = true;
+  // The colon stands there without a port too.
+  LoadCameraList(Server + ":" + Port);
+}
+
+void UserControl1::LoadCameraList(const std::string& address) {
+  const ServerInfo info = QueryServerInfo(platform_.http, platform_.configuration, address, Username, Password,
+                                          player_limits::kInformationTimeout, InfoMode::kCameras);
+  SysName = info.SystemName;
+  CamList.Clear();
+  CamDevice.assign(1, {});
+  CamLive.assign(1, {});
+  ForEachLine(info.Lines, [&](std::size_t k, const std::vector<std::string_view>& fields) {
+    CamDevice.resize(k + 1);
+    CamLive.resize(k + 1);
+    if (fields.size() > 2) CamLive[k] = fields[2];
+    if (!fields.empty()) CamDevice[k] = fields[0];
+    // A camera without a name is not shown; its place in the arrays stays, so those behind it follow one later.
+    if (fields.size() > 1) CamList.AddItem(std::string(fields[1]));
+  });
+}
+
+void UserControl1::SelectDevice(const std::string& device) {
+  const auto count = static_cast<std::size_t>(CamList.ListCount());
+  for (std::size_t k = 0; k < count && k < CamDevice.size(); ++k) {
+    if (CamDevice[k].size() != device.size() || !BeginsWith(CamDevice[k], device)) continue;  // in any letter case
+    Select(CamList, static_cast<int>(k));
+    if (!Terminating) CamList_Click();
+    return;
+  }
+}
+
+}  // namespace orbelcast

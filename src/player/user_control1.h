@@ -1,0 +1,192 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/controls.h"
+#include "platform/platform.h"
+#include "player/windows.h"
+#include "protocol/server_address.h"
+#include "protocol/server_info.h"
+#include "viewer/video_server_push.h"
+
+namespace orbelcast {
+
+/// The properties that a host has kept for a player: texts under their keys. A key that is missing reads as empty.
+using PropertyBag = std::map<std::string, std::string, std::less<>>;
+
+/// The save dialog of the player, as it was configured last. Shown through the platform's dialogs.
+struct CommonDialog {
+  std::string DialogTitle;
+  std::string Filter;
+  std::string FileName;  ///< What was chosen last.
+};
+
+/// The player: a stream viewer with a list of the server's cameras, a toolbar, and the windows that it opens.
+///
+/// Everything happens on the thread of the platform's message loop. A method that waits lets other handlers run
+/// meanwhile; requests of the toolbar's own (camera list, log, message, outputs, alerts) block the thread until they
+/// are answered or a time-out has ended them. Nothing throws and nothing is reported as an error: a step that fails is
+/// skipped and the next one runs.
+///
+/// The host owns the control through the pointer that Create returns. Releasing it, also while a method of it waits or
+/// a window of it is open, ends the control: its windows close, its viewers end, and what waits returns without another
+/// step.
+class UserControl1 {
+ public:
+  /// Makes a control with its lists filled and the stored choices applied. `platform` outlives it.
+  static std::shared_ptr<UserControl1> Create(Platform& platform);
+
+  ~UserControl1();
+  UserControl1(const UserControl1&) = delete;
+  UserControl1& operator=(const UserControl1&) = delete;
+
+  // ---- Interface --------------------------------------------------------------------------------------------------
+
+  /// Starts recording a clip; ends one that is being recorded.
+  void AviStart();
+  /// Ends the recording.
+  void StopAvi();
+  /// Takes `l` as the camera's live address and `i` as its archive address, and shows the live stream.
+  void RefreshURLs(const std::string& l, const std::string& i);
+  /// Whether the children follow the control's size, from the next resize on.
+  void DoResize(bool X);
+  /// Loads the camera list of a server. The port is forgotten: `xServer` may name one.
+  void Connect2Server(std::string xServer, std::string xUsername, std::string xPassword);
+  /// What the server calls itself; its address where it did not say.
+  std::string SystemName() const { return SysName.empty() ? Server : SysName; }
+  /// Whether the toolbar has its extended buttons.
+  bool ShowExtendedFeatures() const { return show_extended_features_; }
+  void ShowExtendedFeatures(bool value);
+  /// Lets the user choose cameras and shows them together.
+  void SetMultiCams();
+
+  // ---- For the container and front ends ---------------------------------------------------------------------------
+
+  /// Takes on the properties that the host has kept: server or addresses, camera, buttons, layout. Connects.
+  void ReadProperties(PropertyBag bag);
+  /// Gives the control its size in twips and runs the layout.
+  void Resize(float width, float height);
+  /// The container shows the control.
+  void Show();
+
+  float Width() const { return width_; }
+  float Height() const { return height_; }
+
+  /// The child controls by name, in tab order; the viewer's own are not among them.
+  std::vector<NamedChild> Children();
+  /// The windows that the control opens.
+  std::vector<NamedChild> Windows();
+
+  // Positions are those in the container named; the toolbar's children move with it.
+  ComboBox CamList;
+  Frame PlayerControls;           ///< The toolbar: holds all that follow down to Label1.
+  std::array<TextBox, 6> TCR;     ///< Year, month, day, hour, minute, second of the archive's position.
+  std::array<Button, 18> Player;  ///< 11 to 15 and 17 lie inside Frame1.
+  Frame Frame1;
+  ComboBox FrameRate;
+  ComboBox Resolution;
+  Label Label1;
+  PictureBox Conv;  ///< Never shown: the size of the clip's pictures.
+  CommonDialog Diag;
+
+  /// The viewer; null once the host has released the player.
+  std::shared_ptr<VideoServerPush> VS;
+  /// Where the player has put it.
+  ChildControl VSPlace;
+
+  Property<int> MousePointer{kDefaultPointer};
+  static constexpr int kDefaultPointer = 0;
+  static constexpr int kHourglass = 11;
+
+  AlertsWindow AlertsWin;
+  MultiCamsWindow MultiCams;
+  LogWindow LogForm;
+  FullScreenWindow XFullScreen;
+
+ private:
+  explicit UserControl1(Platform& platform);
+
+  // Lifecycle (user_control1.cpp).
+  void PlaceChildren();
+  void ConnectHandlers();
+  void UserControl_Initialize();
+  void UserControl_Terminate();
+
+  // Settings (settings.cpp).
+  void ReadServer(const PropertyBag& bag);
+  void SelectDevice(const std::string& device);
+  void LoadCameraList(const std::string& address);
+
+  // Layout (resize.cpp).
+  void UserControl_Resize();
+
+  // The lists (lists.cpp).
+  void CamList_Click();
+  void FrameRate_Click();
+  void Resolution_Click();
+  std::string LiveUrlOf(std::size_t camera) const;
+
+  // The toolbar (toolbar.cpp).
+  void Player_Click(std::int16_t Index);
+  void SaveSnapshot();
+  void ShowLog();
+  void SendTextMessage();
+  void ShowInputsAndOutputs();
+  void ShowAlerts();
+  void ShowFullScreen();
+  std::string CommandBase() const;
+  ServerInfo AskServer(InfoMode mode) const;
+
+  // The archive (archive.cpp).
+  void ShowArchiveEnd(ArchiveStep end, bool bandwidth_was_shown);
+  void PlayArchive(ArchiveStep direction, bool once);
+  void SearchArchive();
+  void VS_VigilboxTCR(const std::array<std::string, 6>& fields);
+  void TCR_LostFocus(std::size_t Index);
+
+  /// Selects an item from code: the list's click handling runs here and has ended when this returns.
+  void Select(ComboBox& list, int index);
+  /// Connects the viewer. False once the host has released the control meanwhile, as all of the following.
+  bool ConnectViewer(const std::string& url, bool once, const std::string& message = {});
+  bool ShowBandwidth(bool show);
+  bool PlaceViewer(Property<float>& field, float value);
+  bool Yield();
+  bool OpenWindow(Window& window);
+  /// Starts a handler that keeps the control alive until it ends, whatever the host does meanwhile.
+  void Start(std::function<void()> handler);
+  HandlerStarter Starter();
+  std::shared_ptr<UserControl1> StayAlive() const { return self_.lock(); }
+
+  Platform& platform_;
+  std::weak_ptr<UserControl1> self_;
+
+  // The control's state.
+  std::string Server;
+  std::string Port;
+  std::string Username;
+  std::string Password;
+  std::string SysName;
+  std::string LiveUrl;
+  std::string ArchiveUrl;
+  std::string QualitySuffix;
+  std::int16_t LastCommand = 0;
+  std::vector<std::string> CamDevice;  ///< By lines of the camera list, as CamLive: may outgrow the list.
+  std::vector<std::string> CamLive;
+  std::string MultiCamSelection;
+  bool show_extended_features_ = false;
+  bool LayoutFrozen = false;
+  bool Terminating = false;              ///< The host has released the control.
+  const ComboBox* selecting_ = nullptr;  ///< The list of which an item is being selected from code.
+
+  float width_ = 5295;  ///< The design size, until the host sites the control.
+  float height_ = 5940;
+};
+
+}  // namespace orbelcast
