@@ -227,6 +227,7 @@ void UserControl1::SetMultiCams() {
   MultiCams.SelectionResult = "";
   if (!OpenWindow(MultiCams) || MultiCams.SelectionResult.empty()) return;
   MultiCamSelection = MultiCams.SelectionResult;
+  VS->MultiCamView(MultiCamSelection);
 }
 
 }  // namespace orbelcast

@@ -74,7 +74,8 @@ UserControl1::UserControl1(Platform& platform)
       AlertsWin(platform.http, Starter()),
       MultiCams(Starter()),
       XFullScreen(platform, Starter()),
-      platform_(platform) {
+      platform_(platform),
+      recorder_(platform, Conv, RecorderHost()) {
   PlaceChildren();
   ConnectHandlers();
 }
@@ -147,10 +148,12 @@ void UserControl1::ConnectHandlers() {
                                        std::string& minute, std::string& second, std::string&, std::string&) {
     VS_VigilboxTCR({year, month, day, hour, minute, second});
   });
+  VS->Events.StreamInfo.Listen([this](std::int32_t&, std::int32_t&) { recorder_.WriteFrame(); });
 }
 
 void UserControl1::UserControl_Terminate() {
   Terminating = true;
+  recorder_.End();
   for (const NamedChild& window : Windows()) std::get<Window*>(window.control)->Unload();
   XFullScreen.vs.reset();
   VS.reset();
@@ -191,17 +194,21 @@ void UserControl1::ShowExtendedFeatures(bool value) {
 
 std::vector<NamedChild> UserControl1::Children() {
   std::vector<NamedChild> children{{"CamList", &CamList}, {"PlayerControls", &PlayerControls}};
-  const auto add_tools = [&](std::initializer_list<std::size_t> tools) {
-    for (const std::size_t i : tools) children.push_back({"Player(" + std::to_string(i) + ")", &Player[i]});
+  const auto add = [&](std::string name, ChildReference control, const Frame& inside) {
+    children.push_back({std::move(name), control, &inside});
   };
-  add_tools({0, 1, 2, 5, 3, 4});
-  for (std::size_t i = 0; i < TCR.size(); ++i) children.push_back({"TCR(" + std::to_string(i) + ")", &TCR[i]});
-  add_tools({7, 9, 8, 10, 16, 6});
-  children.push_back({"Resolution", &Resolution});
-  children.push_back({"FrameRate", &FrameRate});
-  children.push_back({"Frame1", &Frame1});
-  add_tools({11, 15, 14, 13, 17, 12});
-  children.push_back({"Label1", &Label1});
+  const auto add_tools = [&](std::initializer_list<std::size_t> tools, const Frame& inside) {
+    for (const std::size_t i : tools) add("Player(" + std::to_string(i) + ")", &Player[i], inside);
+  };
+  // From left to right, row by row.
+  add_tools({0, 1, 2, 5, 3, 4}, PlayerControls);
+  for (std::size_t i = 0; i < TCR.size(); ++i) add("TCR(" + std::to_string(i) + ")", &TCR[i], PlayerControls);
+  add_tools({7, 8, 9, 10, 16, 6}, PlayerControls);
+  add("Resolution", &Resolution, PlayerControls);
+  add("FrameRate", &FrameRate, PlayerControls);
+  add("Frame1", &Frame1, PlayerControls);
+  add_tools({11, 15, 14, 13, 17, 12}, Frame1);
+  add("Label1", &Label1, PlayerControls);
   children.push_back({"Conv", &Conv});
   return children;
 }

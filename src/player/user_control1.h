@@ -14,6 +14,7 @@
 #include "player/windows.h"
 #include "protocol/server_address.h"
 #include "protocol/server_info.h"
+#include "recording/clip_recorder.h"
 #include "viewer/video_server_push.h"
 
 namespace orbelcast {
@@ -151,6 +152,10 @@ class UserControl1 {
   void VS_VigilboxTCR(const std::array<std::string, 6>& fields);
   void TCR_LostFocus(std::size_t Index);
 
+  // Recording (recording.cpp).
+  ClipRecorder::Host RecorderHost();
+  void ShowRecording(bool recording);
+
   /// Selects an item from code: the list's click handling runs here and has ended when this returns.
   void Select(ComboBox& list, int index);
   /// Connects the viewer. False once the host has released the control meanwhile, as all of the following.
@@ -184,6 +189,8 @@ class UserControl1 {
   bool LayoutFrozen = false;
   bool Terminating = false;              ///< The host has released the control.
   const ComboBox* selecting_ = nullptr;  ///< The list of which an item is being selected from code.
+
+  ClipRecorder recorder_;
 
   float width_ = 5295;  ///< The design size, until the host sites the control.
   float height_ = 5940;

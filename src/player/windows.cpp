@@ -180,7 +180,12 @@ void FullScreenWindow::Form_Resize() {
   if (!vs) return;
   vs->Resize(Width, Height);
   if (mine.expired()) return;
-  vs->Connect(Tag);
+  const std::string tag = Tag;
+  if (tag.starts_with('*')) {
+    vs->MultiCamView(tag.substr(1));
+  } else {
+    vs->Connect(tag);
+  }
 }
 
 void FullScreenWindow::vs_MouseDown() {

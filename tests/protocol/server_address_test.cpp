@@ -41,9 +41,9 @@ TEST(ServerAddressTest, AMosaicTileIsAskedForAtTheQualityOfItsArea) {
 TEST(ServerAddressTest, CommandsStandBehindTheLogin) {
   EXPECT_EQ(ActivityLogAddress("L"), "L/srv_vigilbox$activitylogfile");
   EXPECT_EQ(MessageAddress("L", "a b&c"), "L/srv_vigilbox$message?msg=a b&c&Send=Send+Message");
-  EXPECT_EQ(OutputSwitchAddress("L", 3, true), "L/srv_vigilbox$output=3+1");
-  EXPECT_EQ(OutputSwitchAddress("L", 12, false), "L/srv_vigilbox$output=12+0");
-  EXPECT_EQ(AlertActivationAddress("L", 1), "L/srv_vigilbox$activatealert=1");
+  EXPECT_EQ(OutputSwitchAddress(OutputCommand("L"), 3, true), "L/srv_vigilbox$output=3+1");
+  EXPECT_EQ(OutputSwitchAddress(OutputCommand("L"), 12, false), "L/srv_vigilbox$output=12+0");
+  EXPECT_EQ(AlertActivationAddress(AlertCommand("L"), 1), "L/srv_vigilbox$activatealert=1");
   EXPECT_EQ(RelayLookupAddress("h:1", "ann"), "http://h:1/cgi-bin/relaypost.exe?op=rdxviewer&account=ann");
 }
 

@@ -202,7 +202,7 @@ TEST_F(ServerInfoTest, CommandAddressesGoOutByteForByte) {
   const std::string suffix = QualitySuffix(PictureCode(320, 240, "080"));
   for (const std::string& address :
        {ArchiveStepAddress(ArchiveAddress(login, "1"), ArchiveStep::kTop, suffix), MessageAddress(login, "fire! now"),
-        OutputSwitchAddress(login, 3, true), server.Url("/a b?x=1?y=%20")}) {
+        OutputSwitchAddress(OutputCommand(login), 3, true), server.Url("/a b?x=1?y=%20")}) {
     const auto request = http.Create();
     EXPECT_TRUE(request->Open("GET", address));
     EXPECT_TRUE(request->Send());
