@@ -1,6 +1,7 @@
 #pragma once
 
 #include "adapters/curl/curl_http.h"
+#include "adapters/ffmpeg/ffmpeg_avi_files.h"
 #include "adapters/fiber/fiber_loop.h"
 #include "adapters/jpeg/jpeg_decoder.h"
 #include "adapters/png/png_codec.h"
@@ -47,7 +48,7 @@ class Services {
   PngCodec pictures_;
   DeviceContexts device_contexts_;
   Registry registry_;
-  AviFiles avi_files_;
+  FfmpegAviFiles avi_files_;
   const Configuration configuration_ = LoadConfigurationOrSayWhy();
   Platform platform_;
 };

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace orbelcast {
+
+/// The file of a clip: bytes on a disk that may get full.
+///
+/// Room is reserved before it is written to, so that a frame is written whole or not at all, and there is always room
+/// for the index at the end. What is reserved but not written does not show: a process that is killed leaves a file
+/// that ends with the last byte written.
+class ClipFile {
+ public:
+  /// Makes the file, or empties the one that is there; null where that cannot be done. Ordinary files only.
+  static std::unique_ptr<ClipFile> Create(const std::string& path);
+  /// Closes the file. One that nothing was written to is removed.
+  ~ClipFile();
+  ClipFile(const ClipFile&) = delete;
+  ClipFile& operator=(const ClipFile&) = delete;
+
+  /// Whether the file may grow to `size` bytes: there is room on the disk, and the process may make files as large.
+  bool Reserve(std::int64_t size);
+
+  /// Writes all of `bytes` at the place, and moves it. False, with errno, where only some could be written or none.
+  bool Write(std::span<const std::uint8_t> bytes);
+  void Seek(std::int64_t place) { place_ = place; }
+  std::int64_t Place() const { return place_; }
+  std::int64_t Size() const { return size_; }
+  /// Cuts the file off at `size` bytes.
+  void CutOff(std::int64_t size);
+
+ private:
+  ClipFile(int descriptor, std::string path) : descriptor_(descriptor), path_(std::move(path)) {}
+  bool IsStillAtItsPath() const;
+
+  const int descriptor_;
+  const std::string path_;
+  std::int64_t place_ = 0;
+  std::int64_t size_ = 0;
+  std::int64_t reserved_ = 0;
+};
+
+}  // namespace orbelcast
