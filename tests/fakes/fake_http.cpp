@@ -1,8 +1,10 @@
 #include "fakes/fake_http.h"
 
 #include <algorithm>
+#include <cctype>
 #include <optional>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 
 namespace orbelcast::fakes {
@@ -18,8 +20,11 @@ class FakeHttp::Request final : public HttpRequest {
     answered_ = false;
     async_ = async;
     limit_.reset();
-    server_.log.push_back("Open " + std::string(method) + " " + std::string(url) + (async ? " async" : ""));
-    return true;
+    url_ = url;
+    opened_ = !url.empty() && std::ranges::none_of(url, [](unsigned char letter) { return std::iscntrl(letter) != 0; });
+    failed_ = !opened_;
+    server_.log.push_back(opened_ ? "Open " + std::string(method) + " " + url_ + (async ? " async" : "") : "Refused");
+    return opened_;
   }
   bool SetRequestHeader(std::string_view name, std::string_view value) override {
     server_.log.push_back("SetRequestHeader " + std::string(name) + ": " + std::string(value));
@@ -33,6 +38,7 @@ class FakeHttp::Request final : public HttpRequest {
   bool SetTimeouts(int resolve, int connect, int send, int receive) override {
     server_.log.push_back("SetTimeouts " + std::to_string(resolve) + " " + std::to_string(connect) + " " +
                           std::to_string(send) + " " + std::to_string(receive));
+    receive_ = receive;
     return true;
   }
   bool LimitExchange(std::chrono::milliseconds limit) override {
@@ -41,11 +47,12 @@ class FakeHttp::Request final : public HttpRequest {
     return true;
   }
   bool Send() override {
+    if (!opened_) return false;
     server_.log.emplace_back("Send");
     ++server_.sent;
-    answer_ = server_.Next();
+    answer_ = server_.Next(url_);
     body_ = FrameBytes(answer_.body);
-    if (!async_ && server_.block) return SendBlocking();
+    if (!async_) return SendBlocking();
     done_.Reset();
     under_way_ = true;
     if (!answer_.never) {
@@ -71,7 +78,9 @@ class FakeHttp::Request final : public HttpRequest {
     return answered_ && header != answer_.headers.end() ? std::string_view(header->second) : std::string_view();
   }
   std::string GetAllResponseHeaders() override { return {}; }
-  std::string ResponseText() override { return {answer_.body.begin(), answer_.body.end()}; }
+  std::string ResponseText() override {
+    return answered_ ? std::string(answer_.body.begin(), answer_.body.end()) : std::string();
+  }
   FrameBytes ResponseBody() override { return answered_ ? body_ : FrameBytes(); }
   void Abort() override {
     server_.log.emplace_back("Abort");
@@ -80,11 +89,12 @@ class FakeHttp::Request final : public HttpRequest {
   bool Failed() const override { return failed_; }
 
  private:
-  // The thread stands still until the answer is there or the exchange's limit has run out.
+  // The thread stands still until the answer is there or a limit has run out.
   bool SendBlocking() {
+    if (!limit_ && receive_ > 0) limit_ = std::chrono::milliseconds(receive_);
     if (answer_.never && !limit_) throw std::logic_error("a blocking request that nothing will ever end");
     const bool late = limit_ && (answer_.never || answer_.delay > *limit_);
-    server_.block(late ? EventQueue::Nanoseconds(*limit_) : answer_.delay);
+    if (server_.block) server_.block(late ? EventQueue::Nanoseconds(*limit_) : answer_.delay);
     Finish(!late && !answer_.fails);
     return answered_;
   }
@@ -105,6 +115,9 @@ class FakeHttp::Request final : public HttpRequest {
   Completion done_;
   EventQueue::TimerId timer_ = 0;
   std::optional<std::chrono::milliseconds> limit_;
+  int receive_ = 0;
+  std::string url_;
+  bool opened_ = false;
   bool async_ = false;
   bool under_way_ = false;
   bool answered_ = false;
@@ -115,10 +128,24 @@ std::shared_ptr<HttpRequest> FakeHttp::Create() {
   return std::make_shared<Request>(*this);
 }
 
-Answer FakeHttp::Next() {
+Answer FakeHttp::Next(const std::string& url) {
+  if (route) {
+    if (auto answer = route(url)) return std::move(*answer);
+  }
   Answer answer = answers.front();
   if (answers.size() > 1) answers.pop_front();
   return answer;
+}
+
+std::vector<std::string> FakeHttp::Opened() const {
+  constexpr std::string_view kOpen = "Open GET ";
+  std::vector<std::string> urls;
+  for (const std::string& entry : log) {
+    if (!entry.starts_with(kOpen)) continue;
+    std::string url = entry.substr(kOpen.size());
+    urls.push_back(url.ends_with(" async") ? url.substr(0, url.size() - std::string_view(" async").size()) : url);
+  }
+  return urls;
 }
 
 int FakeHttp::Count(const std::string& beginning) const {

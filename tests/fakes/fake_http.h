@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -33,16 +34,20 @@ class FakeHttp final : public HttpRequestFactory {
   /// "SetTimeouts 1 2 3 4", "Open GET http://… async", "SetCredentials user password 0", "Send", "Abort" and so
   /// on, in order.
   std::vector<std::string> log;
+  /// Where it is set and names an answer for an address, that one is given, and none of the list is used up.
+  std::function<std::optional<Answer>(const std::string& url)> route;
   /// How a synchronous request lets its answer's delay pass. Unset, it answers at once.
   std::function<void(EventQueue::Nanoseconds)> block;
   int sent = 0;
 
+  /// The addresses that were opened, in order.
+  std::vector<std::string> Opened() const;
   /// Counts the entries of the log that begin with `beginning`.
   int Count(const std::string& beginning) const;
 
  private:
   class Request;
-  Answer Next();
+  Answer Next(const std::string& url);
   MessageLoop& loop_;
 };
 

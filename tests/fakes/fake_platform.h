@@ -3,6 +3,7 @@
 #include <string>
 
 #include "adapters/fiber/fiber_loop.h"
+#include "fakes/fake_dialogs.h"
 #include "fakes/fake_http.h"
 #include "fakes/manual_queue.h"
 #include "platform/platform.h"
@@ -62,7 +63,7 @@ struct FakePlatform {
   Clipboard clipboard;
   DeviceContexts device_contexts;
   Registry registry;
-  Dialogs dialogs;
+  FakeDialogs dialogs{loop};
   AviFiles avi_files;
   Configuration configuration;
   FakePlatform() {
