@@ -200,7 +200,7 @@ void DrawCarOnRoad(cairo_t* cr, const Stage& stage, const Mood& mood, const Lane
 void DrawActors(cairo_t* cr, const Stage& stage, double seconds) {
   constexpr Lane kFarLane{.period = 11, .below_road_edge = 27, .leads_left = true};
   constexpr Lane kNearLane{.period = 8, .below_road_edge = 62, .leads_left = false};
-  const Mood& mood = MoodOf(stage.camera);
+  const Mood& mood = stage.mood;
   DrawClouds(cr, stage, mood, seconds);
   DrawBirds(cr, stage, mood, seconds);
   DrawSmoke(cr, stage, mood, seconds);

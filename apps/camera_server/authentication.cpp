@@ -168,26 +168,58 @@ bool Nonces::Use(const std::string& nonce, std::uint32_t count) {
   return true;
 }
 
-std::optional<Response> Authenticator::Refuse(const Request& request) {
+std::optional<Refusal> Authenticator::Refuse(const Request& request) {
+  if (settings_.scheme == AuthenticationScheme::kNone) return std::nullopt;
+  if (settings_.scheme == AuthenticationScheme::kBasic) return RefuseUnlessBasic(request);
   const std::string_view credentials = request.Header("Authorization");
-  switch (settings_.scheme) {
-    case AuthenticationScheme::kNone:
-      return std::nullopt;
-    case AuthenticationScheme::kBasic:
-      if (CheckBasic(credentials)) return std::nullopt;
-      return Challenge(Verdict::kBad);
-    case AuthenticationScheme::kDigest:
-      const Verdict verdict = CheckDigest(request, credentials);
-      if (verdict == Verdict::kGood) return std::nullopt;
-      return Challenge(verdict);
-  }
-  return Challenge(Verdict::kBad);
+  const Verdict verdict = CheckDigest(request, credentials);
+  if (verdict == Verdict::kGood) return std::nullopt;
+  return Refusal{Challenge(AuthenticationScheme::kDigest, verdict), verdict == Verdict::kBad && !credentials.empty()};
+}
+
+std::optional<Refusal> Authenticator::RefuseUnlessBasic(const Request& request) const {
+  const std::string_view credentials = request.Header("Authorization");
+  if (settings_.users.empty() || CheckBasic(credentials)) return std::nullopt;
+  return Refusal{Challenge(AuthenticationScheme::kBasic, Verdict::kBad), !credentials.empty()};
+}
+
+std::optional<Refusal> Authenticator::RefuseLoginBase(std::string_view login) const {
+  bool is_login = settings_.users.empty();
+  for (const User& user : settings_.users) is_login |= SameSecret(login, user.name + "/" + user.password);
+  if (is_login) return std::nullopt;
+  return Refusal{Challenge(AuthenticationScheme::kBasic, Verdict::kBad), true};
 }
 
 bool Authenticator::IsLogin(std::string_view login) const {
   bool is_login = false;
   for (const User& user : settings_.users) is_login |= SameSecret(login, user.name + ":" + user.password);
   return is_login;
+}
+
+std::string Authenticator::UserOfLoginBase(std::string_view login) const {
+  return UserBefore(login, '/');
+}
+
+std::string Authenticator::UserOfLogin(std::string_view login) const {
+  return UserBefore(login, ':');
+}
+
+std::string Authenticator::UserBefore(std::string_view login, char separator) const {
+  for (const User& user : settings_.users) {
+    if (SameSecret(login, user.name + separator + user.password)) return user.name;
+  }
+  const std::size_t end = login.find(separator);
+  // Without a separator it may as well be a password.
+  return end == std::string_view::npos ? std::string() : std::string(login.substr(0, end));
+}
+
+std::string Authenticator::UserOf(const Request& request) {
+  const std::string_view credentials = request.Header("Authorization");
+  if (const auto digest = AfterScheme(credentials, "Digest")) return std::string(Parameters(*digest)["username"]);
+  const auto encoded = AfterScheme(credentials, "Basic");
+  const std::string login = (encoded ? DecodeBase64(*encoded) : std::nullopt).value_or("");
+  const std::size_t colon = login.find(':');
+  return colon == std::string::npos ? std::string() : login.substr(0, colon);
 }
 
 bool Authenticator::CheckBasic(std::string_view credentials) const {
@@ -222,11 +254,11 @@ Authenticator::Verdict Authenticator::CheckDigest(const Request& request, std::s
   return nonces_.Use(nonce, count) ? Verdict::kGood : Verdict::kStale;
 }
 
-Response Authenticator::Challenge(Verdict verdict) const {
+Response Authenticator::Challenge(AuthenticationScheme scheme, Verdict verdict) const {
   if (verdict == Verdict::kOtherAddress) return TextResponse(400, "The credentials were made for another address.");
   Response response = TextResponse(401, "A user name and a password are needed.");
   const std::string realm = "realm=\"" + std::string(kRealm) + "\"";
-  if (settings_.scheme == AuthenticationScheme::kBasic) {
+  if (scheme == AuthenticationScheme::kBasic) {
     response.headers.emplace_back("WWW-Authenticate", "Basic " + realm + ", charset=\"UTF-8\"");
   } else {
     response.headers.emplace_back("WWW-Authenticate", "Digest " + realm + ", qop=\"auth\", algorithm=MD5, nonce=\"" +

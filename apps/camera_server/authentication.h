@@ -42,23 +42,39 @@ class Nonces {
   std::map<std::string, Used> used_;  // the oldest first, since a nonce begins with its time
 };
 
-/// Lets users in. Thread-safe.
+/// Why a request is not answered.
+struct Refusal {
+  Response response;       ///< 401 with a challenge, or 400 for Digest credentials that were made for another address
+  bool was_wrong = false;  ///< there were credentials, and they are nobody's
+};
+
+/// Lets users in. Where there are none, everybody is let in. Thread-safe.
 class Authenticator {
  public:
   /// `settings` outlives this.
   explicit Authenticator(const Settings& settings) : settings_(settings) {}
 
-  /// Nothing when the request may be answered, otherwise the answer that refuses it: 401 with a challenge, or 400 for
-  /// Digest credentials that were made for another address.
-  std::optional<Response> Refuse(const Request& request);
+  /// Nothing when the request may be answered.
+  std::optional<Refusal> Refuse(const Request& request);
+  /// The same where only Basic serves, whatever the scheme: viewers send it unasked for the info text.
+  std::optional<Refusal> RefuseUnlessBasic(const Request& request) const;
   /// Whether `login` is "user:password" of a user; viewers write it into a live address.
   bool IsLogin(std::string_view login) const;
+  /// Nothing when `login` is "user/password" of a user, as a login base has it.
+  std::optional<Refusal> RefuseLoginBase(std::string_view login) const;
+  /// The name of the user whose "user/password" this is, where it is nobody's what stands before its first slash.
+  std::string UserOfLoginBase(std::string_view login) const;
+  /// The same of a live address's "user:password".
+  std::string UserOfLogin(std::string_view login) const;
+  /// The user that the request's credentials name, whether they are right or not; empty without any.
+  static std::string UserOf(const Request& request);
 
  private:
   enum class Verdict { kGood, kBad, kStale, kOtherAddress };
   bool CheckBasic(std::string_view credentials) const;
   Verdict CheckDigest(const Request& request, std::string_view credentials);
-  Response Challenge(Verdict verdict) const;
+  Response Challenge(AuthenticationScheme scheme, Verdict verdict) const;
+  std::string UserBefore(std::string_view login, char separator) const;
 
   const Settings& settings_;
   Nonces nonces_;

@@ -13,6 +13,8 @@ inline constexpr std::size_t kMaxRefusals = 64;
 /// Bytes of a request from its method to the empty line; also of a body that comes with it, which is not used.
 inline constexpr std::size_t kMaxRequestBytes = 64 * 1024;
 inline constexpr std::size_t kMaxHeaderLines = 100;
+/// Of a Host header that is believed and written into addresses: the longest name there is, and a port.
+inline constexpr std::size_t kMaxHostBytes = 261;
 /// A connection that was kept open waits this long for its next request: longer than the slowest viewer's pause.
 inline constexpr std::chrono::seconds kIdleTime{75};
 /// A request that has begun must be complete after this: a viewer's is one packet.
@@ -36,6 +38,27 @@ inline constexpr int kMinQuality = 1;
 inline constexpr int kMaxQuality = 100;
 
 inline constexpr int kMaxCameras = 64;
+/// Of alerts, inputs, outputs and relay accounts each: what a person can still choose from in a list.
+inline constexpr int kMaxItems = 64;
+
+/// Clients whose doings are remembered (their place in the archive, what they are about), and for how long: longer
+/// than a person leaves a player alone.
+inline constexpr std::size_t kMaxSessions = 1024;
+inline constexpr std::chrono::hours kSessionTime{1};
+/// What has paused for so long begins anew in the activity log.
+inline constexpr std::chrono::minutes kActivityPause{5};
+inline constexpr std::size_t kMaxActivityLines = 1000;
+/// Bytes of a user's name, and of a message or another detail, that the activity log keeps.
+inline constexpr std::size_t kMaxActivityUser = 64;
+inline constexpr std::size_t kMaxActivityDetail = 500;
+/// An alert that was activated stays active for so long.
+inline constexpr std::chrono::seconds kAlertTime{60};
+
+/// The archive's length and the time from one of its pictures to the next.
+inline constexpr int kMaxArchiveHours = 24 * 366;
+inline constexpr int kMaxArchiveStep = 3600;
+/// The largest text that --info-text sends: large enough to try a client's patience.
+inline constexpr std::size_t kMaxInfoTextBytes = 256 * 1024 * 1024;
 /// Drawn backgrounds that are kept: some fifty of 640x480.
 inline constexpr std::size_t kMaxBackgroundBytes = 64 * 1024 * 1024;
 

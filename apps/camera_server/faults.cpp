@@ -25,6 +25,9 @@ struct Word {
   std::string_view help;
 };
 
+constexpr std::array<std::pair<std::string_view, FaultPlace>, 3> kPlaces{
+    {{"info", kInfoPlace}, {"command", kCommandPlace}, {"relay", kRelayPlace}}};
+
 constexpr int kTenMinutes = 600'000;
 constexpr int kHalf = -1;
 
@@ -197,14 +200,14 @@ std::string FaultHelp() {
   return help;
 }
 
-void FaultPlan::Set(int camera, const Fault& fault) {
+void FaultPlan::Set(int place, const Fault& fault) {
   const std::lock_guard lock(mutex_);
-  planned_[camera] = {.fault = fault};
+  planned_[place] = {.fault = fault};
 }
 
-Fault FaultPlan::Next(int camera) {
+Fault FaultPlan::Next(int place) {
   const std::lock_guard lock(mutex_);
-  const auto found = planned_.find(camera);
+  const auto found = planned_.find(place);
   if (found == planned_.end()) return {};
   auto& [fault, requests] = found->second;
   requests = (requests + 1) % fault.every;
@@ -214,18 +217,30 @@ Fault FaultPlan::Next(int camera) {
   return now;
 }
 
-Fault FaultPlan::Current(int camera) const {
+Fault FaultPlan::Current(int place) const {
   const std::lock_guard lock(mutex_);
-  const auto found = planned_.find(camera);
+  const auto found = planned_.find(place);
   return found == planned_.end() ? Fault{} : found->second.fault;
 }
 
-void PlanFault(const Settings& settings, std::string_view camera, std::string_view fault, FaultPlan& plan) {
-  const int count = static_cast<int>(settings.camera_names.size());
-  const bool is_all = camera == "all";
-  const int first = is_all ? 1 : ParseCount(camera, 1, count, "a fault's camera is 'all' or");
+void PlanFault(const Settings& settings, std::string_view place, std::string_view fault, FaultPlan& plan) {
   const Fault parsed = ParseFault(fault);
+  const auto named =
+      std::find_if(kPlaces.begin(), kPlaces.end(), [&](const auto& each) { return each.first == place; });
+  if (named != kPlaces.end()) return plan.Set(named->second, parsed);
+  const int count = static_cast<int>(settings.camera_names.size());
+  const bool is_all = place == "all";
+  const int first = is_all ? 1 : ParseCount(place, 1, count, "a fault is for 'all', 'info', 'command', 'relay' or");
   for (int each = first; each <= (is_all ? count : first); ++each) plan.Set(each, parsed);
+}
+
+std::string FaultLines(const Settings& settings, const FaultPlan& plan) {
+  std::string lines;
+  for (int each = 1; settings.HasCamera(each); ++each) {
+    lines += std::to_string(each) + "=" + FaultText(plan.Current(each)) + "\r\n";
+  }
+  for (const auto& [name, place] : kPlaces) lines.append(name).append("=" + FaultText(plan.Current(place)) + "\r\n");
+  return lines.substr(0, lines.size() - 2);
 }
 
 Reply Misbehave(const Fault& fault, Reply reply) {

@@ -9,7 +9,8 @@
 #include "http_server.h"
 #include "settings.h"
 
-/// Misbehaviour on request, a word each: what a camera does instead of answering as it should.
+/// Misbehaviour on request, a word each: what a camera, or another part of the server, does instead of answering as it
+/// should.
 namespace orbelcast::camera_server {
 
 enum class FaultKind {
@@ -44,15 +45,18 @@ std::string FaultText(const Fault& fault);
 /// One line a word, for --help.
 std::string FaultHelp();
 
-/// The faults of all cameras. Thread-safe.
+/// What has a fault besides the cameras, which are numbered from 1.
+enum FaultPlace : int { kInfoPlace = 0, kCommandPlace = -1, kRelayPlace = -2 };
+
+/// The faults of all places. Thread-safe.
 class FaultPlan {
  public:
-  /// From now on; requests are counted from here. kNone ends the camera's fault.
-  void Set(int camera, const Fault& fault);
-  /// What the camera shall do with the request that has come; counts it.
-  Fault Next(int camera);
+  /// From now on; requests are counted from here. kNone ends the place's fault.
+  void Set(int place, const Fault& fault);
+  /// What the place shall do with the request that has come; counts it.
+  Fault Next(int place);
   /// The fault as it stands: of "the next N" those left.
-  Fault Current(int camera) const;
+  Fault Current(int place) const;
 
  private:
   struct Planned {
@@ -60,13 +64,16 @@ class FaultPlan {
     int requests = 0;
   };
   mutable std::mutex mutex_;
-  std::map<int, Planned> planned_;  // by camera
+  std::map<int, Planned> planned_;  // by place
 };
 
-/// Plans a fault for a camera, given by its number or as "all". Throws std::invalid_argument with what is wrong.
-void PlanFault(const Settings& settings, std::string_view camera, std::string_view fault, FaultPlan& plan);
+/// Plans a fault for a camera, given by its number, for "all" cameras, or for "info", "command" or "relay". Throws
+/// std::invalid_argument with what is wrong.
+void PlanFault(const Settings& settings, std::string_view place, std::string_view fault, FaultPlan& plan);
+/// PLACE=FAULT of every place, a line each.
+std::string FaultLines(const Settings& settings, const FaultPlan& plan);
 
-/// Makes a good reply, whose body is a picture, misbehave.
+/// Makes a good reply misbehave.
 Reply Misbehave(const Fault& fault, Reply reply);
 
 }  // namespace orbelcast::camera_server

@@ -95,6 +95,15 @@ std::string NumericAddress(const sockaddr_storage& peer, socklen_t size) {
   return failed == 0 ? text.data() : "unknown";
 }
 
+/// The end of the connection that is ours: "127.0.0.1:8080", "[::1]:8080".
+std::string ReachedAddress(int socket, int port) {
+  sockaddr_storage local{};
+  socklen_t size = sizeof local;
+  getsockname(socket, reinterpret_cast<sockaddr*>(&local), &size);
+  const std::string host = NumericAddress(local, size);
+  return (host.find(':') == std::string::npos ? host : "[" + host + "]") + ":" + std::to_string(port);
+}
+
 std::string Reason() {
   return std::generic_category().message(errno);
 }
@@ -173,7 +182,10 @@ void HttpServer::Accept() {
     return;
   }
   const bool is_refused = workers_.size() >= kMaxConnections;
-  const Client client{.id = next_client_++, .address = NumericAddress(peer, size), .is_local = IsLoopback(peer)};
+  const Client client{.id = next_client_++,
+                      .address = NumericAddress(peer, size),
+                      .reached = ReachedAddress(socket, port_),
+                      .is_local = IsLoopback(peer)};
   Worker& worker = workers_.emplace_back();
   try {
     worker.thread = std::thread([this, &worker, socket, client, is_refused] {

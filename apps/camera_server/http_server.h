@@ -24,6 +24,7 @@ namespace orbelcast::camera_server {
 struct Client {
   std::uint64_t id = 0;   ///< one a connection, never used again
   std::string address;    ///< numeric, without its port
+  std::string reached;    ///< the host and port of this server that it connected to, as an address has them
   bool is_local = false;  ///< it is on this machine
 };
 

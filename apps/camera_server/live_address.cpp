@@ -14,17 +14,6 @@ std::optional<int> ParseNumber(std::string_view text) {
   return number;
 }
 
-/// "0640x0480080": four digits of width, "x", four of height, three of quality.
-std::optional<PictureForm> ParsePictureCode(std::string_view code) {
-  constexpr std::size_t kLength = 12;
-  if (code.size() < kLength || code[4] != 'x') return std::nullopt;
-  const auto width = ParseNumber(code.substr(0, 4));
-  const auto height = ParseNumber(code.substr(5, 4));
-  const auto quality = ParseNumber(code.substr(9, 3));
-  if (!width || !height || !quality) return std::nullopt;
-  return PictureForm{.width = *width, .height = *height, .quality = *quality};
-}
-
 void ReadQuery(std::string_view query, PictureForm& form) {
   while (!query.empty()) {
     const std::string_view item = query.substr(0, query.find('&'));
@@ -41,6 +30,16 @@ void ReadQuery(std::string_view query, PictureForm& form) {
 }
 
 }  // namespace
+
+std::optional<PictureForm> ParsePictureCode(std::string_view code) {
+  constexpr std::size_t kLength = 12;
+  if (code.size() < kLength || code[4] != 'x') return std::nullopt;
+  const auto width = ParseNumber(code.substr(0, 4));
+  const auto height = ParseNumber(code.substr(5, 4));
+  const auto quality = ParseNumber(code.substr(9, 3));
+  if (!width || !height || !quality) return std::nullopt;
+  return PictureForm{.width = *width, .height = *height, .quality = *quality};
+}
 
 std::optional<LiveAddress> ParseLiveAddress(std::string_view target, const PictureForm& form) {
   if (!target.starts_with(kLivePath)) return std::nullopt;

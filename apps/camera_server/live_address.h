@@ -10,6 +10,10 @@ namespace orbelcast::camera_server {
 inline constexpr std::string_view kLivePath = "/live/";
 inline constexpr std::string_view kPictureCodeMark = "?live-special";
 
+/// Reads "0640x0480080": four digits of width, "x", four of height, three of quality, and anything behind. The numbers
+/// are as they stand, not bounded.
+std::optional<PictureForm> ParsePictureCode(std::string_view code);
+
 /// What the target of a live picture says: /live/CAMERA, then any path, then one of
 ///   ?live-specialWWWWxHHHHQQQ              the viewers' picture code: width, height, quality
 ///   ?width=W&height=H&quality=Q            any of the three

@@ -58,8 +58,17 @@ int Serve(const Settings& settings) {
   for (const auto& [camera, fault] : settings.faults) PlanFault(settings, camera, fault, faults);
   RequestLog requests(settings.log_file,
                       settings.shows_passwords ? RequestLog::Credentials::kShown : RequestLog::Credentials::kMasked);
-  Router router(settings, *pictures, faults, requests);
-  HttpServer server("Orbelcast-Camera-Server/1.0", router);
+  Site site(settings);
+  Archive archive(settings);
+  ActivityLog activity;
+  Router router({.settings = settings,
+                 .pictures = *pictures,
+                 .faults = faults,
+                 .site = site,
+                 .archive = archive,
+                 .activity = activity},
+                requests);
+  HttpServer server(kServerName, router);
   server.Listen(settings.address, settings.port);
   std::cout << "listening on " << server.Url() << std::endl;  // flushed: somebody waits for the line
   server.Run(end);

@@ -44,13 +44,25 @@ void Write(cairo_t* cr, double x, double y, double size, const char* family, con
   cairo_show_text(cr, Shorten(cr, text, room).c_str());
 }
 
-void DrawRecordingMark(cairo_t* cr, double right, double y) {
+/// A word with its sign before it: the red dot of a recording, or the triangle of what is played.
+void DrawMark(cairo_t* cr, double right, double y, OverlayMark mark) {
+  if (mark == OverlayMark::kNone) return;
+  const bool is_recording = mark == OverlayMark::kRecording;
+  const char* word = is_recording ? "REC" : "ARCHIVE";
   SetFont(cr, "DejaVu Sans", 13);
-  const double left = right - TextWidth(cr, "REC");
+  const double left = right - TextWidth(cr, word);
   SetColour(cr, Rgb(0xffffff), 0.95);
   cairo_move_to(cr, left, y);
-  cairo_show_text(cr, "REC");
-  FillEllipse(cr, left - 9, y - 5, 5, 5, Rgb(0xff3b30));
+  cairo_show_text(cr, word);
+  if (is_recording) {
+    FillEllipse(cr, left - 9, y - 5, 5, 5, Rgb(0xff3b30));
+  } else {
+    SetColour(cr, Rgb(0x7fd18b));
+    cairo_move_to(cr, left - 13, y - 10);
+    cairo_line_to(cr, left - 4, y - 5);
+    cairo_line_to(cr, left - 13, y);
+    cairo_fill(cr);
+  }
 }
 
 }  // namespace
@@ -60,7 +72,7 @@ void DrawOverlay(cairo_t* cr, int width, int height, const OverlayText& text) {
   const double widest = width / (kPanelWidth + kMargin);
   const double scale = std::min(std::max(fitting, kLeastScale), widest);
   constexpr double kRoom = kPanelWidth - 2 * kInset;
-  constexpr double kRecordingRoom = 60;
+  const double mark_room = text.mark == OverlayMark::kArchive ? 92 : 60;
   cairo_save(cr);
   cairo_scale(cr, scale, scale);
   const double margin = std::min(kMargin, std::max(0.0, (width / scale - kPanelWidth) / 2));
@@ -68,9 +80,9 @@ void DrawOverlay(cairo_t* cr, int width, int height, const OverlayText& text) {
   FillRoundedRectangle(cr, 0, 0, kPanelWidth, kPanelHeight, 9, Rgb(0x0b0f18), 0.58);
   Write(cr, kInset, 63, 38, "DejaVu Sans Mono", LocalTimeWithTenths(text.time), kRoom);
   Write(cr, kInset, 83, 16, "DejaVu Sans Mono", LocalDate(text.time), kRoom);
-  if (text.is_recording) DrawRecordingMark(cr, kPanelWidth - kInset, 25);
+  DrawMark(cr, kPanelWidth - kInset, 25, text.mark);
   // Last: a name that is no UTF-8 ends this context's drawing.
-  Write(cr, kInset, 25, 16, "DejaVu Sans", text.name, kRoom - kRecordingRoom);
+  Write(cr, kInset, 25, 16, "DejaVu Sans", text.name, kRoom - mark_room);
   cairo_restore(cr);
 }
 

@@ -7,11 +7,13 @@
 
 namespace orbelcast::camera_server {
 
+enum class OverlayMark { kNone, kRecording, kArchive };
+
 /// What a camera writes into its picture.
 struct OverlayText {
   std::string name;
   WallClock::time_point time;
-  bool is_recording = false;
+  OverlayMark mark = OverlayMark::kNone;
 };
 
 /// Draws the panel with name, clock and date, on a context in pixels of a picture of `width` by `height`.

@@ -1,6 +1,5 @@
 #include "paint.h"
 
-#include <array>
 #include <cstdint>
 #include <numbers>
 
@@ -10,66 +9,7 @@ namespace {
 
 constexpr double kTurn = 2 * std::numbers::pi;
 
-constexpr std::array<Mood, 4> kMoods{{
-    {.sky_top = Rgb(0x3f86d8),
-     .sky_bottom = Rgb(0xcfe6f5),
-     .far_hills = Rgb(0x86a9bf),
-     .near_hills = Rgb(0x5f9160),
-     .light = {1, 1, 1},
-     .sun = Rgb(0xfff6d0),
-     .sun_x = 0.80,
-     .sun_y = 74,
-     .sun_radius = 26,
-     .cloud = Rgb(0xffffff),
-     .cloud_share = 0.92,
-     .mist = 0,
-     .is_dark = false},
-    {.sky_top = Rgb(0x3d3a78),
-     .sky_bottom = Rgb(0xf7a866),
-     .far_hills = Rgb(0x7b5a80),
-     .near_hills = Rgb(0x574f52),
-     .light = {0.80, 0.62, 0.58},
-     .sun = Rgb(0xffd27a),
-     .sun_x = 0.68,
-     .sun_y = 208,
-     .sun_radius = 32,
-     .cloud = Rgb(0xe88f86),
-     .cloud_share = 0.75,
-     .mist = 0.05,
-     .is_dark = true},
-    {.sky_top = Rgb(0x070d22),
-     .sky_bottom = Rgb(0x27365f),
-     .far_hills = Rgb(0x18233f),
-     .near_hills = Rgb(0x131e2c),
-     .light = {0.27, 0.32, 0.47},
-     .sun = Rgb(0xf2f0df),
-     .sun_x = 0.82,
-     .sun_y = 78,
-     .sun_radius = 20,
-     .cloud = Rgb(0x3a4768),
-     .cloud_share = 0.55,
-     .mist = 0,
-     .is_dark = true},
-    {.sky_top = Rgb(0xa9bccb),
-     .sky_bottom = Rgb(0xf1ebe0),
-     .far_hills = Rgb(0xbac7cf),
-     .near_hills = Rgb(0x9db1a3),
-     .light = {0.86, 0.88, 0.90},
-     .sun = Rgb(0xfffbee),
-     .sun_x = 0.66,
-     .sun_y = 150,
-     .sun_radius = 24,
-     .cloud = Rgb(0xf7f5f0),
-     .cloud_share = 0.6,
-     .mist = 0.45,
-     .is_dark = false},
-}};
-
 }  // namespace
-
-const Mood& MoodOf(int camera) {
-  return kMoods.at(static_cast<std::size_t>(camera - 1) % kMoods.size());
-}
 
 double Scatter(int camera, int index) {
   std::uint32_t bits =

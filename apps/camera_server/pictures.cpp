@@ -14,6 +14,21 @@
 
 namespace orbelcast::camera_server {
 
+namespace {
+
+std::shared_ptr<const std::string> ReadFile(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  std::error_code error;
+  const auto size = std::filesystem::file_size(file, error);
+  if (!stream || error || size > kMaxFileBytes) throw std::runtime_error("cannot send " + file.string());
+  std::string bytes(size, '\0');
+  stream.read(bytes.data(), static_cast<std::streamsize>(size));
+  bytes.resize(static_cast<std::size_t>(stream.gcount()));
+  return std::make_shared<const std::string>(std::move(bytes));
+}
+
+}  // namespace
+
 Picture DrawnPictures::Take(int camera, const PictureForm& form) {
   const Tenth tenth = std::chrono::floor<Tenth::duration>(WallClock::now());
   const auto time = std::chrono::time_point_cast<WallClock::duration>(tenth);
@@ -31,7 +46,12 @@ Picture DrawnPictures::Take(int camera, const PictureForm& form) {
   }
   if (is_ours) {
     try {
-      promise.set_value(Make(camera, form, time));
+      promise.set_value(
+          Make(camera, form,
+               {.name = settings_.NameOf(camera),
+                .time = time,
+                .mark = settings_.IsRecording(camera, time) ? OverlayMark::kRecording : OverlayMark::kNone},
+               settings_.light));
     } catch (...) {
       promise.set_exception(std::current_exception());
     }
@@ -39,20 +59,23 @@ Picture DrawnPictures::Take(int camera, const PictureForm& form) {
   return {made.get(), time};
 }
 
-DrawnPictures::Jpeg DrawnPictures::Make(int camera, const PictureForm& form, WallClock::time_point time) {
-  const OverlayText text{
-      .name = settings_.NameOf(camera), .time = time, .is_recording = settings_.IsRecording(camera, time)};
+Picture DrawnPictures::TakeArchived(int camera, const PictureForm& form, WallClock::time_point time) {
+  const OverlayText text{.name = settings_.NameOf(camera), .time = time, .mark = OverlayMark::kArchive};
+  return {Make(camera, form, text, Light::kClock), time};
+}
+
+DrawnPictures::Jpeg DrawnPictures::Make(int camera, const PictureForm& form, const OverlayText& text, Light light) {
   CairoSurface surface;
   {
     const std::lock_guard lock(scene_mutex_);
-    surface = scene_.Draw(camera, form.width, form.height, text);
+    surface = scene_.Draw(camera, form.width, form.height, text, light);
   }
   return std::make_shared<const std::string>(EncodeJpeg(cairo_image_surface_get_data(surface.get()), form.width,
                                                         form.height, cairo_image_surface_get_stride(surface.get()),
                                                         form.quality));
 }
 
-FolderPictures::FolderPictures(const std::filesystem::path& folder) {
+FolderPictures::FolderPictures(const std::filesystem::path& folder, int archive_step) : archive_step_(archive_step) {
   std::error_code error;
   for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
     const std::string extension = entry->path().extension().string();
@@ -72,19 +95,17 @@ Picture FolderPictures::Take(int camera, const PictureForm& /*form*/) {
     const auto next = next_.try_emplace(camera, static_cast<std::size_t>(camera - 1)).first;
     file = files_.at(next->second++ % files_.size());
   }
-  std::ifstream stream(file, std::ios::binary);
-  std::error_code error;
-  const auto size = std::filesystem::file_size(file, error);
-  if (!stream || error || size > kMaxFileBytes) throw std::runtime_error("cannot send " + file.string());
-  std::string bytes(size, '\0');
-  stream.read(bytes.data(), static_cast<std::streamsize>(size));
-  bytes.resize(static_cast<std::size_t>(stream.gcount()));
-  return {std::make_shared<const std::string>(std::move(bytes)), WallClock::now()};
+  return {ReadFile(file), WallClock::now()};
+}
+
+Picture FolderPictures::TakeArchived(int camera, const PictureForm& /*form*/, WallClock::time_point time) {
+  const auto steps = std::chrono::floor<std::chrono::seconds>(time.time_since_epoch()).count() / archive_step_;
+  return {ReadFile(files_.at(static_cast<std::size_t>(steps + camera) % files_.size())), time};
 }
 
 std::unique_ptr<PictureSource> MakePictureSource(const Settings& settings) {
   if (settings.folder.empty()) return std::make_unique<DrawnPictures>(settings);
-  return std::make_unique<FolderPictures>(settings.folder);
+  return std::make_unique<FolderPictures>(settings.folder, settings.archive_step);
 }
 
 }  // namespace orbelcast::camera_server

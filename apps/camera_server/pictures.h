@@ -28,6 +28,8 @@ class PictureSource {
   virtual ~PictureSource() = default;
   /// The camera's picture now. Throws std::exception when there is none.
   virtual Picture Take(int camera, const PictureForm& form) = 0;
+  /// The picture that the camera took at `time`, of whole seconds.
+  virtual Picture TakeArchived(int camera, const PictureForm& form, WallClock::time_point time) = 0;
 };
 
 /// Draws the scene. A picture is that of the current tenth of a second; however many clients ask for it, it is drawn
@@ -37,13 +39,14 @@ class DrawnPictures final : public PictureSource {
   /// `settings` outlives this.
   explicit DrawnPictures(const Settings& settings) : settings_(settings) {}
   Picture Take(int camera, const PictureForm& form) override;
+  Picture TakeArchived(int camera, const PictureForm& form, WallClock::time_point time) override;
 
  private:
   using Jpeg = std::shared_ptr<const std::string>;
   using Tenth = std::chrono::time_point<WallClock, std::chrono::duration<std::int64_t, std::deci>>;
   using Key = std::tuple<int, int, int, int>;  // camera, width, height, quality
 
-  Jpeg Make(int camera, const PictureForm& form, WallClock::time_point time);
+  Jpeg Make(int camera, const PictureForm& form, const OverlayText& text, Light light);
 
   const Settings& settings_;
   std::mutex made_mutex_;
@@ -54,14 +57,17 @@ class DrawnPictures final : public PictureSource {
 };
 
 /// Sends the JPEG files of a folder as they are, in the order of their names: each request for a camera gets its next
-/// file, round and round; camera 2 begins at the second file, and so on. A size asked for is not heeded.
+/// file, round and round; camera 2 begins at the second file, and so on. The archive has a file each archive step. A
+/// size asked for is not heeded.
 class FolderPictures final : public PictureSource {
  public:
   /// Throws std::runtime_error when the folder cannot be read or holds no .jpg or .jpeg file.
-  explicit FolderPictures(const std::filesystem::path& folder);
+  FolderPictures(const std::filesystem::path& folder, int archive_step);
   Picture Take(int camera, const PictureForm& form) override;
+  Picture TakeArchived(int camera, const PictureForm& form, WallClock::time_point time) override;
 
  private:
+  int archive_step_;  // seconds
   std::vector<std::filesystem::path> files_;
   std::mutex mutex_;
   std::map<int, std::size_t> next_;  // by camera

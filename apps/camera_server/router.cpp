@@ -3,109 +3,134 @@
 #include <algorithm>
 #include <memory>
 #include <optional>
-#include <stdexcept>
-#include <string>
-#include <string_view>
 #include <utility>
 
+#include "bounds.h"
+#include "control.h"
 #include "home_page.h"
+#include "info_text.h"
 #include "live_address.h"
+#include "login_base.h"
+#include "picture_answer.h"
+#include "query.h"
 
 namespace orbelcast::camera_server {
 
 namespace {
 
 constexpr int kVideoNotFound = 506;
+constexpr std::string_view kInfoPath = "/secure/srv_vigilbox$rdxviewer";
+constexpr std::string_view kLookupPath = "/cgi-bin/relaypost.exe";
 
-std::string StatusLine(const std::string& name, int viewers) {
-  return name + ": " + std::to_string(viewers) + (viewers == 1 ? " viewer" : " viewers");
+std::string ViewerCount(int viewers) {
+  return std::to_string(viewers) + (viewers == 1 ? " viewer" : " viewers");
 }
 
-/// The value of the query's first item of that name, or empty.
-std::string_view QueryValue(std::string_view target, std::string_view name) {
-  std::string_view query = target.substr(std::min(target.find('?'), target.size()));
-  while (!query.empty()) {
-    query.remove_prefix(1);  // "?" or "&"
-    const std::string_view item = query.substr(0, query.find('&'));
-    query.remove_prefix(item.size());
-    if (item.starts_with(name) && item.substr(name.size()).starts_with('=')) return item.substr(name.size() + 1);
-  }
-  return {};
+/// Host and port under which the client reached this server: as it says itself, since it may have come through a
+/// forwarded port, unless that is nothing that an address could hold.
+std::string AuthorityOf(const Request& request, const Client& client) {
+  const std::string_view host = request.Header("Host");
+  const auto is_fit = [](char letter) {
+    return (letter >= '0' && letter <= '9') || (letter >= 'A' && letter <= 'Z') || (letter >= 'a' && letter <= 'z') ||
+           std::string_view("-._:[]").find(letter) != std::string_view::npos;
+  };
+  const bool is_good = !host.empty() && host.size() <= kMaxHostBytes && std::all_of(host.begin(), host.end(), is_fit);
+  return is_good ? std::string(host) : client.reached;
 }
 
 }  // namespace
 
 Reply Router::Answer(const Request& request, const Client& client) {
   const std::string_view path = request.Path();
-  if (path.starts_with("/control/")) return AnswerControl(request, client);
-  if (path.starts_with("/live/")) return AnswerLive(request, client);
-  if (auto refused = authenticator_.Refuse(request)) return {std::move(*refused), {}};
-  if (path == "/") return AnswerHome();
-  return {TextResponse(404, "There is nothing here. The cameras are at /live/1, /live/2, and so on; / lists them."),
-          {}};
+  if (path.starts_with("/control/")) return AnswerControl(rooms_, requests_, request, client);
+  if (path.starts_with(kLivePath)) return AnswerLive(request, client);
+  if (request.target.starts_with(kLoginBase)) return AnswerLoginBase(request, client);
+  if (path == kInfoPath) return AnswerInfo(request, client);
+  if (path == kLookupPath) return AnswerRelayLookup(request, client);
+  if (auto refusal = authenticator_.Refuse(request)) {
+    return Refuse(std::move(*refusal), {client.address, Authenticator::UserOf(request)}, "page");
+  }
+  return {HomeOrNothing(path), {}};
 }
 
-Reply Router::AnswerHome() const {
+Reply Router::Refuse(Refusal refusal, const Actor& actor, std::string_view what) {
+  if (refusal.was_wrong) rooms_.activity.Record(actor, "Refused", what);
+  return {std::move(refusal.response), {}};
+}
+
+Response Router::HomeOrNothing(std::string_view path) const {
+  if (path != "/") {
+    return TextResponse(404, "There is nothing here. The cameras are at /live/1, /live/2, and so on; / lists them.");
+  }
   Response response;
   response.headers = {{"Content-Type", "text/html; charset=utf-8"}, {"Cache-Control", "no-store"}};
-  response.body = std::make_shared<const std::string>(HomePage(settings_));
-  return {std::move(response), {}};
-}
-
-Reply Router::AnswerLive(const Request& request, const Client& client) {
-  const LiveAddress address = ParseLiveAddress(request.target, settings_.form).value_or(LiveAddress{});
-  if (!authenticator_.IsLogin(address.login)) {
-    if (auto refused = authenticator_.Refuse(request)) return {std::move(*refused), {}};
-  }
-  if (!settings_.HasCamera(address.camera)) return {TextResponse(kVideoNotFound, "There is no such camera."), {}};
-  return Misbehave(faults_.Next(address.camera), {LivePicture(address, client), {}});
-}
-
-Response Router::LivePicture(const LiveAddress& address, const Client& client) {
-  const Picture picture = pictures_.Take(address.camera, address.form);
-  Response response;
-  response.headers = {
-      {"Content-Type", "image/jpeg"},
-      {"Cache-Control", "no-store"},
-      {"RC_TCR", TimeCode(picture.time)},
-      {"Recording", settings_.IsRecording(address.camera, picture.time) ? "Yes" : "No"},
-      {"HolmvaneStatus", StatusLine(settings_.NameOf(address.camera), viewers_.Note(client.id, address.camera))},
-  };
-  if (!settings_.vigilbox_info.empty()) response.headers.emplace_back("VigilboxInfo", settings_.vigilbox_info);
-  if (!settings_.plug_ins.empty()) response.headers.emplace_back("PlugIns", settings_.plug_ins);
-  response.body = picture.jpeg;
+  response.body = std::make_shared<const std::string>(HomePage(rooms_.settings, rooms_.site));
   return response;
 }
 
-Reply Router::AnswerControl(const Request& request, const Client& client) {
-  if (!client.is_local) return {TextResponse(403, "This is for the server's own machine."), {}};
-  if (request.Path() == "/control/fault") return AnswerFaults(request);
-  if (request.Path() == "/control/requests") return AnswerRequests(request);
-  return {TextResponse(404, "There are /control/fault and /control/requests."), {}};
+Reply Router::AnswerLive(const Request& request, const Client& client) {
+  const LiveAddress address = ParseLiveAddress(request.target, rooms_.settings.form).value_or(LiveAddress{});
+  Actor actor{client.address, authenticator_.UserOfLogin(address.login)};
+  if (actor.user.empty()) actor.user = Authenticator::UserOf(request);
+  if (!authenticator_.IsLogin(address.login)) {
+    if (auto refusal = authenticator_.Refuse(request)) {
+      refusal->was_wrong |= !address.login.empty();
+      return Refuse(std::move(*refusal), actor, "live picture");
+    }
+  }
+  if (!rooms_.settings.HasCamera(address.camera)) return {TextResponse(kVideoNotFound, "There is no such camera."), {}};
+  rooms_.activity.RecordBeginning(actor, "Live", rooms_.settings.NameOf(address.camera), "");
+  const std::string viewers = ViewerCount(viewers_.Note(client.id, address.camera));
+  const Picture picture = rooms_.pictures.Take(address.camera, address.form);
+  return Misbehave(rooms_.faults.Next(address.camera),
+                   {PictureAnswer(rooms_.settings, address.camera, picture, viewers), {}});
 }
 
-Reply Router::AnswerRequests(const Request& request) {
+Reply Router::AnswerLoginBase(const Request& request, const Client& client) {
+  const LoginBaseAddress address = ParseLoginBase(request.target).value_or(LoginBaseAddress{});
+  const Actor actor{client.address, authenticator_.UserOfLoginBase(address.login)};
+  if (auto refusal = authenticator_.RefuseLoginBase(address.login)) {
+    return Refuse(std::move(*refusal), actor, "command");
+  }
+  return AnswerCommand(rooms_, actor, address.command);
+}
+
+Reply Router::AnswerInfo(const Request& request, const Client& client) {
+  const Actor actor{client.address, Authenticator::UserOf(request)};
+  if (auto refusal = authenticator_.RefuseUnlessBasic(request))
+    return Refuse(std::move(*refusal), actor, "information");
+  rooms_.activity.RecordBeginning(actor, "Login", "", "");
+  const Settings& settings = rooms_.settings;
   Response response;
-  response.headers = {{"Content-Type", "application/x-ndjson"}, {"Cache-Control", "no-store"}};
-  const bool is_last_time = QueryValue(request.target, "clear") == "yes";
-  response.body = std::make_shared<const std::string>(is_last_time ? requests_.TakeLines() : requests_.Lines());
-  return {std::move(response), {}};
+  response.headers = {{"Content-Type", "text/plain; charset=utf-8"},
+                      {"Cache-Control", "no-store"},
+                      {"GPS-Lat", settings.gps.latitude},
+                      {"GPS-Lon", settings.gps.longitude},
+                      {"GPS-Alt", settings.gps.altitude},
+                      {"RC_QUERY", settings.rc_query}};
+  std::erase_if(response.headers, [](const auto& header) { return header.second.empty(); });
+  const auto running = std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - start_);
+  response.body =
+      settings.info_text
+          ? settings.info_text
+          : std::make_shared<const std::string>(InfoText(settings, rooms_.site, AuthorityOf(request, client), running));
+  return Misbehave(rooms_.faults.Next(kInfoPlace), {std::move(response), {}});
 }
 
-Reply Router::AnswerFaults(const Request& request) {
-  const std::string_view target = request.target;
-  const std::string_view camera = QueryValue(target, "camera");
-  const std::string_view fault = QueryValue(target, "fault");
-  try {
-    if (!camera.empty() || !fault.empty()) PlanFault(settings_, camera, fault, faults_);
-  } catch (const std::invalid_argument& error) {
-    return {TextResponse(400, error.what()), {}};
-  }
-  std::string lines;
-  for (int each = 1; settings_.HasCamera(each); ++each) {
-    lines += (lines.empty() ? "" : "\r\n") + std::to_string(each) + "=" + FaultText(faults_.Current(each));
-  }
-  return {TextResponse(200, lines), {}};
+Reply Router::AnswerRelayLookup(const Request& request, const Client& client) {
+  return Misbehave(rooms_.faults.Next(kRelayPlace), {RelayLookup(request, client), {}});
+}
+
+Response Router::RelayLookup(const Request& request, const Client& client) {
+  if (QueryValue(request.target, "op") != "rdxviewer") return TextResponse(400, "The lookup is op=rdxviewer.");
+  const std::string_view name = QueryValue(request.target, "account");
+  const auto& accounts = rooms_.settings.accounts;
+  const auto account =
+      std::find_if(accounts.begin(), accounts.end(), [&](const Account& each) { return each.name == name; });
+  if (account == accounts.end()) return TextResponse(404, "There is no such account.");
+  rooms_.activity.RecordBeginning({client.address, ""}, "Relay lookup", account->name, "");
+  return TextResponse(200,
+                      "http://" + (account->address.empty() ? AuthorityOf(request, client) : account->address) + "/");
 }
 
 }  // namespace orbelcast::camera_server

@@ -24,13 +24,27 @@ CairoSurface NewSurface(int width, int height) {
   return surface;
 }
 
+constexpr int kOwnLook = -1;
+/// By the clock a day has this many looks, so that a background serves ten minutes of pictures.
+constexpr int kLooksADay = 24 * 6;
+
+int LookOf(Light light, WallClock::time_point time) {
+  if (light == Light::kOwn) return kOwnLook;
+  const std::tm parts = LocalParts(time);
+  return (parts.tm_hour * 60 + parts.tm_min) * kLooksADay / (24 * 60);
+}
+
+Mood MoodOfLook(int camera, int look) {
+  return look == kOwnLook ? OwnMood(camera) : MoodAt(24.0 * look / kLooksADay);
+}
+
 /// Sets a context from pixels to units, and says how many there are. Every second round of cameras looks from the other
 /// side.
-Stage SetStage(cairo_t* cr, int camera, int width, int height) {
+Stage SetStage(cairo_t* cr, int camera, int width, int height, int look) {
   const double unit = std::min(height / kLeastHeight, width / kLeastWidth);
   const bool is_mirrored = ((camera - 1) / 4) % 2 == 1;
   cairo_scale(cr, unit, unit);
-  const Stage stage{.width = width / unit, .height = height / unit, .camera = camera};
+  const Stage stage{.width = width / unit, .height = height / unit, .camera = camera, .mood = MoodOfLook(camera, look)};
   if (is_mirrored) {
     cairo_translate(cr, stage.width, 0);
     cairo_scale(cr, -1, 1);
@@ -48,13 +62,14 @@ void Copy(cairo_surface_t* from, cairo_surface_t* to) {
 
 }  // namespace
 
-CairoSurface Scene::Draw(int camera, int width, int height, const OverlayText& text) {
+CairoSurface Scene::Draw(int camera, int width, int height, const OverlayText& text, Light light) {
+  const Look look = LookOf(light, text.time);
   CairoSurface picture = NewSurface(width, height);
-  Copy(BackgroundOf(camera, width, height), picture.get());
+  Copy(BackgroundOf(camera, width, height, look), picture.get());
   const CairoContext context(cairo_create(picture.get()));
   cairo_t* cr = context.get();
   cairo_save(cr);
-  const Stage stage = SetStage(cr, camera, width, height);
+  const Stage stage = SetStage(cr, camera, width, height, look);
   DrawActors(cr, stage, std::chrono::duration<double>(text.time.time_since_epoch()).count());
   cairo_restore(cr);
   DrawOverlay(cr, width, height, text);
@@ -62,9 +77,10 @@ CairoSurface Scene::Draw(int camera, int width, int height, const OverlayText& t
   return picture;
 }
 
-cairo_surface_t* Scene::BackgroundOf(int camera, int width, int height) {
+cairo_surface_t* Scene::BackgroundOf(int camera, int width, int height, Look look) {
   const auto found = std::find_if(backgrounds_.begin(), backgrounds_.end(), [&](const Background& background) {
-    return background.camera == camera && background.width == width && background.height == height;
+    return background.camera == camera && background.width == width && background.height == height &&
+           background.look == look;
   });
   if (found != backgrounds_.end()) {
     backgrounds_.splice(backgrounds_.begin(), backgrounds_, found);
@@ -72,8 +88,8 @@ cairo_surface_t* Scene::BackgroundOf(int camera, int width, int height) {
   }
   CairoSurface surface = NewSurface(width, height);
   const CairoContext context(cairo_create(surface.get()));
-  DrawScenery(context.get(), SetStage(context.get(), camera, width, height));
-  backgrounds_.push_front({camera, width, height, std::move(surface)});
+  DrawScenery(context.get(), SetStage(context.get(), camera, width, height, look));
+  backgrounds_.push_front({camera, width, height, look, std::move(surface)});
   background_bytes_ += backgrounds_.front().Bytes();
   while (background_bytes_ > kMaxBackgroundBytes && backgrounds_.size() > 1) {
     background_bytes_ -= backgrounds_.back().Bytes();

@@ -25,20 +25,23 @@ void DrawSky(cairo_t* cr, const Stage& stage, const Mood& mood) {
   FillDownwards(cr, 0, mood.sky_top, stage.Horizon(), mood.sky_bottom);
 }
 
-void DrawStars(cairo_t* cr, const Stage& stage) {
+void DrawStars(cairo_t* cr, const Stage& stage, double opacity) {
   constexpr int kStars = 90;
+  if (opacity <= 0) return;
   for (int i = 0; i < kStars; ++i) {
     const double x = Scatter(stage.camera, 3 * i) * stage.width;
     const double y = Scatter(stage.camera, 3 * i + 1) * (stage.Horizon() - 40);
     const double brightness = Scatter(stage.camera, 3 * i + 2);
-    FillEllipse(cr, x, y, 0.5 + brightness, 0.5 + brightness, Rgb(0xffffff), 0.25 + 0.6 * brightness);
+    FillEllipse(cr, x, y, 0.5 + brightness, 0.5 + brightness, Rgb(0xffffff), opacity * (0.25 + 0.6 * brightness));
   }
 }
 
 void DrawSun(cairo_t* cr, const Stage& stage, const Mood& mood) {
+  constexpr double kOrdinaryHorizon = 244;
   const double x = stage.width * mood.sun_x;
-  FillGlow(cr, x, mood.sun_y, mood.sun_radius * 6, mood.sun, 0.75);
-  FillEllipse(cr, x, mood.sun_y, mood.sun_radius, mood.sun_radius, mood.sun);
+  const double y = mood.sun_y * stage.Horizon() / kOrdinaryHorizon;
+  FillGlow(cr, x, y, mood.sun_radius * 6, mood.sun, 0.75);
+  FillEllipse(cr, x, y, mood.sun_radius, mood.sun_radius, mood.sun);
 }
 
 /// A ridge of waves from edge to edge, down to the foot of the picture.
@@ -224,10 +227,9 @@ Place Chimney(const Stage& stage) {
 }
 
 void DrawScenery(cairo_t* cr, const Stage& stage) {
-  const Mood& mood = MoodOf(stage.camera);
-  const bool is_night = mood.is_dark && mood.sun_radius < 24;
+  const Mood& mood = stage.mood;
   DrawSky(cr, stage, mood);
-  if (is_night) DrawStars(cr, stage);
+  DrawStars(cr, stage, mood.stars);
   DrawSun(cr, stage, mood);
   DrawHills(cr, stage, mood);
   DrawMeadow(cr, stage, mood);
@@ -243,7 +245,7 @@ void DrawScenery(cairo_t* cr, const Stage& stage) {
 }
 
 void DrawStreetLamp(cairo_t* cr, const Stage& stage) {
-  const Mood& mood = MoodOf(stage.camera);
+  const Mood& mood = stage.mood;
   const double x = LampX(stage);
   const double foot = stage.Pavement() + 20;
   const double top = foot - 150;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <map>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -7,6 +9,8 @@
 #include "time_text.h"
 
 namespace orbelcast::camera_server {
+
+inline constexpr const char* kServerName = "Orbelcast-Camera-Server/1.0";
 
 /// Size in pixels and quality (1 to 100) of a picture. Members are within the bounds of bounds.h once Bounded.
 struct PictureForm {
@@ -24,6 +28,27 @@ struct User {
   std::string password;
 };
 
+/// An input or output.
+struct Contact {
+  std::string name;
+  bool is_on = false;  ///< when the server starts
+};
+
+/// An account of the relay service.
+struct Account {
+  std::string name;
+  std::string address;  ///< host, or host and port; empty: this server, as the client reached it
+};
+
+struct GpsPosition {
+  std::string latitude;
+  std::string longitude;
+  std::string altitude;
+};
+
+/// Whose light a live picture shows: the camera's own time of day, which does not pass, or the clock's.
+enum class Light { kOwn, kClock };
+
 enum class AuthenticationScheme { kNone, kBasic, kDigest };
 
 /// What the command line chose.
@@ -32,7 +57,20 @@ struct Settings {
   int port = 8080;
   std::vector<std::string> camera_names;  ///< camera 1 first
   PictureForm form;                       ///< of a request that asks for none
-  std::string folder;                     ///< of JPEG files to send; empty draws the pictures
+  Light light = Light::kOwn;
+  int archive_hours = 24;
+  int archive_step = 1;  ///< seconds
+  std::vector<std::string> alerts;
+  std::vector<Contact> inputs;
+  std::vector<Contact> outputs;
+  std::vector<Account> accounts;
+  std::string system_name = "Orbelcast cameras";
+  GpsPosition gps{"47.3769", "8.5417", "408"};
+  std::string rc_query = "2";
+  std::vector<std::string> info_flags{"AES", "CST", "ADM"};
+  std::map<std::string, std::string> info_values;  ///< by key, in place of the server's own
+  std::shared_ptr<const std::string> info_text;    ///< sent in place of the server's own; may be null
+  std::string folder;                              ///< of JPEG files to send; empty draws the pictures
   Recording recording = Recording::kAlternate;
   std::string vigilbox_info;  ///< the header's value; empty sends none
   std::string plug_ins;       ///< likewise

@@ -2,18 +2,10 @@
 
 #include <array>
 #include <cstdio>
-#include <ctime>
 
 namespace orbelcast::camera_server {
 
 namespace {
-
-std::tm LocalParts(WallClock::time_point time) {
-  const std::time_t seconds = WallClock::to_time_t(std::chrono::floor<std::chrono::seconds>(time));
-  std::tm parts{};
-  localtime_r(&seconds, &parts);
-  return parts;
-}
 
 template <typename... Numbers>
 std::string Print(const char* format, Numbers... numbers) {
@@ -23,6 +15,13 @@ std::string Print(const char* format, Numbers... numbers) {
 }
 
 }  // namespace
+
+std::tm LocalParts(WallClock::time_point time) {
+  const std::time_t seconds = WallClock::to_time_t(std::chrono::floor<std::chrono::seconds>(time));
+  std::tm parts{};
+  localtime_r(&seconds, &parts);
+  return parts;
+}
 
 std::string HttpDate(WallClock::time_point time) {
   // Spelt out here: strftime's names of days and months follow the locale.
@@ -53,6 +52,11 @@ std::string TimeStamp(WallClock::time_point time) {
 std::string LocalDate(WallClock::time_point time) {
   const std::tm parts = LocalParts(time);
   return Print("%04d-%02d-%02d", parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday);
+}
+
+std::string LocalTime(WallClock::time_point time) {
+  const std::tm parts = LocalParts(time);
+  return Print("%02d:%02d:%02d", parts.tm_hour, parts.tm_min, parts.tm_sec);
 }
 
 std::string LocalTimeWithTenths(WallClock::time_point time) {

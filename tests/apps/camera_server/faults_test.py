@@ -27,7 +27,7 @@ class Faults(unittest.TestCase):
         self.assertEqual([self.server.get("/live/1")[0] for _ in range(3)], [404, 404, 200])
         self.server.fault(2, "cut:7*5")
         self.server.raw(GET.replace("live/1", "live/2"))
-        self.assertEqual(self.server.get("/control/fault")[2].split(), [b"1=none", b"2=cut:7*4"])
+        self.assertEqual(self.server.get("/control/fault")[2].split(), [b"1=none", b"2=cut:7*4", b"info=none", b"command=none", b"relay=none"])
         for query in ("camera=3&fault=none", "camera=1&fault=bogus", "camera=1&fault=status", "camera=1&fault=reset:1",
                       "camera=1&fault=reset@0", "camera=1", "fault=none", "camera=1&fault=status:200*2@3"):
             self.assertEqual(self.server.get("/control/fault?" + query)[0], 400, query)

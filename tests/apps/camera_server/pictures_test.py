@@ -69,7 +69,7 @@ class Pictures(unittest.TestCase):
             with server.open(GET) as one, server.open(GET) as two:
                 one.recv(1)
                 two.recv(1)
-                self.assertEqual(server.get("/live/1")[1]["HolmvaneStatus"], "Camera 1: 3 viewers")
+                self.assertEqual(server.get("/live/1")[1]["HolmvaneStatus"], "Lime Street: 3 viewers")
 
     def test_one_picture_a_tenth_of_a_second(self):
         with Server() as server:
