@@ -26,7 +26,8 @@ MachineFigures ReadMachine() {
   MachineFigures figures;
   figures.processors = static_cast<int>(std::thread::hardware_concurrency());
   double load = 0;
-  if (getloadavg(&load, 1) == 1) figures.load_percent = std::min(100, static_cast<int>(100 * load / std::max(1, figures.processors)));
+  if (getloadavg(&load, 1) == 1)
+    figures.load_percent = std::min(100, static_cast<int>(100 * load / std::max(1, figures.processors)));
   const double total = NumberAt("/proc/meminfo", "MemTotal");
   const double available = NumberAt("/proc/meminfo", "MemAvailable");
   if (total > 0) figures.memory_percent = static_cast<int>(100 * (total - available) / total);
