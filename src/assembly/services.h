@@ -6,6 +6,7 @@
 #include "adapters/jpeg/jpeg_decoder.h"
 #include "adapters/png/png_codec.h"
 #include "adapters/posix/configuration_file.h"
+#include "adapters/posix/file_registry.h"
 #include "adapters/posix/posix_files.h"
 #include "adapters/posix/system_clock.h"
 #include "platform/platform.h"
@@ -37,6 +38,7 @@ class Services {
   Services& operator=(const Services&) = delete;
 
   Platform& Get() { return platform_; }
+  const FiberLoop& Loop() const { return loop_; }
 
  private:
   FiberLoop loop_;
@@ -47,7 +49,7 @@ class Services {
   TurboJpegDecoder jpeg_decoder_;
   PngCodec pictures_;
   DeviceContexts device_contexts_;
-  Registry registry_;
+  FileRegistry registry_;
   FfmpegAviFiles avi_files_;
   const Configuration configuration_ = LoadConfigurationOrSayWhy();
   Platform platform_;

@@ -38,6 +38,8 @@ class FiberLoop final : public MessageLoop {
 
   /// Handlers that have begun and not ended.
   std::size_t Handlers() const { return busy_.size(); }
+  /// Whether the caller is one of them.
+  bool InHandler() const { return current_ != nullptr; }
 
  private:
   using Started = std::vector<std::shared_ptr<Completion>>;

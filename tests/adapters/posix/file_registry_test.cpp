@@ -1,0 +1,168 @@
+#include "adapters/posix/file_registry.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+namespace orbelcast {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::SizeIs;
+
+constexpr auto kHive = Registry::Hive::kLocalMachine;
+const std::string kKey = "Software\\Test";
+
+class FileRegistryTest : public testing::Test {
+ protected:
+  FileRegistryTest() { std::filesystem::create_directories(folder_); }
+  ~FileRegistryTest() override { std::filesystem::remove_all(folder_); }
+
+  std::string Text(const std::string& name) const {
+    for (const auto& value : FileRegistry(path_).Values(kHive, kKey).value_or(std::vector<Registry::Value>())) {
+      if (value.name == name) return value.text;
+    }
+    return {};
+  }
+  void WriteFile(const std::string& text) const { std::ofstream(path_) << text; }
+  std::string ReadFile(const std::string& path) const {
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+  }
+
+  const std::string folder_ = testing::TempDir() + "file_registry_" + std::to_string(::getpid());
+  const std::string path_ = folder_ + "/made/registry.json";
+};
+
+/// Runs `work` in another process.
+template <typename Work>
+pid_t InAnotherProcess(Work work) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    work();
+    ::_exit(0);
+  }
+  return child;
+}
+
+void AwaitEnd(pid_t child) {
+  int status = 0;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+}
+
+TEST_F(FileRegistryTest, KeepsValuesInTheirOrderForTheNextProgram) {
+  EXPECT_EQ(FileRegistry(path_).Values(kHive, kKey), std::nullopt);
+  {
+    FileRegistry registry(path_);
+    EXPECT_TRUE(registry.SetValue(kHive, kKey, "Resolution", "15"));
+    EXPECT_TRUE(registry.SetValue(kHive, kKey, "FPS", "\xc3\xa9\"\\\n"));
+    EXPECT_TRUE(registry.SetValue(kHive, kKey, "Resolution", "16"));
+    EXPECT_TRUE(registry.SetValue(Registry::Hive::kCurrentUser, kKey, "FPS", "other hive"));
+    EXPECT_FALSE(registry.SetValue(kHive, kKey, "FPS", "\xff is no UTF-8"));
+  }
+  const auto values = FileRegistry(path_).Values(kHive, kKey);
+  ASSERT_TRUE(values);
+  ASSERT_THAT(*values, SizeIs(2));
+  EXPECT_EQ((*values)[0].name + "=" + (*values)[0].text, "Resolution=16");
+  EXPECT_EQ((*values)[1].name + "=" + (*values)[1].text, "FPS=\xc3\xa9\"\\\n");
+}
+
+TEST_F(FileRegistryTest, DeletesAKeyWithAllBelowItAndNothingBeside) {
+  FileRegistry registry(path_);
+  registry.SetValue(kHive, kKey, "a", "1");
+  registry.SetValue(kHive, kKey + "\\Below", "b", "2");
+  registry.SetValue(kHive, kKey + "Beside", "c", "3");
+  EXPECT_TRUE(registry.DeleteKey(kHive, kKey));
+  EXPECT_FALSE(registry.DeleteKey(kHive, kKey));
+  EXPECT_FALSE(registry.Values(kHive, kKey));
+  EXPECT_FALSE(registry.Values(kHive, kKey + "\\Below"));
+  EXPECT_TRUE(registry.Values(kHive, kKey + "Beside"));
+}
+
+TEST_F(FileRegistryTest, TwoProcessesThatWriteAtOnceLoseNothing) {
+  constexpr int kEach = 40;
+  std::vector<pid_t> children;
+  for (const std::string name : {"one", "other"}) {
+    children.push_back(InAnotherProcess([&] {
+      FileRegistry registry(path_);
+      for (int i = 0; i < kEach; ++i) registry.SetValue(kHive, kKey, name + std::to_string(i), "x");
+    }));
+  }
+  for (const pid_t child : children) AwaitEnd(child);
+  EXPECT_THAT(FileRegistry(path_).Values(kHive, kKey).value(), SizeIs(2 * kEach));
+}
+
+TEST_F(FileRegistryTest, AProcessThatIsKilledLeavesAWholeFileAndNoLock) {
+  FileRegistry registry(path_);
+  ASSERT_TRUE(registry.SetValue(kHive, kKey, "kept", "yes"));
+  for (int round = 0; round < 10; ++round) {
+    const pid_t child = InAnotherProcess([&] {
+      for (std::uint64_t i = 0;; ++i) FileRegistry(path_).SetValue(kHive, kKey, "count", std::to_string(i));
+    });
+    std::this_thread::sleep_for(std::chrono::milliseconds(10 + 3 * round));
+    ::kill(child, SIGKILL);
+    AwaitEnd(child);
+    EXPECT_EQ(Text("kept"), "yes");
+    EXPECT_TRUE(registry.SetValue(kHive, kKey, "round", std::to_string(round)));
+  }
+  EXPECT_FALSE(std::filesystem::exists(path_ + ".damaged"));
+}
+
+TEST_F(FileRegistryTest, ADamagedFileIsKeptAsideAndReported) {
+  ASSERT_TRUE(FileRegistry(path_).SetValue(kHive, kKey, "FPS", "7"));
+  const std::string cut = ReadFile(path_).substr(0, 20);
+  WriteFile(cut);
+  testing::internal::CaptureStderr();
+  EXPECT_FALSE(FileRegistry(path_).Values(kHive, kKey));
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr(path_ + ".damaged"));
+  EXPECT_EQ(ReadFile(path_ + ".damaged"), cut);
+  EXPECT_FALSE(std::filesystem::exists(path_));
+
+  const std::string wrong_form = R"({"HKEY_LOCAL_MACHINE": {"Software\\Test": {"FPS": 7}}})";
+  WriteFile(wrong_form);
+  testing::internal::CaptureStderr();
+  EXPECT_TRUE(FileRegistry(path_).SetValue(kHive, kKey, "FPS", "8"));
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr(path_ + ".damaged.2"));
+  EXPECT_EQ(ReadFile(path_ + ".damaged.2"), wrong_form);
+  EXPECT_EQ(ReadFile(path_ + ".damaged"), cut);
+  EXPECT_EQ(Text("FPS"), "8");
+}
+
+TEST_F(FileRegistryTest, WhatCannotBeWrittenAnswersFalse) {
+  std::ofstream(folder_ + "/file") << "not a folder";
+  FileRegistry registry(folder_ + "/file/registry.json");
+  EXPECT_FALSE(registry.SetValue(kHive, kKey, "FPS", "7"));
+  EXPECT_FALSE(registry.DeleteKey(kHive, kKey));
+  EXPECT_FALSE(registry.Values(kHive, kKey));
+}
+
+TEST_F(FileRegistryTest, ALinkToTheFileStaysOne) {
+  ASSERT_TRUE(FileRegistry(path_).SetValue(kHive, kKey, "FPS", "7"));
+  const std::string link = folder_ + "/link.json";
+  std::filesystem::create_symlink(path_, link);
+  EXPECT_TRUE(FileRegistry(link).SetValue(kHive, kKey, "FPS", "8"));
+  EXPECT_TRUE(std::filesystem::is_symlink(link));
+  EXPECT_EQ(Text("FPS"), "8");
+}
+
+TEST_F(FileRegistryTest, TheEnvironmentNamesTheFile) {
+  ::setenv("ORBELCAST_REGISTRY", path_.c_str(), 1);
+  EXPECT_EQ(FileRegistry().Path(), path_);
+  ::unsetenv("ORBELCAST_REGISTRY");
+  ::setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
+  EXPECT_EQ(FileRegistry().Path(), folder_ + "/orbelcast/registry.json");
+  ::unsetenv("XDG_CONFIG_HOME");
+}
+
+}  // namespace
+}  // namespace orbelcast
