@@ -60,6 +60,7 @@ inline constexpr Result DISP_E_MEMBERNOTFOUND = static_cast<Result>(0x80020003U)
 inline constexpr Result DISP_E_PARAMNOTFOUND = static_cast<Result>(0x80020004U);
 inline constexpr Result DISP_E_TYPEMISMATCH = static_cast<Result>(0x80020005U);
 inline constexpr Result DISP_E_UNKNOWNNAME = static_cast<Result>(0x80020006U);
+inline constexpr Result DISP_E_BADVARTYPE = static_cast<Result>(0x80020008U);  ///< A variant of no known type.
 inline constexpr Result DISP_E_OVERFLOW = static_cast<Result>(0x8002000AU);
 inline constexpr Result DISP_E_BADPARAMCOUNT = static_cast<Result>(0x8002000EU);
 inline constexpr Result DISP_E_PARAMNOTOPTIONAL = static_cast<Result>(0x8002000FU);
@@ -207,9 +208,9 @@ struct IDispatch : IUnknown {
   /// `arguments` may be null where there are none.
   ///
   /// DISP_E_MEMBERNOTFOUND: no such member, or it cannot be used that way (writing a property that can only be read).
-  /// DISP_E_TYPEMISMATCH, DISP_E_OVERFLOW: a value that cannot be converted. DISP_E_BADPARAMCOUNT: too many.
-  /// DISP_E_PARAMNOTOPTIONAL: one too few. DISP_E_PARAMNOTFOUND: an argument's id that the member does not have, or has
-  /// by position already.
+  /// DISP_E_TYPEMISMATCH, DISP_E_OVERFLOW, DISP_E_BADVARTYPE: a value that cannot be converted. DISP_E_BADPARAMCOUNT:
+  /// too many. DISP_E_PARAMNOTOPTIONAL: one too few. DISP_E_PARAMNOTFOUND: an argument's id that the member does not
+  /// have, or has by position already.
   virtual Result Invoke(std::int32_t id, std::uint16_t kind, Arguments* arguments, Variant* result,
                         std::uint32_t* wrong_argument) = 0;
 
@@ -362,7 +363,7 @@ struct IHostServices : IUnknown {
   /// Runs the message loop for that long. E_INVALIDARG for a negative time.
   virtual Result RunLoop(std::int32_t milliseconds) = 0;
   /// Waits until something is due, but not longer than that, and handles it; 0 handles what is due and does not wait.
-  /// S_FALSE where the time passed with nothing to do.
+  /// S_FALSE when the time has passed. Inside an event it only yields.
   virtual Result HandleNext(std::int32_t milliseconds) = 0;
   /// Makes a surface of so many pixels; at most 65535 to a side and 64 megapixels, else E_INVALIDARG.
   virtual Result CreateSurface(std::int32_t width, std::int32_t height, ISurface** surface) = 0;

@@ -15,6 +15,7 @@ class HeadlessPlatform {
   explicit HeadlessPlatform(Dialogs& dialogs) : services_(queue_, screen_, clipboard_, dialogs) {}
 
   Platform& Get() { return services_.Get(); }
+  const FiberLoop& Loop() const { return services_.Loop(); }
 
  private:
   HeadlessQueue queue_;

@@ -1,0 +1,165 @@
+/// The library as a host meets it: loaded by its file name, through its entry points alone.
+
+#include <dlfcn.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <sstream>
+#include <string>
+#include <thread>
+
+#include "orbelcast/orbelcast.h"
+
+namespace orbelcast::server {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr const char* kPath = ORBELCAST_LIBRARY;
+
+class Library {
+ public:
+  Library() : handle_(::dlopen(kPath, RTLD_NOW | RTLD_LOCAL)) {}
+  ~Library() {
+    if (handle_ != nullptr) ::dlclose(handle_);
+  }
+  Library(const Library&) = delete;
+  Library& operator=(const Library&) = delete;
+
+  bool Loaded() const { return handle_ != nullptr; }
+  Result GetClassObject(const Guid& class_id, const Guid& interface_id, void** object) const {
+    return Entry<GetClassObjectFunction>("DllGetClassObject")(&class_id, &interface_id, object);
+  }
+  Result CanUnloadNow() const { return Entry<CanUnloadNowFunction>("DllCanUnloadNow")(); }
+  Result Register() const { return Entry<RegisterServerFunction>("DllRegisterServer")(); }
+  Result Unregister() const { return Entry<RegisterServerFunction>("DllUnregisterServer")(); }
+
+  Held<IClassFactory> Factory(const Guid& class_id = kVideoServerPushClass) const {
+    Held<IClassFactory> factory;
+    EXPECT_EQ(GetClassObject(class_id, IClassFactory::kId, factory.Put()), S_OK);
+    return factory;
+  }
+
+ private:
+  template <typename Function>
+  Function* Entry(const char* name) const {
+    return reinterpret_cast<Function*>(::dlsym(handle_, name));
+  }
+
+  void* const handle_;
+};
+
+Held<IDispatch> Create(const Held<IClassFactory>& factory) {
+  Held<IDispatch> control;
+  EXPECT_EQ(factory->CreateInstance(nullptr, &IDispatch::kId, control.Put()), S_OK);
+  return control;
+}
+
+TEST(LibraryTest, ExportsItsFourEntryPointsAndNothingElse) {
+  std::FILE* const output = ::popen((std::string("nm -D --defined-only '") + kPath + "'").c_str(), "r");
+  ASSERT_NE(output, nullptr);
+  std::set<std::string> names;
+  std::array<char, 1024> line;
+  while (std::fgets(line.data(), line.size(), output) != nullptr) {
+    std::string name(line.data());
+    name = name.substr(name.rfind(' ') + 1);
+    names.insert(name.substr(0, name.find('\n')));
+  }
+  EXPECT_EQ(::pclose(output), 0);
+  EXPECT_EQ(names, (std::set<std::string>{"DllCanUnloadNow", "DllGetClassObject", "DllRegisterServer",
+                                          "DllUnregisterServer"}));
+}
+
+TEST(LibraryTest, IsLoadedUsedAndUnloadedTwice) {
+  for (int round = 0; round < 2; ++round) {
+    {
+      const Library library;
+      ASSERT_TRUE(library.Loaded()) << ::dlerror();
+      {
+        const auto factory = library.Factory();
+        const auto one = Create(factory);
+        const auto other = Create(factory);
+        EXPECT_EQ(one.As<IControl>()->Place(9600, 7200), S_OK);
+        EXPECT_EQ(other.As<IHostServices>()->RunLoop(20), S_OK);
+        EXPECT_EQ(library.CanUnloadNow(), S_FALSE);
+      }
+      EXPECT_EQ(library.CanUnloadNow(), S_OK);
+    }
+    EXPECT_EQ(::dlopen(kPath, RTLD_NOW | RTLD_NOLOAD), nullptr) << "it is still loaded";
+  }
+}
+
+TEST(LibraryTest, CountsEveryKindOfUse) {
+  const Library library;
+  ASSERT_TRUE(library.Loaded());
+  EXPECT_EQ(library.CanUnloadNow(), S_OK);
+  auto factory = library.Factory();
+  EXPECT_EQ(library.CanUnloadNow(), S_FALSE);
+  EXPECT_EQ(factory->LockServer(1), S_OK);
+  factory.Release();
+  EXPECT_EQ(library.CanUnloadNow(), S_FALSE) << "locked";
+  EXPECT_EQ(library.Factory()->LockServer(0), S_OK);
+  EXPECT_EQ(library.CanUnloadNow(), S_OK);
+
+  Held<ISurface> surface;
+  EXPECT_EQ(library.Factory().As<IHostServices>()->CreateSurface(4, 4, surface.PutTyped()), S_OK);
+  EXPECT_EQ(library.CanUnloadNow(), S_FALSE);
+  surface.Release();
+  EXPECT_EQ(library.CanUnloadNow(), S_OK);
+}
+
+TEST(LibraryTest, RefusesWhatItHasNot) {
+  const Library library;
+  ASSERT_TRUE(library.Loaded());
+  void* object = this;
+  EXPECT_EQ(library.GetClassObject(IDispatch::kId, IClassFactory::kId, &object), CLASS_E_CLASSNOTAVAILABLE);
+  EXPECT_EQ(object, nullptr);
+  EXPECT_EQ(library.GetClassObject(kVideoServerPushClass, IDispatch::kId, &object), E_NOINTERFACE);
+  EXPECT_EQ(library.GetClassObject(kVideoServerPushClass, IClassFactory::kId, nullptr), E_POINTER);
+  {
+    const auto factory = library.Factory();
+    EXPECT_EQ(factory->CreateInstance(factory.Get(), &IDispatch::kId, &object), CLASS_E_NOAGGREGATION);
+    EXPECT_EQ(factory->CreateInstance(nullptr, &IClassFactory::kId, &object), E_NOINTERFACE);
+    const auto viewer = Create(factory);
+    Result elsewhere = S_OK;
+    std::thread([&] { elsewhere = viewer->Invoke(0x68030000, kPropertyGet, nullptr, nullptr, nullptr); }).join();
+    EXPECT_EQ(elsewhere, RPC_E_WRONG_THREAD);
+  }
+  EXPECT_EQ(library.CanUnloadNow(), S_OK);
+}
+
+TEST(LibraryTest, RegistersItsClassesAndRemovesThem) {
+  const std::string folder = testing::TempDir() + "library_" + std::to_string(::getpid());
+  const std::string path = folder + "/registry.json";
+  ::setenv("ORBELCAST_REGISTRY", path.c_str(), 1);
+  const auto text = [&] {
+    std::ostringstream read;
+    read << std::ifstream(path).rdbuf();
+    return read.str();
+  };
+  const Library library;
+  ASSERT_TRUE(library.Loaded());
+  EXPECT_EQ(library.Register(), S_OK);
+  EXPECT_THAT(text(), HasSubstr(kPath));
+  EXPECT_THAT(text(), HasSubstr("{9056793E-AD07-40A0-81FF-B1A1103716F6}"));
+  EXPECT_THAT(text(), HasSubstr("Orbelcast.VideoServerPush"));
+  EXPECT_EQ(library.Unregister(), S_OK);
+  EXPECT_THAT(text(), Not(HasSubstr("Orbelcast")));
+  EXPECT_EQ(library.Unregister(), S_OK) << "there is nothing left to remove";
+
+  ::setenv("ORBELCAST_REGISTRY", (path + "/below/a/file").c_str(), 1);
+  EXPECT_EQ(library.Register(), SELFREG_E_CLASS);
+  ::unsetenv("ORBELCAST_REGISTRY");
+  std::filesystem::remove_all(folder);
+}
+
+}  // namespace
+}  // namespace orbelcast::server
