@@ -15,7 +15,7 @@ import tempfile
 DOORS = {
     "platform": [],
     "imaging": ["platform"],
-    "recording": ["platform"],
+    "recording": ["imaging", "platform"],
     "mosaic": ["platform"],
     "protocol": ["platform"],
     "viewer": ["recording", "mosaic", "imaging", "protocol", "platform"],
