@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <limits>
+#include <utility>
 
 namespace orbelcast {
 
@@ -31,16 +32,18 @@ bool CannotReserve(int error) {
 
 }  // namespace
 
-std::unique_ptr<ClipFile> ClipFile::Create(const std::string& path) {
-  const int descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, 0666);
-  if (descriptor < 0) return nullptr;
-  std::unique_ptr<ClipFile> file(new ClipFile(descriptor, path));
+ClipFile::ClipFile(std::string path) : path_(std::move(path)) {
+  // A pipe or a terminal is not waited for, but refused.
+  descriptor_ = ::open(path_.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, 0666);
   struct stat status {};
-  if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) return nullptr;
-  return file;
+  if (IsOpen() && (::fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode))) {
+    ::close(descriptor_);
+    descriptor_ = -1;
+  }
 }
 
 ClipFile::~ClipFile() {
+  if (!IsOpen()) return;
   if (size_ == 0 && IsStillAtItsPath()) {
     ::unlink(path_.c_str());
   } else if (reserved_ > size_) {
@@ -50,9 +53,9 @@ ClipFile::~ClipFile() {
 }
 
 bool ClipFile::Reserve(std::int64_t size) {
-  if (size <= reserved_) return true;
   const std::int64_t largest = LargestFile();
   if (size > largest) return false;
+  if (size <= reserved_) return true;
   // Full to the last step, a disk may still have room for what is really needed.
   for (const std::int64_t end : {std::min(size + kReserveStep, largest), size}) {
     if (::fallocate(descriptor_, FALLOC_FL_KEEP_SIZE, reserved_, end - reserved_) == 0) {
@@ -90,8 +93,8 @@ void ClipFile::CutOff(std::int64_t size) {
 bool ClipFile::IsStillAtItsPath() const {
   struct stat own {};
   struct stat there {};
-  return ::fstat(descriptor_, &own) == 0 && S_ISREG(own.st_mode) && ::lstat(path_.c_str(), &there) == 0 &&
-         own.st_dev == there.st_dev && own.st_ino == there.st_ino;
+  return ::fstat(descriptor_, &own) == 0 && ::stat(path_.c_str(), &there) == 0 && own.st_dev == there.st_dev &&
+         own.st_ino == there.st_ino;
 }
 
 }  // namespace orbelcast

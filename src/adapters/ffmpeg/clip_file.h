@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <span>
 #include <string>
 
@@ -14,18 +13,21 @@ namespace orbelcast {
 /// that ends with the last byte written.
 class ClipFile {
  public:
-  /// Makes the file, or empties the one that is there; null where that cannot be done. Ordinary files only.
-  static std::unique_ptr<ClipFile> Create(const std::string& path);
+  /// Makes the file, or empties the one that is there. Ordinary files only.
+  explicit ClipFile(std::string path);
   /// Closes the file. One that nothing was written to is removed.
-  ~ClipFile();
+  virtual ~ClipFile();
   ClipFile(const ClipFile&) = delete;
   ClipFile& operator=(const ClipFile&) = delete;
 
+  /// False where the file could not be made: then nothing else may be asked of it.
+  bool IsOpen() const { return descriptor_ >= 0; }
+
   /// Whether the file may grow to `size` bytes: there is room on the disk, and the process may make files as large.
-  bool Reserve(std::int64_t size);
+  virtual bool Reserve(std::int64_t size);
 
   /// Writes all of `bytes` at the place, and moves it. False, with errno, where only some could be written or none.
-  bool Write(std::span<const std::uint8_t> bytes);
+  virtual bool Write(std::span<const std::uint8_t> bytes);
   void Seek(std::int64_t place) { place_ = place; }
   std::int64_t Place() const { return place_; }
   std::int64_t Size() const { return size_; }
@@ -33,11 +35,10 @@ class ClipFile {
   void CutOff(std::int64_t size);
 
  private:
-  ClipFile(int descriptor, std::string path) : descriptor_(descriptor), path_(std::move(path)) {}
   bool IsStillAtItsPath() const;
 
-  const int descriptor_;
   const std::string path_;
+  int descriptor_ = -1;
   std::int64_t place_ = 0;
   std::int64_t size_ = 0;
   std::int64_t reserved_ = 0;

@@ -99,8 +99,8 @@ std::vector<std::string> FfmpegAviFiles::Codecs() const {
 }
 
 std::unique_ptr<AviFile> FfmpegAviFiles::Create(const std::string& path) {
-  auto file = ClipFile::Create(path);
-  if (!file) return nullptr;
+  auto file = std::make_unique<ClipFile>(path);
+  if (!file->IsOpen()) return nullptr;
   return std::make_unique<FfmpegAviFile>(std::move(file));
 }
 

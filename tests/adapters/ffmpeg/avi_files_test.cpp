@@ -1,0 +1,397 @@
+// Clips written by the adapter, read back by what people have: ffprobe and OpenCV.
+
+#include "adapters/ffmpeg/ffmpeg_avi_files.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <csignal>
+#include <cstring>
+#include <fstream>
+#include <opencv2/core.hpp>
+
+#include "adapters/ffmpeg/avi_muxer.h"
+#include "clip_reader.h"
+
+namespace orbelcast {
+namespace {
+
+/// A picture with soft slopes, an edge that moves with `time`, and a size that makes rows need filling.
+struct Picture {
+  int width;
+  int height;
+  std::vector<std::uint8_t> pixels;
+
+  Picture(int picture_width, int picture_height, int time)
+      : width(picture_width), height(picture_height), pixels(RowBytes() * static_cast<std::size_t>(height)) {
+    for (int y = 0; y < height; ++y) {
+      for (int x = 0; x < width; ++x) {
+        std::uint8_t* pixel = At(x, y);
+        pixel[0] = static_cast<std::uint8_t>(255 * x / width);
+        pixel[1] = static_cast<std::uint8_t>(255 * y / height);
+        pixel[2] = x < width * (time % 10) / 10 ? 200 : 40;
+      }
+    }
+  }
+  std::size_t RowBytes() const { return static_cast<std::size_t>(width * 3 + 3) / 4 * 4; }
+  /// The pixel at a place counted from the top-left corner.
+  std::uint8_t* At(int x, int y) {
+    return pixels.data() + static_cast<std::size_t>(height - 1 - y) * RowBytes() + static_cast<std::size_t>(x) * 3;
+  }
+  AviSample Sample() const { return {width, height, pixels, true}; }
+  cv::Mat AsMat() {
+    cv::Mat mat(height, width, CV_8UC3);
+    for (int y = 0; y < height; ++y) std::memcpy(mat.ptr(y), At(0, y), static_cast<std::size_t>(width) * 3);
+    return mat;
+  }
+};
+
+std::vector<std::uint8_t> InfoHeader(std::int32_t width, std::int32_t height, std::uint8_t bits = 24) {
+  std::vector<std::uint8_t> header(40);
+  header[0] = 40;
+  std::memcpy(header.data() + 4, &width, 4);
+  std::memcpy(header.data() + 8, &height, 4);
+  header[12] = 1;
+  header[14] = bits;
+  return header;
+}
+
+double Psnr(const cv::Mat& one, const cv::Mat& other) {
+  return one.size() == other.size() ? cv::PSNR(one, other) : 0;
+}
+
+class AviFilesTest : public testing::Test {
+ protected:
+  AviFilesTest() { std::filesystem::create_directories(folder_); }
+  ~AviFilesTest() override {
+    std::error_code ignored;
+    std::filesystem::remove_all(folder_, ignored);
+  }
+
+  std::filesystem::path Path(const std::string& name = "clip.avi") const { return folder_ / name; }
+
+  /// A clip that is ready for its first sample.
+  std::unique_ptr<AviFile> Begin(const Dialogs::Compression& choice, int width, int height, int rate = 5) {
+    auto file = files_.Create(Path().string());
+    EXPECT_TRUE(file);
+    EXPECT_TRUE(file->CreateStream({.scale = 1, .rate = rate, .width = width, .height = height}));
+    EXPECT_TRUE(file->MakeCompressedStream(choice));
+    EXPECT_TRUE(file->SetFormat(InfoHeader(width, height)));
+    return file;
+  }
+
+  FfmpegAviFiles files_;
+
+ private:
+  const std::filesystem::path folder_ =
+      std::filesystem::temp_directory_path() / ("orbelcast-clips-" + std::to_string(::getpid()));
+};
+
+struct Compression {
+  const char* name;
+  const char* codec;
+  double psnr;  ///< At least; infinite where nothing may be lost.
+};
+
+class EveryCompression : public AviFilesTest, public testing::WithParamInterface<Compression> {};
+
+INSTANTIATE_TEST_SUITE_P(, EveryCompression,
+                         testing::Values(Compression{"Uncompressed", "rawvideo", INFINITY},
+                                         Compression{"Motion JPEG", "mjpeg", 33}, Compression{"MPEG-4", "mpeg4", 33},
+                                         Compression{"HuffYUV", "huffyuv", INFINITY}),
+                         [](const auto& each) { return std::string(each.param.codec); });
+
+TEST_P(EveryCompression, ComesBackPictureByPictureAtItsPosition) {
+  ASSERT_THAT(files_.Codecs(), testing::Contains(GetParam().name));
+  const auto file = Begin({.codec = GetParam().name}, 99, 65, 7);
+  const std::vector<int> positions{1, 2, 3, 5, 9, 10};
+  for (int position : positions) EXPECT_TRUE(file->Write(position, Picture(99, 65, position).Sample()));
+  file->Release();
+
+  auto said = tests::Probe(Path());
+  EXPECT_EQ(said["complaints"], "");
+  EXPECT_EQ(said["codec_name"], GetParam().codec);
+  EXPECT_EQ(said["width"] + "x" + said["height"], "99x65");
+  EXPECT_EQ(said["nb_frames"], "11");
+  EXPECT_EQ(said["nb_read_frames"], "6");
+  EXPECT_EQ(tests::Positions(Path()), positions);
+
+  cv::VideoCapture capture(Path().string(), cv::CAP_FFMPEG);
+  EXPECT_EQ(capture.get(cv::CAP_PROP_FPS), 7);
+  const auto pictures = tests::ReadPictures(Path());
+  ASSERT_EQ(pictures.size(), positions.size());
+  for (std::size_t i = 0; i < positions.size(); ++i) {
+    Picture written(99, 65, positions[i]);
+    if (std::isinf(GetParam().psnr)) {
+      EXPECT_EQ(cv::norm(pictures[i], written.AsMat(), cv::NORM_INF), 0) << positions[i];
+    } else {
+      EXPECT_GT(Psnr(pictures[i], written.AsMat()), GetParam().psnr) << positions[i];
+    }
+  }
+}
+
+TEST_P(EveryCompression, FitsPicturesOfAnotherSizeAndRefusesHalfOnes) {
+  const auto file = Begin({.codec = GetParam().name}, 80, 40);
+  EXPECT_TRUE(file->Write(0, Picture(80, 40, 1).Sample()));
+  Picture tall(50, 100, 9);
+  EXPECT_TRUE(file->Write(1, tall.Sample()));
+  EXPECT_TRUE(file->Write(2, Picture(1, 3, 1).Sample()));
+  EXPECT_TRUE(file->Write(3, Picture(401, 7, 1).Sample()));
+  const auto half = std::span(tall.pixels).first(tall.pixels.size() - 1);
+  EXPECT_FALSE(file->Write(4, {tall.width, tall.height, half, true}));
+  EXPECT_FALSE(file->Write(4, {-1, 1, half, true}));
+  EXPECT_FALSE(file->Write(4, {}));
+  EXPECT_FALSE(file->Write(3, Picture(80, 40, 1).Sample()));  // not after the last one
+  EXPECT_TRUE(file->Write(4, Picture(80, 40, 2).Sample()));
+  file->Release();
+  EXPECT_FALSE(file->Write(5, Picture(80, 40, 2).Sample()));
+
+  const auto pictures = tests::ReadPictures(Path());
+  ASSERT_EQ(pictures.size(), 5);
+  // 20 × 40 pixels of picture in the middle, black beside them.
+  EXPECT_GT(cv::mean(pictures[1](cv::Rect(32, 5, 16, 30)))[1], 100);
+  EXPECT_LT(cv::mean(pictures[1](cv::Rect(0, 0, 28, 40)))[1], 8);
+  EXPECT_LT(cv::mean(pictures[1](cv::Rect(52, 0, 28, 40)))[1], 8);
+  EXPECT_GT(Psnr(pictures[4], Picture(80, 40, 2).AsMat()), 30);
+}
+
+// A process that is killed has written no index; what it wrote is all there.
+TEST_P(EveryCompression, KeepsEveryFrameOfAKilledProcess) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    const auto file = Begin({.codec = GetParam().name}, 64, 48);
+    for (int position = 1; position <= 20; ++position) {
+      if (!file->Write(position, Picture(64, 48, position).Sample())) ::_exit(1);
+    }
+    ::raise(SIGKILL);
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
+
+  auto said = tests::Probe(Path());
+  EXPECT_EQ(said["nb_frames"], "21");
+  EXPECT_EQ(said["nb_read_frames"], "20");
+  const auto pictures = tests::ReadPictures(Path());
+  ASSERT_EQ(pictures.size(), 20);
+  EXPECT_GT(Psnr(pictures.back(), Picture(64, 48, 20).AsMat()), 30);
+}
+
+/// The largest file that this process may write, for a while.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t bytes) {
+    ::getrlimit(RLIMIT_FSIZE, &old_);
+    rlimit limit = old_;
+    limit.rlim_cur = bytes;
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &old_); }
+
+ private:
+  rlimit old_{};
+};
+
+/// Noise does not compress: the clip grows by a known measure.
+Picture Noise(int width, int height, int seed) {
+  Picture picture(width, height, 0);
+  std::uint32_t state = static_cast<std::uint32_t>(seed) * 2654435761u + 1;
+  for (std::uint8_t& byte : picture.pixels) {
+    state = state * 1664525u + 1013904223u;
+    byte = static_cast<std::uint8_t>(state >> 24);
+  }
+  return picture;
+}
+
+TEST_P(EveryCompression, EndsWellWhenThereIsNoMoreRoom) {
+  int written = 0;
+  {
+    const FileSizeLimit limit(1'000'000);
+    const auto file = Begin({.codec = GetParam().name}, 160, 120);
+    bool refused = false;
+    for (int position = 0; position < 500; ++position) {
+      const bool worked = file->Write(position, Noise(160, 120, position).Sample());
+      EXPECT_FALSE(refused && worked);
+      refused = !worked;
+      written += worked ? 1 : 0;
+    }
+    EXPECT_TRUE(refused);
+    file->Release();
+  }
+  EXPECT_GT(written, 5);
+  EXPECT_GT(std::filesystem::file_size(Path()), 700'000);
+  auto said = tests::Probe(Path());
+  EXPECT_EQ(said["complaints"], "");
+  EXPECT_EQ(said["nb_frames"], std::to_string(written));
+  EXPECT_EQ(said["nb_read_frames"], std::to_string(written));
+  EXPECT_EQ(tests::ReadPictures(Path()).size(), static_cast<std::size_t>(written));
+}
+
+TEST_F(AviFilesTest, GoesOnWithAKeyFrameWhenThereIsRoomAgain) {
+  const auto file = Begin({.codec = "MPEG-4", .key_frame_every = 600}, 160, 120);
+  EXPECT_TRUE(file->Write(0, Picture(160, 120, 1).Sample()));
+  {
+    const FileSizeLimit limit(1000);
+    EXPECT_FALSE(file->Write(1, Picture(160, 120, 9).Sample()));
+  }
+  EXPECT_TRUE(file->Write(2, Picture(160, 120, 5).Sample()));
+  file->Release();
+  const auto pictures = tests::ReadPictures(Path());
+  ASSERT_EQ(pictures.size(), 2);
+  EXPECT_GT(Psnr(pictures[1], Picture(160, 120, 5).AsMat()), 33);
+}
+
+std::string KeyFrames(const std::filesystem::path& clip) {
+  return tests::OutputOf("ffprobe -v error -select_streams v:0 -show_entries packet=flags -of csv=p=0 '" +
+                         clip.string() + "' | cut -c1 | tr -d '\\n'");
+}
+
+TEST_F(AviFilesTest, HonoursTheKeyFrameInterval) {
+  for (const auto& [every, expected] : {std::pair{4, "K___K___K___"}, std::pair{1, "KKKKKKKKKKKK"}}) {
+    const auto file = Begin({.codec = "MPEG-4", .key_frame_every = every}, 64, 48);
+    for (int position = 0; position < 12; ++position) {
+      EXPECT_TRUE(file->Write(position, Picture(64, 48, 3).Sample()));
+    }
+    file->Release();
+    EXPECT_EQ(KeyFrames(Path()), expected);
+  }
+}
+
+TEST_F(AviFilesTest, HonoursTheDataRate) {
+  const auto clip_size = [&](const std::string& codec, int kilobytes_per_second) {
+    const auto file = Begin({.codec = codec, .kilobytes_per_second = kilobytes_per_second}, 160, 120, 10);
+    for (int position = 0; position < 100; ++position) {
+      // Faint noise under a moving edge: something to spend the bits on.
+      Picture picture = Noise(160, 120, position);
+      const Picture edge(160, 120, position);
+      for (std::size_t i = 0; i < picture.pixels.size(); ++i) {
+        picture.pixels[i] = static_cast<std::uint8_t>((edge.pixels[i] * 7 + picture.pixels[i]) / 8);
+      }
+      EXPECT_TRUE(file->Write(position, picture.Sample()));
+    }
+    file->Release();
+    return static_cast<double>(std::filesystem::file_size(Path()));
+  };
+  for (const char* codec : {"MPEG-4", "Motion JPEG"}) {
+    for (const int kilobytes : {25, 50}) {
+      EXPECT_NEAR(clip_size(codec, kilobytes) / (kilobytes * 1024 * 10), 1, 0.25) << codec << ' ' << kilobytes;
+    }
+  }
+}
+
+TEST_F(AviFilesTest, RefusesWhatCannotBeAClip) {
+  EXPECT_FALSE(files_.Create(Path("missing/clip.avi").string()));
+  EXPECT_FALSE(files_.Create(Path("").string()));
+  EXPECT_FALSE(files_.Create("/dev/null"));
+
+  auto file = files_.Create(Path().string());
+  ASSERT_TRUE(file);
+  EXPECT_FALSE(file->MakeCompressedStream({.codec = "MPEG-4"}));  // no stream yet
+  EXPECT_FALSE(file->CreateStream({.scale = 0, .rate = 1, .width = 10, .height = 10}));
+  EXPECT_TRUE(file->CreateStream({.scale = 1, .rate = 1, .width = 10, .height = 10}));
+  EXPECT_FALSE(file->MakeCompressedStream({.codec = "a codec of another time"}));
+  EXPECT_FALSE(file->SetFormat(InfoHeader(10, 10)));  // not compressed yet
+  EXPECT_TRUE(file->MakeCompressedStream({.codec = "HuffYUV"}));
+  EXPECT_FALSE(file->SetFormat({}));
+  EXPECT_FALSE(file->SetFormat(InfoHeader(10, -10)));
+  EXPECT_FALSE(file->SetFormat(InfoHeader(10, 10, 8)));
+  EXPECT_FALSE(file->Write(0, Picture(10, 10, 0).Sample()));
+  // Tried again, it goes on.
+  EXPECT_TRUE(file->SetFormat(InfoHeader(10, 10)));
+  EXPECT_TRUE(file->Write(0, Picture(10, 10, 0).Sample()));
+  file->Release();
+  EXPECT_EQ(tests::ReadPictures(Path()).size(), 1);
+}
+
+TEST_F(AviFilesTest, LeavesNoFileOfAClipThatNeverBegan) {
+  auto given_up = files_.Create(Path().string());
+  EXPECT_TRUE(std::filesystem::exists(Path()));
+  given_up->Release();
+  EXPECT_FALSE(std::filesystem::exists(Path()));
+
+  // Given up late, it does not take the file with it that has its name by then.
+  given_up = files_.Create(Path().string());
+  std::filesystem::remove(Path());
+  const auto next = Begin({.codec = "Motion JPEG"}, 16, 16);
+  given_up.reset();
+  EXPECT_TRUE(std::filesystem::exists(Path()));
+}
+
+long ResidentKilobytes() {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.starts_with("VmRSS:")) return std::atol(line.c_str() + 6);
+  }
+  return 0;
+}
+
+TEST_F(AviFilesTest, TenThousandFramesTakeNoMoreMemory) {
+  const auto file = Begin({.codec = "MPEG-4"}, 48, 32, 25);
+  const auto write = [&](int from, int to) {
+    for (int position = from; position < to; ++position) {
+      ASSERT_TRUE(file->Write(position, Picture(48, 32, position).Sample()));
+    }
+  };
+  write(0, 1000);
+  const long before = ResidentKilobytes();
+  write(1000, 11'000);
+#if !defined(__SANITIZE_ADDRESS__)               // which keeps freed memory for a while
+  EXPECT_LT(ResidentKilobytes() - before, 600);  // the index: 16 bytes a frame, a quarter megabyte at a time
+#endif
+  file->Release();
+  EXPECT_EQ(tests::Probe(Path(), "packets")["nb_read_packets"], "11000");
+}
+
+/// A file whose bytes are mostly zeros, which it leaves out: large and yet soon written.
+class SparseFile final : public ClipFile {
+ public:
+  using ClipFile::ClipFile;
+  bool Reserve(std::int64_t) override { return true; }
+  bool Write(std::span<const std::uint8_t> bytes) override {
+    const bool empty =
+        bytes.size() >= 4096 && bytes[0] == 0 && std::memcmp(bytes.data(), &bytes[1], bytes.size() - 1) == 0;
+    if (!empty) return ClipFile::Write(bytes);
+    Seek(Place() + static_cast<std::int64_t>(bytes.size()));
+    return true;
+  }
+};
+
+// 1 GiB is where the file's first part ends, 2 GiB where older programs' numbers do.
+TEST_F(AviFilesTest, OpensPast1And2Gibibytes) {
+  constexpr int kSide = 4096;
+  constexpr int kFrames = 46;
+  {
+    SparseFile file(Path().string());
+    ASSERT_TRUE(file.IsOpen());
+    AviMuxer muxer(file);
+    AVCodecParameters& stream = *muxer.Stream()->codecpar;
+    stream.codec_type = AVMEDIA_TYPE_VIDEO;
+    stream.codec_id = AV_CODEC_ID_RAWVIDEO;
+    stream.format = AV_PIX_FMT_BGR24;
+    stream.bits_per_coded_sample = 24;
+    stream.width = stream.height = kSide;
+    muxer.Stream()->time_base = {1, 5};
+    ASSERT_TRUE(muxer.Begin());
+    std::vector<std::uint8_t> pixels(std::size_t{kSide} * kSide * 3);
+    for (int position = 0; position < kFrames; ++position) {
+      AVPacket packet{};
+      packet.data = pixels.data();
+      packet.size = static_cast<int>(pixels.size());
+      packet.flags = AV_PKT_FLAG_KEY;
+      ASSERT_TRUE(muxer.Write(packet, position));
+    }
+  }
+  EXPECT_GT(std::filesystem::file_size(Path()), std::uintmax_t{2} << 30);
+  // The last picture, in the last of the file's parts, is found by the index.
+  EXPECT_EQ(tests::OutputOf("ffprobe -v error -read_intervals '8.9%+#1' -show_entries stream=nb_frames:packet=pts,size "
+                            "-of csv=p=0 '" +
+                            Path().string() + "'"),
+            "45,50331648\n46\n");
+}
+
+}  // namespace
+}  // namespace orbelcast
