@@ -14,6 +14,7 @@ namespace {
 std::optional<int> LeadingNumber(std::string_view text) {
   constexpr int kLargest = 99999;
   std::optional<int> number;
+  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
   for (const char letter : text) {
     if (letter < '0' || letter > '9') break;
     number = std::min(kLargest, number.value_or(0) * 10 + (letter - '0'));

@@ -1,0 +1,118 @@
+#!/usr/bin/env python3
+"""Moving through the archive by day and time: archive_test.py SERVER_PROGRAM"""
+
+import os
+import tempfile
+import time
+import unittest
+
+from camera_server import Server, is_whole, jpeg_size, length_in, split
+
+CODE = "?live-special0160x0120050"
+DAY = 24 * 3600
+
+
+def query(flag, moment=("0",) * 6, device="1", code=CODE):
+    """What a player sends: two question marks, the picture code behind "Quality="."""
+    year, month, day, hour, minute, second = moment
+    return ("/srv_vigilbox$img?Device=%s&Day=%s&Month=%s&Year=%s&Hour=%s&Minute=%s&Second=%s&%s=0&Quality=%s"
+            % (device, day, month, year, hour, minute, second, flag, code))
+
+
+def seconds(code):
+    return int(time.mktime(time.strptime(code, "%Y%m%d%H%M%S")))
+
+
+class Archive(unittest.TestCase):
+    def setUp(self):
+        self.server = Server()
+        self.addCleanup(self.server.end)
+
+    def move(self, *arguments, login="ann/pw", server=None):
+        """The time of the picture that is shown then, in seconds since 1970."""
+        status, headers, body = (server or self.server).get("/$openlogin/" + login + query(*arguments))
+        self.assertEqual(status, 200, body)
+        self.assertTrue(is_whole(body))
+        return seconds(headers["RC_TCR"])
+
+    def at(self, ago):
+        return time.strftime("%Y %m %d %H %M %S", time.localtime(time.time() - ago)).split()
+
+    def test_ends_and_steps(self):
+        last = self.move("B")
+        self.assertLess(abs(last - time.time()), 3)
+        self.assertEqual([self.move("R") - last for _ in range(3)], [-1, -2, -3])
+        self.assertEqual(self.move("F") - last, -2)
+        first = self.move("T")
+        self.assertLess(abs(first - (time.time() - DAY)), 3)
+        self.assertEqual(self.move("F"), first + 1)
+        self.move("T")
+        self.assertLess(abs(self.move("R") - (time.time() - DAY)), 3)  # it stays at the end
+        self.move("B")
+        self.assertLess(self.move("F"), time.time() + 1)
+
+    def test_position(self):
+        wanted = int(time.time()) - 3 * 3600
+        self.assertEqual(self.move("P", self.at(3 * 3600)), wanted)
+        self.assertEqual(self.move("F"), wanted + 1)
+        # Before and after what there is: the nearest.
+        self.assertLess(abs(self.move("P", self.at(3 * DAY)) - (time.time() - DAY)), 3)
+        self.assertLess(abs(self.move("P", ("9999", "99", "99", "99", "99", "99")) - time.time()), 3)
+        self.assertLess(abs(self.move("P", ("1", "1", "1", "0", "0", "0")) - (time.time() - DAY)), 3)
+
+    def test_typed_badly(self):
+        wanted = self.move("P", self.at(2 * 3600))
+        # What was left untouched, or is no number, stays as it is.
+        self.assertEqual(self.move("P", ("----", "--", "--", "--", "--", "--")), wanted)
+        self.assertEqual(self.move("P", ("", "x", "=", "?", "%20", "-5")), wanted)
+        self.assertEqual(self.move("P", ("0000", "00", "00", "--", "--", "--")), wanted)
+        start = time.localtime(wanted)
+        moved = self.move("P", ("--", "--", "--", "--", "5x", "99"))
+        self.assertEqual(time.localtime(moved)[:6], start[:4] + (5, 59))
+
+    def test_visitors_and_cameras_have_places_of_their_own(self):
+        wanted = self.move("P", self.at(7200))
+        self.assertLess(abs(self.move("R", login="bob/pw") - time.time()), 3)  # without a place: from the end
+        self.assertLess(abs(self.move("F", ("0",) * 6, "2") - (time.time() - DAY)), 3)  # or from the beginning
+        self.assertEqual(self.move("F"), wanted + 1)
+
+    def test_pictures(self):
+        def picture(hour, code=CODE, device="1"):
+            moment = ("--", "--", "--", hour, "30", "0")
+            return self.server.get("/$openlogin/a/b" + query("P", moment, device, code))
+
+        status, headers, day = picture("12")
+        self.assertEqual((status, jpeg_size(day), headers["Content-Type"]), (200, (160, 120), "image/jpeg"))
+        self.assertRegex(headers["HolmvaneStatus"], r"^Lime Street: archive of \d{4}-\d\d-\d\d 12:30:00$")
+        self.assertEqual(picture("12")[2], day)  # the same picture whenever it is asked for
+        self.assertNotEqual(picture("12", device="2")[2], day)
+        self.assertEqual(jpeg_size(picture("12", "")[2]), (640, 480))
+        self.assertEqual(jpeg_size(picture("12", "?live-special9999x0001999")[2]), (3840, 16))
+        for target, status in ((query("P", device="9"), 506), (query("P", device="x"), 506), (query("P", device=""), 506),
+                               (query("X"), 400), ("/srv_vigilbox$img?", 400), ("/srv_vigilbox$img?Device=1", 400)):
+            self.assertEqual(self.server.get("/$openlogin/a/b" + target)[0], status, target)
+
+    def test_faults_meet_the_archive_too(self):
+        self.server.fault(1, "cut:7")
+        head, body = split(self.server.raw("GET /$openlogin/a/b%s HTTP/1.1\r\n\r\n" % query("T")))
+        self.assertEqual(len(body), 7)
+        self.assertGreater(length_in(head), 7)
+
+    def test_options(self):
+        with Server("--archive-hours", "2", "--archive-step", "60") as server:
+            last = self.move("B", server=server)
+            self.assertEqual(last % 60, 0)
+            self.assertEqual(self.move("R", server=server), last - 60)
+            self.assertLess(abs(self.move("T", server=server) - (time.time() - 7200)), 121)
+        with tempfile.TemporaryDirectory() as folder:
+            for name in "abc":
+                with open(os.path.join(folder, name + ".jpg"), "wb") as file:
+                    file.write(b"\xff\xd8" + name.encode() + b"\xff\xd9")
+            with Server("--folder", folder) as server:
+                bodies = [server.get("/$openlogin/a/b" + query(flag))[2] for flag in "TFFFR"]
+                self.assertEqual(len(set(bodies[:3])), 3)
+                self.assertEqual((bodies[3], bodies[4]), (bodies[0], bodies[2]))
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=1)
