@@ -1,5 +1,9 @@
 #include "player_options.h"
 
+#include <QStringList>
+#include <QUrl>
+#include <algorithm>
+#include <cctype>
 #include <cstdio>
 
 namespace orbelcast {
@@ -9,60 +13,128 @@ namespace {
 constexpr int kSmallestSide = 16;
 constexpr int kLargestSide = 8192;
 
-QSize ParseSize(const std::string& text) {
+std::optional<QSize> ParseSize(const std::string& text) {
   int width = 0;
   int height = 0;
   char rest = 0;
-  if (std::sscanf(text.c_str(), "%d%*1[xX]%d%c", &width, &height, &rest) != 2) return {};
-  return {width, height};
+  if (std::sscanf(text.c_str(), "%d%*1[xX]%d%c", &width, &height, &rest) != 2) return std::nullopt;
+  const auto fits = [](int side) { return side >= kSmallestSide && side <= kLargestSide; };
+  return fits(width) && fits(height) ? std::optional(QSize(width, height)) : std::nullopt;
 }
 
 std::string CheckSize(const std::string& text) {
-  const QSize size = ParseSize(text);
-  const bool good = size.width() >= kSmallestSide && size.height() >= kSmallestSide && size.width() <= kLargestSide &&
-                    size.height() <= kLargestSide;
-  return good ? std::string() : "a size is WIDTHxHEIGHT in pixels, 16x16 to 8192x8192, such as 640x480";
+  if (ParseSize(text)) return {};
+  return "a size is WIDTHxHEIGHT in pixels, 16x16 to 8192x8192, such as 640x480";
+}
+
+bool IsPictureAddress(const std::string& text) {
+  return QString::fromStdString(text).startsWith(QLatin1String("http://"), Qt::CaseInsensitive);
+}
+
+std::string CheckCamera(const std::string& text) {
+  const bool server = !text.empty() && text.find("://") == std::string::npos &&
+                      std::ranges::none_of(text, [](unsigned char c) { return c <= ' '; });
+  if (server || IsPictureAddress(text)) return {};
+  return "a camera server is HOST or HOST:PORT, such as 127.0.0.1:8080; "
+         "a picture's address begins with http://, such as http://127.0.0.1:8080/live/1";
 }
 
 std::string CheckUrl(const std::string& text) {
-  const bool http = QString::fromStdString(text).startsWith(QLatin1String("http://"), Qt::CaseInsensitive);
-  return http ? std::string() : "the address must begin with http://, such as http://127.0.0.1:8080/live/1";
+  return IsPictureAddress(text) ? std::string() : "the address must begin with http://";
+}
+
+bool IsNumber(const std::string& text) {
+  return !text.empty() && std::ranges::all_of(text, [](unsigned char c) { return std::isdigit(c) != 0; });
 }
 
 }  // namespace
 
-QSize PlayerOptions::WindowSize() const {
+bool PlayerOptions::ShowsOnePicture() const {
+  return IsPictureAddress(camera);
+}
+
+std::optional<QSize> PlayerOptions::WindowSize() const {
   return ParseSize(size);
 }
 
+ServerAddress ParseServer(const std::string& text) {
+  const std::size_t colon = text.rfind(':');
+  const bool has_port = colon != std::string::npos && colon > 0 && IsNumber(text.substr(colon + 1));
+  // More than one colon is an IPv6 address, whose port stands behind its bracket.
+  const bool bare_v6 = has_port && text.find(':') != colon && text[colon - 1] != ']';
+  if (!has_port || bare_v6) return {.server = text, .port = {}};
+  return {.server = text.substr(0, colon), .port = text.substr(colon + 1)};
+}
+
+QString ShownAddress(const std::string& address) {
+  const QString text = QString::fromStdString(address);
+  const QUrl url(IsPictureAddress(address) ? text : QStringLiteral("http://") + text);
+  QString place = url.host();
+  if (url.port() != -1) place += QLatin1Char(':') + QString::number(url.port());
+  const QStringList segments = url.path().split(QLatin1Char('/'), Qt::SkipEmptyParts);
+  for (const QString& segment : segments) {
+    if (segment.contains(QLatin1Char(':')) || segment.startsWith(QLatin1Char('$'))) break;
+    place += QLatin1Char('/') + segment;
+  }
+  return place;
+}
+
 void AddPlayerOptions(CLI::App& app, PlayerOptions& options) {
-  app.add_option("URL", options.url, "The whole address of the camera's picture")->required()->check(CheckUrl);
+  auto* camera = app.add_option("CAMERA", options.camera,
+                                "A camera server, HOST[:PORT]: opens the player. Or the whole address of a picture, "
+                                "http://...: opens the viewer alone")
+                     ->check(CheckCamera);
   app.add_option("--user", options.user, "User name for the camera server")->envname("ORBELCAST_USER");
   app.add_option("--password", options.password,
                  "Password; better given in the environment, where other users do not see it")
       ->envname("ORBELCAST_PASSWORD");
-  app.add_option("--frame-rate", options.frame_rate, "Pictures a second, 1 to 30")
-      ->check(CLI::Range(1, 30))
-      ->capture_default_str();
-  app.add_option("--size", options.size, "Size of the window in pixels, WIDTHxHEIGHT")
-      ->check(CheckSize)
-      ->capture_default_str();
-  auto* area = app.add_option("--motion-area", options.motion_area,
-                              "Watch this part of the picture for motion: x1,y1,x2,y2 in hundredths of its size")
-                   ->delimiter(',');
-  app.add_option("--motion-zones", options.motion_zones,
-                 "Watch 5 x 5 zones for motion: a character each, row by row, 0 leaves the zone out")
-      ->excludes(area);
-  app.add_option("--sensitivity", options.sensitivity, "Sensitivity of the motion detection in percent, 0 to 100")
-      ->check(CLI::Range(0, 100))
-      ->capture_default_str();
-  app.add_flag("--show-motion", options.show_motion, "Show what the motion detection sees");
-  app.add_flag("--auto-reconnect", options.auto_reconnect, "Go on trying when the camera does not answer");
-  app.add_flag("--no-status", options.no_status, "Leave the status strip out");
-  app.add_flag("--time-first-picture", options.time_first_picture,
-               "Print the time from connecting to the first picture, in milliseconds");
+  app.add_option("--frame-rate", options.frame_rate,
+                 "Pictures a second, 1 to 30; the player takes up to 25 and remembers it")
+      ->check(CLI::Range(1, 30));
+  app.add_option("--size", options.size,
+                 "Size of the window in pixels, WIDTHxHEIGHT; without it the player's is the one it had last")
+      ->check(CheckSize);
   app.add_option("--screenshot", options.screenshot, "Write a picture of the window to this file at the end (.png)");
   app.add_option("--quit-after", options.quit_after, "End after this many seconds")->check(CLI::PositiveNumber);
+
+  const std::string player = "Player";
+  app.add_option("--device", options.device, "The camera to begin with, by its id on the server; otherwise the first")
+      ->group(player);
+  app.add_flag("--extended", options.extended, "Show the buttons for log, messages, alerts, outputs, several cameras")
+      ->group(player);
+  auto* live = app.add_option("--live-url", options.live_url,
+                              "Without a server: the address of the live stream, beginning with http://")
+                   ->check(CheckUrl)
+                   ->excludes(camera)
+                   ->group(player);
+  app.add_option("--archive-url", options.archive_url, "Without a server: the address that archive steps are added to")
+      ->check(CheckUrl)
+      ->excludes(camera)
+      ->group(player);
+  app.add_flag("--start", options.start, "Show the stream of --live-url at once")->needs(live)->group(player);
+  app.add_flag("--fixed-layout", options.fixed_layout, "Leave everything at its place when the window changes its size")
+      ->group(player);
+
+  const std::string viewer = "Viewer alone";
+  auto* area = app.add_option("--motion-area", options.motion_area,
+                              "Watch this part of the picture for motion: x1,y1,x2,y2 in hundredths of its size")
+                   ->delimiter(',')
+                   ->group(viewer);
+  app.add_option("--motion-zones", options.motion_zones,
+                 "Watch 5 x 5 zones for motion: a character each, row by row, 0 leaves the zone out")
+      ->excludes(area)
+      ->group(viewer);
+  app.add_option("--sensitivity", options.sensitivity, "Sensitivity of the motion detection in percent, 0 to 100")
+      ->check(CLI::Range(0, 100))
+      ->capture_default_str()
+      ->group(viewer);
+  app.add_flag("--show-motion", options.show_motion, "Show what the motion detection sees")->group(viewer);
+  app.add_flag("--auto-reconnect", options.auto_reconnect, "Go on trying when the camera does not answer")
+      ->group(viewer);
+  app.add_flag("--no-status", options.no_status, "Leave the status strip out")->group(viewer);
+  app.add_flag("--time-first-picture", options.time_first_picture,
+               "Print the time from connecting to the first picture, in milliseconds")
+      ->group(viewer);
 }
 
 }  // namespace orbelcast

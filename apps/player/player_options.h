@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <QSize>
+#include <QString>
 #include <array>
 #include <optional>
 #include <string>
@@ -10,23 +11,49 @@ namespace orbelcast {
 
 /// What the player program was asked to do.
 struct PlayerOptions {
-  std::string url;
+  /// A camera server, as HOST or HOST:PORT: the player opens. Or the whole address of a picture, beginning with
+  /// http://: the viewer alone opens. Empty: the player opens on `live_url` and `archive_url`.
+  std::string camera;
   std::string user;
   std::string password;
-  int frame_rate = 25;                            ///< Pictures a second, 1 to 30.
-  std::string size = "640x480";                   ///< The window's, in pixels.
+  std::optional<int> frame_rate;     ///< Pictures a second, 1 to 30; of the player 1 to 25.
+  std::string size;                  ///< The window's, in pixels; empty is the one it had last, or the usual one.
+  std::string screenshot;            ///< Where a picture of the window goes at the end.
+  std::optional<double> quit_after;  ///< Seconds.
+
+  // The player's.
+  std::string device;     ///< The camera's id on the server; empty is the first of the list.
+  bool extended = false;  ///< The extended buttons are shown.
+  std::string live_url;
+  std::string archive_url;
+  bool start = false;  ///< Show the stream of `live_url` at once.
+  bool fixed_layout = false;
+
+  // The viewer's.
   std::optional<std::array<int, 4>> motion_area;  ///< x1, y1, x2, y2 in hundredths of the picture.
   std::optional<std::string> motion_zones;        ///< One character a zone, "0" excludes it.
   int sensitivity = 80;                           ///< Percent.
   bool show_motion = false;
   bool auto_reconnect = false;
   bool no_status = false;
-  bool time_first_picture = false;   ///< Print how long the first picture took.
-  std::string screenshot;            ///< Where a picture of the window goes at the end.
-  std::optional<double> quit_after;  ///< Seconds.
+  bool time_first_picture = false;  ///< Print how long the first picture took.
 
-  QSize WindowSize() const;
+  bool ShowsOnePicture() const;
+  /// The window's size; nothing where none was asked for.
+  std::optional<QSize> WindowSize() const;
 };
+
+/// A camera server as the player takes it.
+struct ServerAddress {
+  std::string server;
+  std::string port;  ///< Empty where none is named.
+};
+
+/// Takes HOST, HOST:PORT or [IPV6]:PORT apart. What is none of these, such as a host with a path, is all server.
+ServerAddress ParseServer(const std::string& text);
+
+/// The address as a window may show it: without a user's name and password, wherever they stand.
+QString ShownAddress(const std::string& address);
 
 /// Declares the options on `app`, filling `options` when it is parsed.
 void AddPlayerOptions(CLI::App& app, PlayerOptions& options);

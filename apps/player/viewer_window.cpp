@@ -4,7 +4,6 @@
 #include <QPointer>
 #include <QShortcut>
 #include <QTimer>
-#include <QUrl>
 #include <chrono>
 #include <iostream>
 
@@ -12,32 +11,22 @@ namespace orbelcast {
 
 namespace {
 
-/// The address as a window may show it: without a user's name and password, wherever they stand.
-QString TitleOf(const std::string& url) {
-  const QUrl address(QString::fromStdString(url));
-  QString place = address.host();
-  if (address.port() != -1) place += QLatin1Char(':') + QString::number(address.port());
-  const QStringList segments = address.path().split(QLatin1Char('/'), Qt::SkipEmptyParts);
-  for (const QString& segment : segments) {
-    if (segment.contains(QLatin1Char(':')) || segment.startsWith(QLatin1Char('$'))) break;
-    place += QLatin1Char('/') + segment;
-  }
-  return place;
-}
+constexpr int kUsualFrameRate = 25;
+constexpr QSize kUsualSize{640, 480};
 
 }  // namespace
 
 ViewerWindow::ViewerWindow(Platform& platform, const PlayerOptions& options)
     : options_(options), viewer_(new VideoServerPushWidget(platform, this)) {
   setCentralWidget(viewer_);
-  setWindowTitle(QStringLiteral("%1 – Orbelcast").arg(TitleOf(options_.url)));
-  resize(options_.WindowSize());
+  setWindowTitle(QStringLiteral("%1 – Orbelcast").arg(ShownAddress(options_.camera)));
+  resize(options_.WindowSize().value_or(kUsualSize));
   Configure();
   AddShortcuts();
 }
 
 void ViewerWindow::Configure() {
-  viewer_->setFrameRate(options_.frame_rate);
+  viewer_->setFrameRate(options_.frame_rate.value_or(kUsualFrameRate));
   viewer_->setUsername(QString::fromStdString(options_.user));
   viewer_->setPassword(QString::fromStdString(options_.password));
   viewer_->setAutoReconnect(options_.auto_reconnect);
@@ -84,7 +73,7 @@ void ViewerWindow::Start() {
   // As a handler, so that the wait for the first answer suspends this call alone.
   QTimer::singleShot(0, viewer_, [this] {
     if (options_.time_first_picture) TimeFirstPicture();
-    viewer_->RunHandler([viewer = QPointer(viewer_), url = QString::fromStdString(options_.url)] {
+    viewer_->RunHandler([viewer = QPointer(viewer_), url = QString::fromStdString(options_.camera)] {
       if (viewer) viewer->Connect(url);
     });
   });

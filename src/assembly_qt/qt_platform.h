@@ -2,23 +2,32 @@
 
 #include "adapters/qt/mirrors.h"
 #include "adapters/qt/qt_clipboard.h"
+#include "adapters/qt/qt_dialogs.h"
 #include "adapters/qt/qt_queue.h"
+#include "adapters/qt/yielding_http.h"
 #include "assembly/services.h"
 
 namespace orbelcast {
 
-/// The platform of a Qt application: Qt's loop, screen and clipboard. Made after the QApplication, on its thread, and
-/// destroyed before it; the widgets made on it are destroyed first.
+/// The platform of a Qt application: Qt's loop, screen, clipboard and dialogs. Made after the QApplication, on its
+/// thread, and destroyed before it; the widgets made on it are destroyed first.
 class QtPlatform {
  public:
-  Platform& Get() { return services_.Get(); }
+  QtPlatform() { dialogs_.WaitOn(services_.Get().loop); }
+
+  Platform& Get() { return platform_; }
+
+  /// The requests of everything on this platform: no request holds up the window that it is made from.
+  YieldingHttp& Requests() { return http_; }
 
  private:
   QtQueue queue_;
   QtScreen screen_;
   QtClipboard clipboard_;
-  Dialogs dialogs_;
+  QtDialogs dialogs_;
   Services services_{queue_, screen_, clipboard_, dialogs_};
+  YieldingHttp http_{services_.Get().http};
+  Platform platform_{services_.Get().With(http_)};
 };
 
 }  // namespace orbelcast

@@ -58,6 +58,7 @@ void UserControl1::UserControl_Initialize() {
 void UserControl1::ReadProperties(PropertyBag bag) {
   const auto alive = StayAlive();
   ReadServer(bag);
+  if (Terminating) return;
   if (!Stored(bag, "_ExtentX").empty() && !Stored(bag, "_ExtentY").empty()) {
     LayoutFrozen = true;
     PlayerControls.Visible = true;

@@ -193,22 +193,19 @@ void UserControl1::ShowExtendedFeatures(bool value) {
 }
 
 std::vector<NamedChild> UserControl1::Children() {
+  const ChildControl* const bar = &PlayerControls;
   std::vector<NamedChild> children{{"CamList", &CamList}, {"PlayerControls", &PlayerControls}};
-  const auto add = [&](std::string name, ChildReference control, const Frame& inside) {
-    children.push_back({std::move(name), control, &inside});
+  const auto add_tools = [&](std::initializer_list<std::size_t> tools, const ChildControl* inside) {
+    for (const std::size_t i : tools) children.push_back({"Player(" + std::to_string(i) + ")", &Player[i], inside});
   };
-  const auto add_tools = [&](std::initializer_list<std::size_t> tools, const Frame& inside) {
-    for (const std::size_t i : tools) add("Player(" + std::to_string(i) + ")", &Player[i], inside);
-  };
-  // From left to right, row by row.
-  add_tools({0, 1, 2, 5, 3, 4}, PlayerControls);
-  for (std::size_t i = 0; i < TCR.size(); ++i) add("TCR(" + std::to_string(i) + ")", &TCR[i], PlayerControls);
-  add_tools({7, 8, 9, 10, 16, 6}, PlayerControls);
-  add("Resolution", &Resolution, PlayerControls);
-  add("FrameRate", &FrameRate, PlayerControls);
-  add("Frame1", &Frame1, PlayerControls);
-  add_tools({11, 15, 14, 13, 17, 12}, Frame1);
-  add("Label1", &Label1, PlayerControls);
+  add_tools({0, 1, 2, 5, 3, 4}, bar);
+  for (std::size_t i = 0; i < TCR.size(); ++i) children.push_back({"TCR(" + std::to_string(i) + ")", &TCR[i], bar});
+  add_tools({7, 9, 8, 10, 16, 6}, bar);
+  children.push_back({"Resolution", &Resolution, bar});
+  children.push_back({"FrameRate", &FrameRate, bar});
+  children.push_back({"Frame1", &Frame1, bar});
+  add_tools({11, 15, 14, 13, 17, 12}, &Frame1);
+  children.push_back({"Label1", &Label1, bar});
   children.push_back({"Conv", &Conv});
   return children;
 }
@@ -227,6 +224,7 @@ void UserControl1::Select(ComboBox& list, int index) {
 }
 
 bool UserControl1::ConnectViewer(const std::string& url, bool once, const std::string& message) {
+  if (Terminating) return false;
   VS->Connect(url, once, message);
   return !Terminating;
 }
@@ -242,6 +240,7 @@ bool UserControl1::Yield() {
 }
 
 bool UserControl1::OpenWindow(Window& window) {
+  if (Terminating) return false;
   window.ShowModal(platform_.loop);
   return !Terminating;
 }

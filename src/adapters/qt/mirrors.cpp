@@ -18,12 +18,6 @@ int TwipsPerPixel(double dots_per_inch) {
   return dots_per_inch > 0 ? qMax(1, qRound(kTwipsPerInch / dots_per_inch)) : Screen().TwipsPerPixelX();
 }
 
-QImage ViewOf(const Surface& surface, QImage::Format format) {
-  if (surface.Empty()) return {};
-  return {reinterpret_cast<const uchar*>(surface.Pixels().data()), surface.Width(), surface.Height(),
-          surface.Width() * 4, format};
-}
-
 std::int16_t ButtonNumber(Qt::MouseButton button) {
   switch (button) {
     case Qt::LeftButton:
@@ -57,11 +51,18 @@ Drop ToDrop(const QDropEvent& event, const Screen& screen) {
 
 }  // namespace
 
+QImage ViewOf(const Surface& surface, QImage::Format format) {
+  if (surface.Empty()) return {};
+  return {reinterpret_cast<const uchar*>(surface.Pixels().data()), surface.Width(), surface.Height(),
+          surface.Width() * 4, format};
+}
+
 QString ToText(const std::string& text) {
   QString shown = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
   shown.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
   for (QChar& character : shown) {
-    if (character.category() == QChar::Other_Control && character != QLatin1Char('\n')) {
+    const bool kept = character == QLatin1Char('\n') || character == QLatin1Char('\t');
+    if (character.category() == QChar::Other_Control && !kept) {
       character = QChar::ReplacementCharacter;
     }
   }
@@ -99,9 +100,10 @@ Mirror::Mirror(ChildControl& control, QWidget& widget, const Screen& screen)
   }
   Keep(control.Visible.Changed.Connect([this](bool visible) { widget_.setVisible(visible); }));
   Keep(control.Enabled.Changed.Connect([this](bool enabled) { widget_.setEnabled(enabled); }));
-  Keep(control.ToolTipText.Changed.Connect(
-      [this](const std::string& text) { widget_.setToolTip(ToText(text).toHtmlEscaped()); }));
+  Keep(control.ToolTipText.Changed.Connect([this](const std::string& text) { SetToolTip(text); }));
+  SetToolTip(control.ToolTipText);
   Place();
+  widget.setEnabled(control.Enabled);
   widget.setVisible(control.Visible);
 }
 
@@ -110,6 +112,12 @@ void Mirror::Place() {
   const auto y = static_cast<float>(screen_.TwipsPerPixelY());
   widget_.setGeometry(qRound(control_.Left / x), qRound(control_.Top / y), qRound(control_.Width / x),
                       qRound(control_.Height / y));
+}
+
+// As markup that shows the text as it is: what a plain tool tip holds might be taken for markup.
+void Mirror::SetToolTip(const std::string& text) {
+  const QString shown = ToText(text);
+  widget_.setToolTip(shown.isEmpty() ? QString() : QStringLiteral("<qt>%1</qt>").arg(shown.toHtmlEscaped()));
 }
 
 void Mirror::Press(Qt::MouseButton button) {

@@ -11,9 +11,13 @@
 
 namespace orbelcast {
 
-/// A text of unknown quality as Qt can show it: UTF-8 with replacements, line breaks kept, no other control characters.
+/// A text of unknown quality as Qt can show it: UTF-8 with replacements, line breaks and tabs kept, no other control
+/// characters.
 QString ToText(const std::string& text);
 std::string FromText(const QString& text);
+
+/// A surface as Qt sees it, without a copy; valid until the surface is drawn on or sized.
+QImage ViewOf(const Surface& surface, QImage::Format format);
 
 /// The screen that Qt shows the application on.
 class QtScreen final : public Screen {
@@ -38,6 +42,7 @@ class Mirror {
 
  private:
   void Place();
+  void SetToolTip(const std::string& text);
 
   ChildControl& control_;
   QWidget& widget_;

@@ -1,7 +1,6 @@
 #include "adapters/qt/video_server_push_widget.h"
 
 #include <QCursor>
-#include <QFrame>
 #include <QMenu>
 #include <QPalette>
 #include <QPointer>
@@ -9,28 +8,18 @@
 #include <algorithm>
 #include <limits>
 
-#include "adapters/qt/mirrors.h"
+#include "adapters/qt/control_widgets.h"
 
 namespace orbelcast {
 
-namespace {
-
-/// A framed box, mirrored.
-class FrameWidget final : public QFrame {
- public:
-  FrameWidget(Frame& frame, const Screen& screen, QWidget* parent) : QFrame(parent), mirror_(frame, *this, screen) {
-    setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
-    setAutoFillBackground(true);
-  }
-
- private:
-  Mirror mirror_;
-};
-
-}  // namespace
-
 VideoServerPushWidget::VideoServerPushWidget(Platform& platform, QWidget* parent)
-    : QWidget(parent), platform_(platform), control_(VideoServerPush::Create(platform)) {
+    : VideoServerPushWidget(platform, VideoServerPush::Create(platform), parent) {
+  sizes_control_ = true;
+}
+
+VideoServerPushWidget::VideoServerPushWidget(Platform& platform, std::shared_ptr<VideoServerPush> control,
+                                             QWidget* parent)
+    : QWidget(parent), platform_(platform), control_(std::move(control)) {
   setAccessibleName(tr("Camera"));
   MakeChildren();
   ForwardEvents();
@@ -68,6 +57,8 @@ void VideoServerPushWidget::MakeChildren() {
   time->setObjectName(QStringLiteral("TimeRetrieve"));
   time->setAccessibleName(tr("Server information"));
   auto* warning = new FrameWidget(c.WarningFrame, screen, this);
+  warning->setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
+  warning->setAutoFillBackground(true);
   new LabelWidget(c.WarningMsg, screen, warning);
 }
 
@@ -118,6 +109,7 @@ void VideoServerPushWidget::PopUpMenu() {
 }
 
 void VideoServerPushWidget::resizeEvent(QResizeEvent* event) {
+  if (!sizes_control_) return;
   control_->Resize(static_cast<float>(event->size().width() * platform_.screen.TwipsPerPixelX()),
                    static_cast<float>(event->size().height() * platform_.screen.TwipsPerPixelY()));
 }

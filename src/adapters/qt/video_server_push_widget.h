@@ -43,6 +43,8 @@ class VideoServerPushWidget : public QWidget {
  public:
   /// `platform` outlives the widget; see QtPlatform.
   explicit VideoServerPushWidget(Platform& platform, QWidget* parent = nullptr);
+  /// Shows a viewer that somebody else made and sizes, such as a player.
+  VideoServerPushWidget(Platform& platform, std::shared_ptr<VideoServerPush> control, QWidget* parent);
   ~VideoServerPushWidget() override;
 
   /// The control behind the widget.
@@ -135,6 +137,7 @@ class VideoServerPushWidget : public QWidget {
 
   Platform& platform_;
   std::shared_ptr<VideoServerPush> control_;
+  bool sizes_control_ = false;
   Connection menu_popped_up_;
 };
 

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QFrame>
+#include <QString>
+
+class QLabel;
+class QProgressBar;
+class QPushButton;
+
+namespace orbelcast {
+
+/// A notice over the upper part of a window: that something is waited for, or what went wrong and what can be done. It
+/// covers a little of the window and moves nothing.
+class Notice final : public QFrame {
+  Q_OBJECT
+
+ public:
+  explicit Notice(QWidget* parent);
+
+  /// Shows that `text` is going on.
+  void ShowProgress(const QString& text);
+  /// Shows what went wrong, until it is dismissed or something else is shown.
+  void ShowProblem(const QString& text);
+  /// Takes the progress away; a problem stays.
+  void EndProgress();
+  void Dismiss();
+
+  bool ShowsProblem() const { return isVisible() && problem_; }
+
+ Q_SIGNALS:
+  void Retried();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void Appear(const QString& text, bool problem);
+  void Place();
+
+  QLabel* icon_;
+  QLabel* text_;
+  QProgressBar* progress_;
+  QPushButton* retry_;
+  QPushButton* dismiss_;
+  bool problem_ = false;
+};
+
+}  // namespace orbelcast

@@ -1,0 +1,151 @@
+#include "player_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QKeySequence>
+#include <QSettings>
+#include <QShortcut>
+
+#include "adapters/qt/control_widgets.h"
+
+namespace orbelcast {
+
+namespace {
+
+/// Room for a picture of 640 × 480 between the list of cameras and the toolbar.
+constexpr QSize kFirstSize{640, 618};
+constexpr const char* kGeometryKey = "player/geometry";
+/// Milliseconds: what is answered sooner needs no notice.
+constexpr int kPatience = 600;
+constexpr int kLongestTitle = 80;
+
+constexpr int kOk = 200;
+constexpr int kUnauthorized = 401;
+constexpr int kForbidden = 403;
+
+}  // namespace
+
+PlayerWindow::PlayerWindow(Platform& platform, YieldingHttp& requests, const PlayerOptions& options)
+    : options_(options), player_(new PlayerWidget(platform, this)), notice_(new Notice(this)) {
+  setCentralWidget(player_);
+  Configure();
+  TakeSize();
+  AddShortcuts();
+  WatchRequests(requests);
+  ShowTitle();
+  QObject::connect(player_, &PlayerWidget::Loaded, this, &PlayerWindow::OnLoaded);
+  QObject::connect(notice_, &Notice::Retried, player_,
+                   [this] { player_->RunHandler([player = QPointer(player_)] { player->Load(); }); });
+}
+
+void PlayerWindow::Configure() {
+  const auto text = [](const std::string& option) { return QString::fromStdString(option); };
+  const auto yes = [](bool option) { return option ? QStringLiteral("Yes") : QString(); };
+  const ServerAddress address = ParseServer(options_.camera);
+  player_->setServer(text(address.server));
+  player_->setPort(text(address.port));
+  player_->setUsername(text(options_.user));
+  player_->setPassword(text(options_.password));
+  player_->setDevice(text(options_.device));
+  player_->setLURL(text(options_.live_url));
+  player_->setIURL(text(options_.archive_url));
+  player_->setStart(yes(options_.start));
+  player_->setExtendedControls(yes(options_.extended));
+  if (options_.fixed_layout) {
+    // Any size: that there is one keeps everything at its place.
+    player_->setExtentX(QString::number(kFirstSize.width()));
+    player_->setExtentY(QString::number(kFirstSize.height()));
+  }
+}
+
+void PlayerWindow::TakeSize() {
+  if (const auto size = options_.WindowSize()) {
+    resize(*size);
+  } else if (!restoreGeometry(QSettings().value(QLatin1String(kGeometryKey)).toByteArray())) {
+    resize(kFirstSize);
+  }
+}
+
+void PlayerWindow::AddShortcuts() {
+  const auto on = [this](const QKeySequence& keys, auto action) {
+    QObject::connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
+  };
+  on(QKeySequence::Quit, [this] { close(); });
+  on(QKeySequence(Qt::Key_F5), [this] { player_->RunHandler([player = QPointer(player_)] { player->Load(); }); });
+  on(QKeySequence(Qt::Key_F11), [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); });
+  on(QKeySequence(Qt::Key_Escape), [this] {
+    if (notice_->ShowsProblem()) {
+      notice_->Dismiss();
+    } else {
+      setWindowState(windowState() & ~Qt::WindowFullScreen);
+    }
+  });
+}
+
+void PlayerWindow::WatchRequests(YieldingHttp& requests) {
+  patience_.setSingleShot(true);
+  patience_.setInterval(kPatience);
+  QObject::connect(&patience_, &QTimer::timeout, this, [this] {
+    notice_->ShowProgress(tr("Waiting for %1…").arg(ShownAddress(options_.camera)));
+    setCursor(Qt::BusyCursor);
+  });
+  connections_.push_back(requests.Waiting().Changed.Connect([this](int waiting) {
+    if (waiting > 0) {
+      if (!patience_.isActive()) patience_.start();
+      return;
+    }
+    patience_.stop();
+    notice_->EndProgress();
+    unsetCursor();
+  }));
+  connections_.push_back(
+      requests.Ended().Connect([this](const YieldingHttp::Outcome& outcome) { outcome_ = outcome; }));
+}
+
+void PlayerWindow::OnLoaded() {
+  ShowTitle();
+  if (const QString problem = Problem(); !problem.isEmpty()) {
+    notice_->ShowProblem(problem);
+    return;
+  }
+  notice_->Dismiss();
+  ChooseFirst();
+}
+
+QString PlayerWindow::Problem() const {
+  if (player_->Server().isEmpty() || player_->Control().CamList.ListCount() > 0) return {};
+  const QString place = ShownAddress(options_.camera);
+  if (!outcome_.answered) {
+    return tr("%1 does not answer. Is the address right, and is the camera server running?").arg(place);
+  }
+  if (outcome_.status == kUnauthorized || outcome_.status == kForbidden) {
+    return tr("%1 does not accept this user name and password.").arg(place);
+  }
+  if (outcome_.status != kOk) {
+    return tr("%1 answers, but not as a camera server does (status %2).").arg(place).arg(outcome_.status);
+  }
+  return tr("%1 has no cameras for this user.").arg(place);
+}
+
+// As a person would, once: what was not asked for by an option.
+void PlayerWindow::ChooseFirst() {
+  UserControl1& player = player_->Control();
+  if (std::exchange(chosen_, true)) return;
+  if (options_.frame_rate) player.FrameRate.Choose(std::min(*options_.frame_rate, player.FrameRate.ListCount() - 1));
+  if (options_.device.empty()) player.CamList.Choose(0);
+}
+
+void PlayerWindow::ShowTitle() {
+  // The system's own name. What the player falls back to is the address as it was given.
+  const QString name = player_->SystemName();
+  const QString shown = name == player_->Server() ? ShownAddress(options_.camera) : name.left(kLongestTitle);
+  setWindowTitle(shown.isEmpty() ? QStringLiteral("Orbelcast") : QStringLiteral("%1 – Orbelcast").arg(shown));
+}
+
+void PlayerWindow::closeEvent(QCloseEvent* event) {
+  // A size that was asked for is not the user's.
+  if (options_.size.empty()) QSettings().setValue(QLatin1String(kGeometryKey), saveGeometry());
+  event->accept();
+}
+
+}  // namespace orbelcast

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QTimer>
+
+#include "adapters/qt/player_widget.h"
+#include "adapters/qt/yielding_http.h"
+#include "notice.h"
+#include "player_options.h"
+
+namespace orbelcast {
+
+/// The player as a program's window. What a person must know of the server (that it is waited for, that it cannot be
+/// reached) stands in a notice of the window; the player says nothing of its own.
+class PlayerWindow final : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  /// `requests` are those of `platform`; both outlive the window.
+  PlayerWindow(Platform& platform, YieldingHttp& requests, const PlayerOptions& options);
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void Configure();
+  void TakeSize();
+  void AddShortcuts();
+  void WatchRequests(YieldingHttp& requests);
+  void OnLoaded();
+  void ChooseFirst();
+  void ShowTitle();
+  /// What is wrong with the server, for a person; empty where nothing is.
+  QString Problem() const;
+
+  PlayerOptions options_;
+  PlayerWidget* player_;
+  Notice* notice_;
+  QTimer patience_;  // until a wait is worth a notice
+  YieldingHttp::Outcome outcome_{.answered = false, .status = 0};
+  bool chosen_ = false;
+  std::vector<Connection> connections_;
+};
+
+}  // namespace orbelcast

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+
+#include "platform/dialogs.h"
+#include "platform/message_loop.h"
+
+class QDialog;
+
+namespace orbelcast {
+
+/// The questions of the controls as dialogs of the desktop, each modal to the window that is active when it opens. A
+/// dialog suspends the handler that asks and nobody else.
+///
+/// A dialog that its owner's end takes along, or that is open when the loop ends, was cancelled.
+class QtDialogs final : public Dialogs {
+ public:
+  /// The loop that dialogs wait on. Before it is given every dialog is cancelled at once.
+  void WaitOn(MessageLoop& loop) { loop_ = &loop; }
+
+  std::optional<std::string> AskSaveName(const SaveRequest& request) override;
+  Answer ShowMessage(const MessageRequest& request) override;
+  std::string AskText(const InputRequest& request) override;
+  std::optional<Compression> ChooseCompression(const CompressionRequest& request) override;
+  void Beep() override;
+
+ private:
+  /// Shows the dialog until it is answered; its result, or 0 where it was cancelled. It may be gone afterwards.
+  int Run(QDialog* dialog);
+
+  MessageLoop* loop_ = nullptr;
+  QString folder_;  // where the last file was saved
+};
+
+}  // namespace orbelcast
