@@ -3,6 +3,7 @@
 #include <string>
 
 #include "adapters/fiber/fiber_loop.h"
+#include "fakes/fake_avi_files.h"
 #include "fakes/fake_dialogs.h"
 #include "fakes/fake_http.h"
 #include "fakes/manual_queue.h"
@@ -64,7 +65,7 @@ struct FakePlatform {
   DeviceContexts device_contexts;
   Registry registry;
   FakeDialogs dialogs{loop};
-  AviFiles avi_files;
+  FakeAviFiles avi_files;
   Configuration configuration;
   FakePlatform() {
     http.block = [this](EventQueue::Nanoseconds time) { queue.Block(time); };

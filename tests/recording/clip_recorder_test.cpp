@@ -1,0 +1,284 @@
+// The recorder between a person who answers and a clip that notes what is done with it.
+
+#include "recording/clip_recorder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "fakes/fake_platform.h"
+
+namespace orbelcast {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* kSave = "save Choose the filename... | Video Clip (*.avi)|*.avi";
+constexpr const char* kOverwrite = "ask This file already exists, do you want to overwrite ? | AVI Maker";
+
+std::string Done(int frames) {
+  return "tell Done\r\nTotal frames: " + std::to_string(frames) + " | AVI Maker";
+}
+
+/// A picture of the fake decoder's: one colour, sides in tens of pixels.
+ShownPicture Jpeg(std::uint8_t red, std::uint8_t green, std::uint8_t blue, std::uint8_t width, std::uint8_t height) {
+  return FrameBytes({red, green, blue, width, height});
+}
+
+class ClipRecorderTest : public testing::Test {
+ protected:
+  ClipRecorderTest() {
+    conv.Width = 1455;
+    conv.Height = 975;
+  }
+  ~ClipRecorderTest() override { std::filesystem::remove(path); }
+
+  void ExpectAnswers() {
+    world.dialogs.names = {path};
+    world.dialogs.compressions = {Dialogs::Compression{"MPEG-4", 10, 200}};
+  }
+  void Start() {
+    ExpectAnswers();
+    recorder.AviStart();
+    ASSERT_TRUE(recorder.AviRecording());
+    world.dialogs.log.clear();
+    world.avi_files.log.clear();
+    buttons.clear();
+  }
+  std::string Content() const {
+    std::ifstream file(path);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+
+  const std::string path =
+      (std::filesystem::temp_directory_path() / ("orbelcast-recorder-" + std::to_string(::getpid()) + ".avi")).string();
+  fakes::FakePlatform world;
+  PictureBox conv;
+  ShownPicture shown = Jpeg(10, 20, 30, 1, 2);
+  int list_position = 0;
+  std::vector<std::string> buttons;
+  ClipRecorder recorder{world.platform,
+                        conv,
+                        {.TakePicture = [this] { return shown; },
+                         .DeclaredRate = [this] { return ClipRecorder::RateOfListPosition(list_position); },
+                         .ShowRecording = [this](bool recording) { buttons.push_back(recording ? "stop" : "save"); }}};
+};
+
+TEST_F(ClipRecorderTest, RecordsAPictureForEachCallAndTellsTheNextPosition) {
+  list_position = 4;
+  ExpectAnswers();
+  recorder.AviStart();
+  EXPECT_THAT(world.dialogs.log, ElementsAre(kSave, "compression"));
+  // 10 pixels take 30 bytes of a row that has 32.
+  EXPECT_THAT(world.avi_files.log,
+              ElementsAre("create " + path, "stream 5/1 10x20 640", "compress MPEG-4 10 200", "format 40"));
+  EXPECT_THAT(buttons, ElementsAre("stop"));
+  EXPECT_TRUE(recorder.AviRecording());
+
+  world.avi_files.log.clear();
+  for (int i = 0; i < 10; ++i) recorder.WriteFrame();
+  EXPECT_EQ(world.avi_files.log.front(), "write 1 10x20");
+  EXPECT_EQ(world.avi_files.log.back(), "write 10 10x20");
+  recorder.SkipTo(9);
+  world.dialogs.log.clear();
+  world.avi_files.log.clear();
+  recorder.AviStart();  // The same as StopAvi.
+  EXPECT_THAT(world.dialogs.log, ElementsAre(Done(11)));
+  EXPECT_THAT(world.avi_files.log, ElementsAre("release"));
+  EXPECT_THAT(buttons, ElementsAre("stop", "save"));
+  EXPECT_FALSE(recorder.AviRecording());
+
+  recorder.WriteFrame();
+  recorder.StopAvi();  // Tells all the same.
+  EXPECT_THAT(world.dialogs.log, ElementsAre(Done(11), Done(11)));
+  EXPECT_THAT(world.avi_files.log, ElementsAre("release"));
+}
+
+TEST_F(ClipRecorderTest, WritesTheBytesThatABitmapFileWouldHold) {
+  Start();
+  Surface drawn(3, 2, Rgb(1, 2, 3));
+  drawn.FillBox(2, 0, 2, 0, Rgb(200, 100, 50));
+  shown = &drawn;
+  recorder.WriteFrame();
+  EXPECT_EQ(conv.Width, 45);
+  EXPECT_EQ(conv.Height, 30);
+  EXPECT_THAT(world.avi_files.samples.back(), ElementsAre(3, 2, 1, 3, 2, 1, 3, 2, 1, 0, 0, 0,  // the lower row
+                                                          3, 2, 1, 3, 2, 1, 50, 100, 200, 0, 0, 0));
+  const std::string bitmap = path + ".bmp";
+  WriteFile(bitmap, EncodeBitmap(drawn));
+  cDIB read;
+  EXPECT_TRUE(read.CreateFromFile(bitmap));
+  std::filesystem::remove(bitmap);
+  EXPECT_THAT(world.avi_files.samples.back(), testing::ElementsAreArray(read.PointerToBits()));
+}
+
+TEST_F(ClipRecorderTest, RepeatsAPictureWhereTheNextCannotBeLoadedAndGoesOn) {
+  Start();
+  recorder.WriteFrame();
+  for (const ShownPicture& bad :
+       {ShownPicture(FrameBytes()), ShownPicture(FrameBytes({1, 2})), ShownPicture(&conv.Picture())}) {
+    shown = bad;
+    recorder.WriteFrame();
+    EXPECT_EQ(world.avi_files.samples.back(), world.avi_files.samples.front());
+  }
+  world.avi_files.fails = "write";
+  shown = Jpeg(1, 1, 1, 3, 1);
+  recorder.WriteFrame();
+  EXPECT_THAT(world.avi_files.log,
+              ElementsAre("write 1 10x20", "write 2 10x20", "write 3 10x20", "write 4 10x20", "write 5 30x10"));
+  EXPECT_EQ(recorder.AviFrameIndex(), 6);
+}
+
+TEST_F(ClipRecorderTest, LeavesPositionsOutOnRequest) {
+  Start();
+  recorder.WriteFrame();
+  recorder.SkipTo(40);
+  recorder.SkipTo(7);
+  recorder.WriteFrame();
+  EXPECT_THAT(world.avi_files.log, ElementsAre("write 1 10x20", "write 40 10x20"));
+}
+
+TEST_F(ClipRecorderTest, AsksBeforeItReplacesAFile) {
+  recorder.AviStart();  // cancelled
+  EXPECT_THAT(world.dialogs.log, ElementsAre(kSave));
+  EXPECT_THAT(world.avi_files.log, IsEmpty());
+
+  std::ofstream(path) << "a clip";
+  world.dialogs.log.clear();
+  world.dialogs.names = {path};
+  world.dialogs.answers = {Dialogs::Answer::kNo};
+  recorder.AviStart();
+  EXPECT_THAT(world.dialogs.log, ElementsAre(kSave, kOverwrite));
+  EXPECT_THAT(world.avi_files.log, IsEmpty());
+  EXPECT_EQ(Content(), "a clip");
+
+  world.dialogs.log.clear();
+  ExpectAnswers();
+  world.dialogs.answers = {Dialogs::Answer::kYes};
+  recorder.AviStart();
+  EXPECT_THAT(world.dialogs.log, ElementsAre(kSave, kOverwrite, "compression"));
+  EXPECT_FALSE(std::filesystem::exists(path));  // the fake makes none
+  recorder.StopAvi();
+
+  std::ofstream(path) << "";  // An empty file is not asked about.
+  world.dialogs.log.clear();
+  Start();
+}
+
+struct Failure {
+  const char* step;
+  const char* message;
+  std::vector<std::string> asked;
+  std::vector<std::string> done;
+};
+
+TEST_F(ClipRecorderTest, TellsWhichStepFailedAndKeepsWhatItHasOpened) {
+  const std::string create = "create " + path;
+  for (const auto& [step, message, asked, done] : {
+           Failure{"create", "tell Error initializing AVI Engine. Can't create file. | ", {}, {create}},
+           Failure{"stream", "tell Can't create compressed stream. | ", {}, {create, "stream 1/1 10x20 640"}},
+           Failure{"compress",
+                   "tell Can't make compressed stream. | ",
+                   {"compression"},
+                   {create, "stream 1/1 10x20 640", "compress MPEG-4 10 200"}},
+           Failure{"format",
+                   "tell Can't select AVI format. | ",
+                   {"compression"},
+                   {create, "stream 1/1 10x20 640", "compress MPEG-4 10 200", "format 40"}},
+       }) {
+    world.avi_files.fails = step;
+    world.dialogs.log.clear();
+    world.avi_files.log.clear();
+    ExpectAnswers();
+    recorder.AviStart();
+    std::vector<std::string> expected{kSave};
+    expected.insert(expected.end(), asked.begin(), asked.end());
+    expected.insert(expected.end(), {"beep", message});
+    EXPECT_EQ(world.dialogs.log, expected);
+    EXPECT_EQ(world.avi_files.log, done);
+    EXPECT_FALSE(recorder.AviRecording());
+    recorder.WriteFrame();
+    EXPECT_EQ(world.avi_files.log, done);
+    world.dialogs.log.clear();
+    recorder.StopAvi();
+    EXPECT_THAT(world.dialogs.log, ElementsAre(Done(0)));
+    world.dialogs.compressions.clear();
+  }
+  EXPECT_EQ(world.avi_files.log.back(), "release");
+}
+
+TEST_F(ClipRecorderTest, NeedsAFirstPicture) {
+  shown = FrameBytes({1, 2});
+  ExpectAnswers();
+  recorder.AviStart();
+  EXPECT_THAT(world.dialogs.log, ElementsAre(kSave, "beep", "tell Can't create the first image. | "));
+  EXPECT_THAT(world.avi_files.log, ElementsAre("create " + path));  // still open
+
+  shown = Jpeg(1, 2, 3, 1, 1);
+  world.dialogs.names = {path};
+  recorder.AviStart();  // The next start's file takes its place.
+  EXPECT_THAT(world.avi_files.log, testing::Contains("release").Times(1));
+  EXPECT_TRUE(recorder.AviRecording());
+}
+
+TEST_F(ClipRecorderTest, LetsEverythingGoWhenNoCompressionIsChosen) {
+  world.dialogs.names = {path};
+  recorder.AviStart();
+  EXPECT_THAT(world.dialogs.log, ElementsAre(kSave, "compression"));
+  EXPECT_EQ(world.avi_files.log.back(), "release");
+  EXPECT_THAT(buttons, IsEmpty());
+}
+
+// The stream runs on behind a message box.
+TEST_F(ClipRecorderTest, WritesPicturesWhileItTellsThatItIsDone) {
+  Start();
+  recorder.WriteFrame();
+  world.dialogs.while_open = [this] { recorder.WriteFrame(); };
+  recorder.StopAvi();
+  EXPECT_THAT(world.dialogs.log, ElementsAre(Done(2)));
+  EXPECT_THAT(world.avi_files.log, ElementsAre("write 1 10x20", "write 2 10x20", "release"));
+}
+
+TEST_F(ClipRecorderTest, SurvivesWhatTheHostDoesWhileAQuestionIsOpen) {
+  // Stopped before it has begun: there is no file any more when the compression is chosen.
+  ExpectAnswers();
+  world.dialogs.while_open = [this] {
+    world.dialogs.while_open = nullptr;
+    if (world.dialogs.log.back() == "compression") return recorder.StopAvi();
+    world.dialogs.while_open = [this] {
+      world.dialogs.while_open = nullptr;
+      recorder.StopAvi();
+    };
+  };
+  recorder.AviStart();
+  EXPECT_THAT(world.dialogs.log,
+              ElementsAre(kSave, "compression", Done(0), "beep", "tell Can't make compressed stream. | "));
+
+  // Released at each question in turn: nothing more is asked, and the file is closed.
+  std::ofstream(path) << "a clip";
+  for (const std::string last : {kSave, kOverwrite, "compression"}) {
+    world.dialogs.log.clear();
+    world.avi_files.log.clear();
+    ClipRecorder released(world.platform, conv,
+                          {.TakePicture = [this] { return shown; },
+                           .DeclaredRate = [] { return ClipRecorder::RateOfListPosition(0); },
+                           .ShowRecording = [](bool) { FAIL(); }});
+    ExpectAnswers();
+    world.dialogs.answers = {Dialogs::Answer::kYes};
+    world.dialogs.while_open = [&] {
+      if (world.dialogs.log.back() == last) released.End();
+    };
+    released.AviStart();
+    EXPECT_EQ(world.dialogs.log.back(), last);
+    EXPECT_EQ(world.avi_files.log.empty(), last != "compression");
+    EXPECT_FALSE(released.AviRecording());
+    EXPECT_EQ(std::filesystem::exists(path), last != "compression");
+  }
+}
+
+}  // namespace
+}  // namespace orbelcast
