@@ -107,6 +107,13 @@ class BoundModel : public ControlModel {
   const std::span<const MethodBinding<Control>> methods_;
 };
 
+/// A method that returns nothing, as a binding calls it.
+template <typename Control, auto call>
+ResultValue Sub(Control& control, std::span<ArgumentValue> arguments) {
+  call(control, arguments);
+  return {};
+}
+
 // What bindings read their arguments with.
 inline bool& Boolean(ArgumentValue& value) {
   return std::get<bool>(value);
@@ -123,5 +130,6 @@ inline std::string& Text(ArgumentValue& value) {
 
 /// The class's models.
 std::unique_ptr<ControlModel> CreateVideoServerPush(Platform& platform);
+std::unique_ptr<ControlModel> CreateUserControl1(Platform& platform);
 
 }  // namespace orbelcast::server

@@ -48,27 +48,20 @@ const PropertyBinding<Viewer> kProperties[] = {
      [](Viewer& v, Value& x) { v.AutoReconnect(Boolean(x)); }},
 };
 
-/// A method that returns nothing.
-template <auto call>
-ResultValue Sub(Viewer& viewer, Values arguments) {
-  call(viewer, arguments);
-  return {};
-}
-
 const MethodBinding<Viewer> kMethods[] = {
-    {"Connect", Sub<[](Viewer& v, Values a) { v.Connect(Text(a[0]), Boolean(a[1]), Text(a[2])); }>},
-    {"ImageOnClipboard", Sub<[](Viewer& v, Values) { v.ImageOnClipboard(); }>},
-    {"SaveImage", Sub<[](Viewer& v, Values a) { v.SaveImage(Text(a[0])); }>},
-    {"Disconnect", Sub<[](Viewer& v, Values a) { v.Disconnect(Boolean(a[0])); }>},
-    {"StopGettingFrames", Sub<[](Viewer& v, Values) { v.StopGettingFrames(); }>},
-    {"ShowStatus", Sub<[](Viewer& v, Values a) { v.ShowStatus(Text(a[0])); }>},
-    {"ToogleClock", Sub<[](Viewer& v, Values a) { v.ToogleClock(Boolean(a[0])); }>},
-    {"Pulse", Sub<[](Viewer& v, Values) { v.Pulse(); }>},
-    {"RequestEnd", Sub<[](Viewer& v, Values) { v.RequestEnd(); }>},
-    {"MultiCamView", Sub<[](Viewer& v, Values a) { v.MultiCamView(Text(a[0])); }>},
+    {"Connect", Sub<Viewer, [](Viewer& v, Values a) { v.Connect(Text(a[0]), Boolean(a[1]), Text(a[2])); }>},
+    {"ImageOnClipboard", Sub<Viewer, [](Viewer& v, Values) { v.ImageOnClipboard(); }>},
+    {"SaveImage", Sub<Viewer, [](Viewer& v, Values a) { v.SaveImage(Text(a[0])); }>},
+    {"Disconnect", Sub<Viewer, [](Viewer& v, Values a) { v.Disconnect(Boolean(a[0])); }>},
+    {"StopGettingFrames", Sub<Viewer, [](Viewer& v, Values) { v.StopGettingFrames(); }>},
+    {"ShowStatus", Sub<Viewer, [](Viewer& v, Values a) { v.ShowStatus(Text(a[0])); }>},
+    {"ToogleClock", Sub<Viewer, [](Viewer& v, Values a) { v.ToogleClock(Boolean(a[0])); }>},
+    {"Pulse", Sub<Viewer, [](Viewer& v, Values) { v.Pulse(); }>},
+    {"RequestEnd", Sub<Viewer, [](Viewer& v, Values) { v.RequestEnd(); }>},
+    {"MultiCamView", Sub<Viewer, [](Viewer& v, Values a) { v.MultiCamView(Text(a[0])); }>},
     {"GetPictureArray", [](Viewer& v, Values) -> ResultValue { return v.GetPictureArray(); }},
     {"GetPicture", [](Viewer& v, Values) -> ResultValue { return v.GetPicture(); }},
-    {"RenderPicture", Sub<[](Viewer& v, Values a) { v.RenderPicture(Long(a[0]), Long(a[1]), Long(a[2])); }>},
+    {"RenderPicture", Sub<Viewer, [](Viewer& v, Values a) { v.RenderPicture(Long(a[0]), Long(a[1]), Long(a[2])); }>},
 };
 
 class Model final : public BoundModel<Viewer> {

@@ -25,6 +25,19 @@ using testing::Not;
 
 constexpr const char* kPath = ORBELCAST_LIBRARY;
 
+/// The tests' own registry file, not the user's.
+class LibraryTest : public testing::Test {
+ protected:
+  LibraryTest() { ::setenv("ORBELCAST_REGISTRY", registry_.c_str(), 1); }
+  ~LibraryTest() override {
+    ::unsetenv("ORBELCAST_REGISTRY");
+    std::filesystem::remove_all(folder_);
+  }
+
+  const std::string folder_ = testing::TempDir() + "library_" + std::to_string(::getpid());
+  const std::string registry_ = folder_ + "/registry.json";
+};
+
 class Library {
  public:
   Library() : handle_(::dlopen(kPath, RTLD_NOW | RTLD_LOCAL)) {}
@@ -63,7 +76,7 @@ Held<IDispatch> Create(const Held<IClassFactory>& factory) {
   return control;
 }
 
-TEST(LibraryTest, ExportsItsFourEntryPointsAndNothingElse) {
+TEST_F(LibraryTest, ExportsItsFourEntryPointsAndNothingElse) {
   std::FILE* const output = ::popen((std::string("nm -D --defined-only '") + kPath + "'").c_str(), "r");
   ASSERT_NE(output, nullptr);
   std::set<std::string> names;
@@ -78,7 +91,7 @@ TEST(LibraryTest, ExportsItsFourEntryPointsAndNothingElse) {
                                           "DllUnregisterServer"}));
 }
 
-TEST(LibraryTest, IsLoadedUsedAndUnloadedTwice) {
+TEST_F(LibraryTest, IsLoadedUsedAndUnloadedTwice) {
   for (int round = 0; round < 2; ++round) {
     {
       const Library library;
@@ -86,7 +99,7 @@ TEST(LibraryTest, IsLoadedUsedAndUnloadedTwice) {
       {
         const auto factory = library.Factory();
         const auto one = Create(factory);
-        const auto other = Create(factory);
+        const auto other = Create(library.Factory(kUserControl1Class));
         EXPECT_EQ(one.As<IControl>()->Place(9600, 7200), S_OK);
         EXPECT_EQ(other.As<IHostServices>()->RunLoop(20), S_OK);
         EXPECT_EQ(library.CanUnloadNow(), S_FALSE);
@@ -97,7 +110,7 @@ TEST(LibraryTest, IsLoadedUsedAndUnloadedTwice) {
   }
 }
 
-TEST(LibraryTest, CountsEveryKindOfUse) {
+TEST_F(LibraryTest, CountsEveryKindOfUse) {
   const Library library;
   ASSERT_TRUE(library.Loaded());
   EXPECT_EQ(library.CanUnloadNow(), S_OK);
@@ -116,7 +129,7 @@ TEST(LibraryTest, CountsEveryKindOfUse) {
   EXPECT_EQ(library.CanUnloadNow(), S_OK);
 }
 
-TEST(LibraryTest, RefusesWhatItHasNot) {
+TEST_F(LibraryTest, RefusesWhatItHasNot) {
   const Library library;
   ASSERT_TRUE(library.Loaded());
   void* object = this;
@@ -136,13 +149,10 @@ TEST(LibraryTest, RefusesWhatItHasNot) {
   EXPECT_EQ(library.CanUnloadNow(), S_OK);
 }
 
-TEST(LibraryTest, RegistersItsClassesAndRemovesThem) {
-  const std::string folder = testing::TempDir() + "library_" + std::to_string(::getpid());
-  const std::string path = folder + "/registry.json";
-  ::setenv("ORBELCAST_REGISTRY", path.c_str(), 1);
+TEST_F(LibraryTest, RegistersItsClassesAndRemovesThem) {
   const auto text = [&] {
     std::ostringstream read;
-    read << std::ifstream(path).rdbuf();
+    read << std::ifstream(registry_).rdbuf();
     return read.str();
   };
   const Library library;
@@ -151,14 +161,13 @@ TEST(LibraryTest, RegistersItsClassesAndRemovesThem) {
   EXPECT_THAT(text(), HasSubstr(kPath));
   EXPECT_THAT(text(), HasSubstr("{9056793E-AD07-40A0-81FF-B1A1103716F6}"));
   EXPECT_THAT(text(), HasSubstr("Orbelcast.VideoServerPush"));
+  EXPECT_THAT(text(), HasSubstr("Orbelcast.UserControl1"));
   EXPECT_EQ(library.Unregister(), S_OK);
   EXPECT_THAT(text(), Not(HasSubstr("Orbelcast")));
   EXPECT_EQ(library.Unregister(), S_OK) << "there is nothing left to remove";
 
-  ::setenv("ORBELCAST_REGISTRY", (path + "/below/a/file").c_str(), 1);
+  ::setenv("ORBELCAST_REGISTRY", (registry_ + "/below/a/file").c_str(), 1);
   EXPECT_EQ(library.Register(), SELFREG_E_CLASS);
-  ::unsetenv("ORBELCAST_REGISTRY");
-  std::filesystem::remove_all(folder);
 }
 
 }  // namespace

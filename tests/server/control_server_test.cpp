@@ -1,19 +1,18 @@
 #include "server/control_server.h"
 
-#include <arpa/inet.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
+#include <cctype>
 #include <chrono>
 #include <functional>
+#include <limits>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "server/control_access.h"
-#include "viewer/video_server_push.h"
+#include "fakes/scripted_server.h"
+#include "server/host_fixture.h"
 
 namespace orbelcast::server {
 namespace {
@@ -53,42 +52,11 @@ class Sink final : public IEventSink {
   const std::function<void(std::int32_t id, Arguments& arguments)> told_;
 };
 
-class ControlServerTest : public testing::Test {
+class ControlServerTest : public HostTest {
  protected:
-  ~ControlServerTest() override {
-    control.Release();
-    EXPECT_TRUE(server.Idle()) << "an object was not released";
-  }
+  ControlServerTest() : HostTest("VideoServerPush") {}
 
-  Held<IDispatch> Create(std::string_view name = "VideoServerPush") {
-    Held<IClassFactory> factory;
-    EXPECT_EQ(server.GetClassObject(FindClass(name), &IClassFactory::kId, factory.Put()), S_OK);
-    Held<IDispatch> created;
-    EXPECT_EQ(factory->CreateInstance(nullptr, &IDispatch::kId, created.Put()), S_OK);
-    return created;
-  }
-
-  Result Invoke(std::int32_t id, std::uint16_t kind, std::vector<Variant> values = {}, Variant* result = nullptr,
-                std::vector<std::int32_t> names = {}) {
-    Arguments arguments{};
-    arguments.values = values.data();
-    arguments.count = static_cast<std::uint32_t>(values.size());
-    arguments.named_count = static_cast<std::uint32_t>(names.size());
-    arguments.names = names.data();
-    wrong = 99;
-    return control->Invoke(id, kind, &arguments, result, &wrong);
-  }
-  Result Put(std::int32_t id, Variant value) { return Invoke(id, kPropertyPut, {value}); }
-  std::string Get(std::int32_t id) {
-    Variant value{};
-    EXPECT_EQ(Invoke(id, kPropertyGet, {}, &value), S_OK);
-    std::string text = value.type == kText ? std::string(value.text, value.size)
-                                           : std::to_string(value.type == kLong ? value.i32 : value.i16);
-    Clear(value);
-    return text;
-  }
   VideoServerPush& Viewer() { return *control.As<IControlAccess>()->Viewer(); }
-
   std::uint32_t Advise(Sink& sink) {
     std::uint32_t cookie = 0;
     EXPECT_EQ(Point()->Advise(&sink, &cookie), S_OK);
@@ -100,10 +68,6 @@ class ControlServerTest : public testing::Test {
               S_OK);
     return point;
   }
-
-  ControlServer server;
-  Held<IDispatch> control = Create();
-  std::uint32_t wrong = 0;
 };
 
 Variant Double(double value) {
@@ -417,33 +381,17 @@ TEST_F(ControlServerTest, ReleasedInsideItsOwnEvent) {
   EXPECT_TRUE(server.Idle());
 }
 
-/// A port of this machine where connections are taken and nothing is ever answered.
-class SilentPort {
- public:
-  SilentPort() : socket_(::socket(AF_INET, SOCK_STREAM, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof(address);
-    EXPECT_EQ(::bind(socket_, reinterpret_cast<sockaddr*>(&address), size), 0);
-    EXPECT_EQ(::listen(socket_, 4), 0);
-    ::getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &size);
-    address_ = "http://127.0.0.1:" + std::to_string(ntohs(address.sin_port)) + "/";
-  }
-  ~SilentPort() { ::close(socket_); }
-  const std::string& Address() const { return address_; }
-
- private:
-  const int socket_;
-  std::string address_;
-};
+void NeverAnswer(const std::string&, fakes::ScriptedServer::Connection& to) {
+  to.Never();
+}
 
 TEST_F(ControlServerTest, ReleasedWhileConnectWaitsOnTheHostsStack) {
-  const SilentPort port;
+  const fakes::ScriptedServer silent(NeverAnswer);
   EventQueue& queue = server.GetPlatform().loop.Queue();
   queue.ArmTimer(std::chrono::milliseconds(50), [&] { control.Release(); });
   IDispatch* const raw = control.Get();
-  Variant url = MakeText(port.Address());
+  const std::string address = silent.Url();
+  Variant url = MakeText(address);
   Arguments arguments{};
   arguments.values = &url;
   arguments.count = 1;
@@ -454,15 +402,15 @@ TEST_F(ControlServerTest, ReleasedWhileConnectWaitsOnTheHostsStack) {
 }
 
 TEST_F(ControlServerTest, AConnectInsideAnEventHoldsUpNobodyElse) {
-  const SilentPort port;
-  auto other = Create();
+  const fakes::ScriptedServer silent(NeverAnswer);
+  auto other = Create("VideoServerPush");
   bool connecting = false;
   bool returned = false;
   Sink sink([&](std::int32_t id, Arguments&) {
     if (id != 3 || connecting) return;
     connecting = true;
-    const Variant url = MakeText(port.Address());
-    Invoke(kConnect, kMethod, {url});
+    const std::string address = silent.Url();
+    Invoke(kConnect, kMethod, {MakeText(address)});
     returned = true;
   });
   Advise(sink);
