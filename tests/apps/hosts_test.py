@@ -12,7 +12,8 @@ import tempfile
 import unittest
 
 SERVER, LIBRARY, *HOSTS = sys.argv[1:]
-PICTURE = pathlib.Path(__file__).parent.parent / "fuzz/corpus/jpeg/420.jpg"
+ROOT = pathlib.Path(__file__).parent.parent.parent
+PICTURE = ROOT / "tests/fuzz/corpus/jpeg/420.jpg"
 TIMEOUT = 30
 
 
@@ -38,6 +39,9 @@ class HostsTest(unittest.TestCase):
             finally:
                 server.kill()
                 server.communicate()
+
+    def test_the_readme_shows_the_python_host_as_it_is(self):
+        self.assertIn((ROOT / "examples/host.py").read_text(), (ROOT / "README.md").read_text())
 
     def watch(self, host, address, saved):
         interpreter = [sys.executable] if host.endswith(".py") else []
