@@ -5,7 +5,7 @@ namespace orbelcast {
 /// What the program's exit status tells.
 enum ExitStatus : int {
   kWorked = 0,
-  kNoPictures = 1,  ///< The connection failed, was broken at the end, or no picture came.
+  kNoPictures = 1,  ///< The connection failed, was broken at the end, or no picture or no information came.
   kBadUsage = 2,    ///< A wrong option, a file that cannot be written, or the player is missing.
 };
 

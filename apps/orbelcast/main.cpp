@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "exit_status.h"
+#include "info_command.h"
+#include "mosaic_command.h"
 #include "platform/version.h"
 #include "play_command.h"
 #include "watch_options.h"
@@ -20,7 +22,8 @@ using namespace orbelcast;
 
 constexpr const char* kFooter =
     "Exit status: 0 it worked; 1 the connection failed, was broken at the end, or no\n"
-    "picture came; 2 wrong usage, a file that cannot be written, or a missing player.";
+    "picture (of info: no information) came; 2 wrong usage, a file that cannot be\n"
+    "written, or a missing player.";
 
 // What was typed may hold a password, so a wrong word is not repeated: of an option its name alone.
 std::string UnexpectedWords(const CLI::App& app) {
@@ -35,7 +38,7 @@ int ReportUsage(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) return app.exit(error);  // --help, --version
   const bool unexpected = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
   std::cerr << "orbelcast: " << (unexpected ? UnexpectedWords(app) : error.what()) << '\n'
-            << "See 'orbelcast --help' and 'orbelcast watch --help'.\n";
+            << "See 'orbelcast --help' and 'orbelcast COMMAND --help'.\n";
   return kBadUsage;
 }
 
@@ -60,11 +63,24 @@ int main(int argc, char** argv) {
   watch->footer(kFooter);
   AddWatchOptions(*watch, options);
 
+  InfoOptions info_options;
+  CLI::App* info =
+      app.add_subcommand("info", "Prints what a camera server says of itself: its cameras, alerts, outputs");
+  info->footer(kFooter);
+  AddInfoOptions(*info, info_options);
+
+  MosaicOptions mosaic_options;
+  CLI::App* mosaic = app.add_subcommand("mosaic", "Shows several cameras as a grid, in a file or in a window");
+  mosaic->footer(kFooter);
+  AddMosaicOptions(*mosaic, mosaic_options);
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return ReportUsage(app, error);
   }
   if (play->parsed()) return Play(play->remaining(), std::cerr);
+  if (info->parsed()) return Info(info_options, std::cout, std::cerr);
+  if (mosaic->parsed()) return Mosaic(mosaic_options, std::cout, std::cerr);
   return Watcher(std::move(options), std::cout, std::cerr).Run();
 }

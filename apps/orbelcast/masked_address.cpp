@@ -35,6 +35,17 @@ void MaskOpenLogin(std::string& text) {
   text.replace(slash + 1, end - slash - 1, kMask);
 }
 
+// …/USER:PASSWORD?…, as live addresses carry it: the last segment of the path.
+void MaskLiveLogin(std::string& text) {
+  const std::size_t scheme = text.find("://");
+  const std::size_t path = text.find('/', scheme == std::string::npos ? 0 : scheme + 3);
+  if (path == std::string::npos) return;
+  const std::size_t end = std::min(text.find('?', path), text.size());
+  const std::size_t segment = text.rfind('/', end - 1);
+  const std::size_t colon = text.find(':', segment);
+  if (colon < end) text.replace(colon + 1, end - colon - 1, kMask);
+}
+
 }  // namespace
 
 MaskedAddress::MaskedAddress(std::string_view address) : text_(address) {
@@ -42,6 +53,7 @@ MaskedAddress::MaskedAddress(std::string_view address) : text_(address) {
       text_.begin(), text_.end(), [](unsigned char letter) { return std::iscntrl(letter) != 0; }, '?');
   MaskUserInfo(text_);
   MaskOpenLogin(text_);
+  MaskLiveLogin(text_);
 }
 
 }  // namespace orbelcast

@@ -1,13 +1,10 @@
 #include "watch_options.h"
 
 #include <algorithm>
-#include <cctype>
-#include <charconv>
-#include <sstream>
 #include <string_view>
 #include <vector>
 
-#include "picture_file.h"
+#include "protocol/text.h"
 #include "viewer/interface.h"
 
 namespace orbelcast {
@@ -15,50 +12,16 @@ namespace orbelcast {
 namespace {
 
 constexpr int kZones = 25;
-/// The largest video area that makes sense to ask for: the side of an 8K screen.
-constexpr int kMaxSide = 8192;
 constexpr std::string_view kNoEvents = "none";
 
-// A checker answers an empty text, or what is wrong with the value.
-std::string CheckAddress(const std::string& url) {
-  constexpr std::string_view kScheme = "http://";
-  const bool begins = url.size() > kScheme.size() &&
-                      std::equal(kScheme.begin(), kScheme.end(), url.begin(), [](char expected, unsigned char given) {
-                        return expected == static_cast<char>(std::tolower(given));
-                      });
-  if (!begins) return "a camera's address begins with http://, such as http://127.0.0.1:8080/live/1";
-  if (std::any_of(url.begin(), url.end(), [](unsigned char letter) { return std::iscntrl(letter) != 0; })) {
-    return "the address holds a line break or another control character";
-  }
-  return {};
-}
-
-template <typename Number>
-bool ParseWhole(std::string_view text, Number& number) {
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  return error == std::errc() && end == text.data() + text.size();
-}
-
-std::vector<std::string> Split(const std::string& text, char separator) {
-  std::vector<std::string> parts;
-  std::istringstream stream(text);
-  for (std::string part; std::getline(stream, part, separator);) parts.push_back(part);
-  return parts;
-}
-
 void ParseSize(const std::string& text, WatchOptions& options) {
-  const std::vector<std::string> sides = Split(text, 'x');
-  const auto read = [](const std::string& side, int& pixels) {
-    return ParseWhole(side, pixels) && pixels >= 1 && pixels <= kMaxSide;
-  };
-  if (sides.size() != 2 || !read(sides[0], options.width) || !read(sides[1], options.height)) {
-    throw CLI::ValidationError(
-        "--size", "give WIDTHxHEIGHT in pixels, each from 1 to " + std::to_string(kMaxSide) + ", such as 640x480");
-  }
+  const PixelSize size = ParsePixelSize("--size", text);
+  options.width = size.width;
+  options.height = size.height;
 }
 
 void ParseArea(const std::string& text, WatchOptions& options) {
-  const std::vector<std::string> parts = Split(text, ',');
+  const auto parts = Split(text, ",");
   std::array<std::int32_t, 4> area{};
   bool good = parts.size() == area.size();
   for (std::size_t i = 0; good && i < area.size(); ++i) {
@@ -92,7 +55,8 @@ void ParseEvents(const std::string& text, WatchOptions& options) {
   options.events.emplace();
   if (text == kNoEvents) return;
   const auto known = video_server_push_interface::Events();
-  for (const std::string& name : Split(text, ',')) {
+  for (const std::string_view part : Split(text, ",")) {
+    const std::string name(part);
     if (std::none_of(known.begin(), known.end(), [&](const EventEntry& event) { return event.name == name; })) {
       throw CLI::ValidationError("--events",
                                  "there is no event '" + name + "'; there are " + EventNames() + " (or none)");
@@ -102,13 +66,8 @@ void ParseEvents(const std::string& text, WatchOptions& options) {
 }
 
 void ParsePicture(const std::string& text, WatchOptions& options) {
-  options.picture = text;
-  if (FormatOf(options.picture) == PictureFormat::kUnknown) {
-    throw CLI::ValidationError("--picture", "the file's name must end in .png, .bmp or .jpg");
-  }
-  if (const std::string why = WhyUnwritable(options.picture); !why.empty()) {
-    throw CLI::ValidationError("--picture", "cannot write " + text + ": " + why);
-  }
+  options.picture =
+      ParsePictureFile("--picture", text, {PictureFormat::kPng, PictureFormat::kBmp, PictureFormat::kJpeg});
 }
 
 // An option whose text `parse` reads into the options.
@@ -129,18 +88,7 @@ void AddWatchOptions(CLI::App& command, WatchOptions& options) {
       ->check(CheckAddress)
       ->type_name("");
 
-  const std::string access = "Access";
-  command.add_option("--user", options.user, "User name, sent when the server asks for one (default: none)")
-      ->envname("ORBELCAST_USER")
-      ->type_name("NAME")
-      ->group(access);
-  command
-      .add_option("--password", options.password,
-                  "Password. Other users of the machine can read a command line: the variable keeps it from them "
-                  "(default: none)")
-      ->envname("ORBELCAST_PASSWORD")
-      ->type_name("TEXT")
-      ->group(access);
+  AddAccessOptions(command, options.access, "User name, sent when the server asks for one (default: none)");
 
   const std::string stream = "Stream";
   command.add_option("--frame-rate", options.frame_rate, "Pictures a second, 1 to 30 (default: 1)")

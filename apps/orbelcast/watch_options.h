@@ -8,13 +8,14 @@
 #include <set>
 #include <string>
 
+#include "option_values.h"
+
 namespace orbelcast {
 
 /// What `orbelcast watch` was asked to do.
 struct WatchOptions {
   std::string url;
-  std::string user;
-  std::string password;
+  Access access;
   std::int16_t frame_rate = 1;  ///< Pictures a second, 1 to 30.
   int width = 640;              ///< The video area, in pixels.
   int height = 480;

@@ -66,8 +66,8 @@ void Watcher::Configure() {
   const auto twips_x = static_cast<float>(platform_.screen.TwipsPerPixelX());
   const auto twips_y = static_cast<float>(platform_.screen.TwipsPerPixelY());
   viewer_->Resize(static_cast<float>(options_.width) * twips_x, static_cast<float>(options_.height) * twips_y);
-  viewer_->Username(options_.user);
-  viewer_->Password(options_.password);
+  viewer_->Username(options_.access.user);
+  viewer_->Password(options_.access.password);
   std::int16_t frame_rate = options_.frame_rate;
   viewer_->FrameRate(frame_rate);
   viewer_->AutoReconnect(options_.auto_reconnect);

@@ -36,8 +36,8 @@ int main(int argc, char** argv) {
   orbelcast::AddPlayerOptions(command, options);
   try {
     command.parse(argc, argv);
-    if (options.camera.empty() && options.live_url.empty()) {
-      throw CLI::RequiredError("a camera server, an address or --live-url");
+    if (options.camera.empty() && options.live_url.empty() && options.mosaic.empty()) {
+      throw CLI::RequiredError("a camera server, an address, --live-url or --mosaic");
     }
   } catch (const CLI::ParseError& error) {
     return command.exit(error) == 0 ? kGood : kBadUsage;

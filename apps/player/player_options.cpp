@@ -50,7 +50,7 @@ bool IsNumber(const std::string& text) {
 }  // namespace
 
 bool PlayerOptions::ShowsOnePicture() const {
-  return IsPictureAddress(camera);
+  return IsPictureAddress(camera) || !mosaic.empty();
 }
 
 std::optional<QSize> PlayerOptions::WindowSize() const {
@@ -116,6 +116,12 @@ void AddPlayerOptions(CLI::App& app, PlayerOptions& options) {
       ->group(player);
 
   const std::string viewer = "Viewer alone";
+  app.add_option("--mosaic", options.mosaic,
+                 "Show several cameras as a grid: their live addresses, each beginning with http://")
+      ->check(CheckUrl)
+      ->excludes(camera)
+      ->excludes(live)
+      ->group(viewer);
   auto* area = app.add_option("--motion-area", options.motion_area,
                               "Watch this part of the picture for motion: x1,y1,x2,y2 in hundredths of its size")
                    ->delimiter(',')

@@ -6,6 +6,7 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace orbelcast {
 
@@ -14,6 +15,7 @@ struct PlayerOptions {
   /// A camera server, as HOST or HOST:PORT: the player opens. Or the whole address of a picture, beginning with
   /// http://: the viewer alone opens. Empty: the player opens on `live_url` and `archive_url`.
   std::string camera;
+  std::vector<std::string> mosaic;  ///< Live addresses of cameras that the viewer alone shows as a grid.
   std::string user;
   std::string password;
   std::optional<int> frame_rate;     ///< Pictures a second, 1 to 30; of the player 1 to 25.

@@ -14,12 +14,24 @@ namespace {
 constexpr int kUsualFrameRate = 25;
 constexpr QSize kUsualSize{640, 480};
 
+void Show(VideoServerPushWidget& viewer, const PlayerOptions& options) {
+  if (options.mosaic.empty()) {
+    viewer.Connect(QString::fromStdString(options.camera));
+    return;
+  }
+  QString cameras;
+  for (const std::string& camera : options.mosaic) cameras += QString::fromStdString(camera) + QStringLiteral("\r\n");
+  viewer.MultiCamView(cameras);
+}
+
 }  // namespace
 
 ViewerWindow::ViewerWindow(Platform& platform, const PlayerOptions& options)
     : options_(options), viewer_(new VideoServerPushWidget(platform, this)) {
   setCentralWidget(viewer_);
-  setWindowTitle(QStringLiteral("%1 – Orbelcast").arg(ShownAddress(options_.camera)));
+  const QString title = options_.mosaic.empty() ? ShownAddress(options_.camera)
+                                                : QStringLiteral("Mosaic of %1").arg(options_.mosaic.size());
+  setWindowTitle(QStringLiteral("%1 – Orbelcast").arg(title));
   resize(options_.WindowSize().value_or(kUsualSize));
   Configure();
   AddShortcuts();
@@ -73,8 +85,8 @@ void ViewerWindow::Start() {
   // As a handler, so that the wait for the first answer suspends this call alone.
   QTimer::singleShot(0, viewer_, [this] {
     if (options_.time_first_picture) TimeFirstPicture();
-    viewer_->RunHandler([viewer = QPointer(viewer_), url = QString::fromStdString(options_.camera)] {
-      if (viewer) viewer->Connect(url);
+    viewer_->RunHandler([viewer = QPointer(viewer_), options = options_] {
+      if (viewer) Show(*viewer, options);
     });
   });
 }

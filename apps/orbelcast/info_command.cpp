@@ -1,0 +1,238 @@
+#include "info_command.h"
+
+#include <algorithm>
+#include <cctype>
+#include <ostream>
+#include <vector>
+
+#include "assembly/headless_platform.h"
+#include "event_json.h"
+#include "masked_address.h"
+#include "protocol/relay.h"
+#include "protocol/server_info.h"
+#include "protocol/text.h"
+
+namespace orbelcast {
+
+namespace {
+
+constexpr int kOk = 200;
+constexpr int kUnauthorized = 401;
+constexpr int kNotFound = 404;
+/// Names of a value are followed by blanks up to here.
+constexpr std::size_t kNameWidth = 12;
+
+/// What a list of the server's holds: cameras, alerts, outputs, inputs.
+struct Entry {
+  std::vector<std::string> fields;
+
+  const std::string& Field(std::size_t index) const {
+    static const std::string kNone;
+    return index < fields.size() ? fields[index] : kNone;
+  }
+};
+
+std::vector<Entry> EntriesOf(const ServerInfo& info, std::string_view key) {
+  std::vector<Entry> entries;
+  Parts lines(info.Lines, kCrLf);
+  for (std::string_view line; lines.Next(line);) {
+    if (!line.starts_with(key)) continue;
+    const auto fields = Split(line.substr(key.size()), "\t");
+    entries.push_back({{fields.begin(), fields.end()}});
+  }
+  return entries;
+}
+
+/// A switch's state as the server tells it.
+bool IsOn(const Entry& entry) {
+  return entry.Field(2) != "0";
+}
+
+/// Text from a server on its way to a terminal.
+std::string Printable(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](unsigned char letter) { return std::iscntrl(letter) != 0; }, '?');
+  return text;
+}
+
+/// Columns that a text takes: its letters, not its bytes.
+std::size_t WidthOf(const std::string& text) {
+  return static_cast<std::size_t>(
+      std::count_if(text.begin(), text.end(), [](unsigned char byte) { return (byte & 0xc0) != 0x80; }));
+}
+
+// ---- For people ---------------------------------------------------------------------------------------------------
+
+class Table {
+ public:
+  explicit Table(std::ostream& output) : output_(output) {}
+
+  void Row(const std::string& name, const std::string& value) {
+    if (value.empty()) return;
+    output_ << name << std::string(kNameWidth - std::min(name.size(), kNameWidth - 1), ' ') << Printable(value) << '\n';
+  }
+
+  /// A heading and a line an entry: its number, its cells in columns.
+  void List(const std::string& heading, const std::vector<std::vector<std::string>>& rows) {
+    if (rows.empty()) return;
+    std::vector<std::size_t> widths;
+    for (const auto& row : rows) {
+      widths.resize(std::max(widths.size(), row.size()));
+      for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], WidthOf(row[i]));
+    }
+    output_ << '\n' << heading << '\n';
+    for (std::size_t number = 1; number <= rows.size(); ++number) {
+      const auto& row = rows[number - 1];
+      std::string line = "  " + std::to_string(number);
+      line.resize(std::max(line.size(), std::size_t{6}), ' ');
+      for (std::size_t i = 0; i < row.size(); ++i)
+        line += Printable(row[i]) + std::string(widths[i] - WidthOf(row[i]) + 2, ' ');
+      output_ << line.substr(0, line.find_last_not_of(' ') + 1) << '\n';
+    }
+  }
+
+ private:
+  std::ostream& output_;
+};
+
+void PrintTable(const ServerInfo& info, std::ostream& output) {
+  Table table(output);
+  table.Row("Name", info.SystemName);
+  table.Row("Software", info.ServerHeader);
+  table.Row("Version", info.ServerVersion);
+  table.Row("Date", info.DateHeader);
+  if (info.ViaRelay) table.Row("Relay says", info.RelayHost + ":" + info.RelayPort);
+  if (!info.GpsLat.empty() || !info.GpsLon.empty()) table.Row("Place", info.GpsLat + " " + info.GpsLon);
+  table.Row("Altitude", info.GpsAlt);
+  for (const auto& [key, value] :
+       {std::pair("SYN", info.SynValue), std::pair("CPU", info.CpuValue), std::pair("RAM", info.RamValue),
+        std::pair("AME", info.AmeValue), std::pair("CPN", info.CpnValue), std::pair("CPS", info.CpsValue)}) {
+    table.Row(key, value);
+  }
+  if (info.UpsValue != 0) table.Row("UPS", std::to_string(info.UpsValue));
+  std::string flags;
+  for (const auto& [name, set] :
+       {std::pair("ADM", info.AdmFlag), std::pair("AES", info.AesFlag), std::pair("CST", info.CstFlag)}) {
+    if (set) flags += (flags.empty() ? "" : " ") + std::string(name);
+  }
+  table.Row("Flags", flags);
+
+  const auto list = [&](const std::string& heading, std::string_view key, auto cells) {
+    std::vector<std::vector<std::string>> rows;
+    for (const Entry& entry : EntriesOf(info, key)) rows.push_back(cells(entry));
+    table.List(heading, rows);
+  };
+  const auto switched = [](const Entry& entry) {
+    return std::vector{entry.Field(1), std::string(IsOn(entry) ? "on" : "off")};
+  };
+  list("Cameras", "CAM:", [](const Entry& entry) {
+    return std::vector{entry.Field(1), entry.Field(0), entry.Field(2)};
+  });
+  list("Alerts", "ALT:", [](const Entry& entry) { return std::vector{entry.Field(1)}; });
+  list("Outputs", "HWO:", switched);
+  list("Inputs", "HWI:", switched);
+}
+
+// ---- For programs -------------------------------------------------------------------------------------------------
+
+Json SwitchesToJson(const std::vector<Entry>& entries) {
+  Json list = Json::array();
+  for (const Entry& entry : entries) list.push_back({{"name", entry.Field(1)}, {"on", IsOn(entry)}});
+  return list;
+}
+
+Json ToJson(const ServerInfo& info) {
+  Json json;
+  json["answered"] = !info.AllHeaders.empty();
+  json["status"] = info.Status;
+  json["camera_server"] = info.ViewerMarker;
+  json["name"] = info.SystemName;
+  json["software"] = info.ServerHeader;
+  json["version"] = info.ServerVersion;
+  json["date"] = info.DateHeader;
+  json["gps"] = {{"lat", info.GpsLat}, {"lon", info.GpsLon}, {"alt", info.GpsAlt}};
+  json["relay"] = nullptr;
+  if (info.ViaRelay) {
+    json["relay"] = {{"answer", info.RelayAnswer}, {"host", info.RelayHost}, {"port", info.RelayPort}};
+  }
+  json["values"] = {{"SYN", info.SynValue}, {"CPU", info.CpuValue}, {"RAM", info.RamValue}, {"AME", info.AmeValue},
+                    {"CPN", info.CpnValue}, {"CPS", info.CpsValue}, {"UPS", info.UpsValue}};
+  json["flags"] = {{"ADM", info.AdmFlag}, {"AES", info.AesFlag}, {"CST", info.CstFlag}};
+  json["direct_file_key"] = info.DirectFileKey;
+  json["cameras"] = Json::array();
+  for (const Entry& entry : EntriesOf(info, "CAM:")) {
+    json["cameras"].push_back({{"device", entry.Field(0)}, {"name", entry.Field(1)}, {"live_base", entry.Field(2)}});
+  }
+  json["alerts"] = Json::array();
+  for (const Entry& entry : EntriesOf(info, "ALT:")) json["alerts"].push_back({{"name", entry.Field(1)}});
+  json["outputs"] = SwitchesToJson(EntriesOf(info, "HWO:"));
+  json["inputs"] = SwitchesToJson(EntriesOf(info, "HWI:"));
+  return json;
+}
+
+// ---- What is wrong ------------------------------------------------------------------------------------------------
+
+/// Empty where all is well.
+std::string WhyNoInformation(const InfoOptions& options, const Configuration& configuration, const ServerInfo& info) {
+  const bool answered = !info.AllHeaders.empty();
+  if (!answered && IsRelayAddress(configuration, WithoutHttp(options.server)) && !info.ViaRelay) {
+    return "the relay service at " + configuration.relay_lookup_host +
+           " does not answer, or knows no server of this account";
+  }
+  if (!answered) return "it does not answer; check the address and the port, and that the server is on";
+  if (info.Status == kUnauthorized) {
+    return "it asks for another user name or password; give --user and ORBELCAST_PASSWORD";
+  }
+  if (info.Status == kNotFound) return "it has no server information (404); is it a camera server?";
+  if (info.Status != kOk) return "it answers with status " + std::to_string(info.Status);
+  if (!info.ViewerMarker) return "it answers, but not as a camera server does";
+  return {};
+}
+
+std::string CheckServer(const std::string& server) {
+  if (server.empty() || WithoutHttp(server).empty()) return "give a host, or host:port, such as 127.0.0.1:8080";
+  if (BeginsWith(server, "https://")) return "a camera server is asked by http, not https";
+  if (std::any_of(server.begin(), server.end(), [](unsigned char letter) { return std::iscntrl(letter) != 0; })) {
+    return "the address holds a line break or another control character";
+  }
+  return {};
+}
+
+}  // namespace
+
+void AddInfoOptions(CLI::App& command, InfoOptions& options) {
+  command
+      .add_option(
+          "SERVER", options.server,
+          "The camera server: a host, host:port, or a relay account's address; http:// before it may be left out")
+      ->required()
+      ->check(CheckServer)
+      ->type_name("");
+  AddAccessOptions(command, options.access, "User name, sent with the request (default: none)");
+  command
+      .add_option("--timeout", options.time_out,
+                  "Seconds that connecting and that the answer may take each; may have decimals (default: 10)")
+      ->check(CLI::Range(0.001, 1e6))
+      ->type_name("S")
+      ->group("Request");
+  command.add_flag("--json", options.json, "Print JSON, for programs, instead of a table")->group("Output");
+}
+
+ExitStatus Info(const InfoOptions& options, std::ostream& output, std::ostream& messages) {
+  HeadlessPlatform services;
+  Platform& platform = services.Get();
+  const ServerInfo info =
+      QueryServerInfo(platform.http, platform.configuration, options.server, options.access.user,
+                      options.access.password, static_cast<std::int32_t>(options.time_out * 1000), InfoMode::kAllLines);
+  const std::string wrong = WhyNoInformation(options, platform.configuration, info);
+  if (options.json) {
+    output << ToJson(info).dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+  } else if (wrong.empty()) {
+    PrintTable(info, output);
+  }
+  if (wrong.empty()) return kWorked;
+  messages << "orbelcast: no information from " << MaskedAddress(options.server).Text() << ": " << wrong << '\n';
+  return kNoPictures;
+}
+
+}  // namespace orbelcast

@@ -1,0 +1,204 @@
+#include "mosaic_command.h"
+
+#include <chrono>
+#include <memory>
+#include <ostream>
+#include <set>
+
+#include "assembly/headless_platform.h"
+#include "event_json.h"
+#include "masked_address.h"
+#include "mosaic/mosaic_tile.h"
+#include "option_values.h"
+#include "picture_file.h"
+#include "play_command.h"
+#include "stop_signals.h"
+#include "viewer/interface.h"
+#include "viewer/video_server_push.h"
+
+namespace orbelcast {
+
+namespace {
+
+using std::chrono::duration;
+using std::chrono::duration_cast;
+
+/// What events say they come from.
+constexpr std::string_view kControlName = "viewer";
+
+/// A decoder that passes everything on to another one and notes where a picture was drawn, by its top-left corner.
+class DrawnTiles final : public JpegDecoder {
+ public:
+  explicit DrawnTiles(JpegDecoder& decoder) : decoder_(decoder) {}
+
+  bool DrawJpeg(Surface& target, const FrameBytes& jpeg, int width, int height) override {
+    return decoder_.DrawJpeg(target, jpeg, width, height);
+  }
+  bool DrawJpegAt(Surface& target, const FrameBytes& jpeg, int x, int y, int width, int height) override {
+    const bool drawn = decoder_.DrawJpegAt(target, jpeg, x, y, width, height);
+    if (drawn) corners_.emplace(x, y);
+    return drawn;
+  }
+  int JpegWidth() const override { return decoder_.JpegWidth(); }
+  int JpegHeight() const override { return decoder_.JpegHeight(); }
+
+  bool Any() const { return !corners_.empty(); }
+  bool At(int x, int y) const { return corners_.contains({x, y}); }
+
+ private:
+  JpegDecoder& decoder_;
+  std::set<std::pair<int, int>> corners_;
+};
+
+/// A host without a window: one viewer that goes round the cameras.
+class MosaicHost {
+ public:
+  MosaicHost(const MosaicOptions& options, std::ostream& output, std::ostream& messages)
+      : options_(options),
+        output_(output),
+        messages_(messages),
+        services_(std::make_unique<HeadlessPlatform>()),
+        drawn_(services_->Get().jpeg_decoder),
+        platform_(services_->Get().With(drawn_)),
+        viewer_(VideoServerPush::Create(platform_)) {}
+  ~MosaicHost() {
+    viewer_.reset();
+    // Ends the handlers that still wait; they go by the platform and the decoder, which therefore end after it.
+    services_.reset();
+  }
+  MosaicHost(const MosaicHost&) = delete;
+  MosaicHost& operator=(const MosaicHost&) = delete;
+
+  ExitStatus Run() {
+    EventQueue& queue = platform_.loop.Queue();
+    const StopSignals signals(queue, [this] { End(); });
+    ListenToAll(viewer_->Events,
+                [this](const EventEntry& event, std::span<const EventArgument> arguments) { Note(event, arguments); });
+    if (options_.seconds) {
+      queue.ArmTimer(duration_cast<EventQueue::Nanoseconds>(duration<double>(*options_.seconds)), [this] { End(); });
+    }
+    viewer_->Resize(static_cast<float>(options_.width * platform_.screen.TwipsPerPixelX()),
+                    static_cast<float>(options_.height * platform_.screen.TwipsPerPixelY()));
+    std::string cameras;
+    for (const std::string& camera : options_.cameras) cameras += camera + "\r\n";
+    viewer_->MultiCamView(cameras);
+    platform_.loop.Wait(end_);
+    return Outcome();
+  }
+
+ private:
+  void Note(const EventEntry& event, std::span<const EventArgument> arguments) {
+    if (end_.IsDone()) return;
+    output_ << ToLine(EventToJson(event, kControlName, arguments)) << std::endl;  // at once: others read along
+    if (event.name == "StreamInfo" && ++rounds_ == options_.rounds && !options_.seconds) End();
+  }
+
+  // The grid is kept as it is now: a tick that goes on would mark the next tile in it.
+  void End() {
+    if (end_.IsDone()) return;
+    grid_ = viewer_->VideoStream.Image();
+    end_.Complete();
+  }
+
+  ExitStatus Outcome() {
+    if (!options_.output.empty() && !WritePicture(options_.output, grid_, platform_.pictures)) {
+      messages_ << "orbelcast: could not write " << options_.output.string() << "; is the disk full?\n";
+      return kBadUsage;
+    }
+    const auto cameras = static_cast<std::int32_t>(options_.cameras.size());
+    for (std::int32_t index = 0; index < cameras; ++index) {
+      const auto tile = PlaceTile(index, cameras, options_.width, options_.height);
+      if (tile && drawn_.At(tile->x, tile->y)) continue;
+      messages_ << "orbelcast: no picture from "
+                << MaskedAddress(options_.cameras[static_cast<std::size_t>(index)]).Text() << '\n';
+    }
+    return drawn_.Any() ? kWorked : kNoPictures;
+  }
+
+  const MosaicOptions& options_;
+  std::ostream& output_;
+  std::ostream& messages_;
+
+  std::unique_ptr<HeadlessPlatform> services_;
+  DrawnTiles drawn_;
+  Platform platform_;  ///< The services, with `drawn_` before the decoder.
+  std::shared_ptr<VideoServerPush> viewer_;
+
+  Completion end_;  ///< It is time to end.
+  int rounds_ = 0;
+  Surface grid_;
+};
+
+ExitStatus ShowInWindow(const MosaicOptions& options, std::ostream& messages) {
+  std::vector<std::string> arguments{"--size", std::to_string(options.width) + "x" + std::to_string(options.height)};
+  if (options.seconds) {
+    arguments.emplace_back("--quit-after");
+    arguments.push_back(std::to_string(*options.seconds));
+  }
+  arguments.emplace_back("--mosaic");
+  arguments.insert(arguments.end(), options.cameras.begin(), options.cameras.end());
+  return Play(arguments, messages);
+}
+
+}  // namespace
+
+void AddMosaicOptions(CLI::App& command, MosaicOptions& options) {
+  command
+      .add_option("URL", options.cameras,
+                  "The cameras' live addresses, in the grid's order, row by row; each begins with http:// and is asked "
+                  "for pictures of its tile's size (?live-special… is added)")
+      ->required()
+      ->check(CheckAddress)
+      ->type_name("");
+  command
+      .add_option_function<std::string>(
+          "--size",
+          [&options](const std::string& text) {
+            const PixelSize size = ParsePixelSize("--size", text);
+            options.width = size.width;
+            options.height = size.height;
+          },
+          "Size of the grid in pixels, 1 to 8192 each (default: 640x480)")
+      ->type_name("WxH");
+
+  const std::string end = "When to end";
+  auto* rounds = command
+                     .add_option("--rounds", options.rounds,
+                                 "End after N rounds, 1 or more; a round takes half a second a camera (default: 1)")
+                     ->check(CLI::Range(1, 1'000'000'000))
+                     ->type_name("N")
+                     ->group(end);
+  command.add_option("--seconds", options.seconds, "End after S seconds, more than 0; may have decimals")
+      ->check(CLI::Range(0.001, 1e6))
+      ->type_name("S")
+      ->group(end)
+      ->excludes(rounds);
+
+  const std::string output = "Output (one of them)";
+  auto* file =
+      command
+          .add_option_function<std::string>(
+              "--output",
+              [&options](const std::string& text) {
+                options.output = ParsePictureFile("--output", text, {PictureFormat::kPng, PictureFormat::kBmp});
+              },
+              "At the end, write the grid to FILE: .png or .bmp")
+          ->type_name("FILE")
+          ->group(output);
+  auto* window = command.add_flag("--window", options.window, "Show the grid in a window, until that is closed")
+                     ->group(output)
+                     ->excludes(file)
+                     ->excludes(rounds);
+  command.callback([file, window] {
+    if (file->count() + window->count() == 0) {
+      throw CLI::ValidationError("mosaic", "say where the grid goes: --output FILE, or --window");
+    }
+  });
+}
+
+ExitStatus Mosaic(const MosaicOptions& options, std::ostream& output, std::ostream& messages) {
+  if (options.window) return ShowInWindow(options, messages);
+  return MosaicHost(options, output, messages).Run();
+}
+
+}  // namespace orbelcast

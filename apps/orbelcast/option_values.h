@@ -1,0 +1,48 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <charconv>
+#include <filesystem>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "picture_file.h"
+
+/// What the commands' options have in common. What is wrong with a value is a CLI::ValidationError that says what is
+/// expected.
+namespace orbelcast {
+
+/// Empty for a camera's address; else what is wrong with it.
+std::string CheckAddress(const std::string& url);
+
+/// A whole number and nothing else.
+template <typename Number>
+bool ParseWhole(std::string_view text, Number& number) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc() && end == text.data() + text.size();
+}
+
+struct PixelSize {
+  int width = 0;
+  int height = 0;
+};
+/// The largest side that makes sense to ask for: that of an 8K screen.
+inline constexpr int kMaxSide = 8192;
+/// WIDTHxHEIGHT, each side 1 to kMaxSide.
+PixelSize ParsePixelSize(const std::string& option, const std::string& text);
+
+/// The name of a file that can be written, in one of these formats.
+std::filesystem::path ParsePictureFile(const std::string& option, const std::string& text,
+                                       std::initializer_list<PictureFormat> formats);
+
+/// Who asks. May come from the environment, so that it need not stand on the command line.
+struct Access {
+  std::string user;
+  std::string password;
+};
+/// Declares --user and --password on `command`.
+void AddAccessOptions(CLI::App& command, Access& access, const std::string& user_description);
+
+}  // namespace orbelcast
