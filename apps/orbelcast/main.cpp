@@ -13,6 +13,7 @@
 #include "mosaic_command.h"
 #include "platform/version.h"
 #include "play_command.h"
+#include "record_command.h"
 #include "watch_options.h"
 #include "watcher.h"
 
@@ -74,6 +75,11 @@ int main(int argc, char** argv) {
   mosaic->footer(kFooter);
   AddMosaicOptions(*mosaic, mosaic_options);
 
+  RecordOptions record_options;
+  CLI::App* record = app.add_subcommand("record", "Records a camera as an AVI clip: record URL FILE.avi [OPTION...]");
+  record->footer(kFooter);
+  AddRecordOptions(*record, record_options);
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -82,5 +88,6 @@ int main(int argc, char** argv) {
   if (play->parsed()) return Play(play->remaining(), std::cerr);
   if (info->parsed()) return Info(info_options, std::cout, std::cerr);
   if (mosaic->parsed()) return Mosaic(mosaic_options, std::cout, std::cerr);
+  if (record->parsed()) return Record(record_options, std::cout, std::cerr);
   return Watcher(std::move(options), std::cout, std::cerr).Run();
 }

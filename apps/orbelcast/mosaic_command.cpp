@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <set>
 
@@ -13,6 +14,7 @@
 #include "picture_file.h"
 #include "play_command.h"
 #include "stop_signals.h"
+#include "timed_clip.h"
 #include "viewer/interface.h"
 #include "viewer/video_server_push.h"
 
@@ -60,8 +62,15 @@ class MosaicHost {
         services_(std::make_unique<HeadlessPlatform>()),
         drawn_(services_->Get().jpeg_decoder),
         platform_(services_->Get().With(drawn_)),
-        viewer_(VideoServerPush::Create(platform_)) {}
+        viewer_(VideoServerPush::Create(platform_)) {
+    if (options_.clip.file.empty()) return;
+    const int round = viewer_->MultiCam.Interval * static_cast<int>(options_.cameras.size());
+    clip_.emplace(
+        services_->Get(), options_.clip, [this] { return viewer_->PictureToSave(); },
+        [round] { return TimedClip::RateOfInterval(round); });
+  }
   ~MosaicHost() {
+    clip_.reset();
     viewer_.reset();
     // Ends the handlers that still wait; they go by the platform and the decoder, which therefore end after it.
     services_.reset();
@@ -83,6 +92,7 @@ class MosaicHost {
     for (const std::string& camera : options_.cameras) cameras += camera + "\r\n";
     viewer_->MultiCamView(cameras);
     platform_.loop.Wait(end_);
+    if (clip_) clip_->Finish();
     return Outcome();
   }
 
@@ -90,7 +100,9 @@ class MosaicHost {
   void Note(const EventEntry& event, std::span<const EventArgument> arguments) {
     if (end_.IsDone()) return;
     output_ << ToLine(EventToJson(event, kControlName, arguments)) << std::endl;  // at once: others read along
-    if (event.name == "StreamInfo" && ++rounds_ == options_.rounds && !options_.seconds) End();
+    if (event.name != "StreamInfo") return;
+    if (clip_ && !clip_->Add()) End();
+    if (++rounds_ == options_.rounds && !options_.seconds) End();
   }
 
   // The grid is kept as it is now: a tick that goes on would mark the next tile in it.
@@ -105,6 +117,7 @@ class MosaicHost {
       messages_ << "orbelcast: could not write " << options_.output.string() << "; is the disk full?\n";
       return kBadUsage;
     }
+    if (clip_ && !TellOfClip()) return kBadUsage;
     const auto cameras = static_cast<std::int32_t>(options_.cameras.size());
     for (std::int32_t index = 0; index < cameras; ++index) {
       const auto tile = PlaceTile(index, cameras, options_.width, options_.height);
@@ -113,6 +126,13 @@ class MosaicHost {
                 << MaskedAddress(options_.cameras[static_cast<std::size_t>(index)]).Text() << '\n';
     }
     return drawn_.Any() ? kWorked : kNoPictures;
+  }
+
+  bool TellOfClip() {
+    const std::string file = options_.clip.file.string();
+    if (clip_->Pictures() > 0) messages_ << file << ": " << clip_->Summary() << '\n';
+    if (!clip_->WhyNot().empty()) messages_ << "orbelcast: " << file << ": " << clip_->WhyNot() << '\n';
+    return clip_->WhyNot().empty();
   }
 
   const MosaicOptions& options_;
@@ -124,6 +144,7 @@ class MosaicHost {
   Platform platform_;  ///< The services, with `drawn_` before the decoder.
   std::shared_ptr<VideoServerPush> viewer_;
 
+  std::optional<TimedClip> clip_;
   Completion end_;  ///< It is time to end.
   int rounds_ = 0;
   Surface grid_;
@@ -174,7 +195,9 @@ void AddMosaicOptions(CLI::App& command, MosaicOptions& options) {
       ->group(end)
       ->excludes(rounds);
 
-  const std::string output = "Output (one of them)";
+  AddClipOptions(command, options.clip);
+
+  const std::string output = "Output (at least one of them)";
   auto* file =
       command
           .add_option_function<std::string>(
@@ -189,15 +212,27 @@ void AddMosaicOptions(CLI::App& command, MosaicOptions& options) {
                      ->group(output)
                      ->excludes(file)
                      ->excludes(rounds);
-  command.callback([file, window] {
-    if (file->count() + window->count() == 0) {
-      throw CLI::ValidationError("mosaic", "say where the grid goes: --output FILE, or --window");
+  auto* clip =
+      command
+          .add_option_function<std::string>(
+              "--record", [&options](const std::string& text) { options.clip.file = ParseClipFile("--record", text); },
+              "Record a clip, FILE.avi, with a picture of each round")
+          ->type_name("FILE")
+          ->group(output)
+          ->excludes(window);
+  command.callback([file, window, clip] {
+    if (file->count() + window->count() + clip->count() == 0) {
+      throw CLI::ValidationError("mosaic", "say where the grid goes: --output FILE, --record FILE.avi, or --window");
     }
   });
 }
 
 ExitStatus Mosaic(const MosaicOptions& options, std::ostream& output, std::ostream& messages) {
   if (options.window) return ShowInWindow(options, messages);
+  if (const std::string why = WhyNotRecord(options.clip); !why.empty()) {
+    messages << "orbelcast: " << why << '\n';
+    return kBadUsage;
+  }
   return MosaicHost(options, output, messages).Run();
 }
 

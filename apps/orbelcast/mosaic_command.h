@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "clip_options.h"
 #include "exit_status.h"
 
 namespace orbelcast {
@@ -17,6 +18,7 @@ struct MosaicOptions {
   int width = 640;                   ///< The video area, in pixels.
   int height = 480;
   std::filesystem::path output;  ///< Where the grid goes at the end.
+  ClipOptions clip;              ///< The clip that each round is a picture of.
   int rounds = 1;                ///< End after that many rounds, unless `seconds` says when.
   std::optional<double> seconds;
   bool window = false;

@@ -45,6 +45,7 @@ ExitStatus Watcher::Run() {
   ListenToAll(viewer_->Events,
               [this](const EventEntry& event, std::span<const EventArgument> arguments) { Note(event, arguments); });
   drawn_.on_frame = [this] {
+    if (on_picture) on_picture();
     if (options_.frames && drawn_.Count() >= *options_.frames) end_.Complete();
   };
   if (options_.seconds) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <memory>
 #include <string>
@@ -24,6 +25,17 @@ class Watcher {
 
   /// Connects and watches until the options, a failure or a signal end it; writes the picture.
   ExitStatus Run();
+  /// It is time to end: Run returns soon.
+  void End() { end_.Complete(); }
+
+  /// Called for each new picture, in the middle of drawing it: short work that neither yields nor waits.
+  std::function<void()> on_picture;
+  /// The newest picture as received; empty before the first.
+  const FrameBytes& NewestFrame() const { return drawn_.Newest(); }
+
+  /// The services underneath. What is drawn by their decoder is none of the viewer's pictures.
+  Platform& Services() { return services_->Get(); }
+  const VideoServerPush& Viewer() const { return *viewer_; }
 
  private:
   void Configure();

@@ -67,12 +67,13 @@ void ClipRecorder::StopAvi() {
   host_.ShowRecording(false);
 }
 
-void ClipRecorder::WriteFrame() {
-  if (!recording_) return;
+bool ClipRecorder::WriteFrame() {
+  if (!recording_) return false;
   LoadIntoConv(host_.TakePicture());
   const cDIB bitmap = BitmapOfConv();
-  if (file_) file_->Write(frame_index_, SampleOf(bitmap));
+  const bool written = file_ && file_->Write(frame_index_, SampleOf(bitmap));
   ++frame_index_;
+  return written;
 }
 
 void ClipRecorder::SkipTo(std::int32_t position) {

@@ -51,8 +51,9 @@ class ClipRecorder {
   /// Ends the clip: tells the number of the next position, then closes the file. Without a clip it tells all the same.
   void StopAvi();
   /// Writes the picture of this moment at the next position; nothing while no clip is recorded. A picture that cannot
-  /// be loaded is the one before once more; what else fails is skipped, and the position moves on.
-  void WriteFrame();
+  /// be loaded is the one before once more; what else fails is skipped, and the position moves on. True when the clip
+  /// has one picture more.
+  bool WriteFrame();
   /// Skips to `position`, if the next one lies before it: the positions between are empty frames.
   void SkipTo(std::int32_t position);
   /// The host has released the control: closes the file and asks nothing more.

@@ -1,0 +1,77 @@
+#include "clip_options.h"
+
+#include <algorithm>
+#include <cctype>
+#include <string_view>
+
+#include "picture_file.h"
+
+namespace orbelcast {
+
+namespace {
+
+/// A codec's name as it is compared: letters and digits alone, small.
+std::string Plain(std::string_view name) {
+  std::string plain;
+  for (const unsigned char letter : name) {
+    if (std::isalnum(letter) != 0) plain += static_cast<char>(std::tolower(letter));
+  }
+  return plain;
+}
+
+void ParseCodec(const std::string& text, ClipOptions& options) {
+  constexpr std::string_view kCodecs[] = {"MPEG-4", "Motion JPEG", "HuffYUV", "Uncompressed"};
+  const auto* codec = std::ranges::find_if(kCodecs, [&](std::string_view name) { return Plain(name) == Plain(text); });
+  if (codec == std::end(kCodecs)) {
+    throw CLI::ValidationError("--codec", "give mpeg-4, motion-jpeg, huffyuv or uncompressed");
+  }
+  options.compression.codec = *codec;
+}
+
+}  // namespace
+
+std::filesystem::path ParseClipFile(const std::string& option, const std::string& text) {
+  std::string ending = std::filesystem::path(text).extension().string();
+  std::ranges::transform(ending, ending.begin(),
+                         [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
+  if (ending != ".avi") throw CLI::ValidationError(option, "the clip's name must end in .avi");
+  if (const std::string why = WhyUnwritable(text); !why.empty()) {
+    throw CLI::ValidationError(option, "cannot write " + text + ": " + why);
+  }
+  return text;
+}
+
+void AddClipOptions(CLI::App& command, ClipOptions& options) {
+  const std::string clip = "Clip";
+  command.add_flag("--overwrite", options.overwrite, "Replace the clip's file where there is one")->group(clip);
+  command
+      .add_option_function<std::string>(
+          "--codec", [&options](const std::string& text) { ParseCodec(text, options); },
+          "mpeg-4 or motion-jpeg, which are small; huffyuv or uncompressed, which keep every pixel exactly (default: "
+          "mpeg-4)")
+      ->type_name("NAME")
+      ->group(clip);
+  command
+      .add_option("--key-frames", options.compression.key_frame_every,
+                  "Of mpeg-4: a whole picture every N, 1 to 600; players jump to those (default: 12)")
+      ->check(CLI::Range(1, 600))
+      ->type_name("N")
+      ->group(clip);
+  command
+      .add_option(
+          "--data-rate", options.compression.kilobytes_per_second,
+          "Of mpeg-4 and motion-jpeg: kilobytes for a second of the clip, 1 to 100000 (default: as many as good "
+          "pictures take)")
+      ->check(CLI::Range(1, 100'000))
+      ->type_name("KB")
+      ->group(clip);
+}
+
+std::string WhyNotRecord(const ClipOptions& options) {
+  std::error_code error;
+  const auto size = std::filesystem::file_size(options.file, error);
+  if (error || size == 0 || options.overwrite) return {};
+  return options.file.string() + " is there already; --overwrite replaces it";
+}
+
+}  // namespace orbelcast

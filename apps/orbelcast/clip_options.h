@@ -1,0 +1,28 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <string>
+
+#include "platform/dialogs.h"
+
+namespace orbelcast {
+
+/// Where a clip goes, and how.
+struct ClipOptions {
+  std::filesystem::path file;  ///< Empty for no clip.
+  bool overwrite = false;      ///< It may take the place of a file that is there.
+  Dialogs::Compression compression{.codec = "MPEG-4"};
+};
+
+/// The name of a clip's file: ends in .avi, in a folder that can be written to. What is wrong with it is a
+/// CLI::ValidationError of `option`.
+std::filesystem::path ParseClipFile(const std::string& option, const std::string& text);
+
+/// Declares --overwrite, --codec, --key-frames and --data-rate on `command`.
+void AddClipOptions(CLI::App& command, ClipOptions& options);
+
+/// What stands in the way of the file, for people; empty where nothing does.
+std::string WhyNotRecord(const ClipOptions& options);
+
+}  // namespace orbelcast

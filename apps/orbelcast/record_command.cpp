@@ -1,0 +1,137 @@
+#include "record_command.h"
+
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <ostream>
+
+#include "timed_clip.h"
+#include "watcher.h"
+
+namespace orbelcast {
+
+namespace {
+
+using std::chrono::duration;
+using std::chrono::duration_cast;
+
+constexpr std::chrono::seconds kProgressEvery{1};
+/// Side of the viewer's own picture, which nobody sees: as small as decoding gets.
+constexpr int kUnseenSide = 8;
+
+WatchOptions WatchSilently(const RecordOptions& options) {
+  WatchOptions watch;
+  watch.url = options.url;
+  watch.access = options.access;
+  watch.frame_rate = options.frame_rate;
+  watch.width = watch.height = kUnseenSide;
+  watch.auto_reconnect = options.auto_reconnect;
+  watch.events.emplace();
+  return watch;
+}
+
+/// A host without a window: a watcher whose pictures go into a clip.
+class Recording {
+ public:
+  Recording(const RecordOptions& options, std::ostream& output, std::ostream& messages)
+      : options_(options),
+        output_(output),
+        messages_(messages),
+        watcher_(WatchSilently(options), output, messages),
+        clip_(
+            watcher_.Services(), options.clip, [this] { return watcher_.NewestFrame(); },
+            [this] { return TimedClip::RateOfInterval(watcher_.Viewer().MasterTimer.Interval); }) {}
+
+  ExitStatus Run() {
+    watcher_.on_picture = [this] { Add(); };
+    const bool shows_progress = ::isatty(STDERR_FILENO) != 0;
+    if (shows_progress) ShowProgress();
+    const ExitStatus status = watcher_.Run();
+    clip_.Finish();
+    if (shows_progress) ClearProgress();
+    if (clip_.Pictures() > 0) output_ << options_.clip.file.string() << ": " << clip_.Summary() << '\n';
+    if (clip_.WhyNot().empty()) return status;
+    messages_ << "orbelcast: " << options_.clip.file.string() << ": " << clip_.WhyNot() << '\n';
+    return kBadUsage;
+  }
+
+ private:
+  void Add() {
+    if (ended_) return;
+    const bool first = clip_.Pictures() == 0;
+    if (!clip_.Add() || clip_.Pictures() == options_.frames) return End();
+    if (first && options_.seconds) {
+      Queue().ArmTimer(duration_cast<EventQueue::Nanoseconds>(duration<double>(*options_.seconds)), [this] { End(); });
+    }
+  }
+
+  void End() {
+    ended_ = true;
+    watcher_.End();
+  }
+
+  void ShowProgress() {
+    if (ended_) return;
+    std::fprintf(stderr, "\r\033[K%s",
+                 clip_.Pictures() > 0 ? (clip_.Summary() + "; Ctrl-C ends it").c_str() : "waiting for a picture");
+    Queue().ArmTimer(kProgressEvery, [this] { ShowProgress(); });
+  }
+  static void ClearProgress() { std::fputs("\r\033[K", stderr); }
+
+  EventQueue& Queue() { return watcher_.Services().loop.Queue(); }
+
+  const RecordOptions& options_;
+  std::ostream& output_;
+  std::ostream& messages_;
+  Watcher watcher_;
+  TimedClip clip_;
+  bool ended_ = false;
+};
+
+}  // namespace
+
+void AddRecordOptions(CLI::App& command, RecordOptions& options) {
+  command.add_option("URL", options.url, "The whole address of the camera's picture; begins with http://")
+      ->required()
+      ->check(CheckAddress)
+      ->type_name("");
+  command
+      .add_option_function<std::string>(
+          "FILE", [&options](const std::string& text) { options.clip.file = ParseClipFile("FILE", text); },
+          "The clip's file; its name ends in .avi")
+      ->required()
+      ->type_name("");
+  AddAccessOptions(command, options.access, "User name, sent when the server asks for one (default: none)");
+
+  const std::string stream = "Stream";
+  command.add_option("--frame-rate", options.frame_rate, "Pictures a second, 1 to 30 (default: 10)")
+      ->check(CLI::Range(1, 30))
+      ->type_name("N")
+      ->group(stream);
+  command
+      .add_flag("--auto-reconnect", options.auto_reconnect,
+                "Try again silently when the camera fails, also when it does not answer at first")
+      ->group(stream);
+  AddClipOptions(command, options.clip);
+
+  const std::string end = "When to end (default: at Ctrl-C)";
+  command.add_option("--frames", options.frames, "End after N pictures, 1 or more")
+      ->check(CLI::Range(1, 1'000'000'000))
+      ->type_name("N")
+      ->group(end);
+  command.add_option("--seconds", options.seconds, "End S seconds after the first picture; may have decimals")
+      ->check(CLI::Range(0.001, 1e9))
+      ->type_name("S")
+      ->group(end);
+}
+
+ExitStatus Record(const RecordOptions& options, std::ostream& output, std::ostream& messages) {
+  if (const std::string why = WhyNotRecord(options.clip); !why.empty()) {
+    messages << "orbelcast: " << why << '\n';
+    return kBadUsage;
+  }
+  return Recording(options, output, messages).Run();
+}
+
+}  // namespace orbelcast

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "clip_options.h"
+#include "platform/platform.h"
+#include "recording/clip_recorder.h"
+
+namespace orbelcast {
+
+/// A clip that plays as fast as what it shows happened: each picture stands at the moment at which it was added.
+///
+/// The recorder is the controls' own; what it asks a person is answered by the options.
+class TimedClip {
+ public:
+  /// The rate of pictures that come once in a timer's interval of whole milliseconds. (At 30 pictures a second that is
+  /// 33 ms: a clip that declared 30 would lag behind what it shows.)
+  static AviStreamInfo RateOfInterval(int milliseconds);
+
+  /// `take_picture` gives the picture of the moment; `rate` how often pictures come, asked for at the first one.
+  TimedClip(Platform& services, ClipOptions options, std::function<ShownPicture()> take_picture,
+            std::function<AviStreamInfo()> rate);
+  ~TimedClip();
+  TimedClip(const TimedClip&) = delete;
+  TimedClip& operator=(const TimedClip&) = delete;
+
+  /// Adds the picture of this moment; the first one begins the clip. False where it cannot be: WhyNot tells.
+  bool Add();
+  /// Finishes the file.
+  void Finish();
+
+  int Pictures() const { return pictures_; }
+  /// How long the clip plays so far.
+  double Seconds() const;
+  /// What went wrong, for people; empty where nothing did.
+  const std::string& WhyNot() const { return why_not_; }
+  /// What the clip is, for people: "12.0 s, 120 pictures, 1.3 MB".
+  std::string Summary() const;
+
+ private:
+  /// A person's part, played by the options.
+  class Answers final : public Dialogs {
+   public:
+    explicit Answers(const ClipOptions& options) : options_(options) {}
+    std::optional<std::string> AskSaveName(const SaveRequest&) override { return options_.file.string(); }
+    Answer ShowMessage(const MessageRequest& request) override;
+    std::optional<Compression> ChooseCompression(const CompressionRequest&) override { return options_.compression; }
+
+    std::string complaint;  ///< The last failure that was told.
+
+   private:
+    const ClipOptions& options_;
+  };
+
+  std::int32_t PositionOfNow() const;
+
+  const ClipOptions options_;
+  Answers answers_;
+  Platform platform_;
+  PictureBox conv_;
+  std::function<AviStreamInfo()> ask_rate_;
+  AviStreamInfo rate_;
+  ClipRecorder recorder_;
+  EventQueue::Nanoseconds begun_{};
+  int pictures_ = 0;
+  std::string why_not_;
+};
+
+}  // namespace orbelcast
