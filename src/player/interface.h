@@ -4,13 +4,11 @@
 
 #include "viewer/interface.h"
 
-namespace orbelcast {
-
 /// The one table of UserControl1's interface: every member with its dispatch id, in the interface's own order. It has
 /// no events.
-namespace user_control1_interface {
+namespace orbelcast::user_control1_interface {
+
 std::span<const PropertyEntry> Properties();
 std::span<const MethodEntry> Methods();
-}  // namespace user_control1_interface
 
-}  // namespace orbelcast
+}  // namespace orbelcast::user_control1_interface

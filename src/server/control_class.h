@@ -108,9 +108,9 @@ class BoundModel : public ControlModel {
 };
 
 /// A method that returns nothing, as a binding calls it.
-template <typename Control, auto call>
+template <typename Control, auto Member>
 ResultValue Sub(Control& control, std::span<ArgumentValue> arguments) {
-  call(control, arguments);
+  Member(control, arguments);
   return {};
 }
 
