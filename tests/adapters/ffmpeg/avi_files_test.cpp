@@ -15,7 +15,7 @@
 #include <opencv2/core.hpp>
 
 #include "adapters/ffmpeg/avi_muxer.h"
-#include "clip_reader.h"
+#include "clips/clip_reader.h"
 
 namespace orbelcast {
 namespace {

@@ -1,0 +1,217 @@
+// A player on a real camera, a real loop and a real clip, from the first request to the file that is read back.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <mutex>
+#include <opencv2/imgcodecs.hpp>
+
+#include "assembly/headless_platform.h"
+#include "clips/clip_reader.h"
+#include "fakes/fake_dialogs.h"
+#include "fakes/scripted_server.h"
+#include "player/user_control1.h"
+
+namespace orbelcast {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr int kWidth = 322;  // Rows of a bitmap of this width are filled up.
+constexpr int kHeight = 240;
+constexpr std::size_t kSaveAvi = 9;
+constexpr std::size_t kStopAvi = 8;
+constexpr std::size_t kFullScreen = 16;
+
+/// A camera whose pictures differ; it remembers what it has sent.
+class Camera {
+ public:
+  std::string Url() const { return server_.Url("/live"); }
+  std::vector<std::vector<std::uint8_t>> Sent() {
+    const std::lock_guard lock(mutex_);
+    return sent_;
+  }
+
+ private:
+  std::vector<std::uint8_t> Next() {
+    const std::lock_guard lock(mutex_);
+    const int number = static_cast<int>(sent_.size());
+    cv::Mat picture(kHeight, kWidth, CV_8UC3, cv::Scalar(40, 90, number * 7 % 256));
+    picture(cv::Rect(number * 5 % (kWidth - 40), 60, 40, 80)).setTo(cv::Scalar(220, number * 11 % 256, 30));
+    std::vector<std::uint8_t> jpeg;
+    cv::imencode(".jpg", picture, jpeg);
+    sent_.push_back(jpeg);
+    return jpeg;
+  }
+
+  std::mutex mutex_;
+  std::vector<std::vector<std::uint8_t>> sent_;
+  // Last, so that its threads end first.
+  fakes::ScriptedServer server_{[this](const std::string&, fakes::ScriptedServer::Connection& to) {
+    const auto jpeg = Next();
+    to.Send(fakes::AnswerBytes(200, {reinterpret_cast<const char*>(jpeg.data()), jpeg.size()}));
+  }};
+};
+
+class PlayerClipTest : public testing::Test {
+ protected:
+  PlayerClipTest() { std::filesystem::create_directories(folder_); }
+  ~PlayerClipTest() override {
+    std::error_code ignored;
+    std::filesystem::remove_all(folder_, ignored);
+  }
+
+  std::filesystem::path Clip() const { return folder_ / "clip.avi"; }
+
+  /// A player that shows the camera, at `rate` pictures a second.
+  std::shared_ptr<UserControl1> Player(int rate) {
+    auto player = UserControl1::Create(platform_);
+    player->FrameRate.ListIndex(rate);
+    player->ReadProperties({{"LURL", camera_.Url()}, {"Start", "Yes"}});
+    return player;
+  }
+  void Click(UserControl1& player, std::size_t tool) { player.Player[tool].OnClick(); }
+  void Run(
+      milliseconds time, const std::function<bool()>& done = [] { return false; }) {
+    EventQueue& queue = platform_.loop.Queue();
+    const auto end = queue.Now() + time;
+    while (queue.Now() < end && !done()) {
+      const auto pulse = queue.ArmTimer(milliseconds(10), [] {});
+      queue.HandleNext();
+      queue.CancelTimer(pulse);
+    }
+  }
+
+  Camera camera_;
+  HeadlessPlatform host_;
+  fakes::FakeDialogs dialogs_{host_.Get().loop};
+  Registry registry_;  // nobody's settings
+  Platform platform_{.loop = host_.Get().loop,
+                     .clock = host_.Get().clock,
+                     .screen = host_.Get().screen,
+                     .text_mapper = host_.Get().text_mapper,
+                     .files = host_.Get().files,
+                     .http = host_.Get().http,
+                     .jpeg_decoder = host_.Get().jpeg_decoder,
+                     .pictures = host_.Get().pictures,
+                     .clipboard = host_.Get().clipboard,
+                     .device_contexts = host_.Get().device_contexts,
+                     .registry = registry_,
+                     .dialogs = dialogs_,
+                     .avi_files = host_.Get().avi_files,
+                     .configuration = host_.Get().configuration};
+
+ private:
+  const std::filesystem::path folder_ =
+      std::filesystem::temp_directory_path() / ("orbelcast-player-clip-" + std::to_string(::getpid()));
+};
+
+TEST_F(PlayerClipTest, IsReadBackPictureByPicture) {
+  const auto player = Player(10);
+  ASSERT_TRUE(player->VS->VideoStream.Visible);
+  dialogs_.names = {Clip().string()};
+  dialogs_.compressions = {Dialogs::Compression{.codec = "Uncompressed"}};
+  int told = 0;
+  player->VS->Events.StreamInfo.Listen([&](std::int32_t&, std::int32_t&) { ++told; });
+  Click(*player, kSaveAvi);
+  Run(milliseconds(1000), [&] { return player->Player[kStopAvi].Visible.Get(); });
+  ASSERT_TRUE(player->Player[kStopAvi].Visible);
+  EXPECT_FALSE(player->Player[kSaveAvi].Visible);
+  told = 0;
+  Run(milliseconds(6000), [&] { return told == 3; });
+  dialogs_.log.clear();
+  Click(*player, kStopAvi);
+  Run(milliseconds(1000), [&] { return player->Player[kSaveAvi].Visible.Get(); });
+  EXPECT_THAT(dialogs_.log, testing::ElementsAre("tell Done\r\nTotal frames: 4 | AVI Maker"));
+
+  auto said = tests::Probe(Clip());
+  EXPECT_EQ(said["complaints"], "");
+  EXPECT_EQ(said["r_frame_rate"], "11/1");
+  EXPECT_EQ(said["nb_frames"], "4");
+  const auto pictures = tests::ReadPictures(Clip());
+  ASSERT_EQ(pictures.size(), 3u);
+
+  // Each is exactly the bitmap of one of the JPEGs that were sent, and they come in their order.
+  const auto sent = camera_.Sent();
+  auto from = sent.begin();
+  for (const cv::Mat& picture : pictures) {
+    from = std::find_if(from, sent.end(), [&](const std::vector<std::uint8_t>& jpeg) {
+      Surface drawn(kWidth, kHeight);
+      host_.Get().jpeg_decoder.DrawJpeg(drawn, FrameBytes(jpeg), 0, 0);
+      cv::Mat expected;
+      const cv::Mat four(kHeight, kWidth, CV_8UC4, drawn.MutablePixels().data());
+      std::vector<cv::Mat> planes(4);
+      cv::split(four, planes.data());
+      planes.resize(3);
+      cv::merge(planes, expected);
+      return cv::norm(expected, picture, cv::NORM_INF) == 0;
+    });
+    ASSERT_NE(from, sent.end());
+    EXPECT_GT(cv::PSNR(cv::imdecode(*from, cv::IMREAD_COLOR), picture), 35);  // as another decoder has it
+    ++from;
+  }
+}
+
+// Everything at once, for ORBELCAST_STRESS_SECONDS (2 where not given). Sanitizers watch.
+TEST_F(PlayerClipTest, IsRecordedBesideFourViewersAndAFullScreen) {
+  const char* asked = std::getenv("ORBELCAST_STRESS_SECONDS");
+  const milliseconds time(1000 * std::max(asked != nullptr ? std::atoi(asked) : 0, 2));
+
+  std::vector<std::shared_ptr<VideoServerPush>> viewers;
+  int frames = 0;
+  for (int i = 0; i < 4; ++i) {
+    viewers.push_back(VideoServerPush::Create(platform_));
+    viewers.back()->Resize(400 * 15, 300 * 15);
+    std::int16_t rate = 15;
+    viewers.back()->FrameRate(rate);
+    viewers.back()->MotionDetector(i % 2 == 0);
+    viewers.back()->VideoStream.Refreshed.Listen([&frames] { ++frames; });
+    platform_.loop.RunHandler([this, viewer = viewers.back().get()] { viewer->Connect(camera_.Url()); });
+  }
+  const auto recorded = Player(25);
+  const auto shown = Player(10);
+  shown->XFullScreen.Opened.Listen([&] {
+    shown->XFullScreen.Width = 1024 * 15;
+    shown->XFullScreen.Height = 768 * 15;
+    shown->XFullScreen.OnResize();
+  });
+  dialogs_.names = {Clip().string()};
+  dialogs_.compressions = {Dialogs::Compression{.codec = "MPEG-4"}};
+  Click(*recorded, kSaveAvi);
+  Click(*shown, kFullScreen);
+  Run(time);
+  ASSERT_TRUE(shown->XFullScreen.IsOpen());
+  EXPECT_TRUE(shown->XFullScreen.vs->VideoStream.Visible);
+  shown->XFullScreen.vs->VideoStream.OnMouseDown(kLeftButton);
+  Run(milliseconds(500), [&] { return !shown->XFullScreen.IsOpen(); });
+  EXPECT_FALSE(shown->XFullScreen.IsOpen());
+  ASSERT_TRUE(recorded->Player[kStopAvi].Visible);
+  Click(*recorded, kStopAvi);
+  Run(milliseconds(1000), [&] { return recorded->Player[kSaveAvi].Visible.Get(); });
+
+  EXPECT_GT(frames, time.count() / 1000 * 4);
+  EXPECT_GE(tests::ReadPictures(Clip()).size(), static_cast<std::size_t>(time.count() / 1000 - 1));
+}
+
+// A host that goes away in the middle of a clip leaves a clip.
+TEST_F(PlayerClipTest, IsWholeWhenTheHostReleasesThePlayer) {
+  auto player = Player(10);
+  dialogs_.names = {Clip().string()};
+  dialogs_.compressions = {Dialogs::Compression{.codec = "HuffYUV"}};
+  int told = 0;
+  Click(*player, kSaveAvi);
+  Run(milliseconds(1000), [&] { return player->Player[kStopAvi].Visible.Get(); });
+  player->VS->Events.StreamInfo.Listen([&](std::int32_t&, std::int32_t&) { ++told; });
+  Run(milliseconds(3000), [&] { return told > 0; });
+  player.reset();
+  auto said = tests::Probe(Clip());
+  EXPECT_EQ(said["complaints"], "");
+  EXPECT_EQ(said["nb_frames"], "2");
+  EXPECT_EQ(said["nb_read_frames"], "1");
+}
+
+}  // namespace
+}  // namespace orbelcast
