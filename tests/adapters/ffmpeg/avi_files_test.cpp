@@ -337,7 +337,7 @@ TEST_F(AviFilesTest, TenThousandFramesTakeNoMoreMemory) {
     }
   };
   write(0, 1000);
-  const long before = ResidentKilobytes();
+  [[maybe_unused]] const long before = ResidentKilobytes();
   write(1000, 11'000);
 #if !defined(__SANITIZE_ADDRESS__)               // which keeps freed memory for a while
   EXPECT_LT(ResidentKilobytes() - before, 600);  // the index: 16 bytes a frame, a quarter megabyte at a time
