@@ -29,7 +29,7 @@ class Library {
 
   /// False where it is in use.
   bool EndServerIfIdle() {
-    if (server_ && !server_->Idle()) return false;
+    if (server_ && (!server_->OnOwnThread() || !server_->Idle())) return false;
     const std::unique_ptr<ControlServer> ending = std::move(server_);
     return true;
   }
