@@ -48,14 +48,17 @@ std::string_view WithoutLineEnd(std::string_view line) {
 std::string MaskRequestLine(std::string_view line) {
   const std::size_t end = std::min(line.rfind(" HTTP/"), line.size());
   const auto bounded = [end](std::size_t at) { return std::min(at, end); };
-  if (const std::size_t base = line.find(kLoginBase); base != std::string_view::npos) {
+  // Whichever comes first: either may stand in the other's password.
+  const std::size_t base = line.find(kLoginBase);
+  const std::size_t live = line.find(kLivePath);
+  if (base < live) {
     const std::size_t user = base + kLoginBase.size();
     const std::size_t slash = line.find('/', user);
     if (slash == std::string_view::npos || slash >= end) return std::string(line);
     // Taken to be the whole rest where no command shows its end.
     return MaskPart(line, slash + 1, bounded(line.find(kCommandMark, slash)));
   }
-  if (const std::size_t live = line.find(kLivePath); live != std::string_view::npos) {
+  if (live != std::string_view::npos) {
     const std::size_t login = line.find('/', live + kLivePath.size());
     const std::size_t colon = login < end ? line.find(':', login) : std::string_view::npos;
     if (colon == std::string_view::npos || colon >= end) return std::string(line);
