@@ -55,8 +55,10 @@ std::string MaskRequestLine(std::string_view line) {
     const std::size_t user = base + kLoginBase.size();
     const std::size_t slash = line.find('/', user);
     if (slash == std::string_view::npos || slash >= end) return std::string(line);
-    // Taken to be the whole rest where no command shows its end.
-    return MaskPart(line, slash + 1, bounded(line.find(kCommandMark, slash)));
+    // Taken to be the whole rest where no command shows its end. The last mark, since a password that was mistyped may
+    // hold one.
+    const std::size_t mark = line.rfind(kCommandMark);
+    return MaskPart(line, slash + 1, mark == std::string_view::npos || mark < slash ? end : bounded(mark));
   }
   if (live != std::string_view::npos) {
     const std::size_t login = line.find('/', live + kLivePath.size());

@@ -12,7 +12,7 @@ import sys
 import time
 
 PROGRAM = sys.argv.pop(1)
-TIMEOUT = 10
+TIMEOUT = 30  # seconds, of what a busy machine may need with a sanitizer's program
 
 
 def end_with_parent():
@@ -40,7 +40,7 @@ class Server:
         self.end()
 
     def end(self, how=signal.SIGTERM):
-        """Returns the exit status and how many seconds the end took."""
+        """Returns the exit status and how many seconds the end took. A sanitizer's finding is a status of its own."""
         start = time.monotonic()
         self.process.send_signal(how)
         try:
@@ -48,6 +48,7 @@ class Server:
         finally:
             self.process.kill()  # nothing where it has ended
             self.process.stdout.close()
+        assert status == 0, "the server ended with status %d" % status
         return status, time.monotonic() - start
 
     def connect(self):

@@ -6,7 +6,7 @@ import os
 import tempfile
 import unittest
 
-from camera_server import GET, Server
+from camera_server import Server
 
 LOGIN = "/$openlogin/a b/p\xe9/ss?w/srv_vigilbox$message?msg=x y&Send=Send+Message"
 
@@ -41,11 +41,11 @@ class Requests(unittest.TestCase):
         with tempfile.TemporaryDirectory() as folder:
             file = os.path.join(folder, "requests")
             with Server("--log", file) as server:
-                server.raw(GET.replace("Host", "Connection: close\r\nHost"))
+                server.raw("GET /live/99 HTTP/1.1\r\nHost: x\r\nConnection: close\r\n\r\n")
                 server.raw("GET /else HTTP/1.0\r\n\r\n")
                 with open(file) as log:
                     entries = [json.loads(line) for line in log]
-            self.assertEqual([entry["request"] for entry in entries], ["GET /live/1 HTTP/1.1", "GET /else HTTP/1.0"])
+            self.assertEqual([entry["request"] for entry in entries], ["GET /live/99 HTTP/1.1", "GET /else HTTP/1.0"])
             self.assertEqual([entry["connection"] for entry in entries], [1, 2])
             self.assertEqual(entries[0]["client"], "127.0.0.1")
             self.assertRegex(entries[0]["time"], r"^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}$")
