@@ -65,6 +65,7 @@ void UserControl1::ReadProperties(PropertyBag bag) {
   }
   if (Stored(bag, "Start") == kYes && !ConnectViewer(LiveUrl + QualitySuffix, false)) return;
   ShowExtendedFeatures(Stored(bag, "ExtendedControls") == kYes);
+  if (Terminating) return;
   if (const std::string device = Stored(bag, "Device"); !device.empty()) SelectDevice(device);
   if (Stored(bag, "_Resize") == kYes) {
     LayoutFrozen = false;

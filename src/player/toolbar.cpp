@@ -62,6 +62,7 @@ void AddWithState(ListBox& list, const std::vector<std::string_view>& fields) {
 }  // namespace
 
 void UserControl1::Player_Click(std::int16_t Index) {
+  if (Terminating) return;
   LastCommand = Index;
   VS->DisableTestScreen(true);
   const bool once = FrameRate.ListIndex() == 0;

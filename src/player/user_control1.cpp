@@ -230,6 +230,7 @@ bool UserControl1::ConnectViewer(const std::string& url, bool once, const std::s
 }
 
 bool UserControl1::ShowBandwidth(bool show) {
+  if (Terminating) return false;
   VS->ShowBandwidth(show);
   return !Terminating;
 }

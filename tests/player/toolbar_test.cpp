@@ -301,6 +301,40 @@ TEST_F(ToolbarTest, AnAlertIsActivatedByItsPlace) {
   EXPECT_EQ(Asked().back(), "http://srv:81/$openlogin/u/secret/srv_vigilbox$activatealert=0");
 }
 
+// ---- Clips --------------------------------------------------------------------------------------------------------
+
+TEST_F(ToolbarTest, AClipTakesAPictureASecondUntilItIsStopped) {
+  world.dialogs.names = {"/tmp/no such folder/clip.avi", "/tmp/no such folder/clip.avi"};
+  world.dialogs.compressions = {std::nullopt, Dialogs::Compression{"Uncompressed"}};
+  Choose(player->FrameRate, 4);
+  Click(9);
+  EXPECT_TRUE(player->Player[9].Visible);
+  avi_files.log.clear();
+  Click(9);
+  EXPECT_FALSE(player->Player[9].Visible);
+  EXPECT_TRUE(player->Player[8].Visible);
+  EXPECT_EQ(player->Conv.Width, 640 * 15);
+  world.queue.Advance(std::chrono::milliseconds(2500));
+  // Not repeated by another picture quality.
+  Choose(player->Resolution, 2);
+  EXPECT_TRUE(player->Player[8].Visible);
+  Click(8);
+  EXPECT_THAT(avi_files.log, ElementsAre("create /tmp/no such folder/clip.avi", "stream 5 640x480", "sample 1",
+                                         "sample 2", "release"));
+  EXPECT_EQ(world.dialogs.log.back(), "tell Done\r\nTotal frames: 3 | AVI Maker");
+  EXPECT_TRUE(player->Player[9].Visible);
+  EXPECT_FALSE(player->Player[8].Visible);
+}
+
+TEST_F(ToolbarTest, AReleasedPlayerFinishesItsClip) {
+  world.dialogs.names = {"/tmp/no such folder/clip.avi"};
+  world.dialogs.compressions = {Dialogs::Compression{"Uncompressed"}};
+  Click(9);
+  player.reset();
+  EXPECT_EQ(avi_files.log.back(), "release");
+  EXPECT_EQ(world.dialogs.log.back(), "compression");
+}
+
 // ---- Several cameras and full screen ------------------------------------------------------------------------------
 
 TEST_F(ToolbarTest, ChosenCamerasAreShownTogetherUntilOneIsChosen) {

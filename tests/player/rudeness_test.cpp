@@ -1,0 +1,142 @@
+// A host that releases the player, or calls it again, at every moment at which it can.
+
+#include <chrono>
+
+#include "fakes/rude_loop.h"
+#include "player_fixture.h"
+
+namespace orbelcast {
+namespace {
+
+using std::chrono::milliseconds;
+
+struct RudeWorld {
+  fakes::FakePlatform world;
+  fakes::RudeLoop loop{world.loop};
+  fakes::FakeHttp http{loop};
+  fakes::FakeDialogs dialogs{loop};
+  FakeAviFiles avi_files;
+  Platform platform = world.platform.With(loop).With(http).With(dialogs).With(avi_files);
+  std::shared_ptr<UserControl1> player;
+  bool own_stack = false;
+
+  using Rudeness = std::function<void(std::shared_ptr<UserControl1>&)>;
+
+  RudeWorld() {
+    http.route = [](const std::string& url) -> std::optional<fakes::Answer> {
+      if (url.find("$rdxviewer") != std::string::npos) {
+        return TextAnswer(
+            "RDXVIEWER\r\nCAM:d1\tDoor\thttp://cam/1\r\nCAM:d2\tYard\thttp://cam/2\r\nALT:1\tFire\r\n\r\n");
+      }
+      auto answer = PictureAnswer();
+      answer.delay = milliseconds(5);
+      answer.headers["RC_TCR"] = "20050317090544";
+      return answer;
+    };
+  }
+
+  /// A person looks at each window for a moment and then leaves it by a button, where it has one.
+  void WatchWindows() {
+    const auto look = [this](Window& window, std::function<void()> leave) {
+      window.Opened.Listen([this, leave] {
+        world.queue.ArmTimer(milliseconds(10), [this, leave] {
+          if (player) leave();
+        });
+      });
+    };
+    look(player->AlertsWin, [this] {
+      (player->AlertsWin.Activate.Visible ? player->AlertsWin.Activate : player->AlertsWin.OutToogle).OnClick();
+    });
+    look(player->MultiCams, [this] {
+      player->MultiCams.Cameras.Selected(1, true);
+      player->MultiCams.Go.OnClick();
+    });
+    look(player->LogForm, [this] { player->LogForm.Close(); });
+    player->XFullScreen.Opened.Listen([this] {
+      player->XFullScreen.Width = 9000;
+      player->XFullScreen.OnResize();
+    });
+    look(player->XFullScreen, [this] { player->XFullScreen.vs->Mira.OnMouseDown(kRightButton); });
+  }
+
+  void Step(const std::function<void(UserControl1&)>& work) {
+    const auto act = [this, work] {
+      if (player) work(*player);
+    };
+    if (own_stack) {
+      act();
+    } else {
+      world.loop.RunHandler(act);
+    }
+    world.queue.Advance(milliseconds(1200));
+  }
+
+  /// Everything a person and a host do with a player, with something rude at step `at`. Returns the number of steps.
+  int Run(int at, const Rudeness& rude) {
+    loop.rude_at = -1;
+    player = UserControl1::Create(platform);
+    WatchWindows();
+    loop.steps = 0;
+    loop.rude_at = at;
+    loop.act = [&] { rude(player); };
+    dialogs.names = {"/nowhere/at/all.jpg", "/nowhere/at/all.avi"};
+    dialogs.answers = {Dialogs::Answer::kYes};
+    dialogs.texts = {"hello"};
+    dialogs.compressions = {Dialogs::Compression{"Uncompressed"}};
+    Step([](UserControl1& p) {
+      p.ReadProperties(
+          {{"Server", "srv"}, {"Start", "Yes"}, {"Device", "d2"}, {"ExtendedControls", "Yes"}, {"_Resize", "Yes"}});
+    });
+    Step([](UserControl1& p) { p.Connect2Server("srv", "u", "p"); });
+    Step([](UserControl1& p) { p.Resize(9000, 9000); });
+    Step([](UserControl1& p) { p.CamList.Choose(1); });
+    Step([](UserControl1& p) { p.FrameRate.Choose(9); });
+    for (std::size_t tool = 0; tool < 18; ++tool) {
+      Step([tool](UserControl1& p) { p.Player[tool].OnClick(); });
+    }
+    Step([](UserControl1& p) { p.Resolution.Choose(1); });  // the chooser once more
+    Step([](UserControl1& p) { p.RefreshURLs("http://cam/1", "http://archive"); });
+    Step([](UserControl1& p) { p.AviStart(); });
+    Step([](UserControl1& p) { p.FrameRate.Choose(0); });
+    const int steps = loop.steps;
+    loop.rude_at = -1;
+    player.reset();
+    world.queue.Advance(milliseconds(1200));
+    EXPECT_EQ(world.loop.Handlers(), 0u) << "at step " << at;
+    return steps;
+  }
+};
+
+void TryEverywhere(bool own_stack, const RudeWorld::Rudeness& rude) {
+  const int steps = [&] {
+    RudeWorld world;
+    world.own_stack = own_stack;
+    return world.Run(-1, rude);
+  }();
+  EXPECT_GT(steps, 100);
+  for (int at = 0; at < steps; ++at) {
+    RudeWorld world;
+    world.own_stack = own_stack;
+    world.Run(at, rude);
+  }
+}
+
+TEST(PlayerRudenessTest, ReleasedAtAnyMomentOfAHandler) {
+  TryEverywhere(false, [](std::shared_ptr<UserControl1>& player) { player.reset(); });
+}
+
+TEST(PlayerRudenessTest, ReleasedAtAnyMomentOnTheHostsStack) {
+  TryEverywhere(true, [](std::shared_ptr<UserControl1>& player) { player.reset(); });
+}
+
+TEST(PlayerRudenessTest, CalledAgainAtAnyMoment) {
+  TryEverywhere(false, [](std::shared_ptr<UserControl1>& player) {
+    if (!player) return;
+    player->Connect2Server("other", "", "");
+    player->RefreshURLs("http://cam/9", "");
+    for (const NamedChild& window : player->Windows()) std::get<Window*>(window.control)->Close();
+  });
+}
+
+}  // namespace
+}  // namespace orbelcast
