@@ -306,6 +306,10 @@ TEST_F(ToolbarTest, AnAlertIsActivatedByItsPlace) {
 TEST_F(ToolbarTest, AClipTakesAPictureASecondUntilItIsStopped) {
   world.dialogs.names = {"/tmp/no such folder/clip.avi", "/tmp/no such folder/clip.avi"};
   world.dialogs.compressions = {std::nullopt, Dialogs::Compression{"Uncompressed"}};
+  // The viewer tells its rates from half a kilobyte a second on.
+  auto large = PictureAnswer();
+  large.body.resize(2000);
+  texts.emplace_back("http://cam/", large);
   Choose(player->FrameRate, 4);
   Click(9);
   EXPECT_TRUE(player->Player[9].Visible);
