@@ -22,38 +22,6 @@ inline fakes::Answer TextAnswer(const std::string& text, int status = 200) {
   return {.status = status, .headers = {}, .body = {text.begin(), text.end()}};
 }
 
-/// Clips that are a log: "create PATH", "stream RATE WxH", "sample POSITION", "release".
-class FakeAviFiles final : public AviFiles {
- public:
-  std::vector<std::string> Codecs() const override { return {"Uncompressed"}; }
-  std::unique_ptr<AviFile> Create(const std::string& path) override {
-    log.push_back("create " + path);
-    return std::make_unique<File>(log);
-  }
-  std::vector<std::string> log;
-
- private:
-  class File final : public AviFile {
-   public:
-    explicit File(std::vector<std::string>& log) : log_(log) {}
-    bool CreateStream(const AviStreamInfo& info) override {
-      log_.push_back("stream " + std::to_string(info.rate) + " " + std::to_string(info.width) + "x" +
-                     std::to_string(info.height));
-      return true;
-    }
-    bool MakeCompressedStream(const Dialogs::Compression&) override { return true; }
-    bool SetFormat(std::span<const std::uint8_t>) override { return true; }
-    bool Write(std::int32_t position, const AviSample&) override {
-      log_.push_back("sample " + std::to_string(position));
-      return true;
-    }
-    void Release() override { log_.emplace_back("release"); }
-
-   private:
-    std::vector<std::string>& log_;
-  };
-};
-
 /// A player of its own on a server that knows three cameras, with every request answered by a picture but those that
 /// `texts` names by a part of their address.
 class PlayerWorld : public testing::Test {
@@ -73,7 +41,7 @@ class PlayerWorld : public testing::Test {
 
   /// Makes the player; what the making itself did is not in the logs any more.
   void Create() {
-    player = UserControl1::Create(platform);
+    player = UserControl1::Create(world.platform);
     world.http.log.clear();
   }
   void Load(const PropertyBag& bag) { player->ReadProperties(bag); }
@@ -105,8 +73,6 @@ class PlayerWorld : public testing::Test {
   }
 
   fakes::FakePlatform world;
-  FakeAviFiles avi_files;
-  Platform platform = world.platform.With(avi_files);
   std::vector<std::pair<std::string, fakes::Answer>> texts{
       {"$rdxviewer", TextAnswer("RDXVIEWER\r\nSNM:House\r\nCAM:d1\tDoor\thttp://cam/1\r\nCAM:D2\tYard\thttp://cam/2\r\n"
                                 "CAM:d3\tRoof\thttp://cam/3\r\n\r\n")}};

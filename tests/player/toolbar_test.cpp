@@ -313,7 +313,7 @@ TEST_F(ToolbarTest, AClipTakesAPictureASecondUntilItIsStopped) {
   Choose(player->FrameRate, 4);
   Click(9);
   EXPECT_TRUE(player->Player[9].Visible);
-  avi_files.log.clear();
+  world.avi_files.log.clear();
   Click(9);
   EXPECT_FALSE(player->Player[9].Visible);
   EXPECT_TRUE(player->Player[8].Visible);
@@ -323,8 +323,9 @@ TEST_F(ToolbarTest, AClipTakesAPictureASecondUntilItIsStopped) {
   Choose(player->Resolution, 2);
   EXPECT_TRUE(player->Player[8].Visible);
   Click(8);
-  EXPECT_THAT(avi_files.log, ElementsAre("create /tmp/no such folder/clip.avi", "stream 5 640x480", "sample 1",
-                                         "sample 2", "release"));
+  EXPECT_THAT(world.avi_files.log,
+              ElementsAre("create /tmp/no such folder/clip.avi", "stream 5/1 640x480 921600",
+                          "compress Uncompressed 0 0", "format 40", "write 1 640x480", "write 2 640x480", "release"));
   EXPECT_EQ(world.dialogs.log.back(), "tell Done\r\nTotal frames: 3 | AVI Maker");
   EXPECT_TRUE(player->Player[9].Visible);
   EXPECT_FALSE(player->Player[8].Visible);
@@ -335,7 +336,7 @@ TEST_F(ToolbarTest, AReleasedPlayerFinishesItsClip) {
   world.dialogs.compressions = {Dialogs::Compression{"Uncompressed"}};
   Click(9);
   player.reset();
-  EXPECT_EQ(avi_files.log.back(), "release");
+  EXPECT_EQ(world.avi_files.log.back(), "release");
   EXPECT_EQ(world.dialogs.log.back(), "compression");
 }
 
