@@ -5,9 +5,11 @@
 #include <QFocusEvent>
 #include <QHash>
 #include <QKeyEvent>
+#include <QProxyStyle>
 #include <QResizeEvent>
 #include <QScrollBar>
 #include <QSignalBlocker>
+#include <QStyleOptionComboBox>
 #include <QTimer>
 #include <QWheelEvent>
 #include <algorithm>
@@ -37,6 +39,34 @@ QRgb Themed(QRgb pixel, QRgb text) {
   const auto mix = [grey](int from, int to) { return qRound(from + (to - from) * grey); };
   return qRgba(mix(qRed(pixel), qRed(text)), mix(qGreen(pixel), qGreen(text)), mix(qBlue(pixel), qBlue(text)),
                qAlpha(pixel));
+}
+
+/// Where the boxes of a toolbar were made for smaller fonts, their texts are condensed down to this many hundredths.
+constexpr int kMostCondensed = 75;
+
+/// A box that drops down, with an arrow that leaves the room to the text.
+class CompactComboStyle final : public QProxyStyle {
+ public:
+  QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                       const QWidget* widget) const override {
+    if (control != CC_ComboBox || (part != SC_ComboBoxEditField && part != SC_ComboBoxArrow)) {
+      return QProxyStyle::subControlRect(control, option, part, widget);
+    }
+    const QRect box = option->rect;
+    const QRect logical = part == SC_ComboBoxArrow ? box.adjusted(box.width() - kArrowWidth, 0, 0, 0)
+                                                   : box.adjusted(kTextMargin, 1, -kArrowWidth, -1);
+    return visualRect(option->direction, box, logical);
+  }
+
+ private:
+  static constexpr int kArrowWidth = 15;
+  static constexpr int kTextMargin = 3;
+};
+
+QStyle* CompactComboStyleOf(QObject* owner) {
+  auto* style = new CompactComboStyle;
+  style->setParent(owner);
+  return style;
 }
 
 /// Leaving for another program's window, or for a menu of one's own, does not leave the box.
@@ -128,9 +158,13 @@ ButtonWidget::ButtonWidget(Button& button, const Screen& screen, QWidget* parent
 
 ComboBoxWidget::ComboBoxWidget(ComboBox& list, const Screen& screen, QWidget* parent)
     : QComboBox(parent), list_(list), mirror_(list, *this, screen) {
+  setStyle(CompactComboStyleOf(this));
   setFont(SmallFont(Label().Font));
   setMaxVisibleItems(15);
   setAccessibleName(ToLine(list.ToolTipText));
+  // Once for all items that are added together.
+  fit_soon_.setSingleShot(true);
+  QObject::connect(&fit_soon_, &QTimer::timeout, this, [this] { FitTexts(); });
   // Without focus the wheel is somebody's who scrolls past.
   setFocusPolicy(Qt::StrongFocus);
   ShowItems();
@@ -144,6 +178,25 @@ void ComboBoxWidget::ShowItems() {
   if (count() > list_.ListCount()) clear();
   while (count() < list_.ListCount()) addItem(ToLine(list_.List()[static_cast<std::size_t>(count())]));
   setCurrentIndex(list_.ListIndex());
+  fit_soon_.start(0);
+}
+
+void ComboBoxWidget::FitTexts() {
+  QFont font = SmallFont(Label().Font);
+  const QFontMetrics metrics(font);
+  int widest = 1;
+  for (int i = 0; i < count(); ++i) widest = std::max(widest, metrics.horizontalAdvance(itemText(i)));
+  QStyleOptionComboBox option;
+  initStyleOption(&option);
+  const int room =
+      style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this).width() - 2;
+  font.setStretch(std::clamp(100 * room / widest, kMostCondensed, 100));
+  setFont(font);
+}
+
+void ComboBoxWidget::resizeEvent(QResizeEvent* event) {
+  QComboBox::resizeEvent(event);
+  FitTexts();
 }
 
 void ComboBoxWidget::showPopup() {
@@ -177,7 +230,8 @@ void ListBoxWidget::ShowItems() {
   if (count() > list_.ListCount()) clear();
   while (count() < list_.ListCount()) addItem(ToLine(list_.List()[static_cast<std::size_t>(count())]));
   showing_ = false;
-  ShowSelection();
+  // Where several may be selected, items come without being.
+  if (!list_.MultiSelect) ShowSelection();
 }
 
 void ListBoxWidget::ShowSelection() {

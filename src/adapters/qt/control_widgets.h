@@ -7,6 +7,7 @@
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTimer>
 #include <QToolButton>
 
 #include "adapters/qt/mirrors.h"
@@ -67,12 +68,15 @@ class ComboBoxWidget final : public QComboBox {
   void showPopup() override;
 
  protected:
+  void resizeEvent(QResizeEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
 
  private:
   void ShowItems();
+  void FitTexts();
 
   ComboBox& list_;
+  QTimer fit_soon_;
   Mirror mirror_;
 };
 

@@ -14,6 +14,7 @@
 #include <QScopeGuard>
 #include <QSpinBox>
 #include <QStandardPaths>
+#include <algorithm>
 
 #include "adapters/qt/control_widgets.h"
 
@@ -33,6 +34,15 @@ constexpr int kTextDialogWidth = 360;
 
 QString TitleOr(const std::string& title) {
   return title.empty() ? QApplication::applicationName() : ToLine(title);
+}
+
+/// The window that a question belongs to: the active one; where the desktop tells none, the one opened last.
+QWidget* Asker() {
+  if (QWidget* active = QApplication::activeWindow()) return active;
+  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+  const QWidgetList windows = QApplication::topLevelWidgets();
+  const auto shown = std::ranges::find_if(windows, [](QWidget* each) { return each->isVisible(); });
+  return shown == windows.end() ? nullptr : *shown;
 }
 
 /// Qt's filters of pairs of a description and a pattern, and the ending of the first pattern.
@@ -101,7 +111,7 @@ std::optional<std::string> QtDialogs::AskSaveName(const SaveRequest& request) {
   if (!QFileInfo(folder_).isDir()) folder_ = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
   if (!QFileInfo(folder_).isDir()) folder_ = QStandardPaths::writableLocation(QStandardPaths::HomeLocation);
   const Filters filters = FiltersOf(request.filter);
-  const QPointer dialog(new QFileDialog(QApplication::activeWindow(), TitleOr(request.title), folder_));
+  const QPointer dialog(new QFileDialog(Asker(), TitleOr(request.title), folder_));
   const auto end = qScopeGuard([&] { delete dialog; });
   dialog->setAcceptMode(QFileDialog::AcceptSave);
   dialog->setFileMode(QFileDialog::AnyFile);
@@ -116,7 +126,7 @@ std::optional<std::string> QtDialogs::AskSaveName(const SaveRequest& request) {
 
 Dialogs::Answer QtDialogs::ShowMessage(const MessageRequest& request) {
   const bool asks = request.buttons == Buttons::kYesNo;
-  const QPointer dialog(new QMessageBox(QApplication::activeWindow()));
+  const QPointer dialog(new QMessageBox(Asker()));
   const auto end = qScopeGuard([&] { delete dialog; });
   dialog->setWindowTitle(TitleOr(request.title));
   dialog->setTextFormat(Qt::PlainText);
@@ -131,7 +141,7 @@ Dialogs::Answer QtDialogs::ShowMessage(const MessageRequest& request) {
 }
 
 std::string QtDialogs::AskText(const InputRequest& request) {
-  const QPointer dialog(new QInputDialog(QApplication::activeWindow()));
+  const QPointer dialog(new QInputDialog(Asker()));
   const auto end = qScopeGuard([&] { delete dialog; });
   dialog->setWindowTitle(TitleOr(request.title));
   dialog->setLabelText(ToText(request.prompt).toHtmlEscaped());
@@ -140,7 +150,7 @@ std::string QtDialogs::AskText(const InputRequest& request) {
 }
 
 std::optional<Dialogs::Compression> QtDialogs::ChooseCompression(const CompressionRequest& request) {
-  const QPointer dialog(new QDialog(QApplication::activeWindow()));
+  const QPointer dialog(new QDialog(Asker()));
   const auto end = qScopeGuard([&] { delete dialog; });
   dialog->setWindowTitle(QObject::tr("Video compression"));
   auto* codecs = new QComboBox;
