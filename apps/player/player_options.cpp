@@ -90,7 +90,8 @@ void AddPlayerOptions(CLI::App& app, PlayerOptions& options) {
       ->envname("ORBELCAST_PASSWORD");
   app.add_option("--frame-rate", options.frame_rate,
                  "Pictures a second, 1 to 30; the player takes up to 25 and remembers it")
-      ->check(CLI::Range(1, 30));
+      ->check(CLI::Range(1, 30))
+      ->take_last();
   app.add_option("--size", options.size,
                  "Size of the window in pixels, WIDTHxHEIGHT; without it the player's is the one it had last")
       ->check(CheckSize);

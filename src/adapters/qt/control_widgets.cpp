@@ -10,6 +10,7 @@
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QStyleOptionComboBox>
+#include <QStylePainter>
 #include <QTimer>
 #include <QWheelEvent>
 #include <algorithm>
@@ -26,6 +27,10 @@ constexpr std::array kIconSides{16, 20, 24, 32, 40, 48, 64};
 
 /// The part of a button's height that its picture takes: 16 of 21 pixels.
 constexpr double kPictureShare = 0.78;
+
+/// Of a text beside a picture: its width in hundredths, and the pixels between the two and around them.
+constexpr int kCondensedText = 85;
+constexpr int kGapBesidePicture = 10;
 
 constexpr double kSmallPoints = 8;
 
@@ -117,7 +122,9 @@ PictureButtonWidget::PictureButtonWidget(Button& button, const Screen& screen, Q
     : QToolButton(parent), button_(button), mirror_(button, *this, screen) {
   setAutoRaise(true);
   setFocusPolicy(Qt::StrongFocus);
-  setFont(SmallFont(Label().Font));
+  QFont font = SmallFont(Label().Font);
+  font.setStretch(kCondensedText);
+  setFont(font);
   setText(ToLine(button.ToolTipText));
   setAccessibleName(text());
   setIcon(ThemedIcon(button.Picture(), palette()));
@@ -127,10 +134,30 @@ PictureButtonWidget::PictureButtonWidget(Button& button, const Screen& screen, Q
 void PictureButtonWidget::resizeEvent(QResizeEvent* event) {
   const int side = qRound(height() * kPictureShare);
   setIconSize({side, side});
-  const int room_for_text = width() - side - side / 2;
-  const bool fits = !text().isEmpty() && fontMetrics().horizontalAdvance(text()) <= room_for_text;
-  setToolButtonStyle(fits ? Qt::ToolButtonTextBesideIcon : Qt::ToolButtonIconOnly);
   QToolButton::resizeEvent(event);
+}
+
+// A button may lie over another one's right part: what the lower one shows keeps to the rest.
+QRect PictureButtonWidget::Uncovered() const {
+  QRect rest = rect();
+  const QObjectList& siblings = parent()->children();
+  for (auto i = siblings.indexOf(this) + 1; i < siblings.size(); ++i) {
+    const auto* above = qobject_cast<const QToolButton*>(siblings[i]);
+    if (above == nullptr || !above->isVisible()) continue;
+    const QRect covered = above->geometry().translated(-pos());
+    if (covered.left() > 0 && covered.intersects(rest)) rest.setRight(covered.left() - 1);
+  }
+  return rest;
+}
+
+void PictureButtonWidget::paintEvent(QPaintEvent*) {
+  QStyleOptionToolButton option;
+  initStyleOption(&option);
+  option.rect = Uncovered();
+  const int needed = iconSize().width() + kGapBesidePicture + option.fontMetrics.horizontalAdvance(text());
+  const bool fits = !text().isEmpty() && needed <= option.rect.width();
+  option.toolButtonStyle = fits ? Qt::ToolButtonTextBesideIcon : Qt::ToolButtonIconOnly;
+  QStylePainter(this).drawComplexControl(QStyle::CC_ToolButton, option);
 }
 
 void PictureButtonWidget::changeEvent(QEvent* event) {

@@ -43,10 +43,13 @@ class PictureButtonWidget final : public QToolButton {
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  QRect Uncovered() const;
+
   Button& button_;
   Mirror mirror_;
 };

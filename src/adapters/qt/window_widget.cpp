@@ -35,7 +35,9 @@ WindowWidget::~WindowWidget() {
 }
 
 void WindowWidget::Open() {
-  setWindowTitle(ToLine(window_.Caption));
+  // One without a name of its own is found under its opener's where people switch between windows.
+  const bool nameless = window_.Caption.Get().empty() && parentWidget() != nullptr;
+  setWindowTitle(nameless ? parentWidget()->window()->windowTitle() : ToLine(window_.Caption));
   Fill();
   if (window_.FullScreen) {
     CoverScreen();
