@@ -1,12 +1,19 @@
 #include "event_json.h"
 
+#include <array>
+#include <charconv>
+#include <cmath>
 #include <variant>
 
 namespace orbelcast {
 
 namespace {
 
+/// Up to here every whole number is a float.
+constexpr float kExactWhole = 16777216;
+
 struct ArgumentToJson {
+  Json operator()(const float* number) const { return NumberToJson(*number); }
   Json operator()(const DropData* data) const {
     Json formats = Json::object();
     for (const auto& [media_type, bytes] : data->formats) formats[media_type] = bytes;
@@ -30,6 +37,17 @@ Json EventToJson(const EventEntry& event, std::string_view control, std::span<co
   line["from"] = control;
   line["args"] = std::move(values);
   return line;
+}
+
+Json NumberToJson(float number) {
+  if (!std::isfinite(number)) return nullptr;
+  if (std::trunc(number) == number && std::abs(number) <= kExactWhole) return static_cast<std::int32_t>(number);
+  // The shortest digits that give this float; read as a double they are printed as they stand.
+  std::array<char, 32> digits{};
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+  double value = number;
+  std::from_chars(digits.data(), end, value);
+  return value;
 }
 
 std::string ToLine(const Json& value) {

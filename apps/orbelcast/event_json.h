@@ -16,6 +16,9 @@ using Json = nlohmann::ordered_json;
 /// under the interface's own names, in its own order. `control` is the host's name of the control that raised it.
 Json EventToJson(const EventEntry& event, std::string_view control, std::span<const EventArgument> arguments);
 
+/// A number as JSON: a whole one without decimals, others with no more digits than tell it apart from its neighbours.
+Json NumberToJson(float number);
+
 /// `value` on one line, without a line break. Texts from a server may be any bytes: what is not UTF-8 becomes U+FFFD.
 std::string ToLine(const Json& value);
 

@@ -5,8 +5,10 @@ namespace orbelcast {
 /// What the program's exit status tells.
 enum ExitStatus : int {
   kWorked = 0,
-  kNoPictures = 1,  ///< The connection failed, was broken at the end, or no picture or no information came.
-  kBadUsage = 2,    ///< A wrong option, a file that cannot be written, or the player is missing.
+  kNoPictures = 1,    ///< The connection failed, was broken at the end, or no picture or no information came.
+  kNotDone = 1,       ///< The registry could not be written, or the controls' library is missing.
+  kWrongCommand = 1,  ///< A command of the script was wrong.
+  kBadUsage = 2,      ///< A wrong option, a file that cannot be written, or the player is missing.
 };
 
 }  // namespace orbelcast

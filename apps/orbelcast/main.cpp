@@ -14,6 +14,8 @@
 #include "platform/version.h"
 #include "play_command.h"
 #include "record_command.h"
+#include "register_command.h"
+#include "script/script_command.h"
 #include "watch_options.h"
 #include "watcher.h"
 
@@ -25,6 +27,27 @@ constexpr const char* kFooter =
     "Exit status: 0 it worked; 1 the connection failed, was broken at the end, or no\n"
     "picture (of info: no information) came; 2 wrong usage, a file that cannot be\n"
     "written, or a missing player.";
+
+constexpr const char* kSnapshotFooter =
+    "Exit status: 0 the picture is in FILE; 1 no picture came, and FILE is as it was; 2 wrong\n"
+    "usage, or a file that cannot be written.";
+
+constexpr const char* kRegisterFooter =
+    "The registry file is the one that ORBELCAST_REGISTRY names, else the user's own; the\n"
+    "library is liborbelcast.so beside this program, in ../lib, or where the system finds it.\n\n"
+    "Exit status: 0 it was done; 1 the file cannot be written, or there is no library; 2\n"
+    "wrong usage.";
+
+constexpr const char* kScriptFooter =
+    "Such as:\n"
+    "  create v VideoServerPush\n"
+    "  place v 9600 7200\n"
+    "  call v Connect \"http://127.0.0.1:8080/live/1\"\n"
+    "  until StreamInfo 3000\n"
+    "  call v SaveImage now.jpg\n"
+    "docs/script-host.md lists every command.\n\n"
+    "Exit status: 0 every command was right; 1 one was wrong, and said so in a line with\n"
+    "\"error\"; 2 FILE cannot be read.";
 
 // What was typed may hold a password, so a wrong word is not repeated: of an option its name alone.
 std::string UnexpectedWords(const CLI::App& app) {
@@ -79,6 +102,20 @@ int main(int argc, char** argv) {
   CLI::App* record = app.add_subcommand("record", "Records a camera as an AVI clip: record URL FILE.avi [OPTION...]");
   record->footer(kFooter);
   AddRecordOptions(*record, record_options);
+  WatchOptions snapshot_options;
+  CLI::App* snapshot = app.add_subcommand("snapshot", "Saves a camera's picture as the server sent it");
+  snapshot->footer(kSnapshotFooter);
+  AddSnapshotOptions(*snapshot, snapshot_options);
+
+  CLI::App* write_classes = app.add_subcommand("register", "Writes the controls' classes into the registry file");
+  write_classes->footer(kRegisterFooter);
+  CLI::App* remove_classes = app.add_subcommand("unregister", "Removes the controls' classes from the registry file");
+  remove_classes->footer(kRegisterFooter);
+
+  std::string script_file;
+  CLI::App* script = app.add_subcommand("script", "Does what a script says with the controls, printing JSON lines");
+  script->footer(kScriptFooter);
+  script->add_option("FILE", script_file, "The script, one command a line (default: standard input)")->type_name("");
 
   try {
     app.parse(argc, argv);
@@ -89,5 +126,9 @@ int main(int argc, char** argv) {
   if (info->parsed()) return Info(info_options, std::cout, std::cerr);
   if (mosaic->parsed()) return Mosaic(mosaic_options, std::cout, std::cerr);
   if (record->parsed()) return Record(record_options, std::cout, std::cerr);
+  if (snapshot->parsed()) return Watcher(std::move(snapshot_options), std::cout, std::cerr).Run();
+  if (write_classes->parsed()) return Register(Registration::kWrite, std::cout, std::cerr);
+  if (remove_classes->parsed()) return Register(Registration::kRemove, std::cout, std::cerr);
+  if (script->parsed()) return RunScript(script_file, std::cin, std::cout, std::cerr);
   return Watcher(std::move(options), std::cout, std::cerr).Run();
 }

@@ -33,6 +33,12 @@ PixelSize ParsePixelSize(const std::string& option, const std::string& text) {
   return size;
 }
 
+void CheckWritable(const std::string& option, const std::string& file) {
+  if (const std::string why = WhyUnwritable(file); !why.empty()) {
+    throw CLI::ValidationError(option, "cannot write " + file + ": " + why);
+  }
+}
+
 std::filesystem::path ParsePictureFile(const std::string& option, const std::string& text,
                                        std::initializer_list<PictureFormat> formats) {
   if (std::find(formats.begin(), formats.end(), FormatOf(text)) == formats.end()) {
@@ -40,9 +46,7 @@ std::filesystem::path ParsePictureFile(const std::string& option, const std::str
     throw CLI::ValidationError(
         option, std::string("the file's name must end in ") + (jpeg ? ".png, .bmp or .jpg" : ".png or .bmp"));
   }
-  if (const std::string why = WhyUnwritable(text); !why.empty()) {
-    throw CLI::ValidationError(option, "cannot write " + text + ": " + why);
-  }
+  CheckWritable(option, text);
   return text;
 }
 

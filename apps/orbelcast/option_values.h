@@ -33,6 +33,8 @@ inline constexpr int kMaxSide = 8192;
 /// WIDTHxHEIGHT, each side 1 to kMaxSide.
 PixelSize ParsePixelSize(const std::string& option, const std::string& text);
 
+/// Whether a file of that name can be written.
+void CheckWritable(const std::string& option, const std::string& file);
 /// The name of a file that can be written, in one of these formats.
 std::filesystem::path ParsePictureFile(const std::string& option, const std::string& text,
                                        std::initializer_list<PictureFormat> formats);

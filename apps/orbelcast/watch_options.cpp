@@ -13,6 +13,7 @@ namespace {
 
 constexpr int kZones = 25;
 constexpr std::string_view kNoEvents = "none";
+constexpr const char* kWhenUserNameIsSent = "User name, sent when the server asks for one (default: none)";
 
 void ParseSize(const std::string& text, WatchOptions& options) {
   const PixelSize size = ParsePixelSize("--size", text);
@@ -70,6 +71,13 @@ void ParsePicture(const std::string& text, WatchOptions& options) {
       ParsePictureFile("--picture", text, {PictureFormat::kPng, PictureFormat::kBmp, PictureFormat::kJpeg});
 }
 
+void AddCamera(CLI::App& command, WatchOptions& options) {
+  command.add_option("URL", options.url, "The whole address of the camera's picture; begins with http://")
+      ->required()
+      ->check(CheckAddress)
+      ->type_name("");
+}
+
 // An option whose text `parse` reads into the options.
 template <typename Parse>
 CLI::Option* AddParsed(CLI::App& command, const std::string& name, WatchOptions& options, Parse parse,
@@ -83,12 +91,8 @@ CLI::Option* AddParsed(CLI::App& command, const std::string& name, WatchOptions&
 }  // namespace
 
 void AddWatchOptions(CLI::App& command, WatchOptions& options) {
-  command.add_option("URL", options.url, "The whole address of the camera's picture; begins with http://")
-      ->required()
-      ->check(CheckAddress)
-      ->type_name("");
-
-  AddAccessOptions(command, options.access, "User name, sent when the server asks for one (default: none)");
+  AddCamera(command, options);
+  AddAccessOptions(command, options.access, kWhenUserNameIsSent);
 
   const std::string stream = "Stream";
   command.add_option("--frame-rate", options.frame_rate, "Pictures a second, 1 to 30 (default: 1)")
@@ -152,6 +156,22 @@ void AddWatchOptions(CLI::App& command, WatchOptions& options) {
                                  "whole picture");
     }
   });
+}
+
+void AddSnapshotOptions(CLI::App& command, WatchOptions& options) {
+  options.once = true;
+  options.picture_as_sent = true;
+  options.events.emplace();
+  AddCamera(command, options);
+  AddParsed(
+      command, "FILE", options,
+      [](const std::string& text, WatchOptions& parsed) {
+        parsed.picture = text;
+        CheckWritable("FILE", text);
+      },
+      "Where the picture goes, as the server sent it; an existing file is replaced once the picture is there", "")
+      ->required();
+  AddAccessOptions(command, options.access, kWhenUserNameIsSent);
 }
 
 }  // namespace orbelcast

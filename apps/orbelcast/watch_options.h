@@ -27,6 +27,7 @@ struct WatchOptions {
   std::optional<int> frames;                                 ///< End after that many pictures.
   std::optional<double> seconds;                             ///< End after that time.
   std::filesystem::path picture;                             ///< Where the last picture goes; empty for nowhere.
+  bool picture_as_sent = false;                              ///< As the server sent it, whatever the name ends in.
   std::optional<std::set<std::string, std::less<>>> events;  ///< The events to print; all where not given.
 
   bool Motion() const { return motion_area || motion_zones; }
@@ -35,5 +36,7 @@ struct WatchOptions {
 /// Declares the options of `watch` on `command`, filling `options` when it is parsed. Wrong values end the parse with a
 /// CLI::ValidationError that says what is expected.
 void AddWatchOptions(CLI::App& command, WatchOptions& options);
+/// The same for `snapshot`, which watches a camera for a single picture and prints no event.
+void AddSnapshotOptions(CLI::App& command, WatchOptions& options);
 
 }  // namespace orbelcast

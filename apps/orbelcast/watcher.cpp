@@ -153,7 +153,7 @@ std::string Watcher::WhyNoPicture() const {
 }
 
 bool Watcher::WriteLastPicture() {
-  if (FormatOf(options_.picture) == PictureFormat::kJpeg) {
+  if (options_.picture_as_sent || FormatOf(options_.picture) == PictureFormat::kJpeg) {
     return ReplaceFile(options_.picture, drawn_.Newest().Bytes());
   }
   return WritePicture(options_.picture, viewer_->VideoStream.Image(), platform_.pictures);

@@ -131,5 +131,7 @@ inline std::string& Text(ArgumentValue& value) {
 /// The class's models.
 std::unique_ptr<ControlModel> CreateVideoServerPush(Platform& platform);
 std::unique_ptr<ControlModel> CreateUserControl1(Platform& platform);
+/// A model of a viewer that stays somebody else's.
+std::unique_ptr<ControlModel> ModelOf(VideoServerPush& viewer);
 
 }  // namespace orbelcast::server

@@ -16,8 +16,12 @@ std::string TextOf(const char* text, std::uint32_t size) {
 
 }  // namespace
 
+ControlObject::ControlObject(ControlServer& server, const ControlClass& control_class,
+                             std::unique_ptr<ControlModel> model)
+    : HostObject(server, control_class), model_(std::move(model)) {}
+
 ControlObject::ControlObject(ControlServer& server, const ControlClass& control_class)
-    : HostObject(server, control_class), model_(control_class.create(server.GetPlatform())) {
+    : ControlObject(server, control_class, control_class.create(server.GetPlatform())) {
   model_->ListenToAll(
       [this](const EventEntry& event, std::span<const EventArgument> arguments) { Raise(event, arguments); });
 }

@@ -16,6 +16,8 @@ namespace orbelcast::server {
 class ControlObject final : public HostObject<IDispatch, IConnectionPointContainer, IControl, IControlAccess> {
  public:
   ControlObject(ControlServer& server, const ControlClass& control_class);
+  /// The members of a control that is somebody else's, through `model`. It raises no events here.
+  ControlObject(ControlServer& server, const ControlClass& control_class, std::unique_ptr<ControlModel> model);
 
   Result GetIDsOfNames(const char* const* names, std::uint32_t count, std::int32_t* ids) override;
   Result Invoke(std::int32_t id, std::uint16_t kind, Arguments* arguments, Variant* result,

@@ -3,6 +3,7 @@
 #include <chrono>
 
 #include "server/class_factory.h"
+#include "server/control_object.h"
 #include "server/returned.h"
 
 namespace orbelcast::server {
@@ -71,6 +72,16 @@ Result ControlServer::GetClassObject(const Guid* class_id, const Guid* interface
     }
     return CLASS_E_CLASSNOTAVAILABLE;
   });
+}
+
+Held<IDispatch> ControlServer::DispatchOf(VideoServerPush& viewer) {
+  Held<IDispatch> members;
+  for (const ControlClass& each : Classes()) {
+    if (each.id != kVideoServerPushClass) continue;
+    const Held<ControlObject> object(new ControlObject(*this, each, ModelOf(viewer)));
+    object->QueryInterface(&IDispatch::kId, members.Put());
+  }
+  return members;
 }
 
 void ControlServer::Lock(bool lock) {

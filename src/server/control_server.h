@@ -9,6 +9,10 @@
 #include "orbelcast/orbelcast.h"
 #include "server/object.h"
 
+namespace orbelcast {
+class VideoServerPush;
+}
+
 /// The in-process control server: class factories, late-bound controls and event sinks over the interface tables.
 ///
 /// `orbelcast/orbelcast.h` is what hosts see of it. One mechanism serves every class; what differs between them stands
@@ -37,6 +41,10 @@ class ControlServer final : public ObjectCount {
   bool Idle() const { return objects_ == 0 && locks_ == 0 && !platform_.Loop().InHandler(); }
   /// Called whenever the last object or lock has gone, as the last thing: it may end the server.
   std::function<void()> OnUnused;
+
+  /// The members of a viewer that lies inside another control, which stays its owner; null where there is no memory for
+  /// it. Nothing is to be called through it once the viewer has ended.
+  Held<IDispatch> DispatchOf(VideoServerPush& viewer);
 
   Platform& GetPlatform() { return platform_.Get(); }
 

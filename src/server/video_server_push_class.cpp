@@ -82,4 +82,8 @@ std::unique_ptr<ControlModel> CreateVideoServerPush(Platform& platform) {
   return std::make_unique<Model>(VideoServerPush::Create(platform));
 }
 
+std::unique_ptr<ControlModel> ModelOf(VideoServerPush& viewer) {
+  return std::make_unique<Model>(std::shared_ptr<VideoServerPush>(std::shared_ptr<void>(), &viewer));
+}
+
 }  // namespace orbelcast::server

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <iosfwd>
+#include <string>
+
+#include "exit_status.h"
+
+namespace orbelcast {
+
+/// Carries out the script in `file`, or the one on `input` where no file is named. What the controls do goes to
+/// `output`, that the file cannot be read to `messages`.
+ExitStatus RunScript(const std::string& file, std::istream& input, std::ostream& output, std::ostream& messages);
+
+}  // namespace orbelcast
