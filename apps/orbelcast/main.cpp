@@ -102,6 +102,7 @@ int main(int argc, char** argv) {
   CLI::App* record = app.add_subcommand("record", "Records a camera as an AVI clip: record URL FILE.avi [OPTION...]");
   record->footer(kFooter);
   AddRecordOptions(*record, record_options);
+
   WatchOptions snapshot_options;
   CLI::App* snapshot = app.add_subcommand("snapshot", "Saves a camera's picture as the server sent it");
   snapshot->footer(kSnapshotFooter);
