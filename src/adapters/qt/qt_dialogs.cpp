@@ -55,7 +55,7 @@ Filters FiltersOf(const std::string& filter) {
   Filters filters;
   const QStringList parts = ToLine(filter).split(QLatin1Char('|'));
   for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
-    const QString pattern = parts[i + 1];
+    const QString& pattern = parts[i + 1];
     const bool named = parts[i].contains(QLatin1Char('('));
     filters.names.push_back(named ? parts[i] : QStringLiteral("%1 (%2)").arg(parts[i], pattern));
     if (filters.ending.isEmpty()) filters.ending = QFileInfo(pattern).suffix();

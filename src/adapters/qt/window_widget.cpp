@@ -22,7 +22,7 @@ WindowWidget::WindowWidget(Window& window, const Screen& screen, QWidget* parent
   MakeWidgets(window.Children(), screen, *this);
 
   const auto keep = [this](Connection connection) { connections_.push_back(std::move(connection)); };
-  keep(window.Opened.Connect([this] { Open(); }));
+  keep(window.Opened.Connect([this] { Present(); }));
   keep(window.Closed.Connect([this] { Shut(); }));
   keep(window.Caption.Changed.Connect([this](const std::string& text) { setWindowTitle(ToLine(text)); }));
   keep(window.Width.Changed.Connect([this](float) { TakeSize(); }));
@@ -34,7 +34,7 @@ WindowWidget::~WindowWidget() {
   window_.Unload();
 }
 
-void WindowWidget::Open() {
+void WindowWidget::Present() {
   // One without a name of its own is found under its opener's where people switch between windows.
   const bool nameless = window_.Caption.Get().empty() && parentWidget() != nullptr;
   setWindowTitle(nameless ? parentWidget()->window()->windowTitle() : ToLine(window_.Caption));

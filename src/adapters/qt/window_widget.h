@@ -37,7 +37,7 @@ class WindowWidget : public QDialog {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  void Open();
+  void Present();
   void Shut();
   void TakeSize();
   void CoverScreen();
