@@ -61,11 +61,12 @@ class ClipRecorderTest : public testing::Test {
   ShownPicture shown = Jpeg(10, 20, 30, 1, 2);
   int list_position = 0;
   std::vector<std::string> buttons;
-  ClipRecorder recorder{world.platform,
-                        conv,
-                        {.TakePicture = [this] { return shown; },
-                         .DeclaredRate = [this] { return ClipRecorder::RateOfListPosition(list_position); },
-                         .ShowRecording = [this](bool recording) { buttons.push_back(recording ? "stop" : "save"); }}};
+  ClipRecorder recorder{
+      world.platform,
+      conv,
+      {.TakePicture = [this] { return shown; },
+       .DeclaredRate = [this] { return ClipRecorder::RateOfListPosition(list_position); },
+       .ShowRecording = [this](bool recording) { buttons.emplace_back(recording ? "stop" : "save"); }}};
 };
 
 TEST_F(ClipRecorderTest, RecordsAPictureForEachCallAndTellsTheNextPosition) {
