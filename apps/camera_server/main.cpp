@@ -3,8 +3,8 @@
 /// The folder's parts, from the wire inwards: connection (one socket), http_message (requests and answers as bytes),
 /// http_server (a thread a client), router (which request gets what), live_address, login_base and archive_query (what
 /// addresses say), commands (what stands behind a login base), control (what tests steer with), info_text and home_page
-/// (what the server says of itself), site (outputs, inputs, alerts), archive (where a client is in it), activity_log and
-/// request_log, pictures (drawn or from a folder; scene, scenery, actors, mood, overlay and paint draw, jpeg_writer
+/// (what the server says of itself), site (outputs, inputs, alerts), archive (where a client is in it), activity_log
+/// and request_log, pictures (drawn or from a folder; scene, scenery, actors, mood, overlay and paint draw, jpeg_writer
 /// encodes). bounds.h holds every bound.
 
 #include <cairo.h>

@@ -18,9 +18,9 @@
 /// What may block. `Connect` waits for the server, at most about a minute. The player's `Connect2Server` and camera
 /// choices wait at most about ten seconds for each question to the server. Everything else returns at once, apart from
 /// a yield to the loop. Called on the host's own stack, a member that waits runs the loop, so events come meanwhile.
-/// Called inside an event, it suspends that event's handler, which has a stack of its own (1 MiB), and all else goes on;
-/// a host whose language keeps books about its stack (Python does) therefore calls nothing that waits from inside an
-/// event, and does not run the loop there.
+/// Called inside an event, it suspends that event's handler, which has a stack of its own (1 MiB), and all else goes
+/// on; a host whose language keeps books about its stack (Python does) therefore calls nothing that waits from inside
+/// an event, and does not run the loop there.
 ///
 /// Releasing. The last Release of a control ends it, also in the middle of an event or of a member that waits: what is
 /// under way is aborted, no event comes any more, and the member that waited returns soon.

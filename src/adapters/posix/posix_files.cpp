@@ -40,8 +40,7 @@ std::string PosixFiles::TemporaryDirectory() const {
 }
 
 std::string PosixFiles::ModuleFolder() const {
-  std::string folder =
-      WithSeparator(Environment("ORBELCAST_MODULE_FOLDER").value_or(UserDataFolder() + "orbelcast"));
+  std::string folder = WithSeparator(Environment("ORBELCAST_MODULE_FOLDER").value_or(UserDataFolder() + "orbelcast"));
   std::error_code ignored;
   std::filesystem::create_directories(std::filesystem::path(folder).parent_path().parent_path(), ignored);
   ::mkdir(folder.c_str(), kForThisUserAlone);
