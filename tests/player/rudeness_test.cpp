@@ -131,7 +131,7 @@ TEST(PlayerRudenessTest, ReleasedAtAnyMomentOnTheHostsStack) {
 
 TEST(PlayerRudenessTest, CalledAgainAtAnyMoment) {
   // A call sets a stream going, so what follows it takes long: a prime stride meets every kind of step all the same.
-  constexpr int kStride = 7;
+  constexpr int kStride = 23;
   const auto call_again = [](std::shared_ptr<UserControl1>& player) {
     if (!player) return;
     player->Connect2Server("other", "", "");
