@@ -27,7 +27,7 @@ constexpr std::int32_t kGetPictureArray = 0x60030065;
 constexpr std::int32_t kGetPicture = 0x60030066;
 constexpr std::int32_t kRenderPicture = 0x60030067;
 constexpr std::int32_t kMotionSensivity = 0x6803000b;
-constexpr std::int32_t kMotionArea_X1 = 0x6803000a;
+constexpr std::int32_t kMotionAreaX1 = 0x6803000a;
 constexpr std::int32_t kShowMotion = 0x6803000c;
 constexpr std::int32_t kUsername = 0x68030004;
 constexpr std::int32_t kUrl = 0x6803004f;
@@ -115,6 +115,7 @@ TEST_F(ControlServerTest, EveryMemberAnswersUnderItsNameAndItsId) {
       EXPECT_EQ(Invoke(id, kMethod), DISP_E_MEMBERNOTFOUND);
     } else {
       std::vector<Variant> values;
+      values.reserve(member->argument_count);
       for (int k = 0; k < member->argument_count; ++k) values.push_back(Harmless(member->arguments[k].type));
       EXPECT_EQ(Invoke(id, kMethod | kPropertyGet, values, &result), S_OK);
       EXPECT_EQ(Invoke(id, kPropertyPut, {MakeLong(0)}), DISP_E_MEMBERNOTFOUND);
@@ -203,8 +204,8 @@ TEST_F(ControlServerTest, ConvertsLikeThePlatform) {
   EXPECT_EQ(after(kFrameRate, MakeText(" +7 ")), "7");
   EXPECT_EQ(after(kFrameRate, Double(2.5)), "2");
   EXPECT_EQ(after(kFrameRate, MakeText("3.5")), "4");
-  EXPECT_EQ(after(kMotionArea_X1, MakeBoolean(true)), "-1");
-  EXPECT_EQ(after(kMotionArea_X1, Double(2147483647.4)), "2147483647");
+  EXPECT_EQ(after(kMotionAreaX1, MakeBoolean(true)), "-1");
+  EXPECT_EQ(after(kMotionAreaX1, Double(2147483647.4)), "2147483647");
   EXPECT_EQ(after(kShowMotion, MakeLong(2)), "-1");
   EXPECT_EQ(after(kShowMotion, MakeText("false")), "0");
   EXPECT_EQ(after(kShowMotion, MakeText("0.5")), "-1");
@@ -215,7 +216,7 @@ TEST_F(ControlServerTest, ConvertsLikeThePlatform) {
   EXPECT_EQ(after(kUsername, Variant{}), "");
 
   EXPECT_EQ(Put(kFrameRate, MakeLong(32768)), DISP_E_OVERFLOW);
-  EXPECT_EQ(Put(kMotionArea_X1, Double(std::numeric_limits<double>::quiet_NaN())), DISP_E_OVERFLOW);
+  EXPECT_EQ(Put(kMotionAreaX1, Double(std::numeric_limits<double>::quiet_NaN())), DISP_E_OVERFLOW);
   for (const char* text : {"", "seven", "7 8", "nan", "0x10", "7e", "+-7"}) {
     EXPECT_EQ(Put(kFrameRate, MakeText(text)), DISP_E_TYPEMISMATCH) << text;
     EXPECT_EQ(wrong, 0u);

@@ -26,6 +26,7 @@ class PlayerClassTest : public HostTest {
   Result Load(const std::vector<std::pair<std::string, std::string>>& bag) {
     IControl* const container = control.As<IControl>().Get();
     std::vector<PersistedProperty> properties;
+    properties.reserve(bag.size());
     for (const auto& [key, text] : bag) {
       properties.push_back(
           {key.data(), static_cast<std::uint32_t>(key.size()), static_cast<std::uint32_t>(text.size()), text.data()});
