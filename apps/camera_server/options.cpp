@@ -328,9 +328,9 @@ void Options::ReadInfo() {
     }
   }
   for (const std::string& text : values_) {
-    static const std::set<std::string> kKeys{"SNM", "SVR", "SYN", "CPU", "RAM", "AME", "CPN", "CPS", "UPS"};
+    static const std::set<std::string> keys{"SNM", "SVR", "SYN", "CPU", "RAM", "AME", "CPN", "CPS", "UPS"};
     const std::size_t equals = std::min(text.find('='), text.size());
-    if (equals == text.size() || kKeys.count(text.substr(0, equals)) == 0) {
+    if (equals == text.size() || keys.count(text.substr(0, equals)) == 0) {
       throw CLI::ValidationError("--info", "give one of SNM, SVR, SYN, CPU, RAM, AME, CPN, CPS and UPS, and =TEXT");
     }
     settings_.info_values[text.substr(0, equals)] = text.substr(equals + 1);

@@ -11,6 +11,7 @@ namespace {
 
 std::vector<bool> StatesOf(const std::vector<Contact>& contacts) {
   std::vector<bool> states;
+  states.reserve(contacts.size());
   for (const Contact& contact : contacts) states.push_back(contact.is_on);
   return states;
 }
