@@ -15,6 +15,7 @@ namespace orbelcast::camera_server {
 namespace {
 
 constexpr std::string_view kRealm = "Orbelcast cameras";
+/// How long a nonce is taken, by the server's clock: a client that comes later is asked again, with a fresh one.
 constexpr std::chrono::minutes kNonceLife{5};
 /// Nonces whose counts are remembered: some hundred clients' of several minutes.
 constexpr std::size_t kMaxUsedNonces = 4096;

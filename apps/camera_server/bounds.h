@@ -12,6 +12,7 @@ inline constexpr std::size_t kMaxConnections = 256;
 inline constexpr std::size_t kMaxRefusals = 64;
 /// Bytes of a request from its method to the empty line; also of a body that comes with it, which is not used.
 inline constexpr std::size_t kMaxRequestBytes = 64 * 1024;
+/// Of a request. A viewer sends half a dozen.
 inline constexpr std::size_t kMaxHeaderLines = 100;
 /// Of a Host header that is believed and written into addresses: the longest name there is, and a port.
 inline constexpr std::size_t kMaxHostBytes = 261;
@@ -34,9 +35,11 @@ inline constexpr std::chrono::milliseconds kLingerTime{500};
 inline constexpr int kMinSide = 16;
 inline constexpr int kMaxWidth = 3840;
 inline constexpr int kMaxHeight = 2160;
+/// A JPEG quality, as encoders count it.
 inline constexpr int kMinQuality = 1;
 inline constexpr int kMaxQuality = 100;
 
+/// The largest mosaic that a screen still shows well is 8 by 8.
 inline constexpr int kMaxCameras = 64;
 /// Of alerts, inputs, outputs and relay accounts each: what a person can still choose from in a list.
 inline constexpr int kMaxItems = 64;
@@ -47,6 +50,7 @@ inline constexpr std::size_t kMaxSessions = 1024;
 inline constexpr std::chrono::hours kSessionTime{1};
 /// What has paused for so long begins anew in the activity log.
 inline constexpr std::chrono::minutes kActivityPause{5};
+/// Lines that the activity log keeps, the oldest going first.
 inline constexpr std::size_t kMaxActivityLines = 1000;
 /// Bytes of a user's name, and of a message or another detail, that the activity log keeps.
 inline constexpr std::size_t kMaxActivityUser = 64;
@@ -62,6 +66,7 @@ inline constexpr std::size_t kMaxInfoTextBytes = 256 * 1024 * 1024;
 /// Drawn backgrounds that are kept: some fifty of 640x480.
 inline constexpr std::size_t kMaxBackgroundBytes = 64 * 1024 * 1024;
 
+/// Files of a folder of pictures; the rest is left out.
 inline constexpr std::size_t kMaxFolderFiles = 10000;
 /// The largest file of a folder that is sent: what a viewer would take.
 inline constexpr std::size_t kMaxFileBytes = 64 * 1024 * 1024;

@@ -14,10 +14,13 @@
 #include <system_error>
 #include <utility>
 
+#include "access.h"
 #include "bounds.h"
-#include "exit_status.h"
+#include "credentials_file.h"
 #include "faults.h"
 #include "platform/version.h"
+#include "usage.h"
+#include "within.h"
 
 namespace orbelcast::camera_server {
 
@@ -118,7 +121,7 @@ Options::Options()
 
 void Options::AddServerOptions() {
   app_.add_option("--port", settings_.port, "Port to listen on; 0 takes a free one")
-      ->check(CLI::Range(0, 65535))
+      ->check(Within(0, 65535))
       ->option_text("PORT [8080]");
   app_.add_option("--listen", settings_.address,
                   "Numeric address to listen on; 0.0.0.0 is every network of this machine")
@@ -130,7 +133,7 @@ void Options::AddNames(NameList& list, const std::string& count_help, const std:
                        const std::string& name_form) {
   list.count = static_cast<int>(list.good_names.size());
   app_.add_option("--" + list.word + "s", list.count, count_help)
-      ->check(CLI::Range(list.least, list.most))
+      ->check(Within(list.least, list.most))
       ->option_text("COUNT [" + std::to_string(list.count) + "]");
   app_.add_option(list.word == "camera" ? "--name" : "--" + list.word, list.names, name_help)
       ->allow_extra_args(false)
@@ -144,16 +147,16 @@ void Options::AddCameraOptions() {
   app_.add_option("--size", size_, "Size of a picture that is asked for without one")
       ->option_text("WIDTHxHEIGHT [640x480]");
   app_.add_option("--quality", settings_.form.quality, "JPEG quality of such a picture, 1 to 100")
-      ->check(CLI::Range(kMinQuality, kMaxQuality))
+      ->check(Within(kMinQuality, kMaxQuality))
       ->option_text("QUALITY [80]");
   AddChoice<Light>("--light", settings_.light, {{"own", Light::kOwn}, {"clock", Light::kClock}},
                    "Time of day that a live picture shows: each camera's own, or the clock's")
       ->option_text("LIGHT [own]");
   app_.add_option("--archive-hours", settings_.archive_hours, "How far back the archive goes")
-      ->check(CLI::Range(1, kMaxArchiveHours))
+      ->check(Within(1, kMaxArchiveHours))
       ->option_text("HOURS [24]");
   app_.add_option("--archive-step", settings_.archive_step, "Time from one picture of the archive to the next")
-      ->check(CLI::Range(1, kMaxArchiveStep))
+      ->check(Within(1, kMaxArchiveStep))
       ->option_text("SECONDS [1]");
   app_.add_option("--folder", settings_.folder,
                   "Send this folder's JPEG files in turn, as they are, instead of drawing")
@@ -214,7 +217,13 @@ void Options::AddUserOptions() {
   app_.add_option("--user", users_, "A user's name; may be given several times, each with its --password")
       ->allow_extra_args(false)
       ->option_text("NAME ...");
-  app_.add_option("--password", passwords_, "The user's password")->allow_extra_args(false)->option_text("TEXT ...");
+  app_.add_option("--password", passwords_, "The user's password; others can read a command line, but not a file")
+      ->allow_extra_args(false)
+      ->option_text("TEXT ...");
+  app_.add_option("--credentials", credentials_files_,
+                  "A user from a file with the lines 'user = NAME' and 'password = TEXT'; may be given several times")
+      ->allow_extra_args(false)
+      ->option_text("FILE ...");
   GroupNew("Who may watch");
 }
 
@@ -248,13 +257,31 @@ void Options::Parse(int argc, char** argv) {
 }
 
 void Options::CheckUsers() {
+  ReadCredentialsFiles();
   const bool is_open = settings_.scheme == AuthenticationScheme::kNone;
   if (is_open && !users_.empty()) throw CLI::ValidationError("--user", "needs --auth basic or --auth digest");
-  if (!is_open && users_.empty()) throw CLI::ValidationError("--auth", "needs a --user and a --password");
+  if (!is_open && users_.empty())
+    throw CLI::ValidationError("--auth", "needs a --credentials FILE, or a --user and a --password");
   if (users_.size() != passwords_.size()) throw CLI::ValidationError("--user", "each needs one --password");
   for (std::size_t i = 0; i < users_.size(); ++i) {
     if (users_[i].find(':') != std::string::npos) throw CLI::ValidationError("--user", "a name holds no colon");
     settings_.users.push_back({users_[i], passwords_[i]});
+  }
+}
+
+void Options::ReadCredentialsFiles() {
+  for (const std::string& file : credentials_files_) {
+    try {
+      const Credentials credentials = ReadCredentials(file);
+      if (!credentials.user || !credentials.password) {
+        throw CredentialsError(file + " must have both lines, 'user = NAME' and 'password = TEXT'");
+      }
+      if (credentials.readable_by_others) WarnOfReaders(app_, file);
+      users_.push_back(*credentials.user);
+      passwords_.push_back(*credentials.password);
+    } catch (const CredentialsError& error) {
+      throw CLI::ValidationError("--credentials", error.what());
+    }
   }
 }
 
@@ -339,9 +366,7 @@ void Options::ReadInfo() {
 }
 
 int Options::Report(const CLI::ParseError& error) const {
-  if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) return app_.exit(error);
-  std::cerr << "orbelcast-camera-server: " << error.what() << "\nSee 'orbelcast-camera-server --help'.\n";
-  return kBadUsage;
+  return ReportUsage(app_, error);
 }
 
 }  // namespace orbelcast::camera_server

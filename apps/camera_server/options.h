@@ -49,6 +49,7 @@ class Options {
   void ReadAccounts();
   void ReadInfo();
   void CheckUsers();
+  void ReadCredentialsFiles();
   void CheckFaults();
 
   CLI::App app_;
@@ -65,6 +66,7 @@ class Options {
   std::string size_;
   std::vector<std::string> users_;
   std::vector<std::string> passwords_;
+  std::vector<std::string> credentials_files_;
   std::vector<std::string> faults_;
 };
 

@@ -4,7 +4,8 @@
 #include <cctype>
 #include <string_view>
 
-#include "picture_file.h"
+#include "within.h"
+#include "writable_file.h"
 
 namespace orbelcast {
 
@@ -54,7 +55,7 @@ void AddClipOptions(CLI::App& command, ClipOptions& options) {
   command
       .add_option("--key-frames", options.compression.key_frame_every,
                   "Of mpeg-4: a whole picture every N, 1 to 600; players jump to those (default: 12)")
-      ->check(CLI::Range(1, 600))
+      ->check(Within(1, 600))
       ->type_name("N")
       ->group(clip);
   command
@@ -62,7 +63,7 @@ void AddClipOptions(CLI::App& command, ClipOptions& options) {
           "--data-rate", options.compression.kilobytes_per_second,
           "Of mpeg-4 and motion-jpeg: kilobytes for a second of the clip, 1 to 100000 (default: as many as good "
           "pictures take)")
-      ->check(CLI::Range(1, 100'000))
+      ->check(Within(1, 100'000))
       ->type_name("KB")
       ->group(clip);
 }

@@ -1,7 +1,6 @@
 #include "info_command.h"
 
 #include <algorithm>
-#include <cctype>
 #include <ostream>
 #include <vector>
 
@@ -11,6 +10,8 @@
 #include "protocol/relay.h"
 #include "protocol/server_info.h"
 #include "protocol/text.h"
+#include "server_entries.h"
+#include "within.h"
 
 namespace orbelcast {
 
@@ -22,37 +23,9 @@ constexpr int kNotFound = 404;
 /// Names of a value are followed by blanks up to here.
 constexpr std::size_t kNameWidth = 12;
 
-/// What a list of the server's holds: cameras, alerts, outputs, inputs.
-struct Entry {
-  std::vector<std::string> fields;
-
-  const std::string& Field(std::size_t index) const {
-    static const std::string kNone;
-    return index < fields.size() ? fields[index] : kNone;
-  }
-};
-
-std::vector<Entry> EntriesOf(const ServerInfo& info, std::string_view key) {
-  std::vector<Entry> entries;
-  Parts lines(info.Lines, kCrLf);
-  for (std::string_view line; lines.Next(line);) {
-    if (!line.starts_with(key)) continue;
-    const auto fields = Split(line.substr(key.size()), "\t");
-    entries.push_back({{fields.begin(), fields.end()}});
-  }
-  return entries;
-}
-
 /// A switch's state as the server tells it.
 bool IsOn(const Entry& entry) {
   return entry.Field(2) != "0";
-}
-
-/// Text from a server on its way to a terminal.
-std::string Printable(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](unsigned char letter) { return std::iscntrl(letter) != 0; }, '?');
-  return text;
 }
 
 /// Columns that a text takes: its letters, not its bytes.
@@ -179,22 +152,14 @@ std::string WhyNoInformation(const InfoOptions& options, const Configuration& co
     return "the relay service at " + configuration.relay_lookup_host +
            " does not answer, or knows no server of this account";
   }
-  if (!answered) return "it does not answer; check the address and the port, and that the server is on";
+  if (!answered) return "it does not answer; 'orbelcast doctor' finds out where it fails";
   if (info.Status == kUnauthorized) {
-    return "it asks for another user name or password; give --user and ORBELCAST_PASSWORD";
+    return "it asks for another user name or password; give --credentials FILE, or --user and ORBELCAST_PASSWORD";
   }
-  if (info.Status == kNotFound) return "it has no server information (404); is it a camera server?";
+  if (info.Status == kNotFound)
+    return "it has no server information (404), so it is no camera server; 'orbelcast doctor' tells more";
   if (info.Status != kOk) return "it answers with status " + std::to_string(info.Status);
-  if (!info.ViewerMarker) return "it answers, but not as a camera server does";
-  return {};
-}
-
-std::string CheckServer(const std::string& server) {
-  if (server.empty() || WithoutHttp(server).empty()) return "give a host, or host:port, such as 127.0.0.1:8080";
-  if (BeginsWith(server, "https://")) return "a camera server is asked by http, not https";
-  if (std::any_of(server.begin(), server.end(), [](unsigned char letter) { return std::iscntrl(letter) != 0; })) {
-    return "the address holds a line break or another control character";
-  }
+  if (!info.ViewerMarker) return "it answers, but not as a camera server does; 'orbelcast doctor' tells more";
   return {};
 }
 
@@ -212,7 +177,7 @@ void AddInfoOptions(CLI::App& command, InfoOptions& options) {
   command
       .add_option("--timeout", options.time_out,
                   "Seconds that connecting and that the answer may take each; may have decimals (default: 10)")
-      ->check(CLI::Range(0.001, 1e6))
+      ->check(Within(0.001, 1e6))
       ->type_name("S")
       ->group("Request");
   command.add_flag("--json", options.json, "Print JSON, for programs, instead of a table")->group("Output");

@@ -4,8 +4,8 @@
 #include <iosfwd>
 #include <string>
 
+#include "access.h"
 #include "exit_status.h"
-#include "option_values.h"
 
 namespace orbelcast {
 

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "doctor_command.h"
 #include "exit_status.h"
 #include "info_command.h"
 #include "mosaic_command.h"
@@ -16,6 +17,8 @@
 #include "record_command.h"
 #include "register_command.h"
 #include "script/script_command.h"
+#include "snapshot_command.h"
+#include "usage.h"
 #include "watch_options.h"
 #include "watcher.h"
 
@@ -27,6 +30,11 @@ constexpr const char* kFooter =
     "Exit status: 0 it worked; 1 the connection failed, was broken at the end, or no\n"
     "picture (of info: no information) came; 2 wrong usage, a file that cannot be\n"
     "written, or a missing player.";
+
+constexpr const char* kDoctorFooter =
+    "Such as:\n"
+    "  orbelcast doctor 192.168.1.20:8080 --credentials my-login\n\n"
+    "Exit status: 0 everything works; 1 a step failed, and what to do is told; 2 wrong usage.";
 
 constexpr const char* kSnapshotFooter =
     "Exit status: 0 the picture is in FILE; 1 no picture came, and FILE is as it was; 2 wrong\n"
@@ -48,23 +56,6 @@ constexpr const char* kScriptFooter =
     "docs/script-host.md lists every command.\n\n"
     "Exit status: 0 every command was right; 1 one was wrong, and said so in a line with\n"
     "\"error\"; 2 FILE cannot be read.";
-
-// What was typed may hold a password, so a wrong word is not repeated: of an option its name alone.
-std::string UnexpectedWords(const CLI::App& app) {
-  std::string names;
-  for (const std::string& word : app.remaining(true)) {
-    if (word.starts_with('-')) names += (names.empty() ? "" : ", ") + word.substr(0, word.find('='));
-  }
-  return names.empty() ? "there are more words than the command takes" : "unknown option: " + names;
-}
-
-int ReportUsage(const CLI::App& app, const CLI::ParseError& error) {
-  if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) return app.exit(error);  // --help, --version
-  const bool unexpected = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
-  std::cerr << "orbelcast: " << (unexpected ? UnexpectedWords(app) : error.what()) << '\n'
-            << "See 'orbelcast --help' and 'orbelcast COMMAND --help'.\n";
-  return kBadUsage;
-}
 
 }  // namespace
 
@@ -93,6 +84,12 @@ int main(int argc, char** argv) {
   info->footer(kFooter);
   AddInfoOptions(*info, info_options);
 
+  DoctorOptions doctor_options;
+  CLI::App* doctor =
+      app.add_subcommand("doctor", "Finds out why a camera cannot be seen, step by step, and what to do");
+  doctor->footer(kDoctorFooter);
+  AddDoctorOptions(*doctor, doctor_options);
+
   MosaicOptions mosaic_options;
   CLI::App* mosaic = app.add_subcommand("mosaic", "Shows several cameras as a grid, in a file or in a window");
   mosaic->footer(kFooter);
@@ -103,7 +100,7 @@ int main(int argc, char** argv) {
   record->footer(kFooter);
   AddRecordOptions(*record, record_options);
 
-  WatchOptions snapshot_options;
+  SnapshotOptions snapshot_options;
   CLI::App* snapshot = app.add_subcommand("snapshot", "Saves a camera's picture as the server sent it");
   snapshot->footer(kSnapshotFooter);
   AddSnapshotOptions(*snapshot, snapshot_options);
@@ -125,9 +122,10 @@ int main(int argc, char** argv) {
   }
   if (play->parsed()) return Play(play->remaining(), std::cerr);
   if (info->parsed()) return Info(info_options, std::cout, std::cerr);
+  if (doctor->parsed()) return Doctor(doctor_options, std::cout);
   if (mosaic->parsed()) return Mosaic(mosaic_options, std::cout, std::cerr);
   if (record->parsed()) return Record(record_options, std::cout, std::cerr);
-  if (snapshot->parsed()) return Watcher(std::move(snapshot_options), std::cout, std::cerr).Run();
+  if (snapshot->parsed()) return Snapshot(snapshot_options, std::cout, std::cerr);
   if (write_classes->parsed()) return Register(Registration::kWrite, std::cout, std::cerr);
   if (remove_classes->parsed()) return Register(Registration::kRemove, std::cout, std::cerr);
   if (script->parsed()) return RunScript(script_file, std::cin, std::cout, std::cerr);

@@ -17,6 +17,7 @@
 #include "timed_clip.h"
 #include "viewer/interface.h"
 #include "viewer/video_server_push.h"
+#include "within.h"
 
 namespace orbelcast {
 
@@ -89,7 +90,7 @@ class MosaicHost {
     viewer_->Resize(static_cast<float>(options_.width * platform_.screen.TwipsPerPixelX()),
                     static_cast<float>(options_.height * platform_.screen.TwipsPerPixelY()));
     std::string cameras;
-    for (const std::string& camera : options_.cameras) cameras += camera + "\r\n";
+    for (const std::string& camera : options_.cameras) cameras += TileAddress(camera, options_.access) + "\r\n";
     viewer_->MultiCamView(cameras);
     platform_.loop.Wait(end_);
     if (clip_) clip_->Finish();
@@ -114,7 +115,7 @@ class MosaicHost {
 
   ExitStatus Outcome() {
     if (!options_.output.empty() && !WritePicture(options_.output, grid_, platform_.pictures)) {
-      messages_ << "orbelcast: could not write " << options_.output.string() << "; is the disk full?\n";
+      messages_ << "orbelcast: cannot write " << options_.output.string() << ": " << WhyNotWritten() << '\n';
       return kBadUsage;
     }
     if (clip_ && !TellOfClip()) return kBadUsage;
@@ -158,6 +159,7 @@ ExitStatus ShowInWindow(const MosaicOptions& options, std::ostream& messages) {
   }
   arguments.emplace_back("--mosaic");
   arguments.insert(arguments.end(), options.cameras.begin(), options.cameras.end());
+  PassOn(options.access);
   return Play(arguments, messages);
 }
 
@@ -171,6 +173,7 @@ void AddMosaicOptions(CLI::App& command, MosaicOptions& options) {
       ->required()
       ->check(CheckAddress)
       ->type_name("");
+  AddAccessOptions(command, options.access, "User name, added to each address that has no login yet (default: none)");
   command
       .add_option_function<std::string>(
           "--size",
@@ -186,11 +189,11 @@ void AddMosaicOptions(CLI::App& command, MosaicOptions& options) {
   auto* rounds = command
                      .add_option("--rounds", options.rounds,
                                  "End after N rounds, 1 or more; a round takes half a second a camera (default: 1)")
-                     ->check(CLI::Range(1, 1'000'000'000))
+                     ->check(Within(1, 1'000'000'000))
                      ->type_name("N")
                      ->group(end);
   command.add_option("--seconds", options.seconds, "End after S seconds, more than 0; may have decimals")
-      ->check(CLI::Range(0.001, 1e6))
+      ->check(Within(0.001, 1e6))
       ->type_name("S")
       ->group(end)
       ->excludes(rounds);

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "access.h"
 #include "clip_options.h"
 #include "exit_status.h"
 
@@ -15,7 +16,8 @@ namespace orbelcast {
 /// What `orbelcast mosaic` was asked to do.
 struct MosaicOptions {
   std::vector<std::string> cameras;  ///< Live addresses, without what says which picture.
-  int width = 640;                   ///< The video area, in pixels.
+  Access access;
+  int width = 640;  ///< The video area, in pixels.
   int height = 480;
   std::filesystem::path output;  ///< Where the grid goes at the end.
   ClipOptions clip;              ///< The clip that each round is a picture of.

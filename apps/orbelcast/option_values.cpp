@@ -3,21 +3,33 @@
 #include <algorithm>
 #include <cctype>
 
+#include "masked_address.h"
 #include "protocol/text.h"
+#include "writable_file.h"
 
 namespace orbelcast {
 
+void AddCameraOptions(CLI::App& command, std::string& url, Access& access) {
+  command.add_option("URL", url, "The whole address of the camera's picture; begins with http://")
+      ->required()
+      ->check(CheckAddress)
+      ->type_name("");
+  AddAccessOptions(command, access, "User name, sent when the server asks for one (default: none)");
+}
+
 std::string CheckAddress(const std::string& url) {
-  constexpr std::string_view kScheme = "http://";
-  const bool begins = url.size() > kScheme.size() &&
-                      std::equal(kScheme.begin(), kScheme.end(), url.begin(), [](char expected, unsigned char given) {
-                        return expected == static_cast<char>(std::tolower(given));
-                      });
-  if (!begins) return "a camera's address begins with http://, such as http://127.0.0.1:8080/live/1";
   if (std::any_of(url.begin(), url.end(), [](unsigned char letter) { return std::iscntrl(letter) != 0; })) {
     return "the address holds a line break or another control character";
   }
-  return {};
+  constexpr std::string_view kScheme = "http://";
+  constexpr const char* kSuchAs = "such as http://127.0.0.1:8080/live/1";
+  if (BeginsWith(url, kScheme) && url.size() > kScheme.size()) return {};
+  if (BeginsWith(url, "https://")) return "cameras are asked by http, not https; give http://…, if the camera has that";
+  if (url.empty() || url.size() == kScheme.size() || url.find("://") != std::string::npos) {
+    return std::string("a camera's address begins with http://, ") + kSuchAs;
+  }
+  // What was typed may hold a password.
+  return "a camera's address begins with http://; did you mean http://" + MaskedAddress(url).Text() + "?";
 }
 
 PixelSize ParsePixelSize(const std::string& option, const std::string& text) {
@@ -48,21 +60,6 @@ std::filesystem::path ParsePictureFile(const std::string& option, const std::str
   }
   CheckWritable(option, text);
   return text;
-}
-
-void AddAccessOptions(CLI::App& command, Access& access, const std::string& user_description) {
-  const std::string group = "Access";
-  command.add_option("--user", access.user, user_description)
-      ->envname("ORBELCAST_USER")
-      ->type_name("NAME")
-      ->group(group);
-  command
-      .add_option("--password", access.password,
-                  "Password. Other users of the machine can read a command line: the variable keeps it from them "
-                  "(default: none)")
-      ->envname("ORBELCAST_PASSWORD")
-      ->type_name("TEXT")
-      ->group(group);
 }
 
 }  // namespace orbelcast

@@ -8,11 +8,15 @@
 #include <string_view>
 #include <system_error>
 
+#include "access.h"
 #include "picture_file.h"
 
 /// What the commands' options have in common. What is wrong with a value is a CLI::ValidationError that says what is
 /// expected.
 namespace orbelcast {
+
+/// Declares what a command needs to reach one camera: URL, and who asks.
+void AddCameraOptions(CLI::App& command, std::string& url, Access& access);
 
 /// Empty for a camera's address; else what is wrong with it.
 std::string CheckAddress(const std::string& url);
@@ -38,13 +42,5 @@ void CheckWritable(const std::string& option, const std::string& file);
 /// The name of a file that can be written, in one of these formats.
 std::filesystem::path ParsePictureFile(const std::string& option, const std::string& text,
                                        std::initializer_list<PictureFormat> formats);
-
-/// Who asks. May come from the environment, so that it need not stand on the command line.
-struct Access {
-  std::string user;
-  std::string password;
-};
-/// Declares --user and --password on `command`.
-void AddAccessOptions(CLI::App& command, Access& access, const std::string& user_description);
 
 }  // namespace orbelcast

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
+#include <cstring>
 
 #include "recording/picture_file.h"
 
@@ -21,17 +23,8 @@ PictureFormat FormatOf(const fs::path& file) {
   return PictureFormat::kUnknown;
 }
 
-std::string WhyUnwritable(const fs::path& file) {
-  std::error_code error;
-  fs::path folder = file.parent_path();
-  if (folder.empty()) folder = ".";
-  if (!fs::is_directory(folder, error)) return "there is no folder " + folder.string();
-  if (fs::is_directory(file, error)) return "it is a folder";
-  if (::access(folder.c_str(), W_OK) != 0) return "the folder " + folder.string() + " may not be written to";
-  return {};
-}
-
 bool ReplaceFile(const fs::path& file, std::span<const std::uint8_t> bytes) {
+  errno = 0;
   if (bytes.empty()) return false;
   fs::path beside = file;
   beside += "." + std::to_string(::getpid()) + ".part";
@@ -39,8 +32,14 @@ bool ReplaceFile(const fs::path& file, std::span<const std::uint8_t> bytes) {
   std::error_code error;
   fs::rename(beside, file, error);
   if (!error) return true;
+  const int why = error.value();
   fs::remove(beside, error);
+  errno = why;
   return false;
+}
+
+std::string WhyNotWritten() {
+  return errno == 0 ? "is the disk full?" : std::strerror(errno);
 }
 
 bool WritePicture(const fs::path& file, const Surface& picture, PictureCodec& codec) {

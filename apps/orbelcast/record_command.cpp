@@ -6,8 +6,11 @@
 #include <cstdio>
 #include <ostream>
 
+#include "event_json.h"
+#include "option_values.h"
 #include "timed_clip.h"
 #include "watcher.h"
+#include "within.h"
 
 namespace orbelcast {
 
@@ -50,7 +53,7 @@ class Recording {
     const ExitStatus status = watcher_.Run();
     clip_.Finish();
     if (shows_progress) ClearProgress();
-    if (clip_.Pictures() > 0) output_ << options_.clip.file.string() << ": " << clip_.Summary() << '\n';
+    if (clip_.Pictures() > 0) output_ << (options_.json ? ClipAsJson() : ClipAsText()) << '\n';
     if (clip_.WhyNot().empty()) return status;
     messages_ << "orbelcast: " << options_.clip.file.string() << ": " << clip_.WhyNot() << '\n';
     return kBadUsage;
@@ -69,6 +72,16 @@ class Recording {
   void End() {
     ended_ = true;
     watcher_.End();
+  }
+
+  std::string ClipAsText() const { return options_.clip.file.string() + ": " + clip_.Summary(); }
+  std::string ClipAsJson() const {
+    std::error_code error;
+    const auto bytes = std::filesystem::file_size(options_.clip.file, error);
+    return ToLine(Json{{"file", options_.clip.file.string()},
+                       {"seconds", clip_.Seconds()},
+                       {"pictures", clip_.Pictures()},
+                       {"bytes", error ? 0 : bytes}});
   }
 
   void ShowProgress() {
@@ -92,21 +105,17 @@ class Recording {
 }  // namespace
 
 void AddRecordOptions(CLI::App& command, RecordOptions& options) {
-  command.add_option("URL", options.url, "The whole address of the camera's picture; begins with http://")
-      ->required()
-      ->check(CheckAddress)
-      ->type_name("");
+  AddCameraOptions(command, options.url, options.access);
   command
       .add_option_function<std::string>(
           "FILE", [&options](const std::string& text) { options.clip.file = ParseClipFile("FILE", text); },
           "The clip's file; its name ends in .avi")
       ->required()
       ->type_name("");
-  AddAccessOptions(command, options.access, "User name, sent when the server asks for one (default: none)");
 
   const std::string stream = "Stream";
   command.add_option("--frame-rate", options.frame_rate, "Pictures a second, 1 to 30 (default: 10)")
-      ->check(CLI::Range(1, 30))
+      ->check(Within(1, 30))
       ->type_name("N")
       ->group(stream);
   command
@@ -117,13 +126,14 @@ void AddRecordOptions(CLI::App& command, RecordOptions& options) {
 
   const std::string end = "When to end (default: at Ctrl-C)";
   command.add_option("--frames", options.frames, "End after N pictures, 1 or more")
-      ->check(CLI::Range(1, 1'000'000'000))
+      ->check(Within(1, 1'000'000'000))
       ->type_name("N")
       ->group(end);
   command.add_option("--seconds", options.seconds, "End S seconds after the first picture; may have decimals")
-      ->check(CLI::Range(0.001, 1e9))
+      ->check(Within(0.001, 1e9))
       ->type_name("S")
       ->group(end);
+  command.add_flag("--json", options.json, "Tell of the finished clip as JSON, for programs")->group("Output");
 }
 
 ExitStatus Record(const RecordOptions& options, std::ostream& output, std::ostream& messages) {

@@ -5,9 +5,9 @@
 #include <optional>
 #include <string>
 
+#include "access.h"
 #include "clip_options.h"
 #include "exit_status.h"
-#include "option_values.h"
 
 namespace orbelcast {
 
@@ -20,6 +20,7 @@ struct RecordOptions {
   bool auto_reconnect = false;
   std::optional<int> frames;      ///< End after that many pictures.
   std::optional<double> seconds;  ///< End when the clip is that long.
+  bool json = false;
 };
 
 /// Declares the options of `record` on `command`, filling `options` when it is parsed.

@@ -4,8 +4,10 @@
 #include <string_view>
 #include <vector>
 
+#include "option_values.h"
 #include "protocol/text.h"
 #include "viewer/interface.h"
+#include "within.h"
 
 namespace orbelcast {
 
@@ -13,7 +15,6 @@ namespace {
 
 constexpr int kZones = 25;
 constexpr std::string_view kNoEvents = "none";
-constexpr const char* kWhenUserNameIsSent = "User name, sent when the server asks for one (default: none)";
 
 void ParseSize(const std::string& text, WatchOptions& options) {
   const PixelSize size = ParsePixelSize("--size", text);
@@ -71,13 +72,6 @@ void ParsePicture(const std::string& text, WatchOptions& options) {
       ParsePictureFile("--picture", text, {PictureFormat::kPng, PictureFormat::kBmp, PictureFormat::kJpeg});
 }
 
-void AddCamera(CLI::App& command, WatchOptions& options) {
-  command.add_option("URL", options.url, "The whole address of the camera's picture; begins with http://")
-      ->required()
-      ->check(CheckAddress)
-      ->type_name("");
-}
-
 // An option whose text `parse` reads into the options.
 template <typename Parse>
 CLI::Option* AddParsed(CLI::App& command, const std::string& name, WatchOptions& options, Parse parse,
@@ -91,12 +85,11 @@ CLI::Option* AddParsed(CLI::App& command, const std::string& name, WatchOptions&
 }  // namespace
 
 void AddWatchOptions(CLI::App& command, WatchOptions& options) {
-  AddCamera(command, options);
-  AddAccessOptions(command, options.access, kWhenUserNameIsSent);
+  AddCameraOptions(command, options.url, options.access);
 
   const std::string stream = "Stream";
   command.add_option("--frame-rate", options.frame_rate, "Pictures a second, 1 to 30 (default: 1)")
-      ->check(CLI::Range(1, 30))
+      ->check(Within(1, 30))
       ->type_name("N")
       ->group(stream);
   AddParsed(command, "--size", options, ParseSize,
@@ -123,17 +116,17 @@ void AddWatchOptions(CLI::App& command, WatchOptions& options) {
       command
           .add_option("--sensitivity", options.sensitivity,
                       "How small a change counts as motion, in percent, 0 to 100: 100 takes any (default: 80)")
-          ->check(CLI::Range(0, 100))
+          ->check(Within(0, 100))
           ->type_name("PERCENT")
           ->group(motion);
 
   const std::string end = "When to end (default: at Ctrl-C)";
   auto* frames = command.add_option("--frames", options.frames, "End after N pictures, 1 or more")
-                     ->check(CLI::Range(1, 1'000'000'000))
+                     ->check(Within(1, 1'000'000'000))
                      ->type_name("N")
                      ->group(end);
   command.add_option("--seconds", options.seconds, "End after S seconds, more than 0; may have decimals")
-      ->check(CLI::Range(0.001, 1e9))
+      ->check(Within(0.001, 1e9))
       ->type_name("S")
       ->group(end);
   command.add_flag("--once", options.once, "Fetch and show a single picture")->group(end)->excludes(frames);
@@ -156,22 +149,6 @@ void AddWatchOptions(CLI::App& command, WatchOptions& options) {
                                  "whole picture");
     }
   });
-}
-
-void AddSnapshotOptions(CLI::App& command, WatchOptions& options) {
-  options.once = true;
-  options.picture_as_sent = true;
-  options.events.emplace();
-  AddCamera(command, options);
-  AddParsed(
-      command, "FILE", options,
-      [](const std::string& text, WatchOptions& parsed) {
-        parsed.picture = text;
-        CheckWritable("FILE", text);
-      },
-      "Where the picture goes, as the server sent it; an existing file is replaced once the picture is there", "")
-      ->required();
-  AddAccessOptions(command, options.access, kWhenUserNameIsSent);
 }
 
 }  // namespace orbelcast

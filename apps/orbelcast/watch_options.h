@@ -8,7 +8,7 @@
 #include <set>
 #include <string>
 
-#include "option_values.h"
+#include "access.h"
 
 namespace orbelcast {
 
@@ -36,7 +36,5 @@ struct WatchOptions {
 /// Declares the options of `watch` on `command`, filling `options` when it is parsed. Wrong values end the parse with a
 /// CLI::ValidationError that says what is expected.
 void AddWatchOptions(CLI::App& command, WatchOptions& options);
-/// The same for `snapshot`, which watches a camera for a single picture and prints no event.
-void AddSnapshotOptions(CLI::App& command, WatchOptions& options);
 
 }  // namespace orbelcast

@@ -133,7 +133,7 @@ ExitStatus Watcher::Outcome() {
     return kNoPictures;
   }
   if (!options_.picture.empty() && !WriteLastPicture()) {
-    messages_ << "orbelcast: could not write " << options_.picture.string() << "; is the disk full?\n";
+    messages_ << "orbelcast: cannot write " << options_.picture.string() << ": " << WhyNotWritten() << '\n';
     return kBadUsage;
   }
   if (broken_at_ == drawn_.Count()) {
@@ -146,9 +146,12 @@ ExitStatus Watcher::Outcome() {
 std::string Watcher::WhyNoPicture() const {
   const auto told = [this](std::string_view part) { return status_.find(part) != std::string::npos; };
   if (!failed_) return connected_ ? "what it sent is no picture that can be read" : "it had not answered";
-  if (told("(0)")) return "it does not answer as a web server; check the address, and that the camera is on";
-  if (told("(401)")) return "it asks for another user name or password; give --user and ORBELCAST_PASSWORD";
-  if (told("(404)")) return "the server has nothing at this address (404)";
+  if (told("(0)")) return "it does not answer as a web server; 'orbelcast doctor' finds out why";
+  if (told("(401)"))
+    return "it asks for another user name or password; give --credentials FILE, or --user and ORBELCAST_PASSWORD";
+  if (told("(404)"))
+    return "the server has nothing at this address (404); 'orbelcast info' lists its cameras' addresses";
+  if (told("not found")) return "the camera server has no such camera; 'orbelcast info' lists those it has";
   return status_;
 }
 

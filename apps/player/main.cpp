@@ -8,12 +8,13 @@
 #include "assembly_qt/qt_platform.h"
 #include "player_options.h"
 #include "player_window.h"
+#include "usage.h"
 #include "viewer_window.h"
 
 namespace {
 
-/// 0: all is well; 1: the screenshot could not be written; 2: the call was wrong (CLI11's own codes are larger).
-enum ExitStatus { kGood = 0, kFailed = 1, kBadUsage = 2 };
+/// What the exit status tells beside 0, that all is well, and wrong usage: the screenshot could not be written.
+constexpr int kFailed = 1;
 
 std::unique_ptr<QMainWindow> MakeWindow(orbelcast::QtPlatform& platform, const orbelcast::PlayerOptions& options) {
   if (!options.ShowsOnePicture()) {
@@ -34,13 +35,19 @@ int main(int argc, char** argv) {
       "connects again, Ctrl+Q ends; so does Escape where the viewer is alone.",
       "orbelcast-player");
   orbelcast::AddPlayerOptions(command, options);
+  command.footer(
+      "Such as:\n"
+      "  orbelcast-player 192.168.1.20:8080 --credentials my-login\n"
+      "  orbelcast-player http://192.168.1.20:8080/live/1\n\n"
+      "Exit status: 0 the window was closed; 1 the screenshot could not be written; 2 wrong\n"
+      "usage. 'orbelcast doctor' finds out why a server or a camera cannot be seen.");
   try {
     command.parse(argc, argv);
     if (options.camera.empty() && options.live_url.empty() && options.mosaic.empty()) {
       throw CLI::RequiredError("a camera server, an address, --live-url or --mosaic");
     }
   } catch (const CLI::ParseError& error) {
-    return command.exit(error) == 0 ? kGood : kBadUsage;
+    return orbelcast::ReportUsage(command, error);
   }
 
   QApplication application(argc, argv);

@@ -6,11 +6,15 @@
 #include <cctype>
 #include <cstdio>
 
+#include "within.h"
+#include "writable_file.h"
+
 namespace orbelcast {
 
 namespace {
 
 constexpr int kSmallestSide = 16;
+/// Of a window: that of an 8K screen.
 constexpr int kLargestSide = 8192;
 
 std::optional<QSize> ParseSize(const std::string& text) {
@@ -41,6 +45,14 @@ std::string CheckCamera(const std::string& text) {
 
 std::string CheckUrl(const std::string& text) {
   return IsPictureAddress(text) ? std::string() : "the address must begin with http://";
+}
+
+std::string CheckPictureFile(const std::string& file) {
+  if (!QString::fromStdString(file).endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
+    return "the file's name must end in .png";
+  }
+  const std::string why = WhyUnwritable(file);
+  return why.empty() ? why : "cannot write " + file + ": " + why;
 }
 
 bool IsNumber(const std::string& text) {
@@ -83,23 +95,31 @@ void AddPlayerOptions(CLI::App& app, PlayerOptions& options) {
   auto* camera = app.add_option("CAMERA", options.camera,
                                 "A camera server, HOST[:PORT]: opens the player. Or the whole address of a picture, "
                                 "http://...: opens the viewer alone")
-                     ->check(CheckCamera);
-  app.add_option("--user", options.user, "User name for the camera server")->envname("ORBELCAST_USER");
-  app.add_option("--password", options.password,
-                 "Password; better given in the environment, where other users do not see it")
-      ->envname("ORBELCAST_PASSWORD");
+                     ->check(CheckCamera)
+                     ->type_name("");
+  AddAccessOptions(app, options.access, "User name for the camera server (default: none)");
   app.add_option("--frame-rate", options.frame_rate,
                  "Pictures a second, 1 to 30; the player takes up to 25 and remembers it")
-      ->check(CLI::Range(1, 30))
-      ->take_last();
+      ->check(Within(1, 30))
+      ->take_last()
+      ->type_name("N");
   app.add_option("--size", options.size,
                  "Size of the window in pixels, WIDTHxHEIGHT; without it the player's is the one it had last")
-      ->check(CheckSize);
-  app.add_option("--screenshot", options.screenshot, "Write a picture of the window to this file at the end (.png)");
-  app.add_option("--quit-after", options.quit_after, "End after this many seconds")->check(CLI::PositiveNumber);
+      ->check(CheckSize)
+      ->type_name("WxH");
+  auto* quit_after = app.add_option("--quit-after", options.quit_after,
+                                    "End after S seconds; may have decimals (default: when closed)")
+                         ->check(Within(0.001, 1e6))
+                         ->type_name("S");
+  app.add_option("--screenshot", options.screenshot,
+                 "At the end that --quit-after says, write a picture of the window to FILE, whose name ends in .png")
+      ->check(CheckPictureFile)
+      ->needs(quit_after)
+      ->type_name("FILE");
 
   const std::string player = "Player";
-  app.add_option("--device", options.device, "The camera to begin with, by its id on the server; otherwise the first")
+  app.add_option("--device", options.device, "The camera to begin with, by its id on the server (default: the first)")
+      ->type_name("ID")
       ->group(player);
   app.add_flag("--extended", options.extended, "Show the buttons for log, messages, alerts, outputs, several cameras")
       ->group(player);
@@ -107,10 +127,12 @@ void AddPlayerOptions(CLI::App& app, PlayerOptions& options) {
                               "Without a server: the address of the live stream, beginning with http://")
                    ->check(CheckUrl)
                    ->excludes(camera)
+                   ->type_name("URL")
                    ->group(player);
   app.add_option("--archive-url", options.archive_url, "Without a server: the address that archive steps are added to")
       ->check(CheckUrl)
       ->excludes(camera)
+      ->type_name("URL")
       ->group(player);
   app.add_flag("--start", options.start, "Show the stream of --live-url at once")->needs(live)->group(player);
   app.add_flag("--fixed-layout", options.fixed_layout, "Leave everything at its place when the window changes its size")
@@ -122,18 +144,22 @@ void AddPlayerOptions(CLI::App& app, PlayerOptions& options) {
       ->check(CheckUrl)
       ->excludes(camera)
       ->excludes(live)
+      ->type_name("URL ...")
       ->group(viewer);
   auto* area = app.add_option("--motion-area", options.motion_area,
                               "Watch this part of the picture for motion: x1,y1,x2,y2 in hundredths of its size")
                    ->delimiter(',')
+                   ->type_name("x1,y1,x2,y2")
                    ->group(viewer);
   app.add_option("--motion-zones", options.motion_zones,
                  "Watch 5 x 5 zones for motion: a character each, row by row, 0 leaves the zone out")
       ->excludes(area)
+      ->type_name("MASK")
       ->group(viewer);
-  app.add_option("--sensitivity", options.sensitivity, "Sensitivity of the motion detection in percent, 0 to 100")
-      ->check(CLI::Range(0, 100))
-      ->capture_default_str()
+  app.add_option("--sensitivity", options.sensitivity,
+                 "How small a change counts as motion, in percent, 0 to 100: 100 takes any (default: 80)")
+      ->check(Within(0, 100))
+      ->type_name("PERCENT")
       ->group(viewer);
   app.add_flag("--show-motion", options.show_motion, "Show what the motion detection sees")->group(viewer);
   app.add_flag("--auto-reconnect", options.auto_reconnect, "Go on trying when the camera does not answer")

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "access.h"
+
 namespace orbelcast {
 
 /// What the player program was asked to do.
@@ -16,8 +18,7 @@ struct PlayerOptions {
   /// http://: the viewer alone opens. Empty: the player opens on `live_url` and `archive_url`.
   std::string camera;
   std::vector<std::string> mosaic;  ///< Live addresses of cameras that the viewer alone shows as a grid.
-  std::string user;
-  std::string password;
+  Access access;
   std::optional<int> frame_rate;     ///< Pictures a second, 1 to 30; of the player 1 to 25.
   std::string size;                  ///< The window's, in pixels; empty is the one it had last, or the usual one.
   std::string screenshot;            ///< Where a picture of the window goes at the end.

@@ -5,6 +5,7 @@
 #include <QKeySequence>
 #include <QSettings>
 #include <QShortcut>
+#include <iostream>
 
 #include "adapters/qt/control_widgets.h"
 
@@ -44,8 +45,8 @@ void PlayerWindow::Configure() {
   const ServerAddress address = ParseServer(options_.camera);
   player_->setServer(text(address.server));
   player_->setPort(text(address.port));
-  player_->setUsername(text(options_.user));
-  player_->setPassword(text(options_.password));
+  player_->setUsername(text(options_.access.user));
+  player_->setPassword(text(options_.access.password));
   player_->setDevice(text(options_.device));
   player_->setLURL(text(options_.live_url));
   player_->setIURL(text(options_.archive_url));
@@ -110,6 +111,7 @@ void PlayerWindow::OnLoaded() {
   }
   notice_->Dismiss();
   ChooseFirst();
+  if (LacksDevice()) TellOfDevice();
 }
 
 QString PlayerWindow::Problem() const {
@@ -125,6 +127,19 @@ QString PlayerWindow::Problem() const {
     return tr("%1 answers, but not as a camera server does (status %2).").arg(place).arg(outcome_.status);
   }
   return tr("%1 has no cameras for this user.").arg(place);
+}
+
+bool PlayerWindow::LacksDevice() const {
+  return !options_.device.empty() && !player_->Server().isEmpty() && player_->Control().CamList.ListIndex() < 0;
+}
+
+void PlayerWindow::TellOfDevice() {
+  const QString place = ShownAddress(options_.camera);
+  const QString device = QString::fromStdString(options_.device);
+  notice_->ShowProblem(tr("%1 has no camera “%2”. Choose one in the list above.").arg(place, device));
+  // For whoever wrote the command line, too.
+  std::cerr << "orbelcast-player: there is no camera '" << options_.device << "'; 'orbelcast info "
+            << place.toStdString() << "' lists the ids of those there are\n";
 }
 
 // As a person would, once: what was not asked for by an option.

@@ -29,6 +29,9 @@ class PlayerWindow final : public QMainWindow {
   void WatchRequests(YieldingHttp& requests);
   void OnLoaded();
   void ChooseFirst();
+  /// The camera that was asked for is not among the server's.
+  bool LacksDevice() const;
+  void TellOfDevice();
   void ShowTitle();
   /// What is wrong with the server, for a person; empty where nothing is.
   QString Problem() const;

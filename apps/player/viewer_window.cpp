@@ -20,7 +20,8 @@ void Show(VideoServerPushWidget& viewer, const PlayerOptions& options) {
     return;
   }
   QString cameras;
-  for (const std::string& camera : options.mosaic) cameras += QString::fromStdString(camera) + QStringLiteral("\r\n");
+  for (const std::string& camera : options.mosaic)
+    cameras += QString::fromStdString(TileAddress(camera, options.access)) + QStringLiteral("\r\n");
   viewer.MultiCamView(cameras);
 }
 
@@ -39,8 +40,8 @@ ViewerWindow::ViewerWindow(Platform& platform, const PlayerOptions& options)
 
 void ViewerWindow::Configure() {
   viewer_->setFrameRate(options_.frame_rate.value_or(kUsualFrameRate));
-  viewer_->setUsername(QString::fromStdString(options_.user));
-  viewer_->setPassword(QString::fromStdString(options_.password));
+  viewer_->setUsername(QString::fromStdString(options_.access.user));
+  viewer_->setPassword(QString::fromStdString(options_.access.password));
   viewer_->setAutoReconnect(options_.auto_reconnect);
   viewer_->setMotionSensivity(options_.sensitivity);
   if (options_.motion_area) {

@@ -13,6 +13,7 @@
 #include "viewer/interface.h"
 #include "viewer/video_server_push.h"
 #include "words.h"
+#include "writable_file.h"
 
 namespace orbelcast {
 

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace orbelcast {
+
+/// The exit status of every program for wrong usage. (CLI11 has others.)
+inline constexpr int kWrongUsage = 2;
+
+/// Tells what was wrong with the command line, and where its options are listed; answers the exit status. Help and
+/// version, which come the same way, go to standard output, with status 0.
+///
+/// What was typed may hold a password, so a word that is not understood is not repeated: of an option its name alone.
+int ReportUsage(const CLI::App& app, const CLI::ParseError& error);
+
+}  // namespace orbelcast

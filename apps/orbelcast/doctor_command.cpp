@@ -1,0 +1,511 @@
+#include "doctor_command.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cerrno>
+#include <charconv>
+#include <chrono>
+#include <cmath>
+#include <cstring>
+#include <ctime>
+#include <optional>
+#include <ostream>
+#include <sstream>
+#include <utility>
+#include <vector>
+
+#include "assembly/headless_platform.h"
+#include "doctor_report.h"
+#include "masked_address.h"
+#include "network_steps.h"
+#include "protocol/relay.h"
+#include "protocol/server_address.h"
+#include "protocol/server_info.h"
+#include "protocol/text.h"
+#include "server_entries.h"
+#include "watcher.h"
+#include "within.h"
+
+namespace orbelcast {
+
+namespace {
+
+using Steady = std::chrono::steady_clock;
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+constexpr int kOk = 200;
+constexpr int kUnauthorized = 401;
+constexpr int kForbidden = 403;
+constexpr int kNotFound = 404;
+constexpr int kVideoNotFound = 506;
+
+/// What a player asks for where nobody chose otherwise is smaller; this shows what the camera can do.
+constexpr int kAskedWidth = 640;
+constexpr int kAskedHeight = 480;
+constexpr const char* kAskedQuality = "080";
+/// Pictures a second that the rate is measured at, and the share of them below which it is worth a note.
+constexpr std::int16_t kAskedRate = 10;
+constexpr double kGoodShare = 0.5;
+/// Seconds by which two clocks may differ before a person wonders.
+constexpr double kClockTolerance = 60;
+
+std::string Rounded(double number, int decimals) {
+  std::ostringstream text;
+  text.setf(std::ios::fixed);
+  text.precision(decimals);
+  text << number;
+  return text.str();
+}
+
+double MillisecondsSince(Steady::time_point start) {
+  return std::round(Milliseconds(Steady::now() - start).count() * 10) / 10;
+}
+
+/// The seconds that a time code's date and time make, whatever the time zone; nothing where it is none.
+std::optional<double> SecondsOf(std::string_view time_code) {
+  constexpr std::size_t kDigits = 14;
+  const bool digits = std::ranges::all_of(time_code, [](unsigned char letter) { return std::isdigit(letter) != 0; });
+  if (time_code.size() != kDigits || !digits) return std::nullopt;
+  const auto part = [&](std::size_t first, std::size_t count) {
+    int number = 0;
+    std::from_chars(time_code.data() + first, time_code.data() + first + count, number);
+    return number;
+  };
+  std::tm time{};
+  time.tm_year = part(0, 4) - 1900;
+  time.tm_mon = part(4, 2) - 1;
+  time.tm_mday = part(6, 2);
+  time.tm_hour = part(8, 2);
+  time.tm_min = part(10, 2);
+  time.tm_sec = part(12, 2);
+  return static_cast<double>(::timegm(&time));
+}
+
+double SecondsOf(const LocalTime& now) {
+  std::tm time{};
+  time.tm_year = now.year - 1900;
+  time.tm_mon = now.month - 1;
+  time.tm_mday = now.day;
+  time.tm_hour = now.hour;
+  time.tm_min = now.minute;
+  time.tm_sec = now.second;
+  return static_cast<double>(::timegm(&time));
+}
+
+/// One picture, asked for directly.
+struct Picture {
+  int status = 0;  ///< 0 where no complete answer came.
+  double milliseconds = 0;
+  std::size_t bytes = 0;
+  std::string content_type;
+  std::string time_code;
+  bool readable = false;
+  int width = 0;
+  int height = 0;
+};
+
+struct Rate {
+  int pictures = 0;
+  double seconds = 0;  ///< From the first to the last.
+};
+
+/// Goes the way to a camera's picture. Each method is a step: it tells of itself and answers whether the way goes on.
+class Examination {
+ public:
+  Examination(const DoctorOptions& options, std::ostream& output)
+      : options_(options),
+        report_(options.server, options.json, output),
+        platform_(services_.Get()),
+        server_(options.server) {}
+
+  ExitStatus Run() {
+    static constexpr std::array kWay{&Examination::Relay,       &Examination::Name,        &Examination::Connection,
+                                     &Examination::Credentials, &Examination::Information, &Examination::FirstPicture,
+                                     &Examination::Size,        &Examination::PictureRate, &Examination::TimeCode};
+    static constexpr std::array kNames{"relay",   "name", "connection", "credentials", "information",
+                                       "picture", "size", "rate",       "time code"};
+    bool goes_on = true;
+    for (std::size_t i = 0; i < kWay.size(); ++i) {
+      if (goes_on) {
+        goes_on = (this->*kWay.at(i))();
+      } else {
+        report_.Add({.name = kNames.at(i), .result = StepResult::kSkipped, .found = "not looked at"});
+      }
+    }
+    report_.End();
+    return report_.Works() ? kWorked : kNoPictures;
+  }
+
+ private:
+  // ---- The steps --------------------------------------------------------------------------------------------------
+
+  /// Of a relay account alone: where its server is.
+  bool Relay() {
+    const std::string account(WithoutHttp(server_));
+    if (!IsRelayAddress(platform_.configuration, account)) return true;
+    const std::string answer =
+        LookupRelayAddress(platform_.http, platform_.configuration, account, LimitInMilliseconds());
+    Step step{.name = "relay"};
+    if (answer.empty()) {
+      const std::string& lookup = platform_.configuration.relay_lookup_host;
+      return Fail(step, "the relay service at " + lookup + " does not answer, or knows no server of this account",
+                  "check the account's name; the service's host is relay_lookup_host of the configuration");
+    }
+    server_ = ServerOfRelayAnswer(answer);
+    step.found = "the account's server is " + server_;
+    step.values["address"] = server_;
+    return Pass(step);
+  }
+
+  bool Name() {
+    const HostAndPort server = HostAndPortOf(server_);
+    const NameLookup lookup = LookUpName(server);
+    Step step{.name = "name", .values = {{"host", server.host}, {"addresses", Json::array()}}};
+    if (lookup.addresses.empty()) {
+      return Fail(step, "there is no address for " + server.host + ": " + lookup.error,
+                  "check the spelling and the port; try the server's numeric address, such as 192.168.1.20:8080");
+    }
+    std::string list;
+    for (const NetworkAddress& address : lookup.addresses) {
+      step.values["addresses"].push_back(address.text);
+      list += (list.empty() ? "" : ", ") + address.text;
+    }
+    step.found = lookup.was_numeric ? list + " is a numeric address" : server.host + " is " + list;
+    addresses_ = lookup.addresses;
+    return Pass(step);
+  }
+
+  bool Connection() {
+    const std::string port = HostAndPortOf(server_).port;
+    const ConnectionTry done = TryToConnect(addresses_, Limit());
+    const std::string place = "port " + port + " of " + done.address;
+    Step step{.name = "connection", .values = {{"address", done.address}, {"port", port}}};
+    if (done.error == 0) {
+      const double took = Milliseconds(done.took).count();
+      step.values["milliseconds"] = std::round(took * 10) / 10;
+      step.found = place + " answers after " + Rounded(took, 1) + " ms";
+      return Pass(step);
+    }
+    if (done.error == ECONNREFUSED) {
+      return Fail(step, "nothing listens at " + place,
+                  "check the port (HOST:PORT; without one it is 80), and that the camera server runs");
+    }
+    if (done.error == ETIMEDOUT) {
+      return Fail(step, place + " does not answer within " + Rounded(options_.time_out, 0) + " s",
+                  "check the address, that the server is on, and that no firewall is between");
+    }
+    return Fail(step, place + " cannot be reached: " + std::strerror(done.error),
+                "check the address, and this machine's network");
+  }
+
+  bool Credentials() {
+    const int status = AskForStatus();
+    Step step{.name = "credentials", .values = {{"user", options_.access.user}}};
+    if (status == 0) {
+      step.result = StepResult::kSkipped;
+      step.found = "no answer that could tell";
+      report_.Add(step);
+      return true;
+    }
+    const bool given = !options_.access.user.empty() || !options_.access.password.empty();
+    const bool refused = status == kUnauthorized || status == kForbidden;
+    step.values["asked_for"] = refused;
+    if (refused && !given) {
+      return Fail(step, "the server asks for a user name and a password, and none was given",
+                  "give --credentials FILE, or --user NAME and ORBELCAST_PASSWORD");
+    }
+    if (refused) {
+      return Fail(step, "the server does not take user '" + options_.access.user + "' with this password",
+                  "check both, capital letters too; somebody at the server may have to add the user");
+    }
+    step.found = given ? "user '" + options_.access.user + "' is let in" : "none given, and none asked for";
+    return Pass(step);
+  }
+
+  bool Information() {
+    if (IsPicture()) {
+      report_.Add({.name = "information",
+                   .result = StepResult::kSkipped,
+                   .found = "this is a picture's address, which has none"});
+      return true;
+    }
+    Step step{.name = "information", .values = {{"status", info_->Status}}};
+    if (info_->AllHeaders.empty()) {
+      return Fail(step, "no web server's answer within " + Rounded(options_.time_out, 0) + " s",
+                  "something else may listen at this port; check the port");
+    }
+    if (info_->Status != kOk || !info_->ViewerMarker) {
+      const std::string status = info_->Status == kOk ? "" : " (status " + std::to_string(info_->Status) + ")";
+      return Fail(step, "it answers, but not as a camera server does" + status,
+                  "check the port; of a camera without a camera server give the whole address of its picture, "
+                  "http://HOST/PATH");
+    }
+    const auto cameras = EntriesOf(*info_, "CAM:");
+    step.values["name"] = info_->SystemName;
+    step.values["software"] = info_->ServerHeader;
+    step.values["cameras"] = cameras.size();
+    step.found = (info_->SystemName.empty() ? "a camera server" : info_->SystemName) + ", " +
+                 std::to_string(cameras.size()) + (cameras.size() == 1 ? " camera" : " cameras");
+    if (cameras.empty()) {
+      return Fail(step, step.found, "the server shows this user no camera: add one there, or use another user");
+    }
+    return ChooseCamera(step, cameras);
+  }
+
+  bool FirstPicture() {
+    if (!picture_) picture_ = Fetch(picture_address_);
+    Step step{.name = "picture",
+              .values = {{"address", MaskedAddress(picture_address_).Text()}, {"status", picture_->status}}};
+    if (picture_->status != kOk) return Fail(step, WhyNoPicture(), WhatToDoForAPicture());
+    step.values["milliseconds"] = picture_->milliseconds;
+    step.values["bytes"] = picture_->bytes;
+    if (!picture_->readable) {
+      const std::string type = picture_->content_type.empty() ? "" : " (" + picture_->content_type + ")";
+      return Fail(step, "the answer is no JPEG picture that can be read" + type,
+                  "give the address of a single JPEG picture, not of a page or of a stream");
+    }
+    step.found = (camera_name_.empty() ? "" : camera_name_ + ": ") +
+                 Rounded(static_cast<double>(picture_->bytes) / 1024, 1) + " KB after " +
+                 Rounded(picture_->milliseconds, 1) + " ms";
+    return Pass(step);
+  }
+
+  bool Size() {
+    return Pass({.name = "size",
+                 .found = std::to_string(picture_->width) + "x" + std::to_string(picture_->height) + " pixels",
+                 .values = {{"width", picture_->width}, {"height", picture_->height}}});
+  }
+
+  bool PictureRate() {
+    const Rate rate = MeasureRate();
+    const double a_second = rate.pictures > 1 && rate.seconds > 0 ? (rate.pictures - 1) / rate.seconds : 0;
+    Step step{.name = "rate", .values = {{"asked", kAskedRate}, {"pictures_a_second", std::round(a_second * 10) / 10}}};
+    step.found = Rounded(a_second, 1) + " pictures a second, where " + std::to_string(kAskedRate) + " were asked for";
+    if (rate.pictures < 2) {
+      return Fail(step, "no second picture came within " + Rounded(options_.seconds, 0) + " s",
+                  "the camera may send one picture only, or be very slow: try --seconds 10");
+    }
+    if (a_second < kGoodShare * kAskedRate) {
+      step.result = StepResult::kNote;
+      step.advice = "the network or the camera is slow: ask for smaller pictures, or fewer a second";
+    }
+    return Pass(step);
+  }
+
+  bool TimeCode() {
+    Step step{.name = "time code", .values = {{"time_code", picture_->time_code}}};
+    const auto seconds = SecondsOf(picture_->time_code);
+    if (!seconds) {
+      step.result = StepResult::kNote;
+      step.found = picture_->time_code.empty() ? "the pictures have none" : "it is none: " + picture_->time_code;
+      step.advice = "viewers show this machine's clock instead; nothing has to be done";
+      return Pass(step);
+    }
+    const double ahead = *seconds - SecondsOf(platform_.clock.Now());
+    step.values["seconds_ahead"] = ahead;
+    const std::string& code = picture_->time_code;
+    step.found = code.substr(0, 4) + "-" + code.substr(4, 2) + "-" + code.substr(6, 2) + " " + code.substr(8, 2) + ":" +
+                 code.substr(10, 2) + ":" + code.substr(12, 2);
+    if (std::abs(ahead) > kClockTolerance) {
+      step.result = StepResult::kNote;
+      step.found +=
+          ", " + Rounded(std::abs(ahead), 0) + " s " + (ahead > 0 ? "ahead of" : "behind") + " this machine's clock";
+      step.advice = "set the clock or the time zone of the one that is wrong; archive searches go by the server's";
+    }
+    return Pass(step);
+  }
+
+  // ---- What they have in common -----------------------------------------------------------------------------------
+
+  bool Pass(const Step& step) {
+    report_.Add(step);
+    return true;
+  }
+  bool Fail(Step step, const std::string& found, const std::string& advice) {
+    step.result = StepResult::kFailed;
+    step.found = found;
+    step.advice = advice;
+    report_.Add(step);
+    return false;
+  }
+
+  std::chrono::milliseconds Limit() const { return std::chrono::milliseconds(LimitInMilliseconds()); }
+  std::int32_t LimitInMilliseconds() const { return static_cast<std::int32_t>(options_.time_out * 1000); }
+
+  /// The address has a path: it is a picture's, not a server's.
+  bool IsPicture() const {
+    const std::string_view place = WithoutHttp(server_);
+    return place.find('/') < place.size() - 1;
+  }
+
+  /// The first request that needs the credentials; 0 where no answer came.
+  int AskForStatus() {
+    if (IsPicture()) {
+      picture_address_ = BeginsWith(server_, "http://") ? server_ : "http://" + server_;
+      picture_ = Fetch(picture_address_);
+      return picture_->status;
+    }
+    info_ = QueryServerInfo(platform_.http, platform_.configuration, server_, options_.access.user,
+                            options_.access.password, LimitInMilliseconds(), InfoMode::kAllLines);
+    return info_->AllHeaders.empty() ? 0 : info_->Status;
+  }
+
+  bool ChooseCamera(Step& step, const std::vector<Entry>& cameras) {
+    auto camera = cameras.begin();
+    if (!options_.device.empty()) {
+      camera = std::ranges::find_if(cameras, [this](const Entry& each) {
+        return each.Field(0).size() == options_.device.size() && BeginsWith(each.Field(0), options_.device);
+      });
+    }
+    if (camera == cameras.end()) {
+      std::string devices;
+      for (const Entry& each : cameras) devices += (devices.empty() ? "" : ", ") + each.Field(0);
+      return Fail(step, "there is no camera '" + options_.device + "'", "give one of these to --device: " + devices);
+    }
+    camera_name_ = camera->Field(1) + " (" + camera->Field(0) + ")";
+    live_base_ = camera->Field(2);
+    if (!BeginsWith(live_base_, "http://")) {
+      return Fail(step, "the address of " + camera_name_ + " does not begin with http://: '" + live_base_ + "'",
+                  "set the camera's address at the server: its information must name one that clients reach");
+    }
+    picture_address_ = LiveStreamAddress(LiveAddress(live_base_, options_.access.user, options_.access.password),
+                                         QualitySuffix(PictureCode(kAskedWidth, kAskedHeight, kAskedQuality)));
+    return Pass(step);
+  }
+
+  Picture Fetch(const std::string& address) {
+    Picture picture;
+    const auto request = platform_.http.Create();
+    const auto start = Steady::now();
+    request->Open("GET", address);
+    if (!options_.access.user.empty() || !options_.access.password.empty()) {
+      request->SetCredentials(options_.access.user, options_.access.password, 0);
+    }
+    const std::int32_t limit = LimitInMilliseconds();
+    request->SetTimeouts(limit, limit, limit, limit);
+    request->Send();
+    request->WaitForResponse();
+    if (request->Failed()) return picture;
+    picture.status = request->Status();
+    picture.milliseconds = MillisecondsSince(start);
+    picture.content_type = request->GetResponseHeader("Content-Type");
+    picture.time_code = request->GetResponseHeader("RC_TCR");
+    const FrameBytes body = request->ResponseBody();
+    picture.bytes = body.Size();
+    Surface unseen(1, 1);
+    picture.readable = platform_.jpeg_decoder.DrawJpeg(unseen, body, 1, 1);
+    if (!picture.readable) return picture;
+    picture.width = platform_.jpeg_decoder.JpegWidth();
+    picture.height = platform_.jpeg_decoder.JpegHeight();
+    return picture;
+  }
+
+  std::string WhyNoPicture() const {
+    switch (picture_->status) {
+      case 0:
+        return "no complete answer within " + Rounded(options_.time_out, 0) + " s";
+      case kUnauthorized:
+      case kForbidden:
+        return "the server gives its information, but not this camera's picture, to this user";
+      case kNotFound:
+      case kVideoNotFound:
+        return "there is no such camera (status " + std::to_string(picture_->status) + ")";
+      default:
+        return "the camera answers with status " + std::to_string(picture_->status);
+    }
+  }
+
+  std::string WhatToDoForAPicture() const {
+    if (!live_base_.empty() && HostAndPortOf(live_base_).host != HostAndPortOf(server_).host) {
+      return "the server says that the camera is at " + MaskedAddress(live_base_).Text() +
+             "; check that this machine can reach that address";
+    }
+    if (picture_->status == kUnauthorized || picture_->status == kForbidden) {
+      return "let the user see the camera, at the server, or use another user";
+    }
+    if (picture_->status == kNotFound || picture_->status == kVideoNotFound) {
+      return "'orbelcast info' lists the server's cameras and their addresses";
+    }
+    return "check that the camera itself is on and connected to its server";
+  }
+
+  /// As a viewer sees it, from its first picture on.
+  Rate MeasureRate() {
+    WatchOptions watch;
+    watch.url = picture_address_;
+    watch.access = options_.access;
+    watch.frame_rate = kAskedRate;
+    watch.events.emplace();
+    std::ostringstream unread;
+    Watcher watcher(watch, unread, unread);
+    EventQueue& queue = watcher.Services().loop.Queue();
+    Rate rate;
+    Steady::time_point first;
+    watcher.on_picture = [&] {
+      const auto now = Steady::now();
+      if (rate.pictures++ == 0) {
+        first = now;
+        queue.ArmTimer(Duration(options_.seconds), [&watcher] { watcher.End(); });
+      }
+      rate.seconds = std::chrono::duration<double>(now - first).count();
+    };
+    queue.ArmTimer(Duration(options_.time_out + options_.seconds), [&watcher] { watcher.End(); });
+    watcher.Run();
+    return rate;
+  }
+
+  static EventQueue::Nanoseconds Duration(double seconds) {
+    return std::chrono::duration_cast<EventQueue::Nanoseconds>(std::chrono::duration<double>(seconds));
+  }
+
+  const DoctorOptions& options_;
+  DoctorReport report_;
+  HeadlessPlatform services_;
+  Platform& platform_;
+
+  std::string server_;  ///< Of a relay account, what the relay service said.
+  std::vector<NetworkAddress> addresses_;
+  std::optional<ServerInfo> info_;  ///< Of a server.
+  std::string camera_name_;
+  std::string live_base_;
+  std::string picture_address_;
+  std::optional<Picture> picture_;
+};
+
+}  // namespace
+
+void AddDoctorOptions(CLI::App& command, DoctorOptions& options) {
+  command
+      .add_option("SERVER", options.server,
+                  "The camera server: a host, host:port, or a relay account's address. Or the whole address of a "
+                  "picture. http:// may be left out")
+      ->required()
+      ->check(CheckServer)
+      ->type_name("");
+  AddAccessOptions(command, options.access, "User name (default: none)");
+  const std::string group = "Examination";
+  command
+      .add_option("--device", options.device, "The camera to look at, by its id on the server (default: the first one)")
+      ->type_name("ID")
+      ->group(group);
+  command
+      .add_option(
+          "--timeout", options.time_out,
+          "Seconds that each step may take; may have decimals (default: 10). Looking up a name takes as long as "
+          "the system does")
+      ->check(Within(0.001, 1e6))
+      ->type_name("S")
+      ->group(group);
+  command.add_option("--seconds", options.seconds, "How long the rate is measured; may have decimals (default: 2)")
+      ->check(Within(0.001, 1e6))
+      ->type_name("S")
+      ->group(group);
+  command.add_flag("--json", options.json, "Print JSON, for programs, at the end")->group("Output");
+}
+
+ExitStatus Doctor(const DoctorOptions& options, std::ostream& output) {
+  return Examination(options, output).Run();
+}
+
+}  // namespace orbelcast

@@ -1,0 +1,44 @@
+#include "server_entries.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "protocol/text.h"
+
+namespace orbelcast {
+
+const std::string& Entry::Field(std::size_t index) const {
+  static const std::string kNone;
+  return index < fields.size() ? fields[index] : kNone;
+}
+
+std::vector<Entry> EntriesOf(const ServerInfo& info, std::string_view key) {
+  std::vector<Entry> entries;
+  Parts lines(info.Lines, kCrLf);
+  for (std::string_view line; lines.Next(line);) {
+    if (!line.starts_with(key)) continue;
+    const auto fields = Split(line.substr(key.size()), "\t");
+    entries.push_back({{fields.begin(), fields.end()}});
+  }
+  return entries;
+}
+
+std::string CheckServer(const std::string& server) {
+  if (server.empty() || WithoutHttp(server).empty()) return "give a host, or host:port, such as 127.0.0.1:8080";
+  if (BeginsWith(server, "https://")) return "a camera server is asked by http, not https; leave https:// out";
+  if (WithoutHttp(server).find("://") != std::string_view::npos) {
+    return "a camera server is asked by http; give a host, or host:port, such as 127.0.0.1:8080";
+  }
+  if (std::any_of(server.begin(), server.end(), [](unsigned char letter) { return std::iscntrl(letter) != 0; })) {
+    return "the address holds a line break or another control character";
+  }
+  return {};
+}
+
+std::string Printable(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](unsigned char letter) { return std::iscntrl(letter) != 0; }, '?');
+  return text;
+}
+
+}  // namespace orbelcast

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "protocol/server_info.h"
+
+namespace orbelcast {
+
+/// A line of a list that a camera server tells: a camera, an alert, an output or an input.
+struct Entry {
+  std::vector<std::string> fields;
+
+  /// Empty where the line has no such field.
+  const std::string& Field(std::size_t index) const;
+};
+
+/// The lines under `key` ("CAM:"), in the server's order. `info` holds every line (InfoMode::kAllLines).
+std::vector<Entry> EntriesOf(const ServerInfo& info, std::string_view key);
+
+/// Empty for a camera server's address; else what is wrong with it.
+std::string CheckServer(const std::string& server);
+
+/// A text from a server on its way to a terminal.
+std::string Printable(std::string text);
+
+}  // namespace orbelcast
