@@ -73,7 +73,7 @@ namespace http_limits {
 inline constexpr std::size_t kMaxBodyBytes = 64u * 1024 * 1024;
 /// Some hundred headers of a usual length; real cameras send a dozen.
 inline constexpr std::size_t kMaxHeaderBytes = 256u * 1024;
-inline constexpr int kMaxRedirects = 10;
+inline constexpr int kMaxRedirects = 10;  ///< What browsers and libraries allow is of that order.
 }  // namespace http_limits
 
 }  // namespace orbelcast

@@ -24,27 +24,47 @@ namespace orbelcast {
 ///
 /// Arguments are references to copies, as the interface has them; MotionDetected's are values.
 struct VideoServerPushEvents {
-  /// Once a clock second while pictures come: bytes and frames since the last time.
+  /// Once a clock second while pictures come: bytes received and frames shown since the last time. A second in which
+  /// less than half a kilobyte came has none. Of a mosaic once a round, as (0, 1).
   Signal<std::int32_t& /*BytesPerSecond*/, std::int32_t& /*FrameRate*/> StreamInfo;
-  /// Motion's bounding box in hundredths of the picture's width and height.
+  /// Motion, with `MotionDetector` on: its bounding box in hundredths of the picture's width and height; X1 is the
+  /// column of the first sample found, not the leftmost one.
   Signal<std::int32_t /*X1*/, std::int32_t /*Y1*/, std::int32_t /*X2*/, std::int32_t /*Y2*/> MotionDetected;
+  /// The server has answered with status 200 and the stream runs; for a stream once more with its second new frame.
   Signal<> Connected;
+  /// `Disconnect` has ended the stream, also the one that a failed `Connect` makes.
   Signal<> Disconnected;
+  /// `Connect` got no answer, or another status than 200; the `Status` before it tells which. Not with `AutoReconnect`.
   Signal<> ConnectionFailed;
+  /// The same, right after it: the address that failed, and whether a single picture was asked for.
   Signal<std::string& /*xUrl*/, bool& /*xType*/> ConnectionFailedV2;
+  /// Five frame requests in a row have failed; raised again after each further five. The viewer goes on trying. Not
+  /// with `AutoReconnect`.
   Signal<> ConnectionBroken;
+  /// The status line's new text, in the language of the text mapper.
   Signal<std::string& /*xDesc*/> Status;
+  /// The first answer's header "VigilboxInfo", whatever the answer's status, where it begins with "1".
   Signal<std::string& /*rX*/> VigilboxInfo;
+  /// Each frame's time, and the first answer's: the parts of the header "RC_TCR" by their position, whatever they hold,
+  /// and the header as a whole; `xDs` is "00". A frame without that header has this machine's clock.
   Signal<std::string& /*xYear*/, std::string& /*xMonth*/, std::string& /*xDay*/, std::string& /*xHour*/,
          std::string& /*xMinute*/, std::string& /*xSecond*/, std::string& /*xDs*/, std::string& /*xTCR*/>
       VigilboxTCR;
+  /// A mouse button was pressed over the picture: 1 left, 2 right, 4 middle. Over the video the left one alone, over
+  /// the test card any.
   Signal<std::int16_t& /*Button*/> MouseDown;
-  Signal<std::string& /*Rc_Query*/> RCQueryMethod;  ///< Declared; nothing raises it.
+  /// Declared; nothing raises it.
+  Signal<std::string& /*Rc_Query*/> RCQueryMethod;
+  /// The first answer's header "PlugIns", where there is one.
   Signal<std::string& /*Plugin*/> Plugin;
+  /// Something was dropped on the picture: what it holds by media type, the effect that the source expects (a listener
+  /// may change it), the buttons and keys held, and the place in twips of the control that was dropped on.
   Signal<DropData& /*Data*/, std::int32_t& /*Effect*/, std::int16_t& /*Button*/, std::int16_t& /*Shift*/, float& /*X*/,
          float& /*y*/>
       OLEDragDrop;
+  /// Right before `MotionDetected`, with the same box.
   Signal<std::int32_t& /*X1*/, std::int32_t& /*Y1*/, std::int32_t& /*X2*/, std::int32_t& /*Y2*/> MotionArea;
+  /// Right after `MotionDetected`: the zone of the first sample found, 1 to 25; −1 where the rectangle is watched.
   Signal<std::int16_t& /*Area*/> MotionDetectedArea;
 
   /// Forgets every listener.
@@ -72,52 +92,62 @@ class VideoServerPush {
 
   // ---- Properties -------------------------------------------------------------------------------------------------
 
-  /// Requests a second, 1 to 30. The let writes the corrected value back into `value`.
+  /// Pictures asked for a second, 1 to 30; 1 at first. What is beyond becomes the nearest, which the let writes back
+  /// into `value`.
   std::int16_t FrameRate() const { return frame_rate_; }
   void FrameRate(std::int16_t& value);
   /// Always empty.
   std::string Server() const { return {}; }
-  /// Shows the status strip.
+  /// Shows the status strip. Connecting, disconnecting and `ShowStatus` show it as well.
   bool ShowBandwidth() const { return show_bandwidth_; }
   void ShowBandwidth(bool value);
+  /// Looks for motion in each frame: in the rectangle `MotionArea_…`, or in zones with `MotionByZones`.
   bool MotionDetector() const { return motion_detector_; }
   void MotionDetector(bool value);
-  /// Sent when the server asks for them.
+  /// The user's name, sent once the server asks for one (Basic or Digest), and from then on at once.
   std::string Username() const { return username_; }
   void Username(const std::string& value) { username_ = value; }
+  /// The user's password, likewise.
   std::string Password() const { return password_; }
   void Password(const std::string& value) { password_ = value; }
   /// Stored only.
   bool DirectToDisk() const { return direct_to_disk_; }
   void DirectToDisk(bool value) { direct_to_disk_ = value; }
-  /// The watched rectangle, in hundredths of the picture. With all four 0 nothing is watched.
+  /// The lower edge of the watched rectangle, in hundredths of the picture's height. What lies below it is watched all
+  /// the same. Any number is stored; with all four edges 0, as they are at first, nothing is watched.
   std::int32_t MotionArea_Y2() const { return motion_.MotionArea_Y2; }
   void MotionArea_Y2(std::int32_t value) { motion_.MotionArea_Y2 = value; }
+  /// Its upper edge, likewise.
   std::int32_t MotionArea_y1() const { return motion_.MotionArea_y1; }
   void MotionArea_y1(std::int32_t value) { motion_.MotionArea_y1 = value; }
+  /// Its right edge, in hundredths of the picture's width.
   std::int32_t MotionArea_x2() const { return motion_.MotionArea_x2; }
   void MotionArea_x2(std::int32_t value) { motion_.MotionArea_x2 = value; }
+  /// Its left edge, likewise.
   std::int32_t MotionArea_x1() const { return motion_.MotionArea_x1; }
   void MotionArea_x1(std::int32_t value) { motion_.MotionArea_x1 = value; }
-  /// Get: the stored threshold, 0 to 255. The let takes a sensitivity in percent and writes 100 minus it back.
+  /// Write: how small a change counts as motion, in percent (100 takes any, what is beyond counts as 100); the let
+  /// writes 100 minus it back into `value`. Read: the threshold that it was made into, a difference of grey
+  /// levels in percent of 256, 0 to 255.
   std::int32_t MotionSensivity() const { return motion_.Threshold; }
   void MotionSensivity(std::int32_t& value);
-  /// Shows the motion overlay while the motion detector is on.
+  /// Shows what the motion detection sees in a corner of the picture, while `MotionDetector` is on.
   bool ShowMotion() const { return show_motion_; }
   void ShowMotion(bool value);
   /// Stored only.
   bool AlwaysSmooth() const { return always_smooth_; }
   void AlwaysSmooth(bool value) { always_smooth_ = value; }
-  /// When true, Connect does not show the test card while it connects.
+  /// When true, `Connect` leaves the last picture on screen while it connects, instead of the test card.
   bool DisableTestScreen() const { return disable_test_screen_; }
   void DisableTestScreen(bool value) { disable_test_screen_ = value; }
-  /// Watches zones by `MotionString` instead of the rectangle.
+  /// Watches the zones of `MotionString` instead of the rectangle. Yields.
   bool MotionByZones() const { return motion_.MotionByZones; }
   void MotionByZones(bool value);
-  /// One character a zone, 25 zones row by row; "0" excludes the zone.
+  /// One character a zone, 25 zones in five rows from the top; "0" excludes the zone, anything else, and a text that is
+  /// too short, includes it. Yields.
   std::string MotionString() const { return motion_.MotionString; }
   void MotionString(const std::string& value);
-  /// The address of the stream that is connected; empty after Disconnect.
+  /// The address of the stream that is connected; empty after `Disconnect`. It may hold a password, as it was given.
   std::string URL() const { return current_url_; }
   /// Retries silently and for ever instead of reporting failures.
   bool AutoReconnect() const { return auto_reconnect_; }
@@ -127,12 +157,14 @@ class VideoServerPush {
 
   /// Opens a stream, or with `OnlyOnce` fetches and shows one picture. `URL` is the whole address and begins with
   /// "http://" in any letter case; any other is ignored. `msg` is shown in a box while the first request is under way.
+  /// Waits for the first answer, 20 seconds for the connection and 60 for the picture at most. What becomes of it is
+  /// told by `Connected`, or `ConnectionFailed`; a newer `Connect` takes over.
   void Connect(std::string URL, bool OnlyOnce = false, std::string msg = {});
   /// Ends the stream and shows the test card. With `NoNewStatus` the status texts stay as they are.
   void Disconnect(bool NoNewStatus = false);
   /// Lets one more tick fetch its picture, then stops; the last picture stays on screen.
   void StopGettingFrames();
-  /// Shows `X` on the status line.
+  /// Shows `X` on the status line, and the status strip. Yields.
   void ShowStatus(const std::string& X);
   /// Pauses (false) or resumes (true) the frame loop without touching the connection.
   void ToogleClock(bool X);
@@ -143,18 +175,19 @@ class VideoServerPush {
   /// Saves the picture that is shown as the file `Filename`, replacing it: of a stream the server's JPEG byte for byte,
   /// of a mosaic or the test card a bitmap, whatever the name ends in. A name that cannot be written leaves no file.
   void SaveImage(const std::string& Filename);
-  /// Puts the picture that is shown on the clipboard.
+  /// Puts the picture that is shown on the clipboard, at the size at which it is shown.
   void ImageOnClipboard();
-  /// A copy of the newest answer's bytes; empty before the first.
+  /// A copy of the newest answer's bytes, a JPEG as the server sent it; empty before the first.
   std::vector<std::uint8_t> GetPictureArray() const;
-  /// The newest picture at its own size; nothing where there is none or it cannot be read.
+  /// The newest picture at its own size, in pixels; nothing where there is none or it cannot be read.
   std::optional<Surface> GetPicture();
-  /// Shows several cameras as a grid, one tile every half second, until the next Connect. `inpString` holds the
+  /// Shows several cameras as a grid, one tile every half second, until the next `Connect`. `inpString` holds the
   /// cameras' live addresses, each followed by CR LF; an empty one does nothing. A tile's request blocks the thread
-  /// until the picture is there, for five seconds at most. StreamInfo (0, 1) is raised once a round.
+  /// until the picture is there, for five seconds at most; a tile without an answer is black. `StreamInfo` (0, 1) is
+  /// raised once a round.
   void MultiCamView(std::string inpString);
   /// Draws the newest picture at the top-left corner of the host's surface that `PictureHdc` stands for, stretched to
-  /// `sX` × `sY` pixels; 0 is the picture's own size.
+  /// `sX` × `sY` pixels; 0 is the picture's own size. Nothing where there is no such surface or no picture.
   void RenderPicture(std::int32_t PictureHdc, std::int32_t sX = 0, std::int32_t sY = 0);
 
   // ---- For the container and front ends ---------------------------------------------------------------------------

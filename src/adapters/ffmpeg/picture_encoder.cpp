@@ -21,7 +21,7 @@ namespace {
 constexpr int kQuantizer = 3;
 /// The codecs' own longest distance between key frames.
 constexpr int kMostFramesAKey = 600;
-constexpr std::int64_t kMostKilobytes = 250'000;
+constexpr std::int64_t kMostKilobytes = 250'000;  ///< A second: two gigabits, beyond any use.
 
 // Marks a stream of bitmaps whose rows come from the bottom, as bitmaps in a clip have them.
 constexpr char kBottomUp[] = "BottomUp";

@@ -64,6 +64,8 @@ struct ExceptionState {
 #if defined(ORBELCAST_ASAN) || defined(ORBELCAST_TSAN)
 const std::size_t Fiber::kStackBytes = 4 * 1024 * 1024;
 #else
+/// What a handler may use of stack: hosts run code of their own on it, dialogs included. Pages cost memory once
+/// touched.
 const std::size_t Fiber::kStackBytes = 1024 * 1024;
 #endif
 

@@ -29,7 +29,7 @@ constexpr std::chrono::milliseconds kLockPatience{2000};
 constexpr std::chrono::milliseconds kLockPause{2};
 /// Settings of a user are a few kilobytes; a file beyond this was not written here.
 constexpr std::uintmax_t kLargestFile = 16u * 1024 * 1024;
-constexpr int kMostDamagedKept = 100;
+constexpr int kMostDamagedKept = 100;  ///< Copies of damaged files; then the newest stays where it is.
 constexpr mode_t kFolderMode = 0700;
 constexpr mode_t kFileMode = 0600;
 

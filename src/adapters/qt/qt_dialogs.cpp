@@ -25,9 +25,9 @@ namespace {
 /// What the compression dialog offers when its boxes are checked: a key frame every second at 25 pictures a second, and
 /// the data rate of a picture of 640 × 480 in good quality.
 constexpr int kUsualKeyFrameEvery = 25;
-constexpr int kMostKeyFrameEvery = 10'000;
+constexpr int kMostKeyFrameEvery = 10'000;  ///< What its box takes.
 constexpr int kUsualKilobytesPerSecond = 300;
-constexpr int kMostKilobytesPerSecond = 1'000'000;
+constexpr int kMostKilobytesPerSecond = 1'000'000;  ///< What its box takes.
 
 /// Pixels: room for a sentence.
 constexpr int kTextDialogWidth = 360;

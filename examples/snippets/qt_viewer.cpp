@@ -1,0 +1,16 @@
+// README.md shows this program: a window with one camera.
+#include <QApplication>
+
+#include "adapters/qt/video_server_push_widget.h"
+#include "assembly_qt/qt_platform.h"
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  orbelcast::QtPlatform platform;
+  orbelcast::VideoServerPushWidget viewer(platform.Get());
+  viewer.resize(640, 480);
+  viewer.show();
+  viewer.setFrameRate(25);
+  viewer.RunHandler([&] { viewer.Connect("http://127.0.0.1:8080/live/1"); });
+  return QApplication::exec();
+}
