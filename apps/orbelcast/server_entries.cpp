@@ -8,8 +8,8 @@
 namespace orbelcast {
 
 const std::string& Entry::Field(std::size_t index) const {
-  static const std::string kNone;
-  return index < fields.size() ? fields[index] : kNone;
+  static const std::string none;
+  return index < fields.size() ? fields[index] : none;
 }
 
 std::vector<Entry> EntriesOf(const ServerInfo& info, std::string_view key) {
