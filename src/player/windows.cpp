@@ -168,6 +168,7 @@ void FullScreenWindow::Load() {
 VideoServerPush& FullScreenWindow::Viewer() {
   if (!vs) {
     vs = VideoServerPush::Create(platform_);
+    ViewerMade(*vs);
     vs->Events.MouseDown.Listen([this](std::int16_t&) { vs_MouseDown(); });
   }
   return *vs;

@@ -97,6 +97,8 @@ struct FullScreenWindow final : Window {
 
   /// Makes the viewer, where there is none.
   VideoServerPush& Viewer();
+  /// It was made. Who listens to it from here on is told of its events before the window acts on them.
+  Signal<VideoServerPush&> ViewerMade;
 
  protected:
   void Load() override;

@@ -1,37 +1,15 @@
-// How a player starts, what its host keeps for it, its camera list and its layout.
+// What scripts cannot show of a player's start, its host's properties and its layout; tests/scripts has the rest.
 
-#include "platform/version.h"
+#include <tuple>
+
 #include "player_fixture.h"
 
 namespace orbelcast {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 class PlayerTest : public PlayerWorld {};
-
-TEST_F(PlayerTest, StartsManualAtThreeTwentyByTwoForty) {
-  player = UserControl1::Create(world.platform);
-  EXPECT_EQ(player->Label1.Caption.Get(), "Version 1.0.0 - " + std::string(kLegalNotice));
-  EXPECT_EQ(player->FrameRate.ListCount(), 26);
-  EXPECT_EQ(player->FrameRate.List().front(), "Manual");
-  EXPECT_EQ(player->FrameRate.List().back(), "25 FPS");
-  EXPECT_EQ(player->FrameRate.ListIndex(), 0);
-  EXPECT_EQ(player->Resolution.List()[15], "320x240 (80% compression)");
-  EXPECT_EQ(player->Resolution.ListIndex(), 15);
-  // "Manual" is not stored, and stops the stream.
-  EXPECT_EQ(Stored("FPS"), "nothing");
-  EXPECT_EQ(Stored("Resolution"), "15");
-  EXPECT_EQ(player->VS->lStatus.Caption.Get(), "Stopped");
-  EXPECT_TRUE(player->VS->DisableTestScreen());
-  EXPECT_EQ(world.http.sent, 0);
-  EXPECT_FALSE(player->CamList.Visible);
-  EXPECT_FALSE(player->Player[8].Visible);
-  EXPECT_FALSE(player->Player[1].Enabled);
-  EXPECT_TRUE(player->Player[2].Enabled);
-  EXPECT_EQ(player->SystemName(), "");
-}
 
 TEST_F(PlayerTest, ShowsTheStoredChoices) {
   Store("FPS", "12");
@@ -109,18 +87,6 @@ TEST_F(PlayerTest, EverythingWrongAtOnce) {
   }
 }
 
-TEST_F(PlayerTest, AServersPropertiesLoadItsCameras) {
-  Create();
-  Load({{"Server", "srv"}, {"Port", "81"}, {"Username", "u"}, {"Password", "secret"}, {"LURL", "http://not"}});
-  EXPECT_EQ(Asked(), (std::vector<std::string>{"http://srv:81/secure/srv_vigilbox$rdxviewer"}));
-  EXPECT_TRUE(player->CamList.Visible);
-  EXPECT_THAT(player->CamList.List(), ElementsAre("Door", "Yard", "Roof"));
-  EXPECT_EQ(player->CamList.ListIndex(), -1);
-  EXPECT_EQ(player->SystemName(), "House");
-  Click(5);  // "LURL" is none of a server's.
-  EXPECT_THAT(Asked(), IsEmpty());
-}
-
 // The colon of a missing port is there in the one address and not in the other.
 TEST_F(PlayerTest, AServerWithoutAPort) {
   Create();
@@ -143,52 +109,6 @@ TEST_F(PlayerTest, AServerWithoutAPort) {
   EXPECT_EQ(player->SystemName(), "House");
 }
 
-TEST_F(PlayerTest, ADeviceIsFoundInAnyLetterCaseAndShownTwice) {
-  Create();
-  LoadServer({{"Device", "d2"}});
-  EXPECT_EQ(player->CamList.ListIndex(), 1);
-  EXPECT_EQ(player->VS->URL(), "http://cam/2/u:secret" + std::string(kLive));
-
-  Create();
-  Load({{"Server", "srv"}, {"Device", "D3"}, {"Username", "a b"}, {"Password", "p/%20?é"}});
-  const std::string live = "http://cam/3/a b:p/%20?é" + std::string(kLive);
-  const auto asked = Asked();
-  // The choice by code runs the handling, and it is run once more: each connects, with a first request and a tick.
-  EXPECT_EQ(asked, (std::vector<std::string>{"http://srv:/secure/srv_vigilbox$rdxviewer", live, live, live, live}));
-
-  Create();
-  LoadServer({{"Device", "d"}});
-  EXPECT_EQ(player->CamList.ListIndex(), -1);
-  EXPECT_EQ(player->VS->URL(), "");
-}
-
-TEST_F(PlayerTest, WithoutAServerTheAddressesAreTakenAndStarted) {
-  Create();
-  Load({{"LURL", "http://cam/x"}, {"IURL", "http://srv/img?Device=9"}, {"Start", "Yes"}});
-  EXPECT_FALSE(player->CamList.Visible);
-  EXPECT_EQ(Asked().front(), "http://cam/x" + std::string(kLive));
-  Click(0);
-  EXPECT_EQ(Asked().back(),
-            "http://srv/img?Device=9&Day=0&Month=0&Year=0&Hour=0&Minute=0&Second=0&T=0&Quality=" + std::string(kLive));
-  Create();
-  Load({{"LURL", "http://cam/x"}, {"Start", "yes"}});
-  EXPECT_THAT(Asked(), IsEmpty());
-}
-
-// Device and live base go by lines, the names by items: a line without a name shifts what follows it.
-TEST_F(PlayerTest, LinesWithoutFieldsShiftWhatFollows) {
-  texts = {{"$rdxviewer", TextAnswer("RDXVIEWER\r\nCAM:only\r\nCAM:d1\tDoor\r\nCAM:d2\tYard\thttp://cam/2\r\n\r\n")}};
-  Create();
-  LoadServer();
-  EXPECT_THAT(player->CamList.List(), ElementsAre("Door", "Yard"));
-  Choose(player->CamList, 0);  // "Door" plays the line without a base: an address that the viewer ignores.
-  EXPECT_THAT(Asked(), IsEmpty());
-  Choose(player->CamList, 1);
-  EXPECT_THAT(Asked(), IsEmpty());
-  Click(0);
-  EXPECT_THAT(Asked().back(), testing::HasSubstr("?Device=d1&Day="));
-}
-
 TEST_F(PlayerTest, AListLoadedAgainForgetsTheOneBefore) {
   Create();
   LoadServer({{"Device", "d2"}});
@@ -199,96 +119,19 @@ TEST_F(PlayerTest, AListLoadedAgainForgetsTheOneBefore) {
   EXPECT_EQ(player->SystemName(), "srv");
 }
 
-// ---- Layout -------------------------------------------------------------------------------------------------------
-
-TEST_F(PlayerTest, TheChildrenFollowTheSize) {
+// The toolbar's room ends to the twip, and a list's height between two twips counts as the nearer one, the even one of
+// two as near.
+TEST_F(PlayerTest, TheLayoutCountsTwips) {
   Create();
   LoadServer();
-  player->Resize(8000, 7001);
-  EXPECT_EQ(player->VSPlace.Top, 315);
-  EXPECT_EQ(player->VSPlace.Width, 8000);
-  EXPECT_EQ(player->VSPlace.Height, 7001 - (1755 + 315));
-  EXPECT_EQ(player->VS->Width(), 8000);
-  EXPECT_EQ(player->VS->Height(), player->VSPlace.Height);
-  EXPECT_EQ(player->PlayerControls.Top, 7001 - 1755 + 30);  // Two pixels below the edge.
-  EXPECT_EQ(player->PlayerControls.Left, (8000.0f - 5235) / 2);
-  EXPECT_EQ(player->CamList.Width, 8000);
-
-  // Without room for the toolbar the viewer keeps its height.
-  for (const auto& [width, height] : {std::pair(5235.0f, 9000.0f), std::pair(9000.0f, 5900.0f)}) {
-    player->Resize(8000, 7001);
+  for (const auto& [width, height, shown] :
+       {std::tuple(5235.0f, 9000.0f, false), std::tuple(9000.0f, 5900.0f, false), std::tuple(5236.0f, 5901.0f, true)}) {
     player->Resize(width, height);
-    EXPECT_FALSE(player->PlayerControls.Visible);
-    EXPECT_EQ(player->VSPlace.Width, width);
-    EXPECT_EQ(player->VSPlace.Height, 7001 - (1755 + 315));
+    EXPECT_EQ(player->PlayerControls.Visible, shown);
   }
-  player->Resize(5236, 5901);
-  EXPECT_TRUE(player->PlayerControls.Visible);
-
-  // A camera list of a height between two twips counts as the nearer one, the even one of two as near.
   player->CamList.Height = 316.5f;
   player->Show();
   EXPECT_EQ(player->VSPlace.Top, 316);
-}
-
-TEST_F(PlayerTest, AHostThatKeptItsExtentsHasTheDesignsPlaces) {
-  Create();
-  Load({{"_ExtentX", "100"}, {"_ExtentY", "100"}, {"ExtendedControls", "Yes"}});
-  player->Resize(9000, 9000);
-  EXPECT_EQ(player->VSPlace.Top, 360);
-  EXPECT_EQ(player->VS->Width(), 5220);
-  EXPECT_EQ(player->PlayerControls.Top, 4080);
-  EXPECT_TRUE(player->Player[17].Visible);
-  player->ShowExtendedFeatures(false);
-  for (const std::size_t extended : {11u, 12u, 13u, 14u, 15u, 17u}) EXPECT_FALSE(player->Player[extended].Visible);
-  EXPECT_TRUE(player->Player[16].Visible);
-  player->DoResize(true);
-  EXPECT_EQ(player->VSPlace.Top, 360);  // from the next resize on
-  player->Show();
-  EXPECT_EQ(player->VSPlace.Top, 0);
-
-  Load({{"_ExtentX", "100"}, {"_ExtentY", ""}});
-  player->Resize(7000, 7000);
-  EXPECT_EQ(player->VS->Width(), 7000);
-  Load({{"_ExtentX", "100"}, {"_ExtentY", "100"}, {"_Resize", "Yes"}});
-  player->Resize(7100, 7000);
-  EXPECT_EQ(player->VS->Width(), 7100);
-}
-
-// ---- The lists ----------------------------------------------------------------------------------------------------
-
-TEST_F(PlayerTest, FrameRatesAreStoredButManual) {
-  Create();
-  LoadServer({{"Device", "d1"}});
-  Choose(player->FrameRate, 25);
-  EXPECT_EQ(player->VS->FrameRate(), 25);
-  EXPECT_EQ(Stored("FPS"), "25");
-  Choose(player->FrameRate, 0);
-  EXPECT_EQ(Stored("FPS"), "25");
-  EXPECT_EQ(player->VS->lStatus.Caption.Get(), "Stopped");
-}
-
-TEST_F(PlayerTest, TheFiveLargestChoicesAskForNothingNew) {
-  Create();
-  LoadServer();
-  Click(5);
-  player->RefreshURLs("http://cam/1", "http://archive");
-  Click(5);
-  Asked();
-  Choose(player->Resolution, 22);
-  EXPECT_EQ(Asked().front(), "http://cam/1?live-special0640x0480060");
-  Choose(player->Resolution, 27);
-  EXPECT_EQ(Asked().front(), "http://cam/1?live-special0640x0480060");
-  EXPECT_EQ(Stored("Resolution"), "27");
-  Choose(player->Resolution, 0);
-  EXPECT_EQ(Asked().front(), "http://cam/1?live-special0160x0120020");
-  // What is not repeated: the information.
-  Click(6);
-  Asked();
-  const bool shown = player->VS->ShowBandwidth();
-  Choose(player->Resolution, 1);
-  EXPECT_THAT(Asked(), IsEmpty());
-  EXPECT_EQ(player->VS->ShowBandwidth(), shown);
 }
 
 }  // namespace

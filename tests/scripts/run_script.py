@@ -4,6 +4,7 @@
     run_script.py ORBELCAST CAMERA_SERVER NAME.orb [--accept]
 """
 
+import filecmp
 import json
 import os
 import re
@@ -23,12 +24,10 @@ SECONDS = 60  # for a whole script
 
 
 def directives(script):
-    """The "# word: value" lines at the head of a script."""
-    found = {}
-    for line in script.splitlines():
-        match = re.fullmatch(r"# (server|ignore|exit): (.*)", line)
-        if match:
-            found[match[1]] = match[2]
+    """The values of the "# word: value" lines of a script, by word."""
+    found = {word: [] for word in ("server", "ignore", "exit", "also", "same picture", "same", "missing")}
+    for match in re.finditer(r"^# (%s): (.*)$" % "|".join(found), script, re.MULTILINE):
+        found[match[1]].append(match[2])
     return found
 
 
@@ -37,10 +36,19 @@ def to_regex(line):
     return re.compile("".join(PLACEHOLDERS.get(part) or re.escape(part) for part in parts))
 
 
-def mismatch(expected, printed):
-    """None where they agree, else how many printed lines agreed at the best try."""
+def mismatch(expected, printed, also):
+    """None where they agree, else how many printed lines agreed at the best try. Lines like those of `also` may come
+    anywhere besides."""
+    extras = [to_regex(line) for line in also]
+
+    def past_extras(reached):
+        for number in range(min(reached, default=len(printed)), len(printed)):
+            if number in reached and any(extra.fullmatch(printed[number]) for extra in extras):
+                reached.add(number + 1)
+        return reached
+
     best = 0
-    reached = {0}  # how many printed lines the patterns so far may have used up
+    reached = past_extras({0})  # how many printed lines the patterns so far may have used up
     for line in expected:
         if line == "...":
             reached = set(range(min(reached), len(printed) + 1)) if reached else set()
@@ -48,7 +56,7 @@ def mismatch(expected, printed):
             optional = line.startswith("? ")
             regex = to_regex(line[2:] if optional else line)
             matched = {n + 1 for n in reached if n < len(printed) and regex.fullmatch(printed[n])}
-            reached = matched | reached if optional else matched
+            reached = past_extras(matched | reached if optional else matched)
         best = max(reached, default=best)
     return None if len(printed) in reached else best
 
@@ -72,13 +80,13 @@ class CameraServer:
         self.process.wait(10)
 
 
-def compare(name, expected, printed, accept):
+def compare(name, expected, printed, accept, also=()):
     """True where the printed lines are those of the file; a file that is missing expects nothing to be looked at."""
     if accept:
         with open(name, "w", encoding="utf-8") as file:
             file.writelines(line + "\n" for line in printed)
         return True
-    agreed = mismatch(expected, printed)
+    agreed = mismatch(expected, printed, also)
     if agreed is None:
         return True
     print(f"{name}: after {agreed} lines that agree came\n")
@@ -88,6 +96,29 @@ def compare(name, expected, printed, accept):
     for line in expected:
         print("  " + line)
     return False
+
+
+def same_picture(one, other):
+    """True where ImageMagick sees no pixel that differs."""
+    done = subprocess.run(["compare", "-metric", "AE", one, other, "null:"], capture_output=True, text=True, check=False)
+    return done.returncode == 0 and done.stderr.strip() == "0"
+
+
+def look_at_files(said, fill_in):
+    """True where the pairs of files hold the same bytes or pictures, and those that are to be missing are not there."""
+    good = True
+    for word, same in (("same", lambda one, other: filecmp.cmp(one, other, shallow=False)),
+                       ("same picture", same_picture)):
+        for pair in said[word]:
+            one, other = map(fill_in, pair.split())
+            if not os.path.exists(one) or not os.path.exists(other) or not same(one, other):
+                print(f"{one} is not what {other} is")
+                good = False
+    for name in map(fill_in, said["missing"]):
+        if os.path.lexists(name):
+            print(f"{name} is there")
+            good = False
+    return good
 
 
 def read_lines(name):
@@ -102,14 +133,14 @@ def run(orbelcast, camera_server, script_name, accept):
     here = os.path.dirname(os.path.abspath(script_name))
     base = os.path.splitext(script_name)[0]
     with tempfile.TemporaryDirectory() as folder:
-        options = [word.replace("{HERE}", here) for word in shlex.split(said.get("server", ""))]
+        options = [word.replace("{HERE}", here) for word in shlex.split(" ".join(said["server"]))]
         with CameraServer(camera_server, options) as server:
             names = {"{SERVER}": server.address, "{FOLDER}": folder, "{HERE}": here}
 
             def fill_in(text):
                 for name, value in names.items():
                     text = text.replace(name, value)
-                return text
+                return text.replace("{PORT}", server.address.rpartition(":")[2])
 
             def take_out(text):
                 for name, value in names.items():
@@ -126,19 +157,19 @@ def run(orbelcast, camera_server, script_name, accept):
                 timeout=SECONDS, check=False,
             )
             requests = [take_out(line) for line in server.requests()]
+            good = look_at_files(said, fill_in)
     printed = [take_out(line) for line in done.stdout.splitlines()]
-    ignored = tuple(f'{{"event":"{event}",' for event in said.get("ignore", "").split())
+    ignored = tuple(f'{{"event":"{event}",' for event in " ".join(said["ignore"]).split())
     printed = [line for line in printed if not ignored or not line.startswith(ignored)]
 
-    good = True
     if done.stderr:
         print(f"{script_name}: standard error had\n{done.stderr}")
         good = False
-    if done.returncode != int(said.get("exit", "0")):
+    if done.returncode != int((said["exit"] or ["0"])[0]):
         print(f"{script_name}: exit status {done.returncode}")
         good = False
     expected = [] if accept else read_lines(base + ".expected")
-    good = compare(base + ".expected", expected, printed, accept) and good
+    good = compare(base + ".expected", expected, printed, accept, said["also"]) and good
     if os.path.exists(base + ".requests"):
         good = compare(base + ".requests", read_lines(base + ".requests"), requests, accept) and good
     return good

@@ -21,7 +21,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr std::array<const char*, 2> kClasses{"VideoServerPush", "UserControl1"};
 constexpr std::string_view kItself = ".";
 /// Milliseconds that `until` waits where the script does not say.
 constexpr int kUntilDefault = 5000;
@@ -192,10 +191,7 @@ void ScriptHost::PrintError(const std::string& text, int line) {
 void ScriptHost::Adopt(const std::string& name, const HostControl& control) {
   const Subject subject{control.Viewer(), control.Player(), nullptr};
   if (subject.viewer != nullptr) AdoptViewer(*subject.viewer, name);
-  if (VideoServerPush* const inner = subject.Inner("VS")) {
-    AdoptViewer(*inner, name + ".VS");
-    TellEvents(*inner, name + ".VS");
-  }
+  if (VideoServerPush* const inner = subject.Inner("VS")) AdoptInnerViewer(*inner, name + ".VS");
   for (const auto& [window_name, window] : subject.Windows()) AdoptWindow(*window, window_name);
 }
 
@@ -209,13 +205,18 @@ void ScriptHost::AdoptViewer(VideoServerPush& viewer, const std::string& name) {
   });
 }
 
-void ScriptHost::TellEvents(VideoServerPush& viewer, const std::string& name) {
+void ScriptHost::AdoptInnerViewer(VideoServerPush& viewer, const std::string& name) {
+  AdoptViewer(viewer, name);
   ListenToAll(viewer.Events, [this, name](const EventEntry& event, std::span<const EventArgument> arguments) {
     EventCame(EventToJson(event, name, arguments));
   });
 }
 
 void ScriptHost::AdoptWindow(Window& window, const std::string& name) {
+  const Subject subject{nullptr, nullptr, &window};
+  subject.ListenToViewers([this, name](const std::string& viewer_name, VideoServerPush& viewer) {
+    AdoptInnerViewer(viewer, name + "." + viewer_name);
+  });
   window.Opened.Listen([this, &window, name] { WindowOpened(window, name); });
   window.Closed.Listen([this, &window, name] {
     std::erase_if(windows_, [&](const OpenWindow& open) { return open.window == &window; });
@@ -226,11 +227,6 @@ void ScriptHost::AdoptWindow(Window& window, const std::string& name) {
 void ScriptHost::WindowOpened(Window& window, const std::string& name) {
   windows_.push_back({&window, name});
   Print({{"window", name}, {"caption", window.Caption.Get()}});
-  const Subject subject{nullptr, nullptr, &window};
-  if (VideoServerPush* const inner = subject.Inner("vs")) {
-    AdoptViewer(*inner, name + ".vs");
-    TellEvents(*inner, name + ".vs");
-  }
   if (window.FullScreen) {
     const Screen& screen = server_.GetPlatform().screen;
     window.Width = static_cast<float>(screen.Width() * screen.TwipsPerPixelX());
@@ -395,6 +391,8 @@ void ScriptHost::Control(Words words) {
   } else if (ChildControl* const place = subject.PlaceOf(words[1])) {
     line["kind"] = "VideoServerPush";
     DescribePlace(*place, line);
+  } else if (VideoServerPush* const inner = subject.Inner(words[1])) {
+    Subject{inner, nullptr, nullptr}.Describe(line);
   } else {
     const Child child = FindChild(words[0], words[1]);
     line["kind"] = KindOf(child.control);

@@ -76,7 +76,7 @@ class ScriptHost {
   void AdoptViewer(VideoServerPush& viewer, const std::string& name);
   void AdoptWindow(Window& window, const std::string& name);
   void WindowOpened(Window& window, const std::string& name);
-  void TellEvents(VideoServerPush& viewer, const std::string& name);
+  void AdoptInnerViewer(VideoServerPush& viewer, const std::string& name);
   void EventCame(const Json& line);
   /// Runs the loop until the event has come (true) or the time has passed.
   bool WaitFor(const std::string& event, std::chrono::milliseconds limit);

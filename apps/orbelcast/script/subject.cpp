@@ -47,6 +47,11 @@ VideoServerPush* Subject::Inner(std::string_view name) const {
   return nullptr;
 }
 
+void Subject::ListenToViewers(const std::function<void(const std::string&, VideoServerPush&)>& made) const {
+  auto* const full_screen = dynamic_cast<FullScreenWindow*>(window);
+  if (full_screen != nullptr) full_screen->ViewerMade.Listen([made](VideoServerPush& inner) { made("vs", inner); });
+}
+
 ChildControl* Subject::PlaceOf(std::string_view name) const {
   return player != nullptr && name == "VS" ? &player->VSPlace : nullptr;
 }

@@ -30,6 +30,8 @@ struct Subject {
   bool Watch(std::string_view field, const std::function<void(Json value)>& changed) const;
   /// The viewer inside of that name ("VS" in a player, "vs" in the full-screen window); null where there is none.
   VideoServerPush* Inner(std::string_view name) const;
+  /// Calls `made` with the name and the viewer inside whenever the window makes one. Nothing else makes any.
+  void ListenToViewers(const std::function<void(const std::string& name, VideoServerPush& viewer)>& made) const;
   /// Where it has put the viewer inside of that name; null where that is not to be told.
   ChildControl* PlaceOf(std::string_view name) const;
   /// The windows that it opens, by name.
