@@ -14,6 +14,7 @@
 #include "protocol/relay.h"
 #include "protocol/server_address.h"
 #include "protocol/server_info.h"
+#include "recording/picture_file.h"
 
 namespace orbelcast {
 
@@ -37,12 +38,6 @@ bool MoveFile(const std::filesystem::path& from, const std::filesystem::path& to
   }
   fs::remove(from, error);
   return true;
-}
-
-/// Deletes a file; nothing else, and no error where there is none.
-void DeleteFile(const std::filesystem::path& file) {
-  std::error_code ignored;
-  if (!std::filesystem::is_directory(file, ignored)) std::filesystem::remove(file, ignored);
 }
 
 /// The length of a file; nothing where it cannot be told.

@@ -18,12 +18,6 @@ bool HasContent(const std::string& path) {
   return !error && size > 0;
 }
 
-/// Deletes a file; a folder of that name stays.
-void Delete(const std::string& path) {
-  std::error_code ignored;
-  if (!std::filesystem::is_directory(path, ignored)) std::filesystem::remove(path, ignored);
-}
-
 AviSample SampleOf(const cDIB& bitmap) {
   return {bitmap.Width(), bitmap.Height(), bitmap.PointerToBits(), true};
 }
@@ -37,7 +31,7 @@ void ClipRecorder::AviStart() {
   if (recording_) return StopAvi();
   const auto path = AskFileName();
   if (!path || !MayReplace(*path)) return;
-  Delete(*path);
+  DeleteFile(*path);
 
   file_ = platform_.avi_files.Create(*path);
   if (!file_) return Fail("Error initializing AVI Engine. Can't create file.");

@@ -24,14 +24,19 @@ void Append32(std::vector<std::uint8_t>& bytes, std::uint32_t value) {
 
 }  // namespace
 
+void DeleteFile(const std::string& path) {
+  namespace fs = std::filesystem;
+  std::error_code ignored;
+  if (!fs::is_directory(path, ignored) && !fs::is_other(path, ignored)) fs::remove(path, ignored);
+}
+
 bool WriteFile(const std::string& path, std::span<const std::uint8_t> bytes) {
   std::ofstream file(path, std::ios::binary | std::ios::trunc);
   if (!file) return false;
   file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
   file.close();
   if (file) return true;
-  std::error_code ignored;
-  std::filesystem::remove(path, ignored);
+  DeleteFile(path);
   return false;
 }
 

@@ -15,6 +15,9 @@ namespace orbelcast {
 /// on the screen (a mosaic, the test card). The surface is its owner's and lasts until something is drawn on it.
 using ShownPicture = std::variant<FrameBytes, const Surface*>;
 
+/// Deletes a file; a folder or a device of that name stays, and no error where there is none.
+void DeleteFile(const std::string& path);
+
 /// Makes `path` a file of exactly these bytes. Where that cannot be done no file is left and the answer is false.
 bool WriteFile(const std::string& path, std::span<const std::uint8_t> bytes);
 

@@ -1,16 +1,12 @@
 // The picture that is shown, handed to the host.
 
-#include <filesystem>
-#include <system_error>
-
 #include "recording/picture_file.h"
 #include "viewer/video_server_push.h"
 
 namespace orbelcast {
 
 void VideoServerPush::SaveImage(const std::string& Filename) {
-  std::error_code ignored;
-  std::filesystem::remove(Filename, ignored);
+  DeleteFile(Filename);
   const ShownPicture shown = PictureToSave();
   if (const auto* jpeg = std::get_if<FrameBytes>(&shown)) {
     WriteFile(Filename, jpeg->Bytes());

@@ -19,6 +19,8 @@ constexpr std::array<unsigned, 4> kScales{1, 2, 4, 8};
 constexpr int kEnoughNumerator = 2;
 constexpr int kEnoughDenominator = 3;
 
+/// The part of a pixel that says how much of it covers what lies behind: all.
+constexpr std::uint32_t kOpaque = 0xff000000;
 /// The longest side that libyuv scales: its positions are 16.16 fixed-point numbers.
 constexpr int kMaxScaledSide = 32767;
 
@@ -150,9 +152,17 @@ bool TurboJpegDecoder::DrawScaled(const Surface::Block& decoded, Surface& target
   // libyuv counts from the place's own corner, which may lie outside the target; it writes the clipped part alone.
   const std::ptrdiff_t stride = std::ptrdiff_t{target.Width()} * 4;
   std::uint8_t* corner = Bytes(target.MutablePixels().data()) + place.y * stride + std::ptrdiff_t{place.x} * 4;
-  return libyuv::ARGBScaleClip(Bytes(decoded.pixels.data()), decoded_width_ * 4, decoded_width_, decoded_height_,
-                               corner, static_cast<int>(stride), place.width, place.height, seen.x - place.x,
-                               seen.y - place.y, seen.width, seen.height, libyuv::kFilterBilinear) == 0;
+  if (libyuv::ARGBScaleClip(Bytes(decoded.pixels.data()), decoded_width_ * 4, decoded_width_, decoded_height_, corner,
+                            static_cast<int>(stride), place.width, place.height, seen.x - place.x, seen.y - place.y,
+                            seen.width, seen.height, libyuv::kFilterBilinear) != 0) {
+    return false;
+  }
+  // Where it stretches, libyuv's arithmetic takes a little off every channel, the opacity too.
+  for (int y = seen.y; y < seen.y + seen.height; ++y) {
+    std::uint32_t* const row = At(target, seen.x, y);
+    for (int x = 0; x < seen.width; ++x) row[x] |= kOpaque;
+  }
+  return true;
 }
 
 TurboJpegDecoder::Rectangle TurboJpegDecoder::Visible(const Rectangle& place, const Surface& target) {

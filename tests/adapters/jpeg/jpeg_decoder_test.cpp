@@ -135,6 +135,9 @@ TEST_F(JpegDecoderTest, EveryKindOfPictureIsDrawnAtEverySize) {
     Surface large(660, 492);
     ASSERT_TRUE(decoder.DrawJpeg(large, Frame(file), 660, 492));
     EXPECT_GT(Psnr(ShrinkCarefully(large, 330, 246), native), 36);
+    Surface stretched(500, 300);
+    ASSERT_TRUE(decoder.DrawJpeg(stretched, Frame(file), 500, 300));
+    for (const std::uint32_t pixel : stretched.Pixels()) ASSERT_EQ(pixel >> 24, 0xffU);
   }
 }
 
