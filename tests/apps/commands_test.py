@@ -1,0 +1,187 @@
+#!/usr/bin/env python3
+"""The command line against the camera server: commands_test.py SERVER_PROGRAM ORBELCAST"""
+
+import json
+import os
+import pathlib
+import signal
+import socket
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+HERE = pathlib.Path(__file__).parent
+sys.path.insert(0, str(HERE / "camera_server"))
+from camera_server import TIMEOUT, Server, end_with_parent  # noqa: E402
+
+ORBELCAST = sys.argv.pop(1)
+PICTURES = HERE.parent / "scripts/pictures"
+LOGIN = dict(ORBELCAST_USER="ann", ORBELCAST_PASSWORD="s3cret")
+
+
+def orbelcast(*words, **environment):
+    done = subprocess.run([ORBELCAST, *map(str, words)], capture_output=True, text=True, timeout=TIMEOUT,
+                          env={**os.environ, **environment})
+    assert "s3cret" not in done.stdout + done.stderr, done
+    return done
+
+
+def probe(clip):
+    """What the clip's first stream is, every frame decoded. Fails where the reader complains of anything."""
+    shown = "stream=codec_name,width,height,avg_frame_rate,nb_read_frames"
+    done = subprocess.run(["ffprobe", "-v", "error", "-count_frames", "-show_entries", shown, "-of", "json", clip],
+                          capture_output=True, text=True, timeout=TIMEOUT)
+    assert (done.returncode, done.stderr) == (0, ""), done.stderr
+    stream = json.loads(done.stdout)["streams"][0]
+    return stream | {"nb_read_frames": int(stream["nb_read_frames"])}
+
+
+def pixel(picture, x, y):
+    """Red, green and blue, and what lies behind it, as ImageMagick writes them."""
+    done = subprocess.run(["convert", picture, "-format", f"%[pixel:p{{{x},{y}}}]", "info:"], capture_output=True,
+                          text=True, timeout=TIMEOUT, check=True)
+    return done.stdout
+
+
+class Commands(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.server = Server("--folder", str(PICTURES), "--cameras", "2", "--name", "Yard", "--name", "Gate",
+                            "--system-name", "House", "--alert", "Fire", "--input", "Door", "--output", "Lamp=on",
+                            "--info", "SVR=2.1", "--flags", "ADM")
+        cls.addClassCleanup(cls.server.end)
+        cls.guarded = Server("--auth", "basic", "--user", "ann", "--password", "s3cret")
+        cls.addClassCleanup(cls.guarded.end)
+        with socket.socket() as free:
+            free.bind(("127.0.0.1", 0))
+            cls.dead = "127.0.0.1:%d" % free.getsockname()[1]
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def address(self, server):
+        return f"127.0.0.1:{server.port}"
+
+    def live(self, camera, server=None):
+        return f"http://{self.address(server or self.server)}/live/{camera}"
+
+    def left(self):
+        return sorted(file.name for file in self.folder.iterdir())
+
+
+class Info(Commands):
+    def test_a_person_reads_a_table(self):
+        done = orbelcast("info", self.address(self.server))
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        for line in ("Name        House", "Version     2.1", "Flags       ADM", "  1   Fire", "  1   Lamp  on",
+                     "  1   Door  off", f"  2   Gate  2  {self.live(2)}"):
+            self.assertIn(line + "\n", done.stdout)
+
+    def test_a_program_reads_json(self):
+        done = orbelcast("info", "http://" + self.address(self.server), "--json")
+        told = json.loads(done.stdout)
+        self.assertEqual((done.returncode, told["status"], told["camera_server"], told["name"], told["relay"]),
+                         (0, 200, True, "House", None))
+        self.assertEqual(told["cameras"][0], {"device": "1", "name": "Yard", "live_base": self.live(1)})
+        self.assertEqual((told["outputs"], told["inputs"], told["alerts"]),
+                         ([{"name": "Lamp", "on": True}], [{"name": "Door", "on": False}], [{"name": "Fire"}]))
+
+    def test_what_gives_no_information_says_why(self):
+        for server, why in ((self.dead, "does not answer"), (self.address(self.guarded), "another user name or password")):
+            done = orbelcast("info", server, "--json", ORBELCAST_USER="ann", ORBELCAST_PASSWORD="wrong")
+            self.assertEqual(done.returncode, 1)
+            self.assertIn(why, done.stderr)
+            self.assertEqual(json.loads(done.stdout)["cameras"], [])
+        self.assertEqual(orbelcast("info", self.address(self.guarded), **LOGIN).returncode, 0)
+
+
+class Snapshot(Commands):
+    def test_success_is_byte_for_byte_what_the_server_sent(self):
+        file = self.folder / "now.jpg"
+        file.write_bytes(b"x" * 5000)
+        self.assertEqual(orbelcast("snapshot", self.live(2), file).returncode, 0)
+        self.assertEqual(file.read_bytes(), (PICTURES / "2_moved.jpg").read_bytes())
+
+    def test_failure_is_told_and_leaves_everything_as_it_was(self):
+        file = self.folder / "now.jpg"
+        file.write_text("old")
+        for url, name, status in ((f"http://{self.dead}/", file, 1), (self.live(99), file, 1),
+                                  (self.live(1, self.guarded), file, 1), (self.live(1), self.folder / "no/now.jpg", 2),
+                                  (self.live(1), self.folder, 2)):
+            done = orbelcast("snapshot", url, name)
+            self.assertEqual(done.returncode, status, done)
+            self.assertIn("orbelcast: ", done.stderr)
+        self.assertEqual((self.left(), file.read_text()), (["now.jpg"], "old"))
+
+
+class Mosaic(Commands):
+    def test_a_grid_becomes_a_file(self):
+        for name in ("grid.png", "grid.bmp"):
+            grid = self.folder / name
+            done = orbelcast("mosaic", self.live(1), self.live(1, self.guarded) + "/ann:s3cret", self.live(2),
+                             f"http://{self.dead}/live/1", "--size", "320x240", "--output", grid)
+            self.assertEqual(done.returncode, 0, done)
+            self.assertEqual(done.stderr, f"orbelcast: no picture from http://{self.dead}/live/1\n")
+            self.assertEqual(json.loads(done.stdout)["event"], "StreamInfo")
+            tiles = [pixel(grid, x, y) for x, y in ((10, 10), (170, 10), (10, 130), (170, 130))]
+            # The two grey ones were stretched, the dead one is black.
+            self.assertRegex(" ".join(tiles), r"^(srgba?\(99,99,99(,1)?\)) srgba?\(.* \1 srgba?\(0,0,0(,1)?\)$")
+            self.assertNotIn(tiles[1], (tiles[0], tiles[3]))
+
+    def test_without_any_picture_it_fails(self):
+        done = orbelcast("mosaic", self.live(1, self.guarded) + "/ann:s3cret2", "--output", self.folder / "grid.png")
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("no picture from " + self.live(1, self.guarded), done.stderr)
+        done = orbelcast("mosaic", self.live(1), "--output", self.folder / "no/grid.png")
+        self.assertEqual((done.returncode, self.left()[:1]), (2, ["grid.png"]))
+
+
+class Record(Commands):
+    def test_so_many_pictures_become_a_clip(self):
+        clip = self.folder / "yard.avi"
+        done = orbelcast("record", self.live(1), clip, "--frames", "6", "--frame-rate", "20", "--codec", "motion-jpeg")
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        self.assertRegex(done.stdout, r"yard\.avi: 0\.\d s, 6 pictures, ")
+        stream = probe(clip)
+        self.assertEqual([stream[field] for field in ("codec_name", "width", "height", "avg_frame_rate")],
+                         ["mjpeg", 100, 80, "20/1"])
+        self.assertGreaterEqual(stream["nb_read_frames"], 6)
+
+        # It is not replaced unasked, nor when there is nothing to put in its place.
+        before = clip.read_bytes()
+        done = orbelcast("record", self.live(1), clip, "--frames", "1")
+        self.assertEqual((done.returncode, clip.read_bytes()), (2, before))
+        done = orbelcast("record", f"http://{self.dead}/", clip, "--frames", "1", "--overwrite")
+        self.assertEqual((done.returncode, clip.read_bytes(), self.left()), (1, before, ["yard.avi"]))
+
+    def test_nothing_is_left_without_a_picture(self):
+        for url in (f"http://{self.dead}/", self.live(1, self.guarded)):
+            self.assertEqual(orbelcast("record", url, self.folder / "none.avi").returncode, 1)
+        self.assertEqual(self.left(), [])
+
+    def test_ctrl_c_ends_a_clip_that_plays(self):
+        for words in (["record", self.live(1)], ["mosaic", self.live(1), self.live(2), "--record"]):
+            clip = self.folder / (words[0] + ".avi")
+            run = subprocess.Popen([ORBELCAST, *words, clip], stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
+                                   preexec_fn=end_with_parent)
+            self.wait_for_bytes(clip, run)
+            time.sleep(2.5)
+            run.send_signal(signal.SIGINT)
+            output, messages = run.communicate(timeout=TIMEOUT)
+            self.assertEqual(run.returncode, 0, messages)
+            self.assertRegex(output + messages, words[0] + r"\.avi: [\d.]+ s, \d+ pictures?, ")
+            self.assertGreaterEqual(probe(clip)["nb_read_frames"], 1)
+
+    def wait_for_bytes(self, clip, run):
+        end = time.monotonic() + TIMEOUT
+        while not (clip.exists() and clip.stat().st_size > 0):
+            self.assertTrue(run.poll() is None and time.monotonic() < end, "no clip is written")
+            time.sleep(0.05)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
