@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/frame_bytes.h"
 
@@ -57,6 +58,44 @@ class HttpRequest {
 
   /// True when a step has failed since the last `Open`.
   virtual bool Failed() const = 0;
+};
+
+/// Passes everything on to another request object; what is derived from it changes a step or two.
+class ForwardingHttpRequest : public HttpRequest {
+ public:
+  explicit ForwardingHttpRequest(std::shared_ptr<HttpRequest> request) : request_(std::move(request)) {}
+
+  bool Open(std::string_view method, std::string_view url, bool async) override {
+    return request_->Open(method, url, async);
+  }
+  bool SetRequestHeader(std::string_view name, std::string_view value) override {
+    return request_->SetRequestHeader(name, value);
+  }
+  bool SetCredentials(std::string_view user_name, std::string_view password, int flags) override {
+    return request_->SetCredentials(user_name, password, flags);
+  }
+  bool SetTimeouts(int resolve, int connect, int send, int receive) override {
+    return request_->SetTimeouts(resolve, connect, send, receive);
+  }
+  bool LimitExchange(std::chrono::milliseconds limit) override { return request_->LimitExchange(limit); }
+  bool Send() override { return request_->Send(); }
+  bool WaitForResponse(std::optional<std::chrono::milliseconds> limit) override {
+    const auto alive = request_;  // this object may be dropped in the middle of its own wait
+    return alive->WaitForResponse(limit);
+  }
+  int Status() override { return request_->Status(); }
+  std::string_view GetResponseHeader(std::string_view name) override { return request_->GetResponseHeader(name); }
+  std::string GetAllResponseHeaders() override { return request_->GetAllResponseHeaders(); }
+  std::string ResponseText() override { return request_->ResponseText(); }
+  FrameBytes ResponseBody() override { return request_->ResponseBody(); }
+  void Abort() override { request_->Abort(); }
+  bool Failed() const override { return request_->Failed(); }
+
+ protected:
+  const std::shared_ptr<HttpRequest>& Forwarded() const { return request_; }
+
+ private:
+  const std::shared_ptr<HttpRequest> request_;
 };
 
 /// Makes request objects.

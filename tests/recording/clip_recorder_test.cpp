@@ -15,7 +15,6 @@ namespace orbelcast {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr const char* kSave = "save Choose the filename... | Video Clip (*.avi)|*.avi";
 constexpr const char* kOverwrite = "ask This file already exists, do you want to overwrite ? | AVI Maker";
@@ -48,10 +47,6 @@ class ClipRecorderTest : public testing::Test {
     world.dialogs.log.clear();
     world.avi_files.log.clear();
     buttons.clear();
-  }
-  std::string Content() const {
-    std::ifstream file(path);
-    return {std::istreambuf_iterator<char>(file), {}};
   }
 
   const std::string path =
@@ -143,33 +138,6 @@ TEST_F(ClipRecorderTest, LeavesPositionsOutOnRequest) {
   EXPECT_THAT(world.avi_files.log, ElementsAre("write 1 10x20", "write 40 10x20"));
 }
 
-TEST_F(ClipRecorderTest, AsksBeforeItReplacesAFile) {
-  recorder.AviStart();  // cancelled
-  EXPECT_THAT(world.dialogs.log, ElementsAre(kSave));
-  EXPECT_THAT(world.avi_files.log, IsEmpty());
-
-  std::ofstream(path) << "a clip";
-  world.dialogs.log.clear();
-  world.dialogs.names = {path};
-  world.dialogs.answers = {Dialogs::Answer::kNo};
-  recorder.AviStart();
-  EXPECT_THAT(world.dialogs.log, ElementsAre(kSave, kOverwrite));
-  EXPECT_THAT(world.avi_files.log, IsEmpty());
-  EXPECT_EQ(Content(), "a clip");
-
-  world.dialogs.log.clear();
-  ExpectAnswers();
-  world.dialogs.answers = {Dialogs::Answer::kYes};
-  recorder.AviStart();
-  EXPECT_THAT(world.dialogs.log, ElementsAre(kSave, kOverwrite, "compression"));
-  EXPECT_FALSE(std::filesystem::exists(path));  // the fake makes none
-  recorder.StopAvi();
-
-  std::ofstream(path) << "";  // An empty file is not asked about.
-  world.dialogs.log.clear();
-  Start();
-}
-
 struct Failure {
   const char* step;
   const char* message;
@@ -224,14 +192,6 @@ TEST_F(ClipRecorderTest, NeedsAFirstPicture) {
   recorder.AviStart();  // The next start's file takes its place.
   EXPECT_THAT(world.avi_files.log, testing::Contains("release").Times(1));
   EXPECT_TRUE(recorder.AviRecording());
-}
-
-TEST_F(ClipRecorderTest, LetsEverythingGoWhenNoCompressionIsChosen) {
-  world.dialogs.names = {path};
-  recorder.AviStart();
-  EXPECT_THAT(world.dialogs.log, ElementsAre(kSave, "compression"));
-  EXPECT_EQ(world.avi_files.log.back(), "release");
-  EXPECT_THAT(buttons, IsEmpty());
 }
 
 // The stream runs on behind a message box.

@@ -21,8 +21,6 @@ using testing::ElementsAre;
 
 constexpr std::int32_t kFrameRate = 0x68030000;
 constexpr std::int32_t kConnect = 0x6003000f;
-constexpr std::int32_t kShowStatus = 0x6003001d;
-constexpr std::int32_t kToogleClock = 0x60030033;
 constexpr std::int32_t kGetPictureArray = 0x60030065;
 constexpr std::int32_t kGetPicture = 0x60030066;
 constexpr std::int32_t kRenderPicture = 0x60030067;
@@ -30,7 +28,6 @@ constexpr std::int32_t kMotionSensivity = 0x6803000b;
 constexpr std::int32_t kMotionAreaX1 = 0x6803000a;
 constexpr std::int32_t kShowMotion = 0x6803000c;
 constexpr std::int32_t kUsername = 0x68030004;
-constexpr std::int32_t kUrl = 0x6803004f;
 
 /// A sink that runs what the test gives it. It counts its references, so that a leak shows.
 class Sink final : public IEventSink {
@@ -439,20 +436,6 @@ TEST_F(ControlServerTest, TheLoopRunsForAsLongAsItIsTold) {
   EXPECT_EQ(services->HandleNext(0), S_OK);
   EXPECT_TRUE(handled);
   EXPECT_EQ(services->HandleNext(5), S_FALSE);
-}
-
-TEST_F(ControlServerTest, TheContainersSide) {
-  const auto container = control.As<IControl>();
-  EXPECT_EQ(container->Place(3000, 1500), S_OK);
-  EXPECT_EQ(Viewer().Width(), 3000);
-  EXPECT_EQ(container->Place(-1, 5), E_INVALIDARG);
-  EXPECT_EQ(container->Load(nullptr, 0), S_OK);
-  EXPECT_EQ(container->Hide(), S_OK);
-  EXPECT_EQ(Invoke(kShowStatus, kMethod, {MakeText("shown")}), S_OK);
-  EXPECT_EQ(Viewer().lStatus.Caption.Get(), "shown");
-  EXPECT_EQ(Invoke(kToogleClock, kMethod, {MakeBoolean(true)}), S_OK);
-  EXPECT_TRUE(Viewer().MasterTimer.Enabled);
-  EXPECT_EQ(Get(kUrl), "");
 }
 
 }  // namespace

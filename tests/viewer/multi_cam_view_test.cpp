@@ -80,28 +80,6 @@ class MultiCamViewTest : public testing::Test {
   int refreshes = 0;
 };
 
-TEST_F(MultiCamViewTest, TakesOverTheAreaOfARunningStream) {
-  viewer->ShowBandwidth(true);
-  viewer->Connect("http://camera/");
-  viewer->MultiCamView("");
-  EXPECT_TRUE(viewer->MasterTimer.Enabled);
-  EXPECT_FALSE(viewer->MultiCam.Enabled);
-
-  events.Take();
-  viewer->MultiCamView(kFourCameras);
-  EXPECT_TRUE(viewer->VideoStream.Visible);
-  EXPECT_FALSE(viewer->MasterTimer.Enabled);
-  EXPECT_TRUE(viewer->MultiCam.Enabled);
-  EXPECT_FALSE(viewer->StatusDisplay.Visible);
-  EXPECT_FALSE(viewer->ShowBandwidth());
-  EXPECT_EQ(viewer->lStatus.Caption.Get(), "Stopped");
-  EXPECT_EQ(viewer->URL(), "http://camera/");
-  for (const auto& [x, y] : {std::pair(0, 0), std::pair(639, 479), std::pair(320, 240)}) {
-    EXPECT_EQ(viewer->VideoStream.Image().Point(x, y), kBlack);
-  }
-  EXPECT_THAT(events.Take(), IsEmpty());
-}
-
 TEST_F(MultiCamViewTest, FetchesATileATickAndTellsEachRound) {
   viewer->MultiCamView(kFourCameras);
   world.http.log.clear();

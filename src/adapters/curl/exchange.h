@@ -20,28 +20,28 @@ namespace orbelcast {
 /// What stands behind a request object: one exchange after another on one easy handle.
 ///
 /// The handle is kept while server and credentials stay the same, because it remembers the challenge it has answered;
-/// only what changed since the last exchange is set again. Operations are those of HttpRequest.
-class Exchange final : public MultiplexedTransfer {
+/// only what changed since the last exchange is set again. Who waits for an answer keeps the exchange alive.
+class Exchange final : public HttpRequest, public MultiplexedTransfer {
  public:
   explicit Exchange(std::shared_ptr<Multiplexer> multiplexer);
   ~Exchange() override;
   Exchange(const Exchange&) = delete;
   Exchange& operator=(const Exchange&) = delete;
 
-  bool Open(std::string_view method, std::string_view url, bool async);
-  bool SetRequestHeader(std::string_view name, std::string_view value);
-  bool SetCredentials(std::string_view user_name, std::string_view password, int flags);
-  bool SetTimeouts(int resolve, int connect, int send, int receive);
-  bool LimitExchange(std::chrono::milliseconds limit);
-  bool Send();
-  /// The caller keeps the exchange alive.
-  bool WaitForResponse(std::optional<std::chrono::milliseconds> limit);
-  int Status();
-  FrameBytes ResponseBody() { return Answer().Body(); }
-  /// The last complete answer since Open; an empty one where there is none.
-  HttpAnswer& Answer() { return answered_ ? answer_ : no_answer_; }
-  void Abort();
-  bool Failed() const { return failed_; }
+  bool Open(std::string_view method, std::string_view url, bool async) override;
+  bool SetRequestHeader(std::string_view name, std::string_view value) override;
+  bool SetCredentials(std::string_view user_name, std::string_view password, int flags) override;
+  bool SetTimeouts(int resolve, int connect, int send, int receive) override;
+  bool LimitExchange(std::chrono::milliseconds limit) override;
+  bool Send() override;
+  bool WaitForResponse(std::optional<std::chrono::milliseconds> limit) override;
+  int Status() override;
+  std::string_view GetResponseHeader(std::string_view name) override { return Answer().Header(name); }
+  std::string GetAllResponseHeaders() override { return Answer().Headers(); }
+  std::string ResponseText() override { return std::string(Answer().BodyText()); }
+  FrameBytes ResponseBody() override { return Answer().Body(); }
+  void Abort() override;
+  bool Failed() const override { return failed_; }
 
   CURL* Handle() override { return easy_.get(); }
   std::optional<EventQueue::Nanoseconds> Deadline() const override { return deadline_; }
@@ -74,6 +74,8 @@ class Exchange final : public MultiplexedTransfer {
   static std::size_t OnBody(char* data, std::size_t size, std::size_t count, void* self);
   static int OnConnected(void* self, char*, char*, int, int);
 
+  /// The last complete answer since Open; an empty one where there is none.
+  HttpAnswer& Answer() { return answered_ ? answer_ : no_answer_; }
   bool Refuse();
   bool Prepare(const Settings& settings);
   bool MakeHandle(const std::optional<Credentials>& credentials);
