@@ -1,10 +1,13 @@
 #include "info_command.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <ostream>
 #include <vector>
 
 #include "assembly/headless_platform.h"
+#include "colours.h"
 #include "event_json.h"
 #include "masked_address.h"
 #include "protocol/relay.h"
@@ -53,7 +56,7 @@ class Table {
       widths.resize(std::max(widths.size(), row.size()));
       for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], WidthOf(row[i]));
     }
-    output_ << '\n' << heading << '\n';
+    output_ << '\n' << colours_.Paint(Colour::kHeading, heading) << '\n';
     for (std::size_t number = 1; number <= rows.size(); ++number) {
       const auto& row = rows[number - 1];
       std::string line = "  " + std::to_string(number);
@@ -66,6 +69,7 @@ class Table {
 
  private:
   std::ostream& output_;
+  const Colours colours_{STDOUT_FILENO};
 };
 
 void PrintTable(const ServerInfo& info, std::ostream& output) {

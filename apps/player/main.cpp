@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QTimer>
+#include <algorithm>
+#include <array>
 #include <iostream>
 #include <memory>
 
@@ -13,8 +15,15 @@
 
 namespace {
 
-/// What the exit status tells beside 0, that all is well, and wrong usage: the screenshot could not be written.
+/// What the exit status tells beside 0, that all is well, and wrong usage: there is no display, or the screenshot could
+/// not be written.
 constexpr int kFailed = 1;
+
+/// Without one Qt would end the program in its own, unfriendly way.
+bool HasDisplay() {
+  constexpr std::array kVariables{"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
+  return std::ranges::any_of(kVariables, [](const char* name) { return !qEnvironmentVariableIsEmpty(name); });
+}
 
 std::unique_ptr<QMainWindow> MakeWindow(orbelcast::QtPlatform& platform, const orbelcast::PlayerOptions& options) {
   if (!options.ShowsOnePicture()) {
@@ -39,8 +48,8 @@ int main(int argc, char** argv) {
       "Such as:\n"
       "  orbelcast-player 192.168.1.20:8080 --credentials my-login\n"
       "  orbelcast-player http://192.168.1.20:8080/live/1\n\n"
-      "Exit status: 0 the window was closed; 1 the screenshot could not be written; 2 wrong\n"
-      "usage. 'orbelcast doctor' finds out why a server or a camera cannot be seen.");
+      "Exit status: 0 the window was closed; 1 there is no display, or the screenshot could\n"
+      "not be written; 2 wrong usage. 'orbelcast doctor' finds out why a server or a camera cannot be seen.");
   try {
     command.parse(argc, argv);
     if (options.camera.empty() && options.live_url.empty() && options.mosaic.empty()) {
@@ -48,6 +57,13 @@ int main(int argc, char** argv) {
     }
   } catch (const CLI::ParseError& error) {
     return orbelcast::ReportUsage(command, error);
+  }
+
+  if (!HasDisplay()) {
+    std::cerr
+        << "orbelcast-player: there is no display to show a window on; run it on a desktop. 'orbelcast watch' and "
+           "'orbelcast snapshot' need none.\n";
+    return kFailed;
   }
 
   QApplication application(argc, argv);

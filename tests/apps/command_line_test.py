@@ -261,6 +261,10 @@ class CommandLineTest(unittest.TestCase):
                        XDG_CONFIG_HOME=str(self.folder), XDG_RUNTIME_DIR=str(self.folder),
                        ORBELCAST_REGISTRY=str(self.folder / "registry"))
 
+        no_display = run("127.0.0.1:1", program=PLAYER[0], DISPLAY="", WAYLAND_DISPLAY="", QT_QPA_PLATFORM="")
+        self.assertEqual(no_display.returncode, 1)
+        self.assertIn("there is no display", no_display.stderr)
+
         server, login = self.guarded()
         unknown = play(server, "--credentials", login, "--device", "garden", "--quit-after", "1")
         self.assertEqual(unknown.returncode, 0)
