@@ -18,7 +18,6 @@ namespace {
 using fakes::AnswerBytes;
 using fakes::ScriptedServer;
 using fakes::SmallJpeg;
-using std::chrono::milliseconds;
 using To = ScriptedServer::Connection;
 
 constexpr int kSide = 8;
@@ -90,20 +89,6 @@ TEST_F(MosaicTest, GoesRoundManyCamerasOfWhichAThirdIsDead) {
   // kept for each tile that was fetched would take ten times as much.
   EXPECT_LT(ResidentKilobytes() - before, 6 * 1024);
 #endif
-}
-
-TEST_F(MosaicTest, ACameraThatNeverAnswersCostsItsFiveSecondsAndNoMore) {
-  ScriptedServer live(AnswerBytes(200, SmallJpeg()));
-  ScriptedServer dead([](const std::string&, To& to) { to.Never(); });
-  const auto begin = std::chrono::steady_clock::now();
-  Show(live.Url("/1") + "\r\n" + dead.Url("/2") + "\r\n" + live.Url("/3") + "\r\n", 2);
-  RunRounds(1);
-  const auto took = std::chrono::steady_clock::now() - begin;
-  EXPECT_GE(took, milliseconds(4950));
-  EXPECT_LT(took, milliseconds(7000));
-  EXPECT_EQ(Middle(0, 2), kGrey);
-  EXPECT_EQ(Middle(1, 2), Rgb(0, 0, 0));
-  EXPECT_EQ(Middle(2, 2), kGrey);
 }
 
 }  // namespace
