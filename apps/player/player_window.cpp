@@ -137,6 +137,9 @@ void PlayerWindow::TellOfDevice() {
   const QString place = ShownAddress(options_.camera);
   const QString device = QString::fromStdString(options_.device);
   notice_->ShowProblem(tr("%1 has no camera “%2”. Choose one in the list above.").arg(place, device));
+  device_chosen_ = player_->Control().CamList.ListIndexChanged.Connect([this](int index) {
+    if (index >= 0) notice_->Dismiss();
+  });
   // For whoever wrote the command line, too.
   std::cerr << "orbelcast-player: there is no camera '" << options_.device << "'; 'orbelcast info "
             << place.toStdString() << "' lists the ids of those there are\n";

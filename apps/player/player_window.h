@@ -43,6 +43,7 @@ class PlayerWindow final : public QMainWindow {
   YieldingHttp::Outcome outcome_{.answered = false, .status = 0};
   bool chosen_ = false;
   std::vector<Connection> connections_;
+  Connection device_chosen_;
 };
 
 }  // namespace orbelcast
