@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Draws the pictures in resources/: the test card, the "no answer" picture, the status icons and the toolbar's pictures.
+"""Draws the pictures in resources/: test card, "no answer" picture, status icons, the toolbar's pictures, program icons.
 
 The pictures are kept in the repository, so nothing needs this script to build; run it after changing a drawing:
 
@@ -533,6 +533,83 @@ def draw_tool(draw):
     return tool.surface
 
 
+# ---- The programs' icon, and the widgets' in a form designer: drawn on 64 × 64 units -------------------------------
+
+ICON_TOP, ICON_BOTTOM = (0.16, 0.42, 0.53), (0.06, 0.20, 0.29)
+
+
+def icon_screen(context, x, y, width, height):
+    rounded(context, x, y, width, height, 3)
+    context.set_source_rgb(*grey(0.97))
+    context.fill()
+
+
+def icon_lens(context, x, y, radius):
+    for part, color in ((1, ICON_BOTTOM), (0.78, (0.20, 0.52, 0.65)), (0.48, INK)):
+        context.arc(x, y, radius * part, 0, 2 * math.pi)
+        context.set_source_rgb(*color)
+        context.fill()
+    context.arc(x - radius * 0.2, y - radius * 0.22, radius * 0.16, 0, 2 * math.pi)
+    context.set_source_rgb(*WHITE)
+    context.fill()
+
+
+def icon_ground(context):
+    rounded(context, 2, 2, 60, 60, 12)
+    ground = cairo.LinearGradient(0, 2, 0, 62)
+    ground.add_color_stop_rgb(0, *ICON_TOP)
+    ground.add_color_stop_rgb(1, *ICON_BOTTOM)
+    context.set_source(ground)
+    context.fill()
+
+
+def icon_record(context, x, y, radius):
+    context.arc(x, y, radius, 0, 2 * math.pi)
+    context.set_source_rgb(0.86, 0.20, 0.18)
+    context.fill()
+
+
+def icon_program(context):
+    icon_ground(context)
+    icon_screen(context, 9, 13, 46, 38)
+    icon_lens(context, 32, 32, 15)
+    icon_record(context, 49, 19, 3.2)
+
+
+def icon_viewer(context):
+    icon_ground(context)
+    icon_screen(context, 8, 13, 48, 38)
+    icon_lens(context, 32, 32, 15)
+
+
+def icon_player(context):
+    """The list above, the toolbar below."""
+    icon_ground(context)
+    icon_screen(context, 8, 8, 48, 7)
+    icon_screen(context, 8, 18, 48, 27)
+    icon_lens(context, 32, 31.5, 11)
+    for index in range(5):
+        icon_screen(context, 8 + 10 * index, 48, 8, 8)
+
+
+def draw_icon(draw, size):
+    surface, context = canvas(size, size)
+    context.scale(size / 64, size / 64)
+    draw(context)
+    return surface
+
+
+def draw_icons(folder):
+    folder.mkdir(exist_ok=True)
+    for size in (32, 48, 64, 128, 256):
+        draw_icon(icon_program, size).write_to_png(str(folder / f"orbelcast-player-{size}.png"))
+    with cairo.SVGSurface(str(folder / "orbelcast-player.svg"), 64, 64) as surface:
+        surface.set_document_unit(cairo.SVG_UNIT_PX)
+        icon_program(cairo.Context(surface))
+    for name, draw in {"viewer": icon_viewer, "player": icon_player}.items():
+        draw_icon(draw, 64).write_to_png(str(folder / f"{name}.png"))
+
+
 def main():
     default = pathlib.Path(__file__).resolve().parent.parent / "resources"
     folder = pathlib.Path(sys.argv[1]) if len(sys.argv) > 1 else default
@@ -550,6 +627,7 @@ def main():
     toolbar.mkdir(exist_ok=True)
     for name, draw in TOOLBAR.items():
         draw_tool(draw).write_to_png(str(toolbar / f"{name}.png"))
+    draw_icons(folder / "icons")
 
 
 if __name__ == "__main__":

@@ -1,15 +1,18 @@
 // The player: a camera server's cameras, with everything that a person at a desk needs; or one camera in a window.
 
 #include <QApplication>
+#include <QIcon>
 #include <QTimer>
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <iostream>
 #include <memory>
 
 #include "assembly_qt/qt_platform.h"
 #include "player_options.h"
 #include "player_window.h"
+#include "server_dialog.h"
 #include "usage.h"
 #include "viewer_window.h"
 
@@ -52,8 +55,8 @@ int main(int argc, char** argv) {
       "not be written; 2 wrong usage. 'orbelcast doctor' finds out why a server or a camera cannot be seen.");
   try {
     command.parse(argc, argv);
-    if (options.camera.empty() && options.live_url.empty() && options.mosaic.empty()) {
-      throw CLI::RequiredError("a camera server, an address, --live-url or --mosaic");
+    if (!options.NamesACamera() && !options.ask) {
+      throw CLI::RequiredError("a camera server, an address, --live-url, --mosaic or --ask");
     }
   } catch (const CLI::ParseError& error) {
     return orbelcast::ReportUsage(command, error);
@@ -71,6 +74,14 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("Orbelcast"));
   // Otherwise Qt writes it behind the title of every window.
   QApplication::setApplicationDisplayName(QString());
+  // By it desktops find the icon and the name of the window's program.
+  QGuiApplication::setDesktopFileName(QStringLiteral("orbelcast-player"));
+  QApplication::setWindowIcon(QIcon(QStringLiteral(":/orbelcast/player/icon.png")));
+  if (!options.NamesACamera()) {
+    orbelcast::ServerDialog dialog(options);
+    if (dialog.exec() != QDialog::Accepted) return EXIT_SUCCESS;
+    dialog.Fill(options);
+  }
   orbelcast::QtPlatform platform;
   const std::unique_ptr<QMainWindow> window = MakeWindow(platform, options);
   window->show();

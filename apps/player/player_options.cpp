@@ -35,14 +35,6 @@ bool IsPictureAddress(const std::string& text) {
   return QString::fromStdString(text).startsWith(QLatin1String("http://"), Qt::CaseInsensitive);
 }
 
-std::string CheckCamera(const std::string& text) {
-  const bool server = !text.empty() && text.find("://") == std::string::npos &&
-                      std::ranges::none_of(text, [](unsigned char c) { return c <= ' '; });
-  if (server || IsPictureAddress(text)) return {};
-  return "a camera server is HOST or HOST:PORT, such as 127.0.0.1:8080; "
-         "a picture's address begins with http://, such as http://127.0.0.1:8080/live/1";
-}
-
 std::string CheckUrl(const std::string& text) {
   return IsPictureAddress(text) ? std::string() : "the address must begin with http://";
 }
@@ -67,6 +59,14 @@ bool PlayerOptions::ShowsOnePicture() const {
 
 std::optional<QSize> PlayerOptions::WindowSize() const {
   return ParseSize(size);
+}
+
+std::string CameraProblem(const std::string& text) {
+  const bool server = !text.empty() && text.find("://") == std::string::npos &&
+                      std::ranges::none_of(text, [](unsigned char c) { return c <= ' '; });
+  if (server || IsPictureAddress(text)) return {};
+  return "a camera server is HOST or HOST:PORT, such as 127.0.0.1:8080; "
+         "a picture's address begins with http://, such as http://127.0.0.1:8080/live/1";
 }
 
 ServerAddress ParseServer(const std::string& text) {
@@ -95,8 +95,9 @@ void AddPlayerOptions(CLI::App& app, PlayerOptions& options) {
   auto* camera = app.add_option("CAMERA", options.camera,
                                 "A camera server, HOST[:PORT]: opens the player. Or the whole address of a picture, "
                                 "http://...: opens the viewer alone")
-                     ->check(CheckCamera)
+                     ->check(CameraProblem)
                      ->type_name("");
+  app.add_flag("--ask", options.ask, "Ask for the camera server in a window, where none is named here");
   AddAccessOptions(app, options.access, "User name for the camera server (default: none)");
   app.add_option("--frame-rate", options.frame_rate,
                  "Pictures a second, 1 to 30; the player takes up to 25 and remembers it")

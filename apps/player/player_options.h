@@ -23,6 +23,7 @@ struct PlayerOptions {
   std::string size;                  ///< The window's, in pixels; empty is the one it had last, or the usual one.
   std::string screenshot;            ///< Where a picture of the window goes at the end.
   std::optional<double> quit_after;  ///< Seconds.
+  bool ask = false;                  ///< Ask the user for the camera where none is named.
 
   // The player's.
   std::string device;     ///< The camera's id on the server; empty is the first of the list.
@@ -41,6 +42,7 @@ struct PlayerOptions {
   bool no_status = false;
   bool time_first_picture = false;  ///< Print how long the first picture took.
 
+  bool NamesACamera() const { return !camera.empty() || !live_url.empty() || !mosaic.empty(); }
   bool ShowsOnePicture() const;
   /// The window's size; nothing where none was asked for.
   std::optional<QSize> WindowSize() const;
@@ -54,6 +56,9 @@ struct ServerAddress {
 
 /// Takes HOST, HOST:PORT or [IPV6]:PORT apart. What is none of these, such as a host with a path, is all server.
 ServerAddress ParseServer(const std::string& text);
+
+/// What is wrong with a camera server's or a picture's address, for a person; empty where nothing is.
+std::string CameraProblem(const std::string& text);
 
 /// The address as a window may show it: without a user's name and password, wherever they stand.
 QString ShownAddress(const std::string& address);

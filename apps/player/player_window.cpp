@@ -8,6 +8,7 @@
 #include <iostream>
 
 #include "adapters/qt/control_widgets.h"
+#include "player/user_control1.h"
 
 namespace orbelcast {
 

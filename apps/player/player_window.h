@@ -3,9 +3,9 @@
 #include <QMainWindow>
 #include <QTimer>
 
-#include "adapters/qt/player_widget.h"
 #include "adapters/qt/yielding_http.h"
 #include "notice.h"
+#include "orbelcast/player_widget.h"
 #include "player_options.h"
 
 namespace orbelcast {

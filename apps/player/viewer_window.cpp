@@ -7,6 +7,8 @@
 #include <chrono>
 #include <iostream>
 
+#include "viewer/video_server_push.h"
+
 namespace orbelcast {
 
 namespace {

@@ -2,7 +2,8 @@
 
 #include <QMainWindow>
 
-#include "adapters/qt/video_server_push_widget.h"
+#include "orbelcast/video_server_push_widget.h"
+#include "platform/signal.h"
 #include "player_options.h"
 
 namespace orbelcast {

@@ -1,13 +1,11 @@
 // README.md shows this program: a window with one camera.
-#include <QApplication>
+#include <orbelcast/video_server_push_widget.h>
 
-#include "adapters/qt/video_server_push_widget.h"
-#include "assembly_qt/qt_platform.h"
+#include <QApplication>
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
-  orbelcast::QtPlatform platform;
-  orbelcast::VideoServerPushWidget viewer(platform.Get());
+  orbelcast::VideoServerPushWidget viewer;
   viewer.resize(640, 480);
   viewer.show();
   viewer.setFrameRate(25);

@@ -24,7 +24,8 @@ DOORS = {
     "adapters/png": ["platform"],
     "adapters/fiber": ["platform"],
     "adapters/posix": ["platform"],
-    "adapters/qt": ["player", "viewer", "recording", "mosaic", "imaging", "protocol", "platform"],
+    # And the headers that hosts see.
+    "adapters/qt": ["orbelcast", "player", "viewer", "recording", "mosaic", "imaging", "protocol", "platform"],
 }
 
 ALLOWED = [("imaging", "platform/surface.h"), ("viewer", "imaging/motion.h"), ("adapters/curl", "platform/http_request.h")]

@@ -3,10 +3,12 @@
 #include <QLabel>
 #include <QPixmap>
 #include <QWidget>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "platform/controls.h"
+#include "platform/platform.h"
 #include "platform/screen.h"
 
 namespace orbelcast {
@@ -15,6 +17,11 @@ namespace orbelcast {
 /// characters.
 QString ToText(const std::string& text);
 std::string FromText(const QString& text);
+
+/// Services that outlive who holds this.
+inline std::shared_ptr<Platform> Lent(Platform& platform) {
+  return {std::shared_ptr<void>(), &platform};
+}
 
 /// A surface as Qt sees it, without a copy; valid until the surface is drawn on or sized.
 QImage ViewOf(const Surface& surface, QImage::Format format);

@@ -1,10 +1,12 @@
-#include "adapters/qt/player_widget.h"
+#include "orbelcast/player_widget.h"
 
 #include <QPointer>
 #include <QResizeEvent>
 
 #include "adapters/qt/control_widgets.h"
 #include "adapters/qt/window_widget.h"
+#include "platform/platform.h"
+#include "player/user_control1.h"
 
 namespace orbelcast {
 
@@ -45,13 +47,26 @@ class FullScreenWidget final : public WindowWidget {
 
 }  // namespace
 
-PlayerWidget::PlayerWidget(Platform& platform, QWidget* parent)
-    : QWidget(parent), platform_(platform), control_(UserControl1::Create(platform)) {
+struct PlayerWidget::Parts {
+  std::shared_ptr<Platform> platform;
+  std::shared_ptr<UserControl1> control;
+  PropertyBag kept{};
+  bool loaded = false;
+  bool designing = false;
+  VideoServerPushWidget* viewer = nullptr;
+  std::unique_ptr<Mirror> viewer_place{};
+  Connection pointer{};
+};
+
+PlayerWidget::PlayerWidget(Platform& platform, QWidget* parent) : PlayerWidget(Lent(platform), parent) {}
+
+PlayerWidget::PlayerWidget(std::shared_ptr<Platform> platform, QWidget* parent)
+    : QWidget(parent), parts_(new Parts{.platform = platform, .control = UserControl1::Create(*platform)}) {
   setAccessibleName(tr("Player"));
   MakeChildren();
   MakeWindows();
   NameForScreenReaders();
-  pointer_ = control_->MousePointer.Changed.Connect([this](int pointer) {
+  parts_->pointer = Control().MousePointer.Changed.Connect([this](int pointer) {
     if (pointer == UserControl1::kHourglass) {
       setCursor(Qt::WaitCursor);
     } else {
@@ -62,25 +77,39 @@ PlayerWidget::PlayerWidget(Platform& platform, QWidget* parent)
 
 PlayerWidget::~PlayerWidget() {
   // What listens to the control goes first; a handler that still waits may outlive both.
-  pointer_.Disconnect();
-  viewer_place_.reset();
+  parts_->pointer.Disconnect();
+  parts_->viewer_place.reset();
   qDeleteAll(findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly));
-  control_.reset();
+  parts_->control.reset();
+}
+
+UserControl1& PlayerWidget::Control() {
+  return *parts_->control;
+}
+
+VideoServerPushWidget& PlayerWidget::VS() {
+  return *parts_->viewer;
+}
+
+void PlayerWidget::RunHandler(std::function<void()> handler) {
+  parts_->platform->loop.RunHandler(std::move(handler));
 }
 
 void PlayerWidget::MakeChildren() {
-  viewer_ = new VideoServerPushWidget(platform_, control_->VS, this);
-  viewer_->setObjectName(QStringLiteral("VS"));
-  viewer_place_ = std::make_unique<Mirror>(control_->VSPlace, *viewer_, platform_.screen);
-  MakeWidgets(control_->Children(), platform_.screen, *this);
+  Platform& platform = *parts_->platform;
+  parts_->viewer = new VideoServerPushWidget(platform, Control().VS, this);
+  VS().setObjectName(QStringLiteral("VS"));
+  parts_->viewer_place = std::make_unique<Mirror>(Control().VSPlace, VS(), platform.screen);
+  MakeWidgets(Control().Children(), platform.screen, *this);
 }
 
 void PlayerWidget::MakeWindows() {
-  for (const NamedChild& child : control_->Windows()) {
+  Platform& platform = *parts_->platform;
+  for (const NamedChild& child : Control().Windows()) {
     Window& window = *std::get<Window*>(child.control);
-    QWidget* const widget = &window == &control_->XFullScreen
-                                ? new FullScreenWidget(control_->XFullScreen, platform_, this)
-                                : new WindowWidget(window, platform_.screen, this);
+    QWidget* const widget = &window == &Control().XFullScreen
+                                ? new FullScreenWidget(Control().XFullScreen, platform, this)
+                                : new WindowWidget(window, platform.screen, this);
     widget->setObjectName(QString::fromStdString(child.name));
   }
 }
@@ -98,31 +127,41 @@ void PlayerWidget::NameForScreenReaders() {
 }
 
 void PlayerWidget::Load() {
-  loaded_ = true;
+  if (parts_->designing) return;
+  parts_->loaded = true;
   const QPointer watch(this);
-  control_->ReadProperties(kept_);
+  Control().ReadProperties(parts_->kept);
   if (watch) Q_EMIT Loaded();
 }
 
+// As ReadProperties, but for what goes to a server.
+void PlayerWidget::ShowDesign() {
+  parts_->loaded = parts_->designing = true;
+  Control().CamList.Visible = !Server().isEmpty();
+  Control().ShowExtendedFeatures(ExtendedControls() == QLatin1String("Yes"));
+}
+
 bool PlayerWidget::EnsureLoaded() {
-  if (loaded_) return true;
+  if (parts_->loaded) return true;
   const QPointer watch(this);
   Load();
   return watch;
 }
 
 QString PlayerWidget::Kept(const char* key) const {
-  const auto found = kept_.find(key);
-  return found == kept_.end() ? QString() : QString::fromStdString(found->second);
+  const auto found = parts_->kept.find(key);
+  return found == parts_->kept.end() ? QString() : QString::fromStdString(found->second);
 }
 
 void PlayerWidget::Keep(const char* key, const QString& value) {
-  kept_[key] = FromText(value);
+  parts_->kept[key] = FromText(value);
+  if (parts_->designing) ShowDesign();
 }
 
 void PlayerWidget::resizeEvent(QResizeEvent* event) {
-  control_->Resize(static_cast<float>(event->size().width() * platform_.screen.TwipsPerPixelX()),
-                   static_cast<float>(event->size().height() * platform_.screen.TwipsPerPixelY()));
+  const Screen& screen = parts_->platform->screen;
+  Control().Resize(static_cast<float>(event->size().width() * screen.TwipsPerPixelX()),
+                   static_cast<float>(event->size().height() * screen.TwipsPerPixelY()));
 }
 
 void PlayerWidget::showEvent(QShowEvent* event) {
@@ -131,37 +170,40 @@ void PlayerWidget::showEvent(QShowEvent* event) {
   RunHandler([widget = QPointer(this)] {
     if (widget) widget->EnsureLoaded();
   });
-  control_->Show();
+  Control().Show();
 }
 
 QSize PlayerWidget::sizeHint() const {
-  return {qRound(kDesignWidth / platform_.screen.TwipsPerPixelX()),
-          qRound(kDesignHeight / platform_.screen.TwipsPerPixelY())};
+  const Screen& screen = parts_->platform->screen;
+  return {qRound(kDesignWidth / screen.TwipsPerPixelX()), qRound(kDesignHeight / screen.TwipsPerPixelY())};
 }
 
 QString PlayerWidget::SystemName() const {
-  return ToLine(control_->SystemName());
+  return ToLine(parts_->control->SystemName());
+}
+bool PlayerWidget::ShowExtendedFeatures() const {
+  return parts_->control->ShowExtendedFeatures();
 }
 void PlayerWidget::setShowExtendedFeatures(bool value) {
-  if (EnsureLoaded()) control_->ShowExtendedFeatures(value);
+  if (EnsureLoaded()) Control().ShowExtendedFeatures(value);
 }
 void PlayerWidget::AviStart() {
-  if (EnsureLoaded()) control_->AviStart();
+  if (EnsureLoaded()) Control().AviStart();
 }
 void PlayerWidget::StopAvi() {
-  if (EnsureLoaded()) control_->StopAvi();
+  if (EnsureLoaded()) Control().StopAvi();
 }
 void PlayerWidget::RefreshURLs(const QString& l, const QString& i) {
-  if (EnsureLoaded()) control_->RefreshURLs(FromText(l), FromText(i));
+  if (EnsureLoaded()) Control().RefreshURLs(FromText(l), FromText(i));
 }
 void PlayerWidget::DoResize(bool X) {
-  if (EnsureLoaded()) control_->DoResize(X);
+  if (EnsureLoaded()) Control().DoResize(X);
 }
 void PlayerWidget::Connect2Server(const QString& xServer, const QString& xUsername, const QString& xPassword) {
-  if (EnsureLoaded()) control_->Connect2Server(FromText(xServer), FromText(xUsername), FromText(xPassword));
+  if (EnsureLoaded()) Control().Connect2Server(FromText(xServer), FromText(xUsername), FromText(xPassword));
 }
 void PlayerWidget::SetMultiCams() {
-  if (EnsureLoaded()) control_->SetMultiCams();
+  if (EnsureLoaded()) Control().SetMultiCams();
 }
 
 }  // namespace orbelcast

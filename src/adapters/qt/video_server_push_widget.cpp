@@ -1,7 +1,8 @@
-#include "adapters/qt/video_server_push_widget.h"
+#include "orbelcast/video_server_push_widget.h"
 
 #include <QCursor>
 #include <QMenu>
+#include <QMimeData>
 #include <QPalette>
 #include <QPointer>
 #include <QResizeEvent>
@@ -9,34 +10,54 @@
 #include <limits>
 
 #include "adapters/qt/control_widgets.h"
+#include "platform/platform.h"
+#include "viewer/video_server_push.h"
 
 namespace orbelcast {
 
+struct VideoServerPushWidget::Parts {
+  std::shared_ptr<Platform> platform;
+  std::shared_ptr<VideoServerPush> control;
+  bool sizes_control = false;
+  Connection menu_popped_up{};
+};
+
 VideoServerPushWidget::VideoServerPushWidget(Platform& platform, QWidget* parent)
-    : VideoServerPushWidget(platform, VideoServerPush::Create(platform), parent) {
-  sizes_control_ = true;
-}
+    : VideoServerPushWidget(Lent(platform), parent) {}
 
 VideoServerPushWidget::VideoServerPushWidget(Platform& platform, std::shared_ptr<VideoServerPush> control,
                                              QWidget* parent)
-    : QWidget(parent), platform_(platform), control_(std::move(control)) {
+    : VideoServerPushWidget(Lent(platform), std::move(control), parent) {}
+
+VideoServerPushWidget::VideoServerPushWidget(std::shared_ptr<Platform> platform, QWidget* parent)
+    : VideoServerPushWidget(platform, VideoServerPush::Create(*platform), parent) {
+  parts_->sizes_control = true;
+}
+
+VideoServerPushWidget::VideoServerPushWidget(std::shared_ptr<Platform> platform,
+                                             std::shared_ptr<VideoServerPush> control, QWidget* parent)
+    : QWidget(parent), parts_(new Parts{.platform = std::move(platform), .control = std::move(control)}) {
   setAccessibleName(tr("Camera"));
   MakeChildren();
   ForwardEvents();
-  menu_popped_up_ = control_->MainMenu.PoppedUp.Connect([this] { PopUpMenu(); });
+  parts_->menu_popped_up = Control().MainMenu.PoppedUp.Connect([this] { PopUpMenu(); });
 }
 
 VideoServerPushWidget::~VideoServerPushWidget() {
   // The children's mirrors listen to the control and go first; a handler that still waits may outlive both.
-  menu_popped_up_.Disconnect();
+  parts_->menu_popped_up.Disconnect();
   qDeleteAll(findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly));
-  control_.reset();
+  parts_->control.reset();
+}
+
+VideoServerPush& VideoServerPushWidget::Control() {
+  return *parts_->control;
 }
 
 // From the bottommost to the topmost; the stacking never changes.
 void VideoServerPushWidget::MakeChildren() {
-  VideoServerPush& c = *control_;
-  Screen& screen = platform_.screen;
+  VideoServerPush& c = Control();
+  Screen& screen = parts_->platform->screen;
   new ImageWidget(c.Mira, screen, this);
   auto* video = new PictureWidget(c.VideoStream, screen, this);
   video->setObjectName(QStringLiteral("VideoStream"));
@@ -63,7 +84,7 @@ void VideoServerPushWidget::MakeChildren() {
 }
 
 void VideoServerPushWidget::ForwardEvents() {
-  VideoServerPushEvents& events = control_->Events;
+  VideoServerPushEvents& events = Control().Events;
   // A slot may delete the widget: nothing is touched after a signal.
   events.StreamInfo.Listen([this](std::int32_t& bytes, std::int32_t& frames) { Q_EMIT StreamInfo(bytes, frames); });
   events.MotionDetected.Listen([this](int x1, int y1, int x2, int y2) { Q_EMIT MotionDetected(x1, y1, x2, y2); });
@@ -83,8 +104,14 @@ void VideoServerPushWidget::ForwardEvents() {
   events.MouseDown.Listen([this](std::int16_t& button) { Q_EMIT MouseDown(button); });
   events.RCQueryMethod.Listen([this](std::string& query) { Q_EMIT RCQueryMethod(ToText(query)); });
   events.Plugin.Listen([this](std::string& plugin) { Q_EMIT Plugin(ToText(plugin)); });
-  events.OLEDragDrop.Listen([this](DropData& dropped, std::int32_t& effect, std::int16_t& button, std::int16_t& shift,
-                                   float& x, float& y) { Q_EMIT OLEDragDrop(dropped, effect, button, shift, x, y); });
+  events.OLEDragDrop.Listen(
+      [this](DropData& dropped, std::int32_t& effect, std::int16_t& button, std::int16_t& shift, float& x, float& y) {
+        QMimeData offered;
+        for (const auto& [format, bytes] : dropped.formats) {
+          offered.setData(QString::fromStdString(format), QByteArray::fromStdString(bytes));
+        }
+        Q_EMIT OLEDragDrop(&offered, effect, button, shift, x, y);
+      });
   events.MotionArea.Listen([this](std::int32_t& x1, std::int32_t& y1, std::int32_t& x2, std::int32_t& y2) {
     Q_EMIT MotionArea(x1, y1, x2, y2);
   });
@@ -94,7 +121,7 @@ void VideoServerPushWidget::ForwardEvents() {
 void VideoServerPushWidget::PopUpMenu() {
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
-  for (MenuItem* item : control_->MainMenu.Items) {
+  for (MenuItem* item : Control().MainMenu.Items) {
     if (item->Caption.Get() == "-") {
       menu->addSeparator();
       continue;
@@ -109,79 +136,166 @@ void VideoServerPushWidget::PopUpMenu() {
 }
 
 void VideoServerPushWidget::resizeEvent(QResizeEvent* event) {
-  if (!sizes_control_) return;
-  control_->Resize(static_cast<float>(event->size().width() * platform_.screen.TwipsPerPixelX()),
-                   static_cast<float>(event->size().height() * platform_.screen.TwipsPerPixelY()));
+  if (!parts_->sizes_control) return;
+  const Screen& screen = parts_->platform->screen;
+  Control().Resize(static_cast<float>(event->size().width() * screen.TwipsPerPixelX()),
+                   static_cast<float>(event->size().height() * screen.TwipsPerPixelY()));
 }
 
 void VideoServerPushWidget::hideEvent(QHideEvent* event) {
-  if (!event->spontaneous() && !window()->isMinimized()) control_->UserControl_Hide();
+  if (!event->spontaneous() && !window()->isMinimized()) Control().UserControl_Hide();
 }
 
 QSize VideoServerPushWidget::sizeHint() const {
   return {401, 260};
 }  // 6015 × 3900 twips.
 
+void VideoServerPushWidget::RunHandler(std::function<void()> handler) {
+  parts_->platform->loop.RunHandler(std::move(handler));
+}
+
+// ---- The interface, member by member -------------------------------------------------------------------------------
+
+int VideoServerPushWidget::FrameRate() const {
+  return parts_->control->FrameRate();
+}
 void VideoServerPushWidget::setFrameRate(int value) {
   auto rate = static_cast<std::int16_t>(
       std::clamp<int>(value, std::numeric_limits<std::int16_t>::min(), std::numeric_limits<std::int16_t>::max()));
-  control_->FrameRate(rate);
+  parts_->control->FrameRate(rate);
 }
-
 QString VideoServerPushWidget::Server() const {
-  return ToText(control_->Server());
+  return ToText(parts_->control->Server());
+}
+bool VideoServerPushWidget::ShowBandwidth() const {
+  return parts_->control->ShowBandwidth();
+}
+void VideoServerPushWidget::setShowBandwidth(bool value) {
+  parts_->control->ShowBandwidth(value);
+}
+bool VideoServerPushWidget::MotionDetector() const {
+  return parts_->control->MotionDetector();
+}
+void VideoServerPushWidget::setMotionDetector(bool value) {
+  parts_->control->MotionDetector(value);
 }
 QString VideoServerPushWidget::Username() const {
-  return QString::fromStdString(control_->Username());
+  return QString::fromStdString(parts_->control->Username());
 }
 void VideoServerPushWidget::setUsername(const QString& value) {
-  control_->Username(FromText(value));
+  parts_->control->Username(FromText(value));
 }
 QString VideoServerPushWidget::Password() const {
-  return QString::fromStdString(control_->Password());
+  return QString::fromStdString(parts_->control->Password());
 }
 void VideoServerPushWidget::setPassword(const QString& value) {
-  control_->Password(FromText(value));
+  parts_->control->Password(FromText(value));
+}
+bool VideoServerPushWidget::DirectToDisk() const {
+  return parts_->control->DirectToDisk();
+}
+void VideoServerPushWidget::setDirectToDisk(bool value) {
+  parts_->control->DirectToDisk(value);
+}
+int VideoServerPushWidget::MotionArea_Y2() const {
+  return parts_->control->MotionArea_Y2();
+}
+void VideoServerPushWidget::setMotionArea_Y2(int value) {
+  parts_->control->MotionArea_Y2(value);
+}
+int VideoServerPushWidget::MotionArea_y1() const {
+  return parts_->control->MotionArea_y1();
+}
+void VideoServerPushWidget::setMotionArea_y1(int value) {
+  parts_->control->MotionArea_y1(value);
+}
+int VideoServerPushWidget::MotionArea_x2() const {
+  return parts_->control->MotionArea_x2();
+}
+void VideoServerPushWidget::setMotionArea_x2(int value) {
+  parts_->control->MotionArea_x2(value);
+}
+int VideoServerPushWidget::MotionArea_x1() const {
+  return parts_->control->MotionArea_x1();
+}
+void VideoServerPushWidget::setMotionArea_x1(int value) {
+  parts_->control->MotionArea_x1(value);
+}
+int VideoServerPushWidget::MotionSensivity() const {
+  return parts_->control->MotionSensivity();
+}
+void VideoServerPushWidget::setMotionSensivity(int value) {
+  parts_->control->MotionSensivity(value);
+}
+bool VideoServerPushWidget::ShowMotion() const {
+  return parts_->control->ShowMotion();
+}
+void VideoServerPushWidget::setShowMotion(bool value) {
+  parts_->control->ShowMotion(value);
+}
+bool VideoServerPushWidget::AlwaysSmooth() const {
+  return parts_->control->AlwaysSmooth();
+}
+void VideoServerPushWidget::setAlwaysSmooth(bool value) {
+  parts_->control->AlwaysSmooth(value);
+}
+bool VideoServerPushWidget::DisableTestScreen() const {
+  return parts_->control->DisableTestScreen();
+}
+void VideoServerPushWidget::setDisableTestScreen(bool value) {
+  parts_->control->DisableTestScreen(value);
+}
+bool VideoServerPushWidget::MotionByZones() const {
+  return parts_->control->MotionByZones();
+}
+void VideoServerPushWidget::setMotionByZones(bool value) {
+  parts_->control->MotionByZones(value);
 }
 QString VideoServerPushWidget::MotionString() const {
-  return QString::fromStdString(control_->MotionString());
+  return QString::fromStdString(parts_->control->MotionString());
 }
 void VideoServerPushWidget::setMotionString(const QString& value) {
-  control_->MotionString(FromText(value));
+  parts_->control->MotionString(FromText(value));
 }
 QString VideoServerPushWidget::URL() const {
-  return QString::fromStdString(control_->URL());
+  return QString::fromStdString(parts_->control->URL());
+}
+bool VideoServerPushWidget::AutoReconnect() const {
+  return parts_->control->AutoReconnect();
+}
+void VideoServerPushWidget::setAutoReconnect(bool value) {
+  parts_->control->AutoReconnect(value);
 }
 
 void VideoServerPushWidget::Connect(const QString& URL, bool OnlyOnce, const QString& msg) {
-  control_->Connect(FromText(URL), OnlyOnce, FromText(msg));
+  parts_->control->Connect(FromText(URL), OnlyOnce, FromText(msg));
 }
 void VideoServerPushWidget::Disconnect(bool NoNewStatus) {
-  control_->Disconnect(NoNewStatus);
+  parts_->control->Disconnect(NoNewStatus);
 }
 void VideoServerPushWidget::StopGettingFrames() {
-  control_->StopGettingFrames();
-}
-void VideoServerPushWidget::MultiCamView(const QString& inpString) {
-  control_->MultiCamView(FromText(inpString));
+  parts_->control->StopGettingFrames();
 }
 void VideoServerPushWidget::ShowStatus(const QString& X) {
-  control_->ShowStatus(FromText(X));
+  parts_->control->ShowStatus(FromText(X));
 }
 void VideoServerPushWidget::ToogleClock(bool X) {
-  control_->ToogleClock(X);
+  parts_->control->ToogleClock(X);
 }
 void VideoServerPushWidget::Pulse() {
-  control_->Pulse();
+  parts_->control->Pulse();
 }
 void VideoServerPushWidget::RequestEnd() {
-  control_->RequestEnd();
+  parts_->control->RequestEnd();
+}
+void VideoServerPushWidget::MultiCamView(const QString& inpString) {
+  parts_->control->MultiCamView(FromText(inpString));
 }
 void VideoServerPushWidget::SaveImage(const QString& Filename) {
-  control_->SaveImage(FromText(Filename));
+  parts_->control->SaveImage(FromText(Filename));
 }
 void VideoServerPushWidget::ImageOnClipboard() {
-  control_->ImageOnClipboard();
+  parts_->control->ImageOnClipboard();
 }
 
 }  // namespace orbelcast

@@ -1,6 +1,6 @@
 // The player in a window, driven with keys and mouse against a server on the loopback; no screen.
 
-#include "adapters/qt/player_widget.h"
+#include "orbelcast/player_widget.h"
 
 #include <gmock/gmock.h>
 
@@ -28,6 +28,7 @@
 #include "assembly_qt/qt_platform.h"
 #include "fakes/scripted_server.h"
 #include "player/interface.h"
+#include "player/user_control1.h"
 
 namespace orbelcast {
 namespace {

@@ -1,6 +1,6 @@
 // The viewer as a widget, without a screen.
 
-#include "adapters/qt/video_server_push_widget.h"
+#include "orbelcast/video_server_push_widget.h"
 
 #include <gmock/gmock.h>
 
@@ -19,6 +19,7 @@
 #include "assembly_qt/qt_platform.h"
 #include "fakes/scripted_server.h"
 #include "viewer/interface.h"
+#include "viewer/video_server_push.h"
 
 namespace orbelcast {
 namespace {

@@ -4,13 +4,13 @@
 #include <QWidget>
 #include <functional>
 #include <memory>
-#include <vector>
 
-#include "adapters/qt/mirrors.h"
-#include "adapters/qt/video_server_push_widget.h"
-#include "player/user_control1.h"
+#include "orbelcast/video_server_push_widget.h"
 
 namespace orbelcast {
+
+struct Platform;
+class UserControl1;
 
 /// The player as an ordinary widget: the stream viewer with a list of the server's cameras and a toolbar, its members
 /// under the interface's own names.
@@ -29,7 +29,7 @@ class PlayerWidget final : public QWidget {
   Q_PROPERTY(QString Server READ Server WRITE setServer)
   Q_PROPERTY(QString Port READ Port WRITE setPort)
   Q_PROPERTY(QString Username READ Username WRITE setUsername)
-  Q_PROPERTY(QString Password READ Password WRITE setPassword DESIGNABLE false)
+  Q_PROPERTY(QString Password READ Password WRITE setPassword)
   Q_PROPERTY(QString LURL READ LURL WRITE setLURL)
   Q_PROPERTY(QString IURL READ IURL WRITE setIURL)
   Q_PROPERTY(QString Start READ Start WRITE setStart)
@@ -40,41 +40,50 @@ class PlayerWidget final : public QWidget {
   Q_PROPERTY(QString _Resize READ Resize WRITE setResize)
 
  public:
-  /// `platform` outlives the widget; see QtPlatform.
-  explicit PlayerWidget(Platform& platform, QWidget* parent = nullptr);
+  /// A player with its services made for it, once an application. The QApplication must exist.
+  explicit PlayerWidget(QWidget* parent = nullptr);
   ~PlayerWidget() override;
 
-  /// The control behind the widget.
-  UserControl1& Control() { return *control_; }
   /// The stream viewer in it.
-  VideoServerPushWidget& VS() { return *viewer_; }
+  VideoServerPushWidget& VS();
 
   /// Runs `handler` on a stack of its own, as VideoServerPushWidget::RunHandler does.
-  void RunHandler(std::function<void()> handler) { platform_.loop.RunHandler(std::move(handler)); }
+  void RunHandler(std::function<void()> handler);
 
+  /// What the server calls itself; its address where it did not say.
   QString SystemName() const;
-  bool ShowExtendedFeatures() const { return control_->ShowExtendedFeatures(); }
+  /// Whether the toolbar has its extended buttons.
+  bool ShowExtendedFeatures() const;
   void setShowExtendedFeatures(bool value);
 
-  /// Whether the automatic layout is off, and so on, is the control's business: these are kept as they are given.
+  // Kept as they are given, and read when the player begins or by Load.
+
+  /// The camera server: a host name or address. Empty: the player shows `LURL`.
   QString Server() const { return Kept("Server"); }
   void setServer(const QString& value) { Keep("Server", value); }
   QString Port() const { return Kept("Port"); }
   void setPort(const QString& value) { Keep("Port", value); }
   QString Username() const { return Kept("Username"); }
   void setUsername(const QString& value) { Keep("Username", value); }
+  /// A form file would hold it readable for everybody: better set by the program.
   QString Password() const { return Kept("Password"); }
   void setPassword(const QString& value) { Keep("Password", value); }
+  /// Without a server: the address of the live stream, and the one that archive steps are added to.
   QString LURL() const { return Kept("LURL"); }
   void setLURL(const QString& value) { Keep("LURL", value); }
   QString IURL() const { return Kept("IURL"); }
   void setIURL(const QString& value) { Keep("IURL", value); }
+  /// "Yes" shows the stream of `LURL` at once.
   QString Start() const { return Kept("Start"); }
   void setStart(const QString& value) { Keep("Start", value); }
+  /// "Yes" shows the buttons for log, messages, alerts, inputs and outputs, several cameras.
   QString ExtendedControls() const { return Kept("ExtendedControls"); }
   void setExtendedControls(const QString& value) { Keep("ExtendedControls", value); }
+  /// The id of the camera to begin with, in any letter case. Empty: none is chosen.
   QString Device() const { return Kept("Device"); }
   void setDevice(const QString& value) { Keep("Device", value); }
+  /// Where both extents are set, everything stays at its place when the widget changes its size; `Resize` "Yes" lets it
+  /// follow all the same.
   QString ExtentX() const { return Kept("_ExtentX"); }
   void setExtentX(const QString& value) { Keep("_ExtentX", value); }
   QString ExtentY() const { return Kept("_ExtentY"); }
@@ -82,14 +91,30 @@ class PlayerWidget final : public QWidget {
   QString Resize() const { return Kept("_Resize"); }
   void setResize(const QString& value) { Keep("_Resize", value); }
 
+  /// For tools in which forms are designed: the player asks no server and starts no stream, whatever is set, and shows
+  /// what can be seen of its properties at once.
+  void ShowDesign();
+
   QSize sizeHint() const override;
 
+  // ---- For programs that are built from the library's sources -----------------------------------------------------
+
+  /// A player on services of the caller's, which outlive the widget; see QtPlatform.
+  explicit PlayerWidget(Platform& platform, QWidget* parent = nullptr);
+  /// The control behind the widget.
+  UserControl1& Control();
+
  public Q_SLOTS:
+  /// Starts recording a clip; ends one that is being recorded.
   void AviStart();
   void StopAvi();
+  /// Takes `l` as the camera's live address and `i` as its archive address, and shows the live stream.
   void RefreshURLs(const QString& l, const QString& i);
+  /// Whether the children follow the widget's size, from the next resize on.
   void DoResize(bool X);
+  /// Loads the camera list of a server. The port is forgotten: `xServer` may name one.
   void Connect2Server(const QString& xServer, const QString& xUsername, const QString& xPassword);
+  /// Lets the user choose cameras and shows them together.
   void SetMultiCams();
 
   /// Reads what the host has kept again, and connects again with it.
@@ -104,6 +129,10 @@ class PlayerWidget final : public QWidget {
   void showEvent(QShowEvent* event) override;
 
  private:
+  struct Parts;
+
+  PlayerWidget(std::shared_ptr<Platform> platform, QWidget* parent);
+
   void MakeChildren();
   void MakeWindows();
   void NameForScreenReaders();
@@ -112,13 +141,7 @@ class PlayerWidget final : public QWidget {
   QString Kept(const char* key) const;
   void Keep(const char* key, const QString& value);
 
-  Platform& platform_;
-  std::shared_ptr<UserControl1> control_;
-  PropertyBag kept_;
-  bool loaded_ = false;
-  VideoServerPushWidget* viewer_ = nullptr;
-  std::unique_ptr<Mirror> viewer_place_;
-  Connection pointer_;
+  const std::unique_ptr<Parts> parts_;
 };
 
 }  // namespace orbelcast

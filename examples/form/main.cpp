@@ -1,0 +1,36 @@
+// A dialog that was made in Qt Designer: a player beside a viewer. What the form says of the player (its server, port
+// and buttons) holds where the command line names nothing else.
+//
+//     cmake -S examples/form -B form && cmake --build form
+//     form/example-form [HOST PORT]
+
+#include <QApplication>
+#include <QDialog>
+
+#include "ui_entrance.h"
+
+int main(int argc, char** argv) {
+  const QApplication application(argc, argv);
+  QDialog dialog;
+  Ui::Entrance form;
+  form.setupUi(&dialog);
+
+  const QStringList arguments = QApplication::arguments();
+  if (arguments.size() == 3) {
+    form.player->setServer(arguments[1]);
+    form.player->setPort(arguments[2]);
+  }
+  // What no form should hold.
+  form.player->setUsername(qEnvironmentVariable("ORBELCAST_USER"));
+  form.player->setPassword(qEnvironmentVariable("ORBELCAST_PASSWORD"));
+
+  const QString door = QStringLiteral("http://%1:%2/live/2").arg(form.player->Server(), form.player->Port());
+  QObject::connect(form.door, &orbelcast::VideoServerPushWidget::MotionDetected, &dialog,
+                   [&form] { form.news->setText("Somebody is at the door"); });
+  QObject::connect(form.door, &orbelcast::VideoServerPushWidget::ConnectionFailed, &dialog,
+                   [&form] { form.news->setText("The door's camera does not answer"); });
+
+  dialog.show();
+  form.door->RunHandler([&form, door] { form.door->Connect(door); });
+  return QApplication::exec();
+}
