@@ -1,5 +1,9 @@
 # Warnings, sanitizers and the compiler cache, for every target of the project.
-add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
+# Of what is packed alone, other flags and compilers than ours may have more to say.
+if(NOT ORBELCAST_PACKAGES)
+  add_compile_options(-Werror)
+endif()
 
 if(ORBELCAST_SANITIZE STREQUAL "address")
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
