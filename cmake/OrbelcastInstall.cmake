@@ -33,6 +33,9 @@ orbelcast_pkgconfig(orbelcast)
 install(FILES include/orbelcast/orbelcast.h DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/orbelcast" COMPONENT development)
 install(TARGETS orbelcast orbelcast-camera-server RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
 
+# Loaded by whoever makes a clip, from beside the others.
+install(TARGETS orbelcast_clips LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/orbelcast" COMPONENT runtime)
+
 # Completion, of all programs: each shell looks a program's up by its name.
 set(bash_dir "${CMAKE_INSTALL_DATADIR}/bash-completion/completions")
 install(FILES packaging/orbelcast.bash-completion RENAME orbelcast DESTINATION "${bash_dir}" COMPONENT runtime)

@@ -35,6 +35,21 @@ function(orbelcast_room name)
   add_library(Orbelcast::${suffix} ALIAS ${target})
 endfunction()
 
+# orbelcast_module(TARGET FOLDER room OUTPUT name [SUBFOLDER folder])
+#   A library that is loaded while a program runs: the sources of the room's folder module/, and all that the room links.
+#   It shows what module/exports.map names, and goes to the folder lib of the build.
+function(orbelcast_module target)
+  cmake_parse_arguments(MODULE "" "FOLDER;OUTPUT;SUBFOLDER" "" ${ARGN})
+  set(folder "${PROJECT_SOURCE_DIR}/src/${MODULE_FOLDER}/module")
+  file(GLOB sources CONFIGURE_DEPENDS "${folder}/*.cpp")
+  add_library(${target} MODULE ${sources})
+  set_target_properties(${target} PROPERTIES OUTPUT_NAME ${MODULE_OUTPUT} LINK_DEPENDS "${folder}/exports.map"
+                        LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib/${MODULE_SUBFOLDER}")
+  string(REPLACE "/" "_" suffix "${MODULE_FOLDER}")
+  target_link_libraries(${target} PRIVATE "orbelcast_${suffix}")
+  target_link_options(${target} PRIVATE "LINKER:--version-script=${folder}/exports.map")
+endfunction()
+
 # orbelcast_embed(TARGET FILE...)
 #   Compiles each FILE into TARGET as bytes, reached by platform/resources.h.
 function(orbelcast_embed target)

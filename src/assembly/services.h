@@ -1,7 +1,6 @@
 #pragma once
 
 #include "adapters/curl/curl_http.h"
-#include "adapters/ffmpeg/ffmpeg_avi_files.h"
 #include "adapters/fiber/fiber_loop.h"
 #include "adapters/jpeg/jpeg_decoder.h"
 #include "adapters/png/png_codec.h"
@@ -9,6 +8,7 @@
 #include "adapters/posix/file_registry.h"
 #include "adapters/posix/posix_files.h"
 #include "adapters/posix/system_clock.h"
+#include "assembly/clip_library.h"
 #include "platform/platform.h"
 
 /// The one place where a set of services is chosen.
@@ -50,7 +50,7 @@ class Services {
   PngCodec pictures_;
   DeviceContexts device_contexts_;
   FileRegistry registry_;
-  FfmpegAviFiles avi_files_;
+  ClipLibrary avi_files_;
   const Configuration configuration_ = LoadConfigurationOrSayWhy();
   Platform platform_;
 };

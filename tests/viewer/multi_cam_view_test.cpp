@@ -23,7 +23,7 @@ constexpr Color kGreen = Rgb(0, 255, 0);
 Answer Picture(std::uint8_t red) {
   return {.headers = {}, .body = {red, 1, 1, 32, 24}};
 }
-Answer WithStatus(int status) {
+Answer WithBodyAndStatus(int status) {
   return {.status = status, .headers = {}, .body = {9, 9, 9, 32, 24}};
 }
 Answer After(milliseconds delay, Answer answer) {
@@ -83,7 +83,7 @@ class MultiCamViewTest : public testing::Test {
 TEST_F(MultiCamViewTest, FetchesATileATickAndTellsEachRound) {
   viewer->MultiCamView(kFourCameras);
   world.http.log.clear();
-  world.http.answers = {Picture(10), WithStatus(404), Picture(30), {.headers = {}, .body = {1}}, Picture(50)};
+  world.http.answers = {Picture(10), WithBodyAndStatus(404), Picture(30), {.headers = {}, .body = {1}}, Picture(50)};
   Tick();
   EXPECT_THAT(world.http.log,
               ElementsAre("Open GET http://a/1?live-special0320x0200050", "LimitExchange 5000", "Send"));
@@ -231,8 +231,8 @@ struct RudeMosaic {
   }
 };
 
-void TryEverywhere(const std::function<void(std::shared_ptr<VideoServerPush>&)>& rude,
-                   const std::function<void(VideoServerPush&)>& check = {}) {
+void TryThroughoutTheMosaic(const std::function<void(std::shared_ptr<VideoServerPush>&)>& rude,
+                            const std::function<void(VideoServerPush&)>& check = {}) {
   const int steps = RudeMosaic().Run(-1, rude);
   ASSERT_GT(steps, 15);
   for (int at = -4; at < steps; ++at) {
@@ -242,27 +242,27 @@ void TryEverywhere(const std::function<void(std::shared_ptr<VideoServerPush>&)>&
 }
 
 TEST(MultiCamRudenessTest, ReleasedAtAnyMoment) {
-  TryEverywhere([](std::shared_ptr<VideoServerPush>& viewer) { viewer.reset(); });
+  TryThroughoutTheMosaic([](std::shared_ptr<VideoServerPush>& viewer) { viewer.reset(); });
 }
 
 TEST(MultiCamRudenessTest, DisconnectedAtAnyMoment) {
-  TryEverywhere([](std::shared_ptr<VideoServerPush>& viewer) { viewer->Disconnect(); },
-                [](VideoServerPush& viewer) { EXPECT_TRUE(viewer.MultiCam.Enabled); });
+  TryThroughoutTheMosaic([](std::shared_ptr<VideoServerPush>& viewer) { viewer->Disconnect(); },
+                         [](VideoServerPush& viewer) { EXPECT_TRUE(viewer.MultiCam.Enabled); });
 }
 
 TEST(MultiCamRudenessTest, ConnectedAtAnyMomentTheStreamTakesOver) {
-  TryEverywhere([](std::shared_ptr<VideoServerPush>& viewer) { viewer->Connect("http://camera/"); },
-                [](VideoServerPush& viewer) {
-                  EXPECT_FALSE(viewer.MultiCam.Enabled);
-                  EXPECT_TRUE(viewer.MasterTimer.Enabled);
-                  // The stream's picture, whole: no tile was painted over it.
-                  EXPECT_EQ(viewer.VideoStream.Image().Point(10, 10), Rgb(4, 1, 1));
-                  EXPECT_EQ(viewer.VideoStream.Image().Point(630, 470), Rgb(4, 1, 1));
-                });
+  TryThroughoutTheMosaic([](std::shared_ptr<VideoServerPush>& viewer) { viewer->Connect("http://camera/"); },
+                         [](VideoServerPush& viewer) {
+                           EXPECT_FALSE(viewer.MultiCam.Enabled);
+                           EXPECT_TRUE(viewer.MasterTimer.Enabled);
+                           // The stream's picture, whole: no tile was painted over it.
+                           EXPECT_EQ(viewer.VideoStream.Image().Point(10, 10), Rgb(4, 1, 1));
+                           EXPECT_EQ(viewer.VideoStream.Image().Point(630, 470), Rgb(4, 1, 1));
+                         });
 }
 
 TEST(MultiCamRudenessTest, TiledAnewAtAnyMomentTheNewCamerasAreShown) {
-  TryEverywhere(
+  TryThroughoutTheMosaic(
       [](std::shared_ptr<VideoServerPush>& viewer) {
         viewer->MultiCamView("http://1/\r\nhttp://2/\r\nhttp://3/\r\nhttp://4/\r\nhttp://5/\r\n");
       },

@@ -83,6 +83,7 @@ Held<server::IClassFactory> HostControl::Factory(server::ControlServer& server, 
 
 void HostControl::Load(const std::vector<std::pair<std::string, std::string>>& properties) {
   std::vector<server::PersistedProperty> bag;
+  bag.reserve(properties.size());
   for (const auto& [key, text] : properties) {
     bag.push_back(
         {key.data(), static_cast<std::uint32_t>(key.size()), static_cast<std::uint32_t>(text.size()), text.data()});

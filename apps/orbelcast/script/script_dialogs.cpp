@@ -40,7 +40,7 @@ void ScriptDialogs::Answer(std::string_view kind, const std::string& answer, con
 }
 
 std::optional<std::string> ScriptDialogs::AskSaveName(const SaveRequest& request) {
-  const auto answer = Next(kSave);
+  auto answer = Next(kSave);
   Json line = Line(kSave);
   AddText(line, "title", request.title);
   AddText(line, "filter", request.filter);
@@ -72,7 +72,7 @@ std::string ScriptDialogs::AskText(const InputRequest& request) {
 }
 
 std::optional<Dialogs::Compression> ScriptDialogs::ChooseCompression(const CompressionRequest& request) {
-  const auto answer = Next(kCompression);
+  auto answer = Next(kCompression);
   Json line = Line(kCompression);
   line["choices"] = request.codecs;
   Tell(std::move(line), answer);
