@@ -20,7 +20,6 @@ namespace orbelcast {
 
 namespace {
 
-constexpr int kOk = 200;
 constexpr int kUnauthorized = 401;
 constexpr int kNotFound = 404;
 /// Names of a value are followed by blanks up to here.
@@ -162,7 +161,7 @@ std::string WhyNoInformation(const InfoOptions& options, const Configuration& co
   }
   if (info.Status == kNotFound)
     return "it has no server information (404), so it is no camera server; 'orbelcast doctor' tells more";
-  if (info.Status != kOk) return "it answers with status " + std::to_string(info.Status);
+  if (info.Status != kHttpOk) return "it answers with status " + std::to_string(info.Status);
   if (!info.ViewerMarker) return "it answers, but not as a camera server does; 'orbelcast doctor' tells more";
   return {};
 }

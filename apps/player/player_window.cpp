@@ -21,7 +21,6 @@ constexpr const char* kGeometryKey = "player/geometry";
 constexpr int kPatience = 600;
 constexpr int kLongestTitle = 80;
 
-constexpr int kOk = 200;
 constexpr int kUnauthorized = 401;
 constexpr int kForbidden = 403;
 
@@ -124,7 +123,7 @@ QString PlayerWindow::Problem() const {
   if (outcome_.status == kUnauthorized || outcome_.status == kForbidden) {
     return tr("%1 does not accept this user name and password.").arg(place);
   }
-  if (outcome_.status != kOk) {
+  if (outcome_.status != kHttpOk) {
     return tr("%1 answers, but not as a camera server does (status %2).").arg(place).arg(outcome_.status);
   }
   return tr("%1 has no cameras for this user.").arg(place);

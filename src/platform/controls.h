@@ -66,6 +66,13 @@ struct ChildControl {
   std::function<void(std::int16_t button)> OnMouseDown;
 };
 
+inline void Place(ChildControl& control, float left, float top, float width, float height) {
+  control.Left = left;
+  control.Top = top;
+  control.Width = width;
+  control.Height = height;
+}
+
 struct Label : ChildControl {
   Property<std::string> Caption;
   std::string Font = "Arial";

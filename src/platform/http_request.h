@@ -11,6 +11,9 @@
 
 namespace orbelcast {
 
+/// The status of an answer that has what was asked for.
+inline constexpr int kHttpOk = 200;
+
 /// One HTTP exchange after another with one server, as the controls make them.
 ///
 /// Nothing here throws. A step that cannot be done returns false and leaves a mark (`Failed`) that stays until the next

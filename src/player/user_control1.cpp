@@ -47,13 +47,6 @@ constexpr float kTimeBoxHeight = 285;
 constexpr std::array<TimeBox, 6> kTimeBoxes{
     {{2700, 495, 4}, {3210, 315, 2}, {3540, 315, 2}, {3900, 315, 2}, {4200, 315, 2}, {4500, 315, 2}}};
 
-void Place(ChildControl& control, float left, float top, float width, float height) {
-  control.Left = left;
-  control.Top = top;
-  control.Width = width;
-  control.Height = height;
-}
-
 }  // namespace
 
 // The host's pointer and the handlers' are two: when the host lets go of its own, the control ends at once for the

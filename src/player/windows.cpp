@@ -13,13 +13,6 @@ namespace {
 /// Height of a heading above a list.
 constexpr float kHeadingHeight = 255;
 
-void Place(ChildControl& control, float left, float top, float width, float height) {
-  control.Left = left;
-  control.Top = top;
-  control.Width = width;
-  control.Height = height;
-}
-
 /// Puts a child back to its start: enabled, and visible or not.
 void Ready(ChildControl& control, bool visible = true) {
   control.Visible = visible;

@@ -9,8 +9,6 @@ namespace orbelcast {
 
 namespace {
 
-constexpr int kOk = 200;
-
 std::string RelayPrefix(const Configuration& configuration) {
   return configuration.relay_host + "/";
 }
@@ -29,7 +27,7 @@ std::optional<std::string> AskForAccount(HttpRequestFactory& http, const Configu
   request->WaitForResponse();
   std::string answer = request->ResponseText();
   std::erase_if(answer, [](char letter) { return letter == '\r' || letter == '\n'; });
-  if (request->Status() != kOk) return std::nullopt;
+  if (request->Status() != kHttpOk) return std::nullopt;
   return answer;
 }
 

@@ -10,7 +10,6 @@ namespace orbelcast {
 
 namespace {
 
-constexpr int kOk = 200;
 constexpr int kNoAnswer = 404;
 constexpr std::string_view kUserAgent = "HOLMVANE SOFTWARE";
 constexpr std::string_view kMarker = "RDXVIEWER";
@@ -67,7 +66,7 @@ ServerInfo QueryServerInfo(HttpRequestFactory& http, const Configuration& config
   // The request remembers a step that failed since Open.
   if (request->Failed()) return info;
 
-  if (request->Status() != kOk) {
+  if (request->Status() != kHttpOk) {
     info.ViewerMarker = false;
     return info;
   }

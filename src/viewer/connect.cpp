@@ -14,7 +14,6 @@ namespace {
 constexpr int kStreamTimeout = 20000;
 constexpr int kStreamReceiveTimeout = 60000;
 
-constexpr int kOk = 200;
 /// The camera server's own status for a picture that it does not have.
 constexpr int kVideoNotFound = 506;
 
@@ -58,7 +57,7 @@ void VideoServerPush::Connect(std::string URL, bool OnlyOnce, std::string msg) {
   RaiseFirstAnswer();
   FrameBuffer = Requester->ResponseBody();
   const int status = Requester->Status();
-  if (status == kOk) {
+  if (status == kHttpOk) {
     StartStreaming(OnlyOnce);
   } else if (!auto_reconnect_) {
     ReportFailure(URL, OnlyOnce, status);

@@ -10,7 +10,6 @@ namespace orbelcast {
 
 namespace {
 
-constexpr int kOk = 200;
 /// That many failed requests in a row are a broken connection.
 constexpr int kFailuresToBreak = 5;
 
@@ -84,7 +83,7 @@ bool VideoServerPush::OpenAndSend() {
 }
 
 bool VideoServerPush::RequestFailed() const {
-  return Requester->Failed() || Requester->Status() != kOk;
+  return Requester->Failed() || Requester->Status() != kHttpOk;
 }
 
 void VideoServerPush::FailTick() {
@@ -171,7 +170,7 @@ void VideoServerPush::KeepStatusDrawing() {
 void VideoServerPush::RequestEnd() {
   const auto alive = StayAlive();
   FrameBuffer = Requester->ResponseBody();
-  if (Requester->Status() != kOk && ++FailureCount >= kFailuresToBreak) {
+  if (Requester->Status() != kHttpOk && ++FailureCount >= kFailuresToBreak) {
     Events.ConnectionBroken();
     Disconnect(true);
     Yield();

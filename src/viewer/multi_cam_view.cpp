@@ -11,7 +11,6 @@ namespace orbelcast {
 
 namespace {
 
-constexpr int kOk = 200;
 /// What a camera may cost the round, from asking to its picture.
 constexpr std::chrono::milliseconds kTileLimit{5000};
 constexpr Color kBlack = Rgb(0, 0, 0);
@@ -94,7 +93,7 @@ bool VideoServerPush::FetchTile(const std::string& address) {
   if (Terminating) return false;
   // Without an answer there is no body to take: the buffer keeps the one before.
   if (!request->Failed()) FrameBuffer = request->ResponseBody();
-  return request->Status() == kOk && FrameBuffer.Size() > 1;
+  return request->Status() == kHttpOk && FrameBuffer.Size() > 1;
 }
 
 void VideoServerPush::PaintTile(const MosaicTile& tile, bool fetched) {

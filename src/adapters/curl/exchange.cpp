@@ -1,7 +1,6 @@
 #include "adapters/curl/exchange.h"
 
 #include <algorithm>
-#include <cctype>
 #include <climits>
 
 namespace orbelcast {
@@ -10,10 +9,6 @@ namespace {
 
 // A frame is some tens of kilobytes: read in few pieces.
 constexpr long kReceiveBufferBytes = 64 * 1024;
-
-bool EqualIgnoringCase(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, [](unsigned char x, unsigned char y) { return std::tolower(x) == std::tolower(y); });
-}
 
 // libcurl takes 0 for its own default.
 long ConnectLimit(int milliseconds) {

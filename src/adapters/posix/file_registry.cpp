@@ -17,6 +17,8 @@
 #include <system_error>
 #include <thread>
 
+#include "adapters/posix/configuration_file.h"
+
 namespace orbelcast {
 
 namespace {
@@ -46,10 +48,7 @@ const char* NameOf(Registry::Hive hive) {
 }
 
 std::string DefaultPath() {
-  const auto environment = [](const char* name) {
-    const char* value = std::getenv(name);
-    return std::string(value != nullptr ? value : "");
-  };
+  const auto environment = [](const char* name) { return ProcessEnvironment(name).value_or(""); };
   if (std::string path = environment("ORBELCAST_REGISTRY"); !path.empty()) return path;
   std::string settings = environment("XDG_CONFIG_HOME");
   if (!settings.starts_with('/')) settings = environment("HOME") + "/.config";
