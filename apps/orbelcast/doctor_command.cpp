@@ -34,7 +34,6 @@ namespace {
 using Steady = std::chrono::steady_clock;
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
-constexpr int kOk = 200;
 constexpr int kUnauthorized = 401;
 constexpr int kForbidden = 403;
 constexpr int kNotFound = 404;
@@ -235,8 +234,8 @@ class Examination {
       return Fail(step, "no web server's answer within " + Rounded(options_.time_out, 0) + " s",
                   "something else may listen at this port; check the port");
     }
-    if (info_->Status != kOk || !info_->ViewerMarker) {
-      const std::string status = info_->Status == kOk ? "" : " (status " + std::to_string(info_->Status) + ")";
+    if (info_->Status != kHttpOk || !info_->ViewerMarker) {
+      const std::string status = info_->Status == kHttpOk ? "" : " (status " + std::to_string(info_->Status) + ")";
       return Fail(step, "it answers, but not as a camera server does" + status,
                   "check the port; of a camera without a camera server give the whole address of its picture, "
                   "http://HOST/PATH");
@@ -257,7 +256,7 @@ class Examination {
     if (!picture_) picture_ = Fetch(picture_address_);
     Step step{.name = "picture",
               .values = {{"address", MaskedAddress(picture_address_).Text()}, {"status", picture_->status}}};
-    if (picture_->status != kOk) return Fail(step, WhyNoPicture(), WhatToDoForAPicture());
+    if (picture_->status != kHttpOk) return Fail(step, WhyNoPicture(), WhatToDoForAPicture());
     step.values["milliseconds"] = picture_->milliseconds;
     step.values["bytes"] = picture_->bytes;
     if (!picture_->readable) {
