@@ -8,15 +8,12 @@
 #include <utility>
 
 #include "archive_query.h"
+#include "http_status.h"
 #include "picture_answer.h"
 
 namespace orbelcast::camera_server {
 
 namespace {
-
-constexpr int kBadRequest = 400;
-constexpr int kNotFound = 404;
-constexpr int kVideoNotFound = 506;
 
 /// What follows `word`, or nothing when `text` begins otherwise.
 std::optional<std::string_view> After(std::string_view text, std::string_view word) {
@@ -35,15 +32,11 @@ std::string Quoted(std::string_view text) {
   return "'" + std::string(text) + "'";
 }
 
-Reply Text(int status, std::string text) {
-  return {TextResponse(status, std::move(text)), {}};
-}
-
 Reply AnswerArchive(Rooms& rooms, const Actor& actor, std::string_view text) {
   const auto query = ParseArchiveQuery(text, rooms.settings.form);
-  if (!query) return Text(kBadRequest, "One of T=0, R=0, F=0, B=0 and P=0 tells where to go in the archive.");
+  if (!query) return TextReply(kBadRequest, "One of T=0, R=0, F=0, B=0 and P=0 tells where to go in the archive.");
   const int camera = WholeNumber(query->device).value_or(0);
-  if (!rooms.settings.HasCamera(camera)) return Text(kVideoNotFound, "There is no such camera.");
+  if (!rooms.settings.HasCamera(camera)) return TextReply(kVideoNotFound, "There is no such camera.");
   const std::string visitor = actor.address + '\n' + actor.user + '\n' + std::to_string(camera);
   const WallClock::time_point time = rooms.archive.Move(visitor, *query, WallClock::now());
   std::string doing(MoveName(query->move));
@@ -65,37 +58,37 @@ Reply AnswerActivityLog(Rooms& rooms) {
 /// The message is what stands between "msg=" and the last "&Send=": it may hold a "&".
 Reply AnswerMessage(Rooms& rooms, const Actor& actor, std::string_view message) {
   message = message.substr(0, message.rfind("&Send="));
-  if (message.empty()) return Text(kBadRequest, "There is no message.");
+  if (message.empty()) return TextReply(kBadRequest, "There is no message.");
   rooms.activity.Record(actor, "Message", message);
-  return Text(200, "The message is in the activity log.");
+  return TextReply(200, "The message is in the activity log.");
 }
 
 /// `text` is "3+1" or "3+0".
 Reply AnswerOutput(Rooms& rooms, const Actor& actor, std::string_view text) {
   const bool is_on = text.ends_with("+1");
   if (!is_on && !text.ends_with("+0")) {
-    return Text(kBadRequest, "An output is switched on by NUMBER+1 and off by NUMBER+0.");
+    return TextReply(kBadRequest, "An output is switched on by NUMBER+1 and off by NUMBER+0.");
   }
   text.remove_suffix(2);
   const auto number = WholeNumber(text);
   if (!number || !rooms.site.SwitchOutput(*number, is_on)) {
     rooms.activity.Record(actor, "Output", "there is none " + Quoted(text));
-    return Text(kNotFound, "There is no such output.");
+    return TextReply(kNotFound, "There is no such output.");
   }
   const std::string& name = rooms.settings.outputs.at(static_cast<std::size_t>(*number - 1)).name;
   rooms.activity.Record(actor, "Output", name + (is_on ? ": on" : ": off"));
-  return Text(200, name + (is_on ? " is on." : " is off."));
+  return TextReply(200, name + (is_on ? " is on." : " is off."));
 }
 
 Reply AnswerAlert(Rooms& rooms, const Actor& actor, std::string_view text) {
   const auto number = WholeNumber(text);
   if (!number || !rooms.site.ActivateAlert(*number)) {
     rooms.activity.Record(actor, "Alert", "there is none " + Quoted(text));
-    return Text(kNotFound, "There is no such alert.");
+    return TextReply(kNotFound, "There is no such alert.");
   }
   const std::string& name = rooms.settings.alerts.at(static_cast<std::size_t>(*number - 1));
   rooms.activity.Record(actor, "Alert", name);
-  return Text(200, name + " is active.");
+  return TextReply(200, name + " is active.");
 }
 
 Reply CarryOut(Rooms& rooms, const Actor& actor, std::string_view command) {
@@ -103,7 +96,7 @@ Reply CarryOut(Rooms& rooms, const Actor& actor, std::string_view command) {
   if (const auto message = After(command, "message?msg=")) return AnswerMessage(rooms, actor, *message);
   if (const auto output = After(command, "output=")) return AnswerOutput(rooms, actor, *output);
   if (const auto alert = After(command, "activatealert=")) return AnswerAlert(rooms, actor, *alert);
-  return Text(kNotFound, "There is no such command.");
+  return TextReply(kNotFound, "There is no such command.");
 }
 
 }  // namespace

@@ -13,19 +13,15 @@ namespace orbelcast::camera_server {
 
 namespace {
 
-Reply Text(int status, std::string text) {
-  return {TextResponse(status, std::move(text)), {}};
-}
-
 Reply AnswerFaults(Rooms& rooms, std::string_view target) {
   const std::string_view place = QueryValue(target, "camera");
   const std::string_view fault = QueryValue(target, "fault");
   try {
     if (!place.empty() || !fault.empty()) PlanFault(rooms.settings, place, fault, rooms.faults);
   } catch (const std::invalid_argument& error) {
-    return Text(400, error.what());
+    return TextReply(400, error.what());
   }
-  return Text(200, FaultLines(rooms.settings, rooms.faults));
+  return TextReply(200, FaultLines(rooms.settings, rooms.faults));
 }
 
 Reply AnswerInputs(Rooms& rooms, std::string_view target) {
@@ -36,7 +32,7 @@ Reply AnswerInputs(Rooms& rooms, std::string_view target) {
     std::from_chars(input.data(), input.data() + input.size(), number);
     const bool is_state = state == "0" || state == "1";
     if (!is_state || !rooms.site.SwitchInput(number, state == "1")) {
-      return Text(400, "Give the number of an input and a state: input=1&state=1");
+      return TextReply(400, "Give the number of an input and a state: input=1&state=1");
     }
   }
   std::string lines;
@@ -44,7 +40,7 @@ Reply AnswerInputs(Rooms& rooms, std::string_view target) {
   for (const Site::Item& item : rooms.site.Inputs()) {
     lines += (lines.empty() ? "" : "\r\n") + std::to_string(++number) + "=" + (item.is_on ? "1" : "0");
   }
-  return Text(200, lines);
+  return TextReply(200, lines);
 }
 
 Reply AnswerRequests(RequestLog& requests, std::string_view target) {
@@ -58,12 +54,12 @@ Reply AnswerRequests(RequestLog& requests, std::string_view target) {
 }  // namespace
 
 Reply AnswerControl(Rooms& rooms, RequestLog& requests, const Request& request, const Client& client) {
-  if (!client.is_local) return Text(403, "This is for the server's own machine.");
+  if (!client.is_local) return TextReply(403, "This is for the server's own machine.");
   const std::string_view path = request.Path();
   if (path == "/control/fault") return AnswerFaults(rooms, request.target);
   if (path == "/control/input") return AnswerInputs(rooms, request.target);
   if (path == "/control/requests") return AnswerRequests(requests, request.target);
-  return Text(404, "There are /control/fault, /control/input and /control/requests.");
+  return TextReply(404, "There are /control/fault, /control/input and /control/requests.");
 }
 
 }  // namespace orbelcast::camera_server

@@ -4,12 +4,12 @@
 #include <charconv>
 
 #include "bounds.h"
+#include "http_status.h"
 
 namespace orbelcast::camera_server {
 
 namespace {
 
-constexpr int kBadRequest = 400;
 constexpr int kTooLarge = 413;
 constexpr int kHeadTooLarge = 431;
 constexpr int kNotImplemented = 501;

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <utility>
 
 #include "connection.h"
 #include "http_message.h"
@@ -35,6 +36,11 @@ struct Reply {
   Response response;
   Delivery delivery;  ///< empty: as HTTP has it
 };
+
+/// A line of text as the whole answer.
+inline Reply TextReply(int status, std::string text) {
+  return {TextResponse(status, std::move(text)), {}};
+}
 
 /// Sends an answer as HTTP has it. Returns whether the connection may serve a further request.
 bool SendResponse(Connection& connection, const Request& request, const Response& response);

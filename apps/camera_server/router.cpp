@@ -8,6 +8,7 @@
 #include "bounds.h"
 #include "control.h"
 #include "home_page.h"
+#include "http_status.h"
 #include "info_text.h"
 #include "live_address.h"
 #include "login_base.h"
@@ -18,7 +19,6 @@ namespace orbelcast::camera_server {
 
 namespace {
 
-constexpr int kVideoNotFound = 506;
 constexpr std::string_view kInfoPath = "/secure/srv_vigilbox$rdxviewer";
 constexpr std::string_view kLookupPath = "/cgi-bin/relaypost.exe";
 

@@ -17,6 +17,7 @@
 
 #include "assembly/headless_platform.h"
 #include "doctor_report.h"
+#include "http_status.h"
 #include "masked_address.h"
 #include "network_steps.h"
 #include "protocol/relay.h"
@@ -33,11 +34,6 @@ namespace {
 
 using Steady = std::chrono::steady_clock;
 using Milliseconds = std::chrono::duration<double, std::milli>;
-
-constexpr int kUnauthorized = 401;
-constexpr int kForbidden = 403;
-constexpr int kNotFound = 404;
-constexpr int kVideoNotFound = 506;
 
 /// What a player asks for where nobody chose otherwise is smaller; this shows what the camera can do.
 constexpr int kAskedWidth = 640;

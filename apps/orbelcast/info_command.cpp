@@ -9,6 +9,7 @@
 #include "assembly/headless_platform.h"
 #include "colours.h"
 #include "event_json.h"
+#include "http_status.h"
 #include "masked_address.h"
 #include "protocol/relay.h"
 #include "protocol/server_info.h"
@@ -20,8 +21,6 @@ namespace orbelcast {
 
 namespace {
 
-constexpr int kUnauthorized = 401;
-constexpr int kNotFound = 404;
 /// Names of a value are followed by blanks up to here.
 constexpr std::size_t kNameWidth = 12;
 

@@ -16,7 +16,7 @@ namespace orbelcast {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using SteadyClock = std::chrono::steady_clock;
 using Found = std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)>;
 
 int Resolve(const HostAndPort& server, int flags, Found& found) {
@@ -38,9 +38,9 @@ std::string NumericText(const sockaddr* address, socklen_t size) {
 
 int WaitForConnection(int socket, std::chrono::milliseconds limit) {
   pollfd waiting{.fd = socket, .events = POLLOUT, .revents = 0};
-  const auto end = Clock::now() + limit;
+  const auto end = SteadyClock::now() + limit;
   for (;;) {
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - SteadyClock::now());
     const int ready = ::poll(&waiting, 1, static_cast<int>(std::max<std::int64_t>(left.count(), 0)));
     if (ready < 0 && errno == EINTR) continue;
     if (ready < 0) return errno;
@@ -98,8 +98,8 @@ NameLookup LookUpName(const HostAndPort& server) {
 ConnectionTry TryToConnect(const std::vector<NetworkAddress>& addresses, std::chrono::milliseconds limit) {
   ConnectionTry result{.error = EADDRNOTAVAIL};
   for (const NetworkAddress& address : addresses) {
-    const auto start = Clock::now();
-    result = {.error = Connect(address, limit), .address = address.text, .took = Clock::now() - start};
+    const auto start = SteadyClock::now();
+    result = {.error = Connect(address, limit), .address = address.text, .took = SteadyClock::now() - start};
     if (result.error == 0) break;
   }
   return result;

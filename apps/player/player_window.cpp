@@ -8,6 +8,7 @@
 #include <iostream>
 
 #include "adapters/qt/control_widgets.h"
+#include "http_status.h"
 #include "player/user_control1.h"
 
 namespace orbelcast {
@@ -20,9 +21,6 @@ constexpr const char* kGeometryKey = "player/geometry";
 /// Milliseconds: what is answered sooner needs no notice.
 constexpr int kPatience = 600;
 constexpr int kLongestTitle = 80;
-
-constexpr int kUnauthorized = 401;
-constexpr int kForbidden = 403;
 
 }  // namespace
 

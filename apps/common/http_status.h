@@ -1,0 +1,13 @@
+#pragma once
+
+/// The statuses of HTTP that the programs tell apart, besides the good one.
+namespace orbelcast {
+
+inline constexpr int kBadRequest = 400;
+inline constexpr int kUnauthorized = 401;
+inline constexpr int kForbidden = 403;
+inline constexpr int kNotFound = 404;
+/// Camera servers' own: there is no such camera, or it has no picture.
+inline constexpr int kVideoNotFound = 506;
+
+}  // namespace orbelcast
