@@ -29,7 +29,7 @@ std::filesystem::path OwnFolder() {
 std::filesystem::path FindLibrary() {
   const std::filesystem::path own = OwnFolder();
   for (const auto& folder : {own, own / ".." / ORBELCAST_LIBRARY_FOLDER, own / ".." / "lib"}) {
-    const auto file = folder / kFolder / kName;
+    auto file = folder / kFolder / kName;
     std::error_code error;
     if (std::filesystem::exists(file, error)) return file;
   }
