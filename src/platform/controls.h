@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -112,9 +113,10 @@ struct PictureBox : ChildControl {
 /// A picture that is shown stretched to its place.
 struct Image : ChildControl {
   /// The picture; set with `SetPicture`, which tells `PictureChanged`.
-  const Surface& Picture() const { return picture_; }
-  void SetPicture(const Surface& picture) {
-    picture_ = picture;
+  const Surface& Picture() const { return *picture_; }
+  /// `picture` is not null; it may be shared, so nobody draws on it any more.
+  void SetPicture(std::shared_ptr<const Surface> picture) {
+    picture_ = std::move(picture);
     PictureChanged();
   }
   Signal<> PictureChanged;
@@ -122,7 +124,7 @@ struct Image : ChildControl {
   std::function<void(Drop& drop)> OnDrop;
 
  private:
-  Surface picture_;
+  std::shared_ptr<const Surface> picture_ = std::make_shared<Surface>();
 };
 
 /// A timer: while enabled and with a positive interval (milliseconds) it ticks. A TimerDriver makes it tick.

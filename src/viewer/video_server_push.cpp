@@ -102,7 +102,7 @@ void VideoServerPush::PlaceChildren() {
   load(StopIcon, resources::StopIcon());
   load(ConnectIcon, resources::ConnectIcon());
   load(DisconnectIcon, resources::DisconnectIcon());
-  test_card_ = platform_.pictures.Decode(resources::TestCard());
+  test_card_ = std::make_shared<Surface>(platform_.pictures.Decode(resources::TestCard()));
 
   MainMenu.Caption = "Ghost";
   constexpr std::array<const char*, 5> kCaptions{"Time", "Server", "Status", "-", "Reconnect"};

@@ -338,7 +338,7 @@ class VideoServerPush {
   MosaicRound mosaic_round_;          ///< Kept from one mosaic to the next.
   std::string spare_recording_;       ///< Memory of a tick's texts, kept so that a frame allocates none.
   std::string spare_information_;
-  Surface test_card_;
+  std::shared_ptr<const Surface> test_card_;
 
   float width_ = 6015;  ///< The design size, until the host sites the control.
   float height_ = 3900;

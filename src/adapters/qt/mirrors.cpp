@@ -184,21 +184,17 @@ void PictureWidget::paintEvent(QPaintEvent* event) {
 
 ImageWidget::ImageWidget(Image& image, const Screen& screen, QWidget* parent)
     : DropWidget(image, image.OnDrop, screen, parent), image_(image) {
-  Mirrored().Keep(image.PictureChanged.Connect([this] {
-    scaled_ = {};
-    update();
-  }));
+  Mirrored().Keep(image.PictureChanged.Connect([this] { update(); }));
 }
 
 void ImageWidget::paintEvent(QPaintEvent*) {
+  const QImage view = ViewOf(image_.Picture(), QImage::Format_ARGB32);
   const QSize wanted = size() * devicePixelRatioF();
-  if (scaled_.size() != wanted) {
-    const QImage view = ViewOf(image_.Picture(), QImage::Format_ARGB32);
-    if (view.isNull() || wanted.isEmpty()) return;
-    scaled_ = QPixmap::fromImage(view.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
-    scaled_.setDevicePixelRatio(devicePixelRatioF());
-  }
-  QPainter(this).drawPixmap(0, 0, scaled_);
+  if (view.isNull() || wanted.isEmpty()) return;
+  // Not kept: while there is video it would take as much memory as a picture of it, unseen.
+  QImage scaled = view.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+  scaled.setDevicePixelRatio(devicePixelRatioF());
+  QPainter(this).drawImage(0, 0, scaled);
 }
 
 }  // namespace orbelcast

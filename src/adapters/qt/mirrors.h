@@ -111,7 +111,6 @@ class ImageWidget final : public DropWidget {
 
  private:
   Image& image_;
-  QPixmap scaled_;  // the picture at the size it was shown at last
 };
 
 }  // namespace orbelcast
