@@ -63,6 +63,12 @@ class CompactComboStyle final : public QProxyStyle {
     return visualRect(option->direction, box, logical);
   }
 
+  /// A list that ends after some items and scrolls; as a menu it would cover the screen with two hundred cameras.
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* returned) const override {
+    return hint == SH_ComboBox_Popup ? 0 : QProxyStyle::styleHint(hint, option, widget, returned);
+  }
+
  private:
   static constexpr int kArrowWidth = 15;
   static constexpr int kTextMargin = 3;

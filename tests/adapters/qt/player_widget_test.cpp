@@ -196,6 +196,17 @@ TEST_F(PlayerWidgetTest, ACameraIsChosenByKeyboardAndTheFrameRateByAClickInTheLi
   EXPECT_EQ(cameras->currentText(), QStringLiteral("Yard"));
 }
 
+TEST_F(PlayerWidgetTest, AListOfTwoHundredCamerasDoesNotCoverTheScreen) {
+  Open();
+  auto* cameras = Child<QComboBox>("CamList");
+  while (cameras->count() < 200) cameras->addItem(QStringLiteral("Camera"));
+  cameras->showPopup();
+  const QWidget* popup = cameras->view()->window();
+  EXPECT_GT(popup->height(), 5 * cameras->view()->sizeHintForRow(0));
+  EXPECT_LT(popup->height(), 20 * cameras->view()->sizeHintForRow(0));
+  cameras->hidePopup();
+}
+
 TEST_F(PlayerWidgetTest, TheArchiveIsSearchedForWhatWasTyped) {
   Open();
   player->Control().CamList.Choose(0);
