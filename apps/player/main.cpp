@@ -1,4 +1,7 @@
 // The player: a camera server's cameras, with everything that a person at a desk needs; or one camera in a window.
+//
+// player_window.h and viewer_window.h are the two windows, notice.h what both tell a person, server_dialog.h the
+// question for a server where none was named, player_options.h the command line.
 
 #include <QApplication>
 #include <QIcon>

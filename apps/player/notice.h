@@ -15,6 +15,9 @@ class Notice final : public QFrame {
   Q_OBJECT
 
  public:
+  /// What is answered sooner needs no notice.
+  static constexpr int kPatienceMilliseconds = 600;
+
   explicit Notice(QWidget* parent);
 
   /// Shows that `text` is going on.

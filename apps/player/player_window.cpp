@@ -18,8 +18,6 @@ namespace {
 /// Room for a picture of 640 × 480 between the list of cameras and the toolbar.
 constexpr QSize kFirstSize{640, 618};
 constexpr const char* kGeometryKey = "player/geometry";
-/// Milliseconds: what is answered sooner needs no notice.
-constexpr int kPatience = 600;
 constexpr int kLongestTitle = 80;
 
 }  // namespace
@@ -83,7 +81,7 @@ void PlayerWindow::AddShortcuts() {
 
 void PlayerWindow::WatchRequests(YieldingHttp& requests) {
   patience_.setSingleShot(true);
-  patience_.setInterval(kPatience);
+  patience_.setInterval(Notice::kPatienceMilliseconds);
   QObject::connect(&patience_, &QTimer::timeout, this, [this] {
     notice_->ShowProgress(tr("Waiting for %1…").arg(ShownAddress(options_.camera)));
     setCursor(Qt::BusyCursor);

@@ -2,11 +2,17 @@
 
 #include <QKeySequence>
 #include <QPointer>
+#include <QRegularExpression>
 #include <QShortcut>
-#include <QTimer>
+#include <QUrl>
+#include <algorithm>
+#include <array>
 #include <chrono>
+#include <cstdint>
 #include <iostream>
+#include <vector>
 
+#include "http_status.h"
 #include "viewer/video_server_push.h"
 
 namespace orbelcast {
@@ -15,6 +21,14 @@ namespace {
 
 constexpr int kUsualFrameRate = 25;
 constexpr QSize kUsualSize{640, 480};
+/// Between two tries of a camera that has not answered yet: often enough for a person, no burden for a camera.
+constexpr int kRetryMilliseconds = 2000;
+
+/// How the server of a picture's address would be named to the player.
+QString ServerOf(const std::string& address) {
+  const QUrl url(QString::fromStdString(address));
+  return url.port() == -1 ? url.host() : QStringLiteral("%1:%2").arg(url.host()).arg(url.port());
+}
 
 void Show(VideoServerPushWidget& viewer, const PlayerOptions& options) {
   if (options.mosaic.empty()) {
@@ -30,7 +44,7 @@ void Show(VideoServerPushWidget& viewer, const PlayerOptions& options) {
 }  // namespace
 
 ViewerWindow::ViewerWindow(Platform& platform, const PlayerOptions& options)
-    : options_(options), viewer_(new VideoServerPushWidget(platform, this)) {
+    : options_(options), viewer_(new VideoServerPushWidget(platform, this)), notice_(new Notice(this)) {
   setCentralWidget(viewer_);
   const QString title = options_.mosaic.empty() ? ShownAddress(options_.camera)
                                                 : QStringLiteral("Mosaic of %1").arg(options_.mosaic.size());
@@ -38,6 +52,7 @@ ViewerWindow::ViewerWindow(Platform& platform, const PlayerOptions& options)
   resize(options_.WindowSize().value_or(kUsualSize));
   Configure();
   AddShortcuts();
+  if (options_.mosaic.empty()) TellOfCamera();
 }
 
 void ViewerWindow::Configure() {
@@ -66,10 +81,76 @@ void ViewerWindow::AddShortcuts() {
   const auto on = [this](const QKeySequence& keys, auto action) {
     QObject::connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
   };
-  on(QKeySequence(Qt::Key_Escape), [this] { isFullScreen() ? showNormal() : static_cast<void>(close()); });
+  on(QKeySequence(Qt::Key_Escape), [this] {
+    if (notice_->ShowsProblem()) {
+      notice_->Dismiss();
+    } else {
+      isFullScreen() ? showNormal() : static_cast<void>(close());
+    }
+  });
   on(QKeySequence::Quit, [this] { close(); });
   on(QKeySequence(Qt::Key_F11), [this] { isFullScreen() ? showNormal() : showFullScreen(); });
   on(QKeySequence(Qt::Key_F5), [this] { Start(); });
+}
+
+void ViewerWindow::TellOfCamera() {
+  patience_.setSingleShot(true);
+  patience_.setInterval(Notice::kPatienceMilliseconds);
+  retry_.setSingleShot(true);
+  retry_.setInterval(kRetryMilliseconds);
+  QObject::connect(&patience_, &QTimer::timeout, this,
+                   [this] { notice_->ShowProgress(tr("Waiting for %1…").arg(ShownAddress(options_.camera))); });
+  QObject::connect(&retry_, &QTimer::timeout, this, &ViewerWindow::Start);
+  QObject::connect(notice_, &Notice::Retried, this, &ViewerWindow::Start);
+  QObject::connect(viewer_, &VideoServerPushWidget::Connected, this, &ViewerWindow::OnConnected);
+  QObject::connect(viewer_, &VideoServerPushWidget::ConnectionFailed, this, [this] {
+    patience_.stop();
+    notice_->ShowProblem(WhyNoPicture());
+  });
+  QObject::connect(viewer_, &VideoServerPushWidget::ConnectionBroken, this, [this] {
+    notice_->ShowProgress(tr("%1 does not answer any more. Trying again…").arg(ShownAddress(options_.camera)));
+  });
+  QObject::connect(viewer_, &VideoServerPushWidget::StreamInfo, notice_, &Notice::EndProgress);
+}
+
+void ViewerWindow::OnConnected() {
+  constexpr std::array<std::uint8_t, 2> kStartOfJpeg{0xff, 0xd8};
+  patience_.stop();
+  const std::vector<std::uint8_t> picture = viewer_->Control().GetPictureArray();
+  const bool is_jpeg =
+      picture.size() > kStartOfJpeg.size() && std::equal(kStartOfJpeg.begin(), kStartOfJpeg.end(), picture.begin());
+  if (is_jpeg || picture.empty()) return notice_->Dismiss();
+  notice_->ShowProblem(
+      tr("What is at %1 is no JPEG picture. Give the whole address of one; a camera server is opened as "
+         "%2, without http://.")
+          .arg(ShownAddress(options_.camera), ServerOf(options_.camera)));
+}
+
+// A viewer that reconnects by itself goes on with a stream that it had; a first try it makes once only.
+void ViewerWindow::OnStarted() {
+  const bool runs = viewer_->Control().MasterTimer.Enabled;
+  if (options_.auto_reconnect && !runs && options_.mosaic.empty()) retry_.start();
+}
+
+QString ViewerWindow::WhyNoPicture() {
+  const QString place = ShownAddress(options_.camera);
+  // The status line ends with the answer's status, 0 where there was none; it names none where there is no such video.
+  static const QRegularExpression status_in_brackets(QStringLiteral("\\((\\d+)\\)$"));
+  const QString line = QString::fromStdString(viewer_->Control().lStatus.Caption);
+  const QRegularExpressionMatch match = status_in_brackets.match(line);
+  const int status = match.hasMatch() ? match.captured(1).toInt() : kVideoNotFound;
+  switch (status) {
+    case 0:
+      return tr("%1 does not answer. Is the address right, and is the camera on?").arg(place);
+    case kUnauthorized:
+    case kForbidden:
+      return tr("%1 does not accept this user name and password.").arg(place);
+    case kNotFound:
+    case kVideoNotFound:
+      return tr("There is no picture at %1.").arg(place);
+    default:
+      return tr("%1 answers with status %2.").arg(place).arg(status);
+  }
 }
 
 void ViewerWindow::TimeFirstPicture() {
@@ -88,8 +169,10 @@ void ViewerWindow::Start() {
   // As a handler, so that the wait for the first answer suspends this call alone.
   QTimer::singleShot(0, viewer_, [this] {
     if (options_.time_first_picture) TimeFirstPicture();
-    viewer_->RunHandler([viewer = QPointer(viewer_), options = options_] {
+    if (options_.mosaic.empty() && !notice_->isVisible()) patience_.start();
+    viewer_->RunHandler([this, viewer = QPointer(viewer_), options = options_] {
       if (viewer) Show(*viewer, options);
+      if (viewer) OnStarted();
     });
   });
 }

@@ -1,14 +1,17 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QTimer>
 
+#include "notice.h"
 #include "orbelcast/video_server_push_widget.h"
 #include "platform/signal.h"
 #include "player_options.h"
 
 namespace orbelcast {
 
-/// One camera in a window: the stream viewer fills it.
+/// One camera in a window, or a mosaic of several: the stream viewer fills it. What a person must know of the one
+/// camera (that it is waited for, that it cannot be seen and why) stands in a notice of the window.
 class ViewerWindow final : public QMainWindow {
   Q_OBJECT
 
@@ -21,10 +24,19 @@ class ViewerWindow final : public QMainWindow {
  private:
   void Configure();
   void AddShortcuts();
+  void TellOfCamera();
   void TimeFirstPicture();
+  /// The stream runs, or has failed to begin.
+  void OnStarted();
+  void OnConnected();
+  /// Why Connect has failed, for a person.
+  QString WhyNoPicture();
 
   PlayerOptions options_;
   VideoServerPushWidget* viewer_;
+  Notice* notice_;
+  QTimer patience_;  // until a wait is worth a notice
+  QTimer retry_;     // until a camera that has not answered yet is tried again
   Connection first_picture_;
 };
 
