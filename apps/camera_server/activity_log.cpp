@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "bounds.h"
+#include "platform/ascii.h"
 
 namespace orbelcast::camera_server {
 
@@ -11,9 +12,7 @@ namespace {
 
 /// `text` as it can stand in a line: short, and without what would end the line or be taken for more than text.
 std::string OneLine(std::string_view text, std::size_t most) {
-  std::string line(text.substr(0, most));
-  std::replace_if(
-      line.begin(), line.end(), [](unsigned char letter) { return letter < 0x20 || letter == 0x7f; }, ' ');
+  std::string line = WithoutControls(std::string(text.substr(0, most)), ' ');
   if (text.size() > most) line += "...";
   return line;
 }

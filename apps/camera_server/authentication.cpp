@@ -10,6 +10,9 @@
 #include <span>
 #include <stdexcept>
 
+#include "hexadecimal.h"
+#include "platform/ascii.h"
+
 namespace orbelcast::camera_server {
 
 namespace {
@@ -21,23 +24,13 @@ constexpr std::chrono::minutes kNonceLife{5};
 constexpr std::size_t kMaxUsedNonces = 4096;
 constexpr std::size_t kTimeDigits = 16;
 
-std::string Hex(std::span<const unsigned char> bytes) {
-  static constexpr std::string_view kDigits = "0123456789abcdef";
-  std::string text;
-  for (const unsigned char byte : bytes) {
-    text += kDigits[byte >> 4];
-    text += kDigits[byte & 0xf];
-  }
-  return text;
-}
-
 std::string Md5(std::string_view text) {
   std::array<unsigned char, EVP_MAX_MD_SIZE> hash{};
   unsigned size = 0;
   if (EVP_Digest(text.data(), text.size(), hash.data(), &size, EVP_md5(), nullptr) != 1) {
     throw std::runtime_error("MD5 is not available, so Digest authentication is not either");
   }
-  return Hex(std::span(hash).first(size));
+  return Hexadecimal(std::span(hash).first(size));
 }
 
 /// Takes as long wherever the texts differ, so that nobody can guess one from how long it took.
@@ -130,7 +123,7 @@ std::string Nonces::Sign(std::string_view time) const {
   unsigned size = 0;
   HMAC(EVP_sha256(), secret_.data(), static_cast<int>(secret_.size()),
        reinterpret_cast<const unsigned char*>(time.data()), time.size(), hash.data(), &size);
-  return Hex(std::span(hash).first(size)).substr(0, 32);
+  return Hexadecimal(std::span(hash).first(size)).substr(0, 32);
 }
 
 std::string Nonces::Make(Clock::time_point now) const {
@@ -139,7 +132,7 @@ std::string Nonces::Make(Clock::time_point now) const {
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     bytes.at(i) = static_cast<unsigned char>(microseconds >> (8 * (bytes.size() - 1 - i)));
   }
-  const std::string time = Hex(bytes);
+  const std::string time = Hexadecimal(bytes);
   return time + Sign(time);
 }
 

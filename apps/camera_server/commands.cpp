@@ -1,15 +1,14 @@
 #include "commands.h"
 
-#include <charconv>
 #include <memory>
 #include <optional>
 #include <string>
-#include <system_error>
 #include <utility>
 
 #include "archive_query.h"
 #include "http_status.h"
 #include "picture_answer.h"
+#include "query.h"
 
 namespace orbelcast::camera_server {
 
@@ -19,13 +18,6 @@ namespace {
 std::optional<std::string_view> After(std::string_view text, std::string_view word) {
   if (!text.starts_with(word)) return std::nullopt;
   return text.substr(word.size());
-}
-
-std::optional<int> WholeNumber(std::string_view text) {
-  int number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size() || number < 0) return std::nullopt;
-  return number;
 }
 
 std::string Quoted(std::string_view text) {

@@ -1,6 +1,5 @@
 #include "control.h"
 
-#include <charconv>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -28,10 +27,8 @@ Reply AnswerInputs(Rooms& rooms, std::string_view target) {
   const std::string_view input = QueryValue(target, "input");
   const std::string_view state = QueryValue(target, "state");
   if (!input.empty() || !state.empty()) {
-    int number = 0;
-    std::from_chars(input.data(), input.data() + input.size(), number);
     const bool is_state = state == "0" || state == "1";
-    if (!is_state || !rooms.site.SwitchInput(number, state == "1")) {
+    if (!is_state || !rooms.site.SwitchInput(WholeNumber(input).value_or(0), state == "1")) {
       return TextReply(400, "Give the number of an input and a state: input=1&state=1");
     }
   }

@@ -5,6 +5,7 @@
 
 #include "bounds.h"
 #include "http_status.h"
+#include "platform/ascii.h"
 
 namespace orbelcast::camera_server {
 
@@ -15,10 +16,6 @@ constexpr int kHeadTooLarge = 431;
 constexpr int kNotImplemented = 501;
 constexpr int kVersionNotSupported = 505;
 
-char LowerCase(char letter) {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
 bool IsToken(std::string_view text) {
   static constexpr std::string_view kMarks = "!#$%&'*+-.^_`|~";
   return !text.empty() && std::all_of(text.begin(), text.end(), [](char letter) {
@@ -26,17 +23,6 @@ bool IsToken(std::string_view text) {
     return (lower >= 'a' && lower <= 'z') || (letter >= '0' && letter <= '9') ||
            kMarks.find(letter) != std::string_view::npos;
   });
-}
-
-bool HoldsControl(std::string_view text) {
-  return std::any_of(text.begin(), text.end(), [](unsigned char letter) { return letter < 0x20 || letter == 0x7f; });
-}
-
-std::string_view Trim(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t";
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
 /// Takes the next line, without its end, off the front of `text`.
@@ -63,7 +49,7 @@ int ParseRequestLine(std::string_view line, Request& request) {
   const std::string_view version = line.substr(last + 1);
   const std::string_view target = WithoutAuthority(line.substr(first + 1, last - first - 1));
   if (!IsToken(line.substr(0, first)) || !version.starts_with("HTTP/")) return kBadRequest;
-  if (!target.starts_with('/') || HoldsControl(target)) return kBadRequest;
+  if (!target.starts_with('/') || HasControlCharacter(target)) return kBadRequest;
   if (version != "HTTP/1.1" && version != "HTTP/1.0") return kVersionNotSupported;
   request.method = line.substr(0, first);
   request.target = target;
@@ -75,7 +61,7 @@ int ParseHeaderLine(std::string_view line, Request& request) {
   const std::size_t colon = line.find(':');
   if (colon == std::string_view::npos || !IsToken(line.substr(0, colon))) return kBadRequest;
   if (request.headers.size() >= kMaxHeaderLines) return kHeadTooLarge;
-  request.headers.emplace_back(line.substr(0, colon), Trim(line.substr(colon + 1)));
+  request.headers.emplace_back(line.substr(0, colon), Trimmed(line.substr(colon + 1)));
   return 0;
 }
 
@@ -90,11 +76,6 @@ int ReadBodySize(Request& request) {
 }
 
 }  // namespace
-
-bool EqualIgnoringCase(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char left, char right) { return LowerCase(left) == LowerCase(right); });
-}
 
 std::string_view Request::Header(std::string_view name) const {
   const auto found = std::find_if(headers.begin(), headers.end(),

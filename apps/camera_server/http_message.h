@@ -14,9 +14,6 @@ namespace orbelcast::camera_server {
 /// Names and values, in the order in which they came or go.
 using Headers = std::vector<std::pair<std::string, std::string>>;
 
-/// True when the texts are equal but for the case of ASCII letters.
-bool EqualIgnoringCase(std::string_view a, std::string_view b);
-
 /// One request, without a body: none is used.
 struct Request {
   std::string method;

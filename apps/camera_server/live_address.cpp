@@ -1,18 +1,12 @@
 #include "live_address.h"
 
 #include <algorithm>
-#include <charconv>
+
+#include "query.h"
 
 namespace orbelcast::camera_server {
 
 namespace {
-
-std::optional<int> ParseNumber(std::string_view text) {
-  int number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size() || number < 0) return std::nullopt;
-  return number;
-}
 
 void ReadQuery(std::string_view query, PictureForm& form) {
   while (!query.empty()) {
@@ -20,7 +14,7 @@ void ReadQuery(std::string_view query, PictureForm& form) {
     query.remove_prefix(std::min(query.size(), item.size() + 1));
     const std::size_t equals = item.find('=');
     if (equals == std::string_view::npos) continue;
-    const std::optional<int> number = ParseNumber(item.substr(equals + 1));
+    const std::optional<int> number = WholeNumber(item.substr(equals + 1));
     if (!number) continue;
     const std::string_view name = item.substr(0, equals);
     if (name == "width") form.width = *number;
@@ -34,9 +28,9 @@ void ReadQuery(std::string_view query, PictureForm& form) {
 std::optional<PictureForm> ParsePictureCode(std::string_view code) {
   constexpr std::size_t kLength = 12;
   if (code.size() < kLength || code[4] != 'x') return std::nullopt;
-  const auto width = ParseNumber(code.substr(0, 4));
-  const auto height = ParseNumber(code.substr(5, 4));
-  const auto quality = ParseNumber(code.substr(9, 3));
+  const auto width = WholeNumber(code.substr(0, 4));
+  const auto height = WholeNumber(code.substr(5, 4));
+  const auto quality = WholeNumber(code.substr(9, 3));
   if (!width || !height || !quality) return std::nullopt;
   return PictureForm{.width = *width, .height = *height, .quality = *quality};
 }
@@ -55,7 +49,7 @@ std::optional<LiveAddress> ParseLiveAddress(std::string_view target, const Pictu
   }
   address.form = address.form.Bounded();
   const std::size_t slash = path.find('/');
-  address.camera = ParseNumber(path.substr(0, slash)).value_or(0);
+  address.camera = WholeNumber(path.substr(0, slash)).value_or(0);
   if (slash != std::string_view::npos) address.login = path.substr(slash + 1);
   return address;
 }

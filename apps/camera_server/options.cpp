@@ -18,6 +18,7 @@
 #include "bounds.h"
 #include "credentials_file.h"
 #include "faults.h"
+#include "platform/ascii.h"
 #include "platform/version.h"
 #include "usage.h"
 #include "within.h"
@@ -62,9 +63,7 @@ void ParseSize(const std::string& text, PictureForm& form) {
 
 /// What goes into a line, of headers or of the information, must not be able to end it or a field of it.
 std::string CheckLineText(const std::string& text) {
-  const bool is_bad =
-      std::any_of(text.begin(), text.end(), [](unsigned char letter) { return letter < 0x20 || letter == 0x7f; });
-  return is_bad ? "holds a line break or another control character" : "";
+  return HasControlCharacter(text) ? "holds a line break or another control character" : "";
 }
 
 /// "Siren" or "Porch light=on".

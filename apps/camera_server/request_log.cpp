@@ -10,6 +10,7 @@
 #include "bounds.h"
 #include "live_address.h"
 #include "login_base.h"
+#include "platform/ascii.h"
 #include "time_text.h"
 
 namespace orbelcast::camera_server {

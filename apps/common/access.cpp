@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "credentials_file.h"
+#include "environment.h"
 #include "protocol/server_address.h"
 
 namespace orbelcast {
@@ -13,12 +14,6 @@ namespace {
 
 constexpr const char* kUserVariable = "ORBELCAST_USER";
 constexpr const char* kPasswordVariable = "ORBELCAST_PASSWORD";
-
-/// A variable's text; an empty one counts as one that is not set.
-std::string Environment(const char* variable) {
-  const char* const text = std::getenv(variable);
-  return text == nullptr ? std::string() : text;
-}
 
 struct AccessOptions {
   CLI::Option* user;
@@ -44,8 +39,8 @@ void TakeFile(const CLI::App& command, const AccessOptions& options, Access& acc
 }
 
 void TakeEnvironment(const AccessOptions& options, Access& access) {
-  if (options.user->count() == 0) access.user = Environment(kUserVariable);
-  if (options.password->count() == 0) access.password = Environment(kPasswordVariable);
+  if (options.user->count() == 0) access.user = EnvironmentText(kUserVariable);
+  if (options.password->count() == 0) access.password = EnvironmentText(kPasswordVariable);
 }
 
 }  // namespace

@@ -2,16 +2,11 @@
 
 #include <unistd.h>
 
-#include <cstdlib>
+#include "environment.h"
 
 namespace orbelcast {
 
 namespace {
-
-std::string_view Variable(const char* name) {
-  const char* const text = std::getenv(name);
-  return text == nullptr ? std::string_view() : text;
-}
 
 std::string_view CodeOf(Colour colour) {
   switch (colour) {
@@ -32,7 +27,7 @@ std::string_view CodeOf(Colour colour) {
 }  // namespace
 
 Colours::Colours(int descriptor)
-    : used_(::isatty(descriptor) != 0 && Variable("NO_COLOR").empty() && Variable("TERM") != "dumb") {}
+    : used_(::isatty(descriptor) != 0 && EnvironmentText("NO_COLOR").empty() && EnvironmentText("TERM") != "dumb") {}
 
 std::string Colours::Paint(Colour colour, std::string_view text) const {
   if (!used_) return std::string(text);

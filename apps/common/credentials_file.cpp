@@ -10,6 +10,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "platform/ascii.h"
+
 namespace orbelcast {
 
 namespace {
@@ -49,20 +51,9 @@ std::string ReadAll(const std::filesystem::path& file, const Descriptor& descrip
   }
 }
 
-std::string_view Trimmed(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r";
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
 std::string_view Unquoted(std::string_view text) {
   const bool quoted = text.size() >= 2 && text.front() == '"' && text.back() == '"';
   return quoted ? text.substr(1, text.size() - 2) : text;
-}
-
-bool HasControlCharacter(std::string_view text) {
-  return std::ranges::any_of(text, [](unsigned char letter) { return letter < 0x20 || letter == 0x7f; });
 }
 
 }  // namespace
@@ -78,7 +69,7 @@ Credentials ReadCredentials(const std::filesystem::path& file) {
   std::string_view rest = text;
   for (int number = 1; !rest.empty(); ++number) {
     const std::size_t end = std::min(rest.find('\n'), rest.size());
-    const std::string_view line = Trimmed(rest.substr(0, end));
+    const std::string_view line = Trimmed(rest.substr(0, end), " \t\r");
     rest.remove_prefix(std::min(end + 1, rest.size()));
     if (line.empty() || line.starts_with('#')) continue;
 

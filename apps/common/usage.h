@@ -2,6 +2,8 @@
 
 #include <CLI/CLI.hpp>
 
+/// What the command lines of all programs have in common: wrong usage (usage.h), who asks (access.h,
+/// credentials_file.h), numbers and files as options take them, colours on a terminal.
 namespace orbelcast {
 
 /// The exit status of every program for wrong usage. (CLI11 has others.)

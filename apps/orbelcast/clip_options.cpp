@@ -4,6 +4,7 @@
 #include <cctype>
 #include <string_view>
 
+#include "platform/ascii.h"
 #include "within.h"
 #include "writable_file.h"
 
@@ -15,7 +16,7 @@ namespace {
 std::string Plain(std::string_view name) {
   std::string plain;
   for (const unsigned char letter : name) {
-    if (std::isalnum(letter) != 0) plain += static_cast<char>(std::tolower(letter));
+    if (std::isalnum(letter) != 0) plain += LowerCase(static_cast<char>(letter));
   }
   return plain;
 }
@@ -32,10 +33,8 @@ void ParseCodec(const std::string& text, ClipOptions& options) {
 }  // namespace
 
 std::filesystem::path ParseClipFile(const std::string& option, const std::string& text) {
-  std::string ending = std::filesystem::path(text).extension().string();
-  std::ranges::transform(ending, ending.begin(),
-                         [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
-  if (ending != ".avi") throw CLI::ValidationError(option, "the clip's name must end in .avi");
+  if (!EqualIgnoringCase(std::filesystem::path(text).extension().string(), ".avi"))
+    throw CLI::ValidationError(option, "the clip's name must end in .avi");
   if (const std::string why = WhyUnwritable(text); !why.empty()) {
     throw CLI::ValidationError(option, "cannot write " + text + ": " + why);
   }

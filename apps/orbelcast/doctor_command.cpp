@@ -20,13 +20,15 @@
 #include "http_status.h"
 #include "masked_address.h"
 #include "network_steps.h"
+#include "option_values.h"
+#include "platform/ascii.h"
 #include "protocol/relay.h"
 #include "protocol/server_address.h"
 #include "protocol/server_info.h"
 #include "protocol/text.h"
+#include "seconds.h"
 #include "server_entries.h"
 #include "watcher.h"
-#include "within.h"
 
 namespace orbelcast {
 
@@ -337,7 +339,7 @@ class Examination {
   /// The first request that needs the credentials; 0 where no answer came.
   int AskForStatus() {
     if (IsPicture()) {
-      picture_address_ = BeginsWith(server_, "http://") ? server_ : "http://" + server_;
+      picture_address_ = StartsWithIgnoringCase(server_, "http://") ? server_ : "http://" + server_;
       picture_ = Fetch(picture_address_);
       return picture_->status;
     }
@@ -349,9 +351,8 @@ class Examination {
   bool ChooseCamera(Step& step, const std::vector<Entry>& cameras) {
     auto camera = cameras.begin();
     if (!options_.device.empty()) {
-      camera = std::ranges::find_if(cameras, [this](const Entry& each) {
-        return each.Field(0).size() == options_.device.size() && BeginsWith(each.Field(0), options_.device);
-      });
+      camera = std::ranges::find_if(
+          cameras, [this](const Entry& each) { return EqualIgnoringCase(each.Field(0), options_.device); });
     }
     if (camera == cameras.end()) {
       std::string devices;
@@ -360,7 +361,7 @@ class Examination {
     }
     camera_name_ = camera->Field(1) + " (" + camera->Field(0) + ")";
     live_base_ = camera->Field(2);
-    if (!BeginsWith(live_base_, "http://")) {
+    if (!StartsWithIgnoringCase(live_base_, "http://")) {
       return Fail(step, "the address of " + camera_name_ + " does not begin with http://: '" + live_base_ + "'",
                   "set the camera's address at the server: its information must name one that clients reach");
     }
@@ -441,17 +442,13 @@ class Examination {
       const auto now = Steady::now();
       if (rate.pictures++ == 0) {
         first = now;
-        queue.ArmTimer(Duration(options_.seconds), [&watcher] { watcher.End(); });
+        queue.ArmTimer(Seconds(options_.seconds), [&watcher] { watcher.End(); });
       }
       rate.seconds = std::chrono::duration<double>(now - first).count();
     };
-    queue.ArmTimer(Duration(options_.time_out + options_.seconds), [&watcher] { watcher.End(); });
+    queue.ArmTimer(Seconds(options_.time_out + options_.seconds), [&watcher] { watcher.End(); });
     watcher.Run();
     return rate;
-  }
-
-  static EventQueue::Nanoseconds Duration(double seconds) {
-    return std::chrono::duration_cast<EventQueue::Nanoseconds>(std::chrono::duration<double>(seconds));
   }
 
   const DoctorOptions& options_;
@@ -484,17 +481,13 @@ void AddDoctorOptions(CLI::App& command, DoctorOptions& options) {
       .add_option("--device", options.device, "The camera to look at, by its id on the server (default: the first one)")
       ->type_name("ID")
       ->group(group);
-  command
-      .add_option(
-          "--timeout", options.time_out,
-          "Seconds that each step may take; may have decimals (default: 10). Looking up a name takes as long as "
-          "the system does")
-      ->check(Within(0.001, 1e6))
-      ->type_name("S")
+  AddSecondsOption(command, "--timeout", options.time_out,
+                   "Seconds that each step may take; may have decimals (default: 10). Looking up a name takes as long "
+                   "as the system does",
+                   kLongestTimeOut)
       ->group(group);
-  command.add_option("--seconds", options.seconds, "How long the rate is measured; may have decimals (default: 2)")
-      ->check(Within(0.001, 1e6))
-      ->type_name("S")
+  AddSecondsOption(command, "--seconds", options.seconds,
+                   "How long the rate is measured; may have decimals (default: 2)")
       ->group(group);
   command.add_flag("--json", options.json, "Print JSON, for programs, at the end")->group("Output");
 }

@@ -6,7 +6,7 @@
 #include <ostream>
 
 #include "masked_address.h"
-#include "server_entries.h"
+#include "platform/ascii.h"
 
 namespace orbelcast {
 
@@ -68,8 +68,8 @@ void DoctorReport::AddToJson(const Step& step) {
 void DoctorReport::Print(const Step& step) {
   const std::string word = WordOf(step.result);
   output_ << colours_.Paint(ColourOf(step.result), word) << Blanks(kNameColumn, word) << step.name
-          << Blanks(kFoundColumn, step.name) << Printable(step.found) << '\n';
-  if (!step.advice.empty()) output_ << Blanks(kNameColumn, {}) << "-> " << Printable(step.advice) << '\n';
+          << Blanks(kFoundColumn, step.name) << WithoutControls(step.found) << '\n';
+  if (!step.advice.empty()) output_ << Blanks(kNameColumn, {}) << "-> " << WithoutControls(step.advice) << '\n';
   output_.flush();  // a step may take a while: what is known so far is shown
 }
 

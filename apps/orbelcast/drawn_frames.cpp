@@ -3,13 +3,13 @@
 namespace orbelcast {
 
 bool DrawnFrames::DrawJpeg(Surface& target, const FrameBytes& jpeg, int width, int height) {
-  const bool drawn = decoder_.DrawJpeg(target, jpeg, width, height);
+  const bool drawn = ForwardingJpegDecoder::DrawJpeg(target, jpeg, width, height);
   if (drawn) Note(jpeg);
   return drawn;
 }
 
 bool DrawnFrames::DrawJpegAt(Surface& target, const FrameBytes& jpeg, int x, int y, int width, int height) {
-  const bool drawn = decoder_.DrawJpegAt(target, jpeg, x, y, width, height);
+  const bool drawn = ForwardingJpegDecoder::DrawJpegAt(target, jpeg, x, y, width, height);
   if (drawn) Note(jpeg);
   return drawn;
 }

@@ -6,11 +6,11 @@
 
 namespace orbelcast {
 
-/// A decoder that passes everything on to another one and counts the frames that were drawn: a frame counts once,
-/// however many surfaces it is drawn on, and only if it could be decoded.
-class DrawnFrames final : public JpegDecoder {
+/// Counts the frames that were drawn: a frame counts once, however many surfaces it is drawn on, and only if it could
+/// be decoded.
+class DrawnFrames final : public ForwardingJpegDecoder {
  public:
-  explicit DrawnFrames(JpegDecoder& decoder) : decoder_(decoder) {}
+  using ForwardingJpegDecoder::ForwardingJpegDecoder;
 
   /// Called in the middle of drawing, after each new frame: short work that neither yields nor ends the control.
   std::function<void()> on_frame;
@@ -21,13 +21,10 @@ class DrawnFrames final : public JpegDecoder {
 
   bool DrawJpeg(Surface& target, const FrameBytes& jpeg, int width, int height) override;
   bool DrawJpegAt(Surface& target, const FrameBytes& jpeg, int x, int y, int width, int height) override;
-  int JpegWidth() const override { return decoder_.JpegWidth(); }
-  int JpegHeight() const override { return decoder_.JpegHeight(); }
 
  private:
   void Note(const FrameBytes& jpeg);
 
-  JpegDecoder& decoder_;
   FrameBytes newest_;
   int count_ = 0;
 };

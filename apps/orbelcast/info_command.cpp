@@ -11,11 +11,12 @@
 #include "event_json.h"
 #include "http_status.h"
 #include "masked_address.h"
+#include "option_values.h"
+#include "platform/ascii.h"
 #include "protocol/relay.h"
 #include "protocol/server_info.h"
 #include "protocol/text.h"
 #include "server_entries.h"
-#include "within.h"
 
 namespace orbelcast {
 
@@ -43,7 +44,8 @@ class Table {
 
   void Row(const std::string& name, const std::string& value) {
     if (value.empty()) return;
-    output_ << name << std::string(kNameWidth - std::min(name.size(), kNameWidth - 1), ' ') << Printable(value) << '\n';
+    output_ << name << std::string(kNameWidth - std::min(name.size(), kNameWidth - 1), ' ') << WithoutControls(value)
+            << '\n';
   }
 
   /// A heading and a line an entry: its number, its cells in columns.
@@ -60,7 +62,7 @@ class Table {
       std::string line = "  " + std::to_string(number);
       line.resize(std::max(line.size(), std::size_t{6}), ' ');
       for (std::size_t i = 0; i < row.size(); ++i)
-        line += Printable(row[i]) + std::string(widths[i] - WidthOf(row[i]) + 2, ' ');
+        line += WithoutControls(row[i]) + std::string(widths[i] - WidthOf(row[i]) + 2, ' ');
       output_ << line.substr(0, line.find_last_not_of(' ') + 1) << '\n';
     }
   }
@@ -176,11 +178,9 @@ void AddInfoOptions(CLI::App& command, InfoOptions& options) {
       ->check(CheckServer)
       ->type_name("");
   AddAccessOptions(command, options.access, "User name, sent with the request (default: none)");
-  command
-      .add_option("--timeout", options.time_out,
-                  "Seconds that connecting and that the answer may take each; may have decimals (default: 10)")
-      ->check(Within(0.001, 1e6))
-      ->type_name("S")
+  AddSecondsOption(command, "--timeout", options.time_out,
+                   "Seconds that connecting and that the answer may take each; may have decimals (default: 10)",
+                   kLongestTimeOut)
       ->group("Request");
   command.add_flag("--json", options.json, "Print JSON, for programs, instead of a table")->group("Output");
 }

@@ -1,7 +1,8 @@
 #include "masked_address.h"
 
 #include <algorithm>
-#include <cctype>
+
+#include "platform/ascii.h"
 
 namespace orbelcast {
 
@@ -23,10 +24,7 @@ void MaskUserInfo(std::string& text) {
 
 // …/$openlogin/USER/PASSWORD/…, as camera servers take it in the path.
 void MaskOpenLogin(std::string& text) {
-  std::string lowered = text;
-  std::transform(lowered.begin(), lowered.end(), lowered.begin(),
-                 [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
-  const std::size_t login = lowered.find(kOpenLogin);
+  const std::size_t login = LowerCase(text).find(kOpenLogin);
   if (login == std::string::npos) return;
   const std::size_t user = login + kOpenLogin.size();
   const std::size_t slash = text.find('/', user);
@@ -48,9 +46,7 @@ void MaskLiveLogin(std::string& text) {
 
 }  // namespace
 
-MaskedAddress::MaskedAddress(std::string_view address) : text_(address) {
-  std::replace_if(
-      text_.begin(), text_.end(), [](unsigned char letter) { return std::iscntrl(letter) != 0; }, '?');
+MaskedAddress::MaskedAddress(std::string_view address) : text_(WithoutControls(std::string(address))) {
   MaskUserInfo(text_);
   MaskOpenLogin(text_);
   MaskLiveLogin(text_);

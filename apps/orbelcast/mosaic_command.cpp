@@ -1,6 +1,5 @@
 #include "mosaic_command.h"
 
-#include <chrono>
 #include <memory>
 #include <optional>
 #include <ostream>
@@ -13,43 +12,34 @@
 #include "option_values.h"
 #include "picture_file.h"
 #include "play_command.h"
+#include "seconds.h"
 #include "stop_signals.h"
 #include "timed_clip.h"
 #include "viewer/interface.h"
 #include "viewer/video_server_push.h"
-#include "within.h"
 
 namespace orbelcast {
 
 namespace {
 
-using std::chrono::duration;
-using std::chrono::duration_cast;
-
 /// What events say they come from.
 constexpr std::string_view kControlName = "viewer";
 
-/// A decoder that passes everything on to another one and notes where a picture was drawn, by its top-left corner.
-class DrawnTiles final : public JpegDecoder {
+/// Notes where a picture was drawn, by its top-left corner.
+class DrawnTiles final : public ForwardingJpegDecoder {
  public:
-  explicit DrawnTiles(JpegDecoder& decoder) : decoder_(decoder) {}
+  using ForwardingJpegDecoder::ForwardingJpegDecoder;
 
-  bool DrawJpeg(Surface& target, const FrameBytes& jpeg, int width, int height) override {
-    return decoder_.DrawJpeg(target, jpeg, width, height);
-  }
   bool DrawJpegAt(Surface& target, const FrameBytes& jpeg, int x, int y, int width, int height) override {
-    const bool drawn = decoder_.DrawJpegAt(target, jpeg, x, y, width, height);
+    const bool drawn = ForwardingJpegDecoder::DrawJpegAt(target, jpeg, x, y, width, height);
     if (drawn) corners_.emplace(x, y);
     return drawn;
   }
-  int JpegWidth() const override { return decoder_.JpegWidth(); }
-  int JpegHeight() const override { return decoder_.JpegHeight(); }
 
   bool Any() const { return !corners_.empty(); }
   bool At(int x, int y) const { return corners_.contains({x, y}); }
 
  private:
-  JpegDecoder& decoder_;
   std::set<std::pair<int, int>> corners_;
 };
 
@@ -85,7 +75,7 @@ class MosaicHost {
     ListenToAll(viewer_->Events,
                 [this](const EventEntry& event, std::span<const EventArgument> arguments) { Note(event, arguments); });
     if (options_.seconds) {
-      queue.ArmTimer(duration_cast<EventQueue::Nanoseconds>(duration<double>(*options_.seconds)), [this] { End(); });
+      queue.ArmTimer(Seconds(*options_.seconds), [this] { End(); });
     }
     viewer_->Resize(static_cast<float>(options_.width * platform_.screen.TwipsPerPixelX()),
                     static_cast<float>(options_.height * platform_.screen.TwipsPerPixelY()));
@@ -186,15 +176,10 @@ void AddMosaicOptions(CLI::App& command, MosaicOptions& options) {
       ->type_name("WxH");
 
   const std::string end = "When to end";
-  auto* rounds = command
-                     .add_option("--rounds", options.rounds,
-                                 "End after N rounds, 1 or more; a round takes half a second a camera (default: 1)")
-                     ->check(Within(1, 1'000'000'000))
-                     ->type_name("N")
+  auto* rounds = AddCountOption(command, "--rounds", options.rounds,
+                                "End after N rounds, 1 or more; a round takes half a second a camera (default: 1)")
                      ->group(end);
-  command.add_option("--seconds", options.seconds, "End after S seconds, more than 0; may have decimals")
-      ->check(Within(0.001, 1e6))
-      ->type_name("S")
+  AddSecondsOption(command, "--seconds", options.seconds, "End after S seconds, more than 0; may have decimals")
       ->group(end)
       ->excludes(rounds);
 

@@ -1,9 +1,9 @@
 #include "option_values.h"
 
 #include <algorithm>
-#include <cctype>
 
 #include "masked_address.h"
+#include "platform/ascii.h"
 #include "protocol/text.h"
 #include "writable_file.h"
 
@@ -17,14 +17,27 @@ void AddCameraOptions(CLI::App& command, std::string& url, Access& access) {
   AddAccessOptions(command, access, "User name, sent when the server asks for one (default: none)");
 }
 
+void AddStreamOptions(CLI::App& command, std::int16_t& frame_rate, bool& auto_reconnect) {
+  const std::string stream = "Stream";
+  command
+      .add_option("--frame-rate", frame_rate,
+                  "Pictures a second, 1 to 30 (default: " + std::to_string(frame_rate) + ")")
+      ->check(Within(1, 30))
+      ->type_name("N")
+      ->group(stream);
+  command
+      .add_flag("--auto-reconnect", auto_reconnect,
+                "Try again silently when the camera fails, also when it does not answer at first")
+      ->group(stream);
+}
+
 std::string CheckAddress(const std::string& url) {
-  if (std::any_of(url.begin(), url.end(), [](unsigned char letter) { return std::iscntrl(letter) != 0; })) {
-    return "the address holds a line break or another control character";
-  }
+  if (HasControlCharacter(url)) return "the address holds a line break or another control character";
   constexpr std::string_view kScheme = "http://";
   constexpr const char* kSuchAs = "such as http://127.0.0.1:8080/live/1";
-  if (BeginsWith(url, kScheme) && url.size() > kScheme.size()) return {};
-  if (BeginsWith(url, "https://")) return "cameras are asked by http, not https; give http://…, if the camera has that";
+  if (StartsWithIgnoringCase(url, kScheme) && url.size() > kScheme.size()) return {};
+  if (StartsWithIgnoringCase(url, "https://"))
+    return "cameras are asked by http, not https; give http://…, if the camera has that";
   if (url.empty() || url.size() == kScheme.size() || url.find("://") != std::string::npos) {
     return std::string("a camera's address begins with http://, ") + kSuchAs;
   }

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <charconv>
+#include <cstdint>
 #include <filesystem>
 #include <initializer_list>
 #include <string>
@@ -10,6 +11,7 @@
 
 #include "access.h"
 #include "picture_file.h"
+#include "within.h"
 
 /// What the commands' options have in common. What is wrong with a value is a CLI::ValidationError that says what is
 /// expected.
@@ -17,6 +19,26 @@ namespace orbelcast {
 
 /// Declares what a command needs to reach one camera: URL, and who asks.
 void AddCameraOptions(CLI::App& command, std::string& url, Access& access);
+
+/// Declares --frame-rate, whose default is what `frame_rate` holds, and --auto-reconnect.
+void AddStreamOptions(CLI::App& command, std::int16_t& frame_rate, bool& auto_reconnect);
+
+/// The longest time that an option takes where a request waits for it: its milliseconds are a number of 32 bits.
+inline constexpr double kLongestTimeOut = 1'000'000;
+/// The longest other one, some thirty years: in nanoseconds the queue can still count it.
+inline constexpr double kLongestTime = 1'000'000'000;
+/// Declares an option that is a time in seconds, more than 0, which may have decimals.
+template <typename Time>
+CLI::Option* AddSecondsOption(CLI::App& command, const std::string& name, Time& seconds, const std::string& description,
+                              double longest = kLongestTime) {
+  return command.add_option(name, seconds, description)->check(Within(0.001, longest))->type_name("S");
+}
+
+/// Declares an option that is a number of something, 1 or more.
+template <typename Count>
+CLI::Option* AddCountOption(CLI::App& command, const std::string& name, Count& count, const std::string& description) {
+  return command.add_option(name, count, description)->check(Within(1, 1'000'000'000))->type_name("N");
+}
 
 /// Empty for a camera's address; else what is wrong with it.
 std::string CheckAddress(const std::string& url);

@@ -2,11 +2,10 @@
 
 #include <unistd.h>
 
-#include <algorithm>
-#include <cctype>
 #include <cerrno>
 #include <cstring>
 
+#include "platform/ascii.h"
 #include "recording/picture_file.h"
 
 namespace orbelcast {
@@ -14,9 +13,7 @@ namespace orbelcast {
 namespace fs = std::filesystem;
 
 PictureFormat FormatOf(const fs::path& file) {
-  std::string ending = file.extension().string();
-  std::transform(ending.begin(), ending.end(), ending.begin(),
-                 [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
+  const std::string ending = LowerCase(file.extension().string());
   if (ending == ".png") return PictureFormat::kPng;
   if (ending == ".bmp") return PictureFormat::kBmp;
   if (ending == ".jpg" || ending == ".jpeg") return PictureFormat::kJpeg;

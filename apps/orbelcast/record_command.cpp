@@ -8,16 +8,13 @@
 
 #include "event_json.h"
 #include "option_values.h"
+#include "seconds.h"
 #include "timed_clip.h"
 #include "watcher.h"
-#include "within.h"
 
 namespace orbelcast {
 
 namespace {
-
-using std::chrono::duration;
-using std::chrono::duration_cast;
 
 constexpr std::chrono::seconds kProgressEvery{1};
 /// Side of the viewer's own picture, which nobody sees: as small as decoding gets.
@@ -65,7 +62,7 @@ class Recording {
     const bool first = clip_.Pictures() == 0;
     if (!clip_.Add() || clip_.Pictures() == options_.frames) return End();
     if (first && options_.seconds) {
-      Queue().ArmTimer(duration_cast<EventQueue::Nanoseconds>(duration<double>(*options_.seconds)), [this] { End(); });
+      Queue().ArmTimer(Seconds(*options_.seconds), [this] { End(); });
     }
   }
 
@@ -113,25 +110,12 @@ void AddRecordOptions(CLI::App& command, RecordOptions& options) {
       ->required()
       ->type_name("");
 
-  const std::string stream = "Stream";
-  command.add_option("--frame-rate", options.frame_rate, "Pictures a second, 1 to 30 (default: 10)")
-      ->check(Within(1, 30))
-      ->type_name("N")
-      ->group(stream);
-  command
-      .add_flag("--auto-reconnect", options.auto_reconnect,
-                "Try again silently when the camera fails, also when it does not answer at first")
-      ->group(stream);
+  AddStreamOptions(command, options.frame_rate, options.auto_reconnect);
   AddClipOptions(command, options.clip);
 
   const std::string end = "When to end (default: at Ctrl-C)";
-  command.add_option("--frames", options.frames, "End after N pictures, 1 or more")
-      ->check(Within(1, 1'000'000'000))
-      ->type_name("N")
-      ->group(end);
-  command.add_option("--seconds", options.seconds, "End S seconds after the first picture; may have decimals")
-      ->check(Within(0.001, 1e9))
-      ->type_name("S")
+  AddCountOption(command, "--frames", options.frames, "End after N pictures, 1 or more")->group(end);
+  AddSecondsOption(command, "--seconds", options.seconds, "End S seconds after the first picture; may have decimals")
       ->group(end);
   command.add_flag("--json", options.json, "Tell of the finished clip as JSON, for programs")->group("Output");
 }

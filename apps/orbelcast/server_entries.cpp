@@ -1,8 +1,6 @@
 #include "server_entries.h"
 
-#include <algorithm>
-#include <cctype>
-
+#include "platform/ascii.h"
 #include "protocol/text.h"
 
 namespace orbelcast {
@@ -25,20 +23,13 @@ std::vector<Entry> EntriesOf(const ServerInfo& info, std::string_view key) {
 
 std::string CheckServer(const std::string& server) {
   if (server.empty() || WithoutHttp(server).empty()) return "give a host, or host:port, such as 127.0.0.1:8080";
-  if (BeginsWith(server, "https://")) return "a camera server is asked by http, not https; leave https:// out";
+  if (StartsWithIgnoringCase(server, "https://"))
+    return "a camera server is asked by http, not https; leave https:// out";
   if (WithoutHttp(server).find("://") != std::string_view::npos) {
     return "a camera server is asked by http; give a host, or host:port, such as 127.0.0.1:8080";
   }
-  if (std::any_of(server.begin(), server.end(), [](unsigned char letter) { return std::iscntrl(letter) != 0; })) {
-    return "the address holds a line break or another control character";
-  }
+  if (HasControlCharacter(server)) return "the address holds a line break or another control character";
   return {};
-}
-
-std::string Printable(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](unsigned char letter) { return std::iscntrl(letter) != 0; }, '?');
-  return text;
 }
 
 }  // namespace orbelcast

@@ -22,7 +22,4 @@ std::vector<Entry> EntriesOf(const ServerInfo& info, std::string_view key);
 /// Empty for a camera server's address; else what is wrong with it.
 std::string CheckServer(const std::string& server);
 
-/// A text from a server on its way to a terminal.
-std::string Printable(std::string text);
-
 }  // namespace orbelcast

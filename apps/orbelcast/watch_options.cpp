@@ -87,18 +87,10 @@ CLI::Option* AddParsed(CLI::App& command, const std::string& name, WatchOptions&
 void AddWatchOptions(CLI::App& command, WatchOptions& options) {
   AddCameraOptions(command, options.url, options.access);
 
-  const std::string stream = "Stream";
-  command.add_option("--frame-rate", options.frame_rate, "Pictures a second, 1 to 30 (default: 1)")
-      ->check(Within(1, 30))
-      ->type_name("N")
-      ->group(stream);
+  AddStreamOptions(command, options.frame_rate, options.auto_reconnect);
   AddParsed(command, "--size", options, ParseSize,
             "Size of the video area in pixels, 1 to 8192 each (default: 640x480)", "WxH")
-      ->group(stream);
-  command
-      .add_flag("--auto-reconnect", options.auto_reconnect,
-                "Try again silently when the camera fails, also when it does not answer at first")
-      ->group(stream);
+      ->group("Stream");
 
   const std::string motion = "Motion";
   auto* area = AddParsed(command, "--motion-area", options, ParseArea,
@@ -121,13 +113,8 @@ void AddWatchOptions(CLI::App& command, WatchOptions& options) {
           ->group(motion);
 
   const std::string end = "When to end (default: at Ctrl-C)";
-  auto* frames = command.add_option("--frames", options.frames, "End after N pictures, 1 or more")
-                     ->check(Within(1, 1'000'000'000))
-                     ->type_name("N")
-                     ->group(end);
-  command.add_option("--seconds", options.seconds, "End after S seconds, more than 0; may have decimals")
-      ->check(Within(0.001, 1e9))
-      ->type_name("S")
+  auto* frames = AddCountOption(command, "--frames", options.frames, "End after N pictures, 1 or more")->group(end);
+  AddSecondsOption(command, "--seconds", options.seconds, "End after S seconds, more than 0; may have decimals")
       ->group(end);
   command.add_flag("--once", options.once, "Fetch and show a single picture")->group(end)->excludes(frames);
 

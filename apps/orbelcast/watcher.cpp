@@ -6,14 +6,12 @@
 #include "event_json.h"
 #include "masked_address.h"
 #include "picture_file.h"
+#include "seconds.h"
 #include "stop_signals.h"
 
 namespace orbelcast {
 
 namespace {
-
-using std::chrono::duration;
-using std::chrono::duration_cast;
 
 /// What events say they come from.
 constexpr std::string_view kControlName = "viewer";
@@ -49,8 +47,7 @@ ExitStatus Watcher::Run() {
     if (options_.frames && drawn_.Count() >= *options_.frames) end_.Complete();
   };
   if (options_.seconds) {
-    queue.ArmTimer(duration_cast<EventQueue::Nanoseconds>(duration<double>(*options_.seconds)),
-                   [this] { end_.Complete(); });
+    queue.ArmTimer(Seconds(*options_.seconds), [this] { end_.Complete(); });
   }
   Configure();
   Connect();

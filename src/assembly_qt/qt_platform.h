@@ -7,6 +7,8 @@
 #include "adapters/qt/yielding_http.h"
 #include "assembly/services.h"
 
+/// The set of services of a Qt application, and the widgets' library, where a widget that is made with nothing but a
+/// parent gets them.
 namespace orbelcast {
 
 /// The platform of a Qt application: Qt's loop, screen, clipboard and dialogs. Made after the QApplication, on its

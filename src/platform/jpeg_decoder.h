@@ -26,4 +26,22 @@ class JpegDecoder {
   virtual int JpegHeight() const = 0;
 };
 
+/// Passes everything on to another decoder, which outlives it; what is derived from it changes a step or two.
+class ForwardingJpegDecoder : public JpegDecoder {
+ public:
+  explicit ForwardingJpegDecoder(JpegDecoder& decoder) : decoder_(decoder) {}
+
+  bool DrawJpeg(Surface& target, const FrameBytes& jpeg, int width, int height) override {
+    return decoder_.DrawJpeg(target, jpeg, width, height);
+  }
+  bool DrawJpegAt(Surface& target, const FrameBytes& jpeg, int x, int y, int width, int height) override {
+    return decoder_.DrawJpegAt(target, jpeg, x, y, width, height);
+  }
+  int JpegWidth() const override { return decoder_.JpegWidth(); }
+  int JpegHeight() const override { return decoder_.JpegHeight(); }
+
+ private:
+  JpegDecoder& decoder_;
+};
+
 }  // namespace orbelcast

@@ -1,6 +1,7 @@
 // Moving through the camera's archive, and the boxes that show where it stands.
 
 #include "player/texts.h"
+#include "player/toolbar.h"
 #include "player/user_control1.h"
 
 namespace orbelcast {
@@ -24,8 +25,8 @@ void UserControl1::SearchArchive() {
                          .minute = TCR[4].Text.Get(),
                          .second = TCR[5].Text.Get()};
   if (!ConnectViewer(ArchiveSearchAddress(ArchiveUrl, time, QualitySuffix), true, "Wait...")) return;
-  Player[1].Enabled = true;
-  Player[3].Enabled = true;
+  Player[toolbar::kReversePlay].Enabled = true;
+  Player[toolbar::kPlay].Enabled = true;
 }
 
 void UserControl1::VS_VigilboxTCR(const std::array<std::string, 6>& fields) {

@@ -1,6 +1,7 @@
 // Where the children sit.
 
 #include "platform/rounding.h"
+#include "player/toolbar.h"
 #include "player/user_control1.h"
 
 namespace orbelcast {
@@ -29,7 +30,7 @@ void UserControl1::Show() {
 void UserControl1::UserControl_Resize() {
   if (Terminating) return;
   const auto alive = StayAlive();
-  for (const std::size_t extended : {11u, 15u, 14u, 13u, 12u, 17u}) Player[extended].Visible = show_extended_features_;
+  for (const std::int16_t extended : toolbar::kExtended) Player[extended].Visible = show_extended_features_;
   if (LayoutFrozen) return;
   PlayerControls.Visible = height_ > kToolbarNeedsHeight && width_ > kToolbarNeedsWidth;
   CamList.Top = 0;

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/ascii.h"
 #include "platform/rounding.h"
 #include "platform/version.h"
 #include "player/limits.h"
@@ -111,7 +112,7 @@ void UserControl1::LoadCameraList(const std::string& address) {
 void UserControl1::SelectDevice(const std::string& device) {
   const auto count = static_cast<std::size_t>(CamList.ListCount());
   for (std::size_t k = 0; k < count && k < CamDevice.size(); ++k) {
-    if (CamDevice[k].size() != device.size() || !BeginsWith(CamDevice[k], device)) continue;  // in any letter case
+    if (!EqualIgnoringCase(CamDevice[k], device)) continue;
     Select(CamList, static_cast<int>(k));
     if (!Terminating) CamList_Click();
     return;

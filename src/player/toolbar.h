@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 /// The toolbar's commands, by the index of their button.
@@ -17,12 +18,16 @@ inline constexpr std::int16_t kStopAvi = 8;
 inline constexpr std::int16_t kSaveAvi = 9;
 inline constexpr std::int16_t kSnapshot = 10;
 inline constexpr std::int16_t kLogViewer = 11;
-// 12 has no command.
+inline constexpr std::int16_t kWithoutCommand = 12;
 inline constexpr std::int16_t kSendMessage = 13;
 inline constexpr std::int16_t kInputsAndOutputs = 14;
 inline constexpr std::int16_t kAlerts = 15;
 inline constexpr std::int16_t kFullScreen = 16;
 inline constexpr std::int16_t kMultipleCameras = 17;
+
+/// The extended buttons, in the order in which they are shown and hidden.
+inline constexpr std::array kExtended{kLogViewer,   kAlerts,         kInputsAndOutputs,
+                                      kSendMessage, kWithoutCommand, kMultipleCameras};
 
 /// What LastCommand becomes after a command that a new picture quality does not run again.
 inline constexpr std::int16_t kNotRepeated = 10000;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/resources.h"
+#include "player/toolbar.h"
 
 namespace orbelcast {
 
@@ -106,8 +107,9 @@ void UserControl1::PlaceChildren() {
     Player[i].ToolTipText = kTools[i].tip;
     Player[i].SetPicture(platform_.pictures.Decode(resources::ToolbarPicture(static_cast<int>(i))));
   }
-  for (const std::size_t hidden : {8u, 11u, 12u, 13u, 14u, 15u, 17u}) Player[hidden].Visible = false;
-  for (const std::size_t disabled : {1u, 3u}) Player[disabled].Enabled = false;
+  Player[toolbar::kStopAvi].Visible = false;
+  for (const std::int16_t extended : toolbar::kExtended) Player[extended].Visible = false;
+  for (const std::int16_t direction : {toolbar::kReversePlay, toolbar::kPlay}) Player[direction].Enabled = false;
 
   for (std::size_t i = 0; i < TCR.size(); ++i) {
     Place(TCR[i], kTimeBoxes[i].left, 0, kTimeBoxes[i].width, kTimeBoxHeight);
@@ -157,8 +159,8 @@ void UserControl1::RefreshURLs(const std::string& l, const std::string& i) {
   LiveUrl = l;
   ArchiveUrl = i;
   if (!ConnectViewer(LiveUrl + QualitySuffix, false)) return;
-  Player[1].Enabled = false;
-  Player[3].Enabled = false;
+  Player[toolbar::kReversePlay].Enabled = false;
+  Player[toolbar::kPlay].Enabled = false;
 }
 
 void UserControl1::DoResize(bool X) {

@@ -17,6 +17,8 @@
 #include "recording/clip_recorder.h"
 #include "viewer/video_server_push.h"
 
+/// The player around a stream viewer: its state and members in user_control1.h, its doings in settings, lists, toolbar,
+/// archive, recording and resize, the windows that it opens in windows.h, the table of its interface in interface.h.
 namespace orbelcast {
 
 /// The properties that a host has kept for a player: texts under their keys. A key that is missing reads as empty.

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "platform/ascii.h"
 #include "protocol/server_address.h"
 #include "protocol/text.h"
 
@@ -34,7 +35,7 @@ std::optional<std::string> AskForAccount(HttpRequestFactory& http, const Configu
 }  // namespace
 
 bool IsRelayAddress(const Configuration& configuration, std::string_view address) {
-  return BeginsWith(address, RelayPrefix(configuration));
+  return StartsWithIgnoringCase(address, RelayPrefix(configuration));
 }
 
 std::string LookupRelayAddress(HttpRequestFactory& http, const Configuration& configuration, std::string_view url,

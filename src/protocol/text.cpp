@@ -4,13 +4,11 @@
 #include <charconv>
 #include <system_error>
 
+#include "platform/ascii.h"
+
 namespace orbelcast {
 
 namespace {
-
-constexpr char ToLower(char letter) {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
 
 bool BeginsNumber(std::string_view text) {
   if (text.starts_with('-')) text.remove_prefix(1);
@@ -19,17 +17,9 @@ bool BeginsNumber(std::string_view text) {
 
 }  // namespace
 
-bool BeginsWith(std::string_view text, std::string_view beginning) {
-  if (text.size() < beginning.size()) return false;
-  for (std::size_t i = 0; i < beginning.size(); ++i) {
-    if (ToLower(text[i]) != ToLower(beginning[i])) return false;
-  }
-  return true;
-}
-
 std::string_view WithoutHttp(std::string_view text) {
   constexpr std::string_view kScheme = "http://";
-  return BeginsWith(text, kScheme) ? text.substr(kScheme.size()) : text;
+  return StartsWithIgnoringCase(text, kScheme) ? text.substr(kScheme.size()) : text;
 }
 
 std::string Replaced(std::string_view text, std::string_view what, std::string_view with) {

@@ -17,9 +17,6 @@ inline constexpr std::string_view kCrLf = "\r\n";
 /// The text without "http://" at its beginning, in any letter case; a text without it as it is.
 std::string_view WithoutHttp(std::string_view text);
 
-/// True when `text` begins with `beginning`, in any letter case (of ASCII letters).
-bool BeginsWith(std::string_view text, std::string_view beginning);
-
 /// The text with every occurrence of `what` (not empty) replaced, from left to right, letter case exact.
 std::string Replaced(std::string_view text, std::string_view what, std::string_view with);
 

@@ -12,6 +12,7 @@
 #include "platform/platform.h"
 #include "recording/picture_file.h"
 
+/// What is shown, kept: pictures as files, and AVI clips. Who owns a recorder gives it the pictures.
 namespace orbelcast {
 
 /// Records what a viewer shows into an AVI clip: one picture each time its host says so.

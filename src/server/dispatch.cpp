@@ -5,25 +5,17 @@
 #include <optional>
 #include <vector>
 
+#include "platform/ascii.h"
 #include "server/returned.h"
 
 namespace orbelcast::server {
 
 namespace {
 
-char Lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool SameName(std::string_view one, std::string_view other) {
-  return std::equal(one.begin(), one.end(), other.begin(), other.end(),
-                    [](char a, char b) { return Lower(a) == Lower(b); });
-}
-
 template <typename Entry>
 const Entry* Find(std::span<const Entry> entries, std::string_view name) {
   const auto found =
-      std::find_if(entries.begin(), entries.end(), [&](const Entry& e) { return SameName(e.name, name); });
+      std::find_if(entries.begin(), entries.end(), [&](const Entry& e) { return EqualIgnoringCase(e.name, name); });
   return found == entries.end() ? nullptr : &*found;
 }
 
@@ -36,7 +28,7 @@ const Entry* Find(std::span<const Entry> entries, std::int32_t id) {
 
 std::int32_t ArgumentId(std::span<const ArgumentEntry> arguments, std::string_view name) {
   for (std::size_t i = 0; i < arguments.size(); ++i) {
-    if (SameName(arguments[i].name, name)) return static_cast<std::int32_t>(i);
+    if (EqualIgnoringCase(arguments[i].name, name)) return static_cast<std::int32_t>(i);
   }
   return kUnknownId;
 }

@@ -6,6 +6,8 @@
 #include <limits>
 #include <string_view>
 
+#include "platform/ascii.h"
+
 namespace orbelcast::server {
 
 namespace {
@@ -18,21 +20,6 @@ constexpr std::size_t kNumberLength = 64;
 // The digits of a number that survive in a text, as the platform's scripts show them.
 constexpr int kSingleDigits = 7;
 constexpr int kDoubleDigits = 15;
-
-bool EqualsIgnoringCase(std::string_view text, std::string_view lower) {
-  if (text.size() != lower.size()) return false;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i] >= 'A' && text[i] <= 'Z' ? static_cast<char>(text[i] - 'A' + 'a') : text[i];
-    if (c != lower[i]) return false;
-  }
-  return true;
-}
-
-std::string_view Trimmed(std::string_view text) {
-  const auto first = text.find_first_not_of(" \t");
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
 
 /// The number that a text spells, in the C locale; nothing where it spells none, or more than a number.
 std::optional<double> ParseNumber(std::string_view text) {
@@ -96,7 +83,7 @@ Result ReadScalar(const Variant& variant, Scalar& scalar) {
 Result ToBoolean(const Scalar& scalar, bool& value) {
   if (const auto* text = std::get_if<std::string_view>(&scalar)) {
     const std::string_view word = Trimmed(*text);
-    if (EqualsIgnoringCase(word, "true") || EqualsIgnoringCase(word, "false")) {
+    if (EqualIgnoringCase(word, "true") || EqualIgnoringCase(word, "false")) {
       value = word.size() == 4;
       return S_OK;
     }

@@ -1,9 +1,8 @@
 // Opening a stream: the first request, what its answer says, and handing on to the frame loop.
 
-#include <algorithm>
-#include <cctype>
 #include <utility>
 
+#include "platform/ascii.h"
 #include "viewer/video_server_push.h"
 
 namespace orbelcast {
@@ -17,18 +16,10 @@ constexpr int kStreamReceiveTimeout = 60000;
 /// The camera server's own status for a picture that it does not have.
 constexpr int kVideoNotFound = 506;
 
-bool BeginsWithHttp(std::string_view url) {
-  constexpr std::string_view kScheme = "http://";
-  return url.size() >= kScheme.size() &&
-         std::equal(kScheme.begin(), kScheme.end(), url.begin(), [](char expected, char given) {
-           return expected == static_cast<char>(std::tolower(static_cast<unsigned char>(given)));
-         });
-}
-
 }  // namespace
 
 void VideoServerPush::Connect(std::string URL, bool OnlyOnce, std::string msg) {
-  if (!BeginsWithHttp(URL)) return;
+  if (!StartsWithIgnoringCase(URL, "http://")) return;
   const auto alive = StayAlive();
   ++connects_;
   MultiCam.Enabled = false;

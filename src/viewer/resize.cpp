@@ -1,7 +1,6 @@
 // Where the children sit.
 
 #include "imaging/layout.h"
-
 #include "viewer/video_server_push.h"
 
 namespace orbelcast {
@@ -9,10 +8,7 @@ namespace orbelcast {
 namespace {
 
 void PlaceAt(ChildControl& control, const Box& box) {
-  control.Left = box.left;
-  control.Top = box.top;
-  control.Width = box.width;
-  control.Height = box.height;
+  Place(control, box.left, box.top, box.width, box.height);
 }
 
 }  // namespace
@@ -38,8 +34,8 @@ void VideoServerPush::UserControl_Resize() {
   TimeRetrieve.Width = lStatus.Width;
   lStatus.Top = 0;
   TimeRetrieve.Top = lStatus.Top + lStatus.Height;
-  PlaceAt(Mira, {0, 0, width_, height_});
-  PlaceAt(VideoStream, {Mira.Left, Mira.Top, Mira.Width, Mira.Height});
+  Place(Mira, 0, 0, width_, height_);
+  Place(VideoStream, Mira.Left, Mira.Top, Mira.Width, Mira.Height);
   if (VideoStream.Visible) ProcessFrame(true);
 
   const auto twips_x = static_cast<float>(platform_.screen.TwipsPerPixelX());

@@ -19,14 +19,6 @@ constexpr int kStripHeightPixels = 26;
 /// What a request may take before the first Connect sets the stream's own limits, in milliseconds.
 constexpr int kIdleTimeout = 10000;
 
-template <typename Control>
-void Place(Control& control, float left, float top, float width, float height) {
-  control.Left = left;
-  control.Top = top;
-  control.Width = width;
-  control.Height = height;
-}
-
 }  // namespace
 
 void VideoServerPushEvents::Clear() {

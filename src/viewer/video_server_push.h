@@ -17,6 +17,9 @@
 #include "platform/timer_driver.h"
 #include "recording/picture_file.h"
 
+/// The stream viewer: its state and members in video_server_push.h, each of its doings in a file of its own (connect,
+/// frame_loop, process_frame, disconnect, multi_cam_view, picture_export, resize, status_line), the table of its
+/// interface in interface.h.
 namespace orbelcast {
 
 /// What a VideoServerPush tells its host. Listeners run where the control is at that moment, in the middle of its work:
@@ -231,6 +234,7 @@ class VideoServerPush {
   void ConnectHandlers();
   void UserControl_Initialize();
   void UserControl_Terminate();
+  /// The entry for who is told of a request's end by a number; nothing in this library is.
   void Notify(std::int16_t code);
 
   // Connect, in its order (connect.cpp).
@@ -268,7 +272,7 @@ class VideoServerPush {
   void PaintTile(const MosaicTile& tile, bool fetched);
   void PaintMosaicBlack();
 
-  // Layout and strip (layout.cpp, status_line.cpp).
+  // Layout and strip (resize.cpp, status_line.cpp).
   void DockStatusDisplay();
   void UserControl_Resize();
   void DrawStatusIcon(StatusIcon Kind);

@@ -1,5 +1,9 @@
 #include "late_bound.h"
 
+#include <array>
+#include <cstdint>
+#include <cstdio>
+
 #include "script_error.h"
 #include "variant_json.h"
 
@@ -19,11 +23,10 @@ struct Variable : Variant {
   Variable& operator=(const Variable&) = delete;
 };
 
-std::string Hexadecimal(server::Result result) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
-  std::string text = "0x";
-  for (int shift = 28; shift >= 0; shift -= 4) text += kDigits[(static_cast<std::uint32_t>(result) >> shift) & 15];
-  return text;
+std::string CodeText(server::Result result) {
+  std::array<char, 16> text{};
+  std::snprintf(text.data(), text.size(), "0x%08x", static_cast<std::uint32_t>(result));
+  return text.data();
 }
 
 std::string ArgumentList(const MemberInfo& method) {
@@ -99,7 +102,7 @@ const MemberInfo& LateBound::Find(const std::string& name, std::uint16_t member_
 
 void LateBound::Invoke(const MemberInfo& member, std::uint16_t kind, server::Arguments& arguments, Variant* result) {
   const server::Result code = control_.Invoke(member.id, kind, &arguments, result, nullptr);
-  if (!server::Succeeded(code)) throw ScriptError(std::string(member.name) + " answered " + Hexadecimal(code));
+  if (!server::Succeeded(code)) throw ScriptError(std::string(member.name) + " answered " + CodeText(code));
 }
 
 void ForEachMember(server::IMemberList& members, const std::function<void(const MemberInfo&)>& each) {

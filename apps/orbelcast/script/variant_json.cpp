@@ -4,8 +4,8 @@
 
 #include <array>
 #include <span>
-#include <string_view>
 
+#include "hexadecimal.h"
 #include "numbers.h"
 
 namespace orbelcast {
@@ -18,13 +18,7 @@ std::string Sha256(std::span<const std::uint8_t> bytes) {
   std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
   unsigned int size = 0;
   if (EVP_Digest(bytes.data(), bytes.size(), digest.data(), &size, EVP_sha256(), nullptr) != 1) return {};
-  constexpr std::string_view kDigits = "0123456789abcdef";
-  std::string text;
-  for (unsigned int i = 0; i < size; ++i) {
-    text += kDigits[digest[i] >> 4];
-    text += kDigits[digest[i] & 15];
-  }
-  return text;
+  return Hexadecimal(std::span(digest).first(size));
 }
 
 template <typename Interface>

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <climits>
 
+#include "platform/ascii.h"
+
 namespace orbelcast {
 
 namespace {

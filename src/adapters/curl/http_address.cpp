@@ -6,15 +6,11 @@
 #include <cctype>
 #include <memory>
 
+#include "platform/ascii.h"
+
 namespace orbelcast {
 
 namespace {
-
-bool StartsWithIgnoringCase(std::string_view text, std::string_view beginning) {
-  return text.size() >= beginning.size() &&
-         std::equal(beginning.begin(), beginning.end(), text.begin(),
-                    [](char a, char b) { return a == std::tolower(static_cast<unsigned char>(b)); });
-}
 
 // libcurl is the judge of host names, ports and bracketed addresses.
 bool IsOrigin(const std::string& origin) {
@@ -23,13 +19,6 @@ bool IsOrigin(const std::string& origin) {
 }
 
 }  // namespace
-
-bool HasControlCharacter(std::string_view text) {
-  return std::ranges::any_of(text, [](char each) {
-    const auto byte = static_cast<unsigned char>(each);
-    return byte < 0x20 || byte == 0x7f;
-  });
-}
 
 bool IsHttpToken(std::string_view text) {
   return !text.empty() && std::ranges::all_of(text, [](char each) {

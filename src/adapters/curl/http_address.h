@@ -6,8 +6,6 @@
 
 namespace orbelcast {
 
-/// True when a text holds a character that could begin a new line or end the text on the wire: below 0x20, or 0x7f.
-bool HasControlCharacter(std::string_view text);
 /// True for what HTTP allows as a method or a header's name.
 bool IsHttpToken(std::string_view text);
 

@@ -2,36 +2,24 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cctype>
 #include <charconv>
 
+#include "platform/ascii.h"
 #include "platform/http_request.h"
 
 namespace orbelcast {
 
 namespace {
 
-constexpr std::string_view kBlanks = " \t";
-
-std::string_view Trim(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
 int StatusOf(std::string_view status_line) {
   const std::size_t blank = std::min(status_line.find(' '), status_line.size());
-  const std::string_view rest = Trim(status_line.substr(blank));
+  const std::string_view rest = Trimmed(status_line.substr(blank));
   int status = 0;
   std::from_chars(rest.data(), rest.data() + rest.size(), status);
   return status;
 }
 
 }  // namespace
-
-bool EqualIgnoringCase(std::string_view a, std::string_view b) {
-  return std::ranges::equal(a, b, [](unsigned char x, unsigned char y) { return std::tolower(x) == std::tolower(y); });
-}
 
 void HttpAnswer::Clear() {
   status_ = 0;
@@ -74,8 +62,8 @@ std::string_view HttpAnswer::Header(std::string_view name) const {
     rest.remove_prefix(end + 2);
     const std::size_t colon = line.find(':');
     if (colon == std::string_view::npos || colon == 0 || line.starts_with("HTTP/")) continue;
-    if (EqualIgnoringCase(line.substr(0, line.find_last_not_of(kBlanks, colon - 1) + 1), name)) {
-      return Trim(line.substr(colon + 1));
+    if (EqualIgnoringCase(Trimmed(line.substr(0, colon)), name)) {
+      return Trimmed(line.substr(colon + 1));
     }
   }
   return {};

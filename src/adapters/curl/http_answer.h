@@ -11,9 +11,6 @@
 
 namespace orbelcast {
 
-/// As header names are compared.
-bool EqualIgnoringCase(std::string_view a, std::string_view b);
-
 /// What comes back in one exchange: the status, the header block and the body of the last answer in it (an exchange has
 /// several when a server asks for credentials or redirects), within http_limits.
 class HttpAnswer {

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/ascii.h"
+
 namespace orbelcast {
 
 namespace {
@@ -38,20 +40,10 @@ bool IsHost(std::string_view text) {
   });
 }
 
-std::string_view Trim(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r";
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
 // What was written goes back to a terminal.
 std::string Printable(std::string_view text) {
   constexpr std::size_t kEnough = 60;
-  std::string shown(text.substr(0, kEnough));
-  std::ranges::replace_if(
-      shown, [](unsigned char letter) { return letter < 0x20 || letter == 0x7f; }, '?');
-  return "'" + shown + (text.size() > kEnough ? "…'" : "'");
+  return "'" + WithoutControls(std::string(text.substr(0, kEnough))) + (text.size() > kEnough ? "…'" : "'");
 }
 
 class Loader {
@@ -86,7 +78,7 @@ class Loader {
   void ReadLines(const std::string& path, std::string_view text) {
     for (int number = 1; !text.empty(); ++number) {
       const std::size_t end = text.find('\n');
-      ReadLine(path + ":" + std::to_string(number) + ": ", Trim(text.substr(0, end)));
+      ReadLine(path + ":" + std::to_string(number) + ": ", Trimmed(text.substr(0, end), " \t\r"));
       text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     }
   }
@@ -94,14 +86,14 @@ class Loader {
   void ReadLine(const std::string& where, std::string_view line) {
     if (line.empty() || line.front() == '#') return;
     const std::size_t equals = line.find('=');
-    const std::string_view key = Trim(line.substr(0, equals));
+    const std::string_view key = Trimmed(line.substr(0, equals));
     const auto setting = std::ranges::find_if(kSettings, [key](const Setting& each) { return key == each.key; });
     if (equals == std::string_view::npos) {
       Report(where + Printable(line) + " is no line of the form key = value");
     } else if (setting == kSettings.end()) {
       Report(where + "there is no setting " + Printable(key) + "; there are relay_host and relay_lookup_host");
     } else {
-      Set(*setting, Trim(line.substr(equals + 1)), where + setting->key);
+      Set(*setting, Trimmed(line.substr(equals + 1)), where + setting->key);
     }
   }
 

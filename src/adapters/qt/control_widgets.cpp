@@ -32,8 +32,6 @@ constexpr double kPictureShare = 0.78;
 constexpr int kCondensedText = 85;
 constexpr int kGapBesidePicture = 10;
 
-constexpr double kSmallPoints = 8;
-
 /// A grey's three parts differ by less than this; above it, the colour counts as one the more, the more they differ.
 constexpr double kChromaOfColour = 0.25;
 
@@ -109,12 +107,6 @@ QIcon ThemedIcon(const Surface& picture, const QPalette& palette) {
 
 QString ToLine(const std::string& text) {
   return ToText(text).replace(QLatin1Char('\n'), QLatin1Char(' ')).replace(QLatin1Char('\t'), QLatin1Char(' '));
-}
-
-QFont SmallFont(const std::string& family) {
-  QFont font(QString::fromStdString(family));
-  font.setPointSizeF(kSmallPoints);
-  return font;
 }
 
 // ---- Frame ---------------------------------------------------------------------------------------------------------
@@ -216,14 +208,21 @@ void ComboBoxWidget::ShowItems() {
 
 void ComboBoxWidget::FitTexts() {
   QFont font = SmallFont(Label().Font);
-  const QFontMetrics metrics(font);
-  int widest = 1;
-  for (int i = 0; i < count(); ++i) widest = std::max(widest, metrics.horizontalAdvance(itemText(i)));
+  const auto widest_at = [&](int stretch) {
+    font.setStretch(stretch);
+    const QFontMetrics metrics(font);
+    int widest = 1;
+    for (int i = 0; i < count(); ++i) widest = std::max(widest, metrics.horizontalAdvance(itemText(i)));
+    return widest;
+  };
   QStyleOptionComboBox option;
   initStyleOption(&option);
   const int room =
       style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this).width() - 2;
-  font.setStretch(std::clamp(100 * room / widest, kMostCondensed, 100));
+  // A font's letters keep to whole pixels, so a text does not shrink just as its stretch does.
+  int stretch = std::clamp(100 * room / widest_at(100), kMostCondensed, 100);
+  while (stretch > kMostCondensed && widest_at(stretch) > room) --stretch;
+  font.setStretch(stretch);
   setFont(font);
 }
 

@@ -24,9 +24,6 @@ QIcon ThemedIcon(const Surface& picture, const QPalette& palette);
 /// A text of unknown quality in one line.
 QString ToLine(const std::string& text);
 
-/// The font of a small control: the family that the control names, at the size that its design was made for.
-QFont SmallFont(const std::string& family);
-
 /// A frame around other controls.
 class FrameWidget final : public QFrame {
  public:

@@ -73,6 +73,13 @@ std::string FromText(const QString& text) {
   return text.toStdString();
 }
 
+QFont SmallFont(const std::string& family) {
+  constexpr double kSmallPoints = 8;
+  QFont font(QString::fromStdString(family));
+  font.setPointSizeF(kSmallPoints);
+  return font;
+}
+
 int QtScreen::TwipsPerPixelX() const {
   const QScreen* screen = QGuiApplication::primaryScreen();
   return screen != nullptr ? TwipsPerPixel(screen->logicalDotsPerInchX()) : Screen::TwipsPerPixelX();
@@ -129,9 +136,7 @@ LabelWidget::LabelWidget(Label& label, const Screen& screen, QWidget* parent)
     : QLabel(parent), mirror_(label, *this, screen) {
   setTextFormat(Qt::PlainText);
   setAlignment(Qt::AlignLeft | Qt::AlignTop);
-  QFont font(QString::fromStdString(label.Font));
-  font.setPointSizeF(8);
-  setFont(font);
+  setFont(SmallFont(label.Font));
   setText(ToText(label.Caption));
   mirror_.Keep(label.Caption.Changed.Connect([this](const std::string& text) { setText(ToText(text)); }));
 }

@@ -26,6 +26,9 @@ inline std::shared_ptr<Platform> Lent(Platform& platform) {
 /// A surface as Qt sees it, without a copy; valid until the surface is drawn on or sized.
 QImage ViewOf(const Surface& surface, QImage::Format format);
 
+/// The font of a small control: the family that the control names, at the size that its design was made for.
+QFont SmallFont(const std::string& family);
+
 /// The screen that Qt shows the application on.
 class QtScreen final : public Screen {
  public:

@@ -5,6 +5,8 @@
 #include <QImage>
 #include <cstring>
 
+#include "adapters/qt/mirrors.h"
+
 namespace orbelcast {
 
 void QtClipboard::Clear() {
@@ -13,9 +15,7 @@ void QtClipboard::Clear() {
 
 void QtClipboard::SetPicture(const Surface& picture) {
   if (picture.Empty()) return;
-  const QImage view(reinterpret_cast<const uchar*>(picture.Pixels().data()), picture.Width(), picture.Height(),
-                    picture.Width() * 4, QImage::Format_RGB32);
-  QGuiApplication::clipboard()->setImage(view.copy());
+  QGuiApplication::clipboard()->setImage(ViewOf(picture, QImage::Format_RGB32).copy());
 }
 
 Surface QtClipboard::Picture() const {
