@@ -1,0 +1,90 @@
+// What the viewer's window tells a person of its camera.
+
+#include "viewer_window.h"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <memory>
+
+#include "assembly_qt/qt_platform.h"
+#include "fakes/scripted_server.h"
+#include "fakes/small_jpeg.h"
+
+namespace orbelcast {
+namespace {
+
+using fakes::AnswerBytes;
+using fakes::ScriptedServer;
+using std::chrono::milliseconds;
+
+class ViewerWindowTest : public testing::Test {
+ protected:
+  void Open(const std::string& camera, bool auto_reconnect = false) {
+    PlayerOptions options;
+    options.camera = camera;
+    options.auto_reconnect = auto_reconnect;
+    window = std::make_unique<ViewerWindow>(platform.Get(), options);
+    window->show();
+    window->Start();
+  }
+  bool RunUntil(const std::function<bool()>& done, milliseconds limit = milliseconds(10'000)) {
+    EventQueue& queue = platform.Get().loop.Queue();
+    const auto end = queue.Now() + limit;
+    while (!done() && queue.Now() < end) {
+      const auto pulse = queue.ArmTimer(milliseconds(10), [] {});
+      queue.HandleNext();
+      queue.CancelTimer(pulse);
+    }
+    return done();
+  }
+  /// What the notice says; empty while it is hidden.
+  std::string Notice() const {
+    const auto* notice = window->findChild<QWidget*>(QStringLiteral("notice"));
+    return notice->isVisible() ? notice->accessibleName().toStdString() : std::string();
+  }
+
+  QtPlatform platform;
+  std::unique_ptr<ViewerWindow> window;
+};
+
+TEST_F(ViewerWindowTest, SaysWhyThereIsNoPicture) {
+  const std::pair<std::string, const char*> kAnswers[] = {
+      {AnswerBytes(200, "<html>a camera server's page</html>"), "is no JPEG picture"},
+      {AnswerBytes(401), "does not accept this user name"},
+      {AnswerBytes(404), "There is no picture at"},
+      {AnswerBytes(506), "There is no picture at"},
+      {AnswerBytes(503), "status 503"},
+      {"no HTTP at all\r\n\r\n", "does not answer"},
+  };
+  for (const auto& [answer, told] : kAnswers) {
+    const ScriptedServer server(answer);
+    Open(server.Url());
+    EXPECT_TRUE(RunUntil([&] { return Notice().find(told) != std::string::npos; })) << told << ", not: " << Notice();
+  }
+}
+
+TEST_F(ViewerWindowTest, SaysWhatItWaitsForAndCanBeClosedMeanwhile) {
+  const ScriptedServer server([](const std::string&, ScriptedServer::Connection& to) { to.Never(); });
+  Open(server.Url());
+  EXPECT_TRUE(RunUntil([&] { return Notice().starts_with("Waiting for 127.0.0.1:"); })) << Notice();
+  window.reset();
+  RunUntil([] { return false; }, milliseconds(50));
+}
+
+TEST_F(ViewerWindowTest, GoesOnTryingACameraThatHasNotAnsweredYet) {
+  std::atomic<int> asked = 0;
+  const ScriptedServer server([&](const std::string&, ScriptedServer::Connection& to) {
+    if (asked++ == 0) return to.Reset();
+    to.Send(AnswerBytes(200, fakes::SmallJpeg()));
+  });
+  Open(server.Url(), /*auto_reconnect=*/true);
+  const auto* video = window->findChild<QWidget*>(QStringLiteral("VideoStream"));
+  EXPECT_TRUE(RunUntil([&] { return video->isVisible(); })) << "asked " << asked << " times; " << Notice();
+  EXPECT_EQ(Notice(), "");
+}
+
+}  // namespace
+}  // namespace orbelcast
