@@ -108,8 +108,7 @@ Options::Options()
   app_.footer(Footer());
   constexpr std::size_t kHelpColumn = 33;
   app_.get_formatter()->column_width(kHelpColumn);
-  app_.set_version_flag("--version", std::to_string(kVersionMajor) + "." + std::to_string(kVersionMinor) + "." +
-                                         std::to_string(kVersionRevision));
+  app_.set_version_flag("--version", VersionText());
   AddServerOptions();
   AddCameraOptions();
   AddSiteOptions();

@@ -64,8 +64,7 @@ int main(int argc, char** argv) {
   CLI::App app("Watches Motion-JPEG cameras.", "orbelcast");
   app.footer(kFooter);
   app.require_subcommand(1);
-  app.set_version_flag("--version", std::to_string(kVersionMajor) + "." + std::to_string(kVersionMinor) + "." +
-                                        std::to_string(kVersionRevision));
+  app.set_version_flag("--version", VersionText());
 
   CLI::App* play = app.add_subcommand("play", "Opens a window that shows a camera: play URL [OPTION...]");
   play->footer(

@@ -31,7 +31,8 @@ ExitStatus Play(const std::vector<std::string>& arguments, std::ostream& message
 
   if (errno == ENOENT) {
     messages << "orbelcast: the player, " << kPlayer << ", is neither in " << here.string() << " nor on PATH.\n"
-             << "Build it (it needs Qt 6), or use 'orbelcast watch', which needs no window.\n";
+             << "Install it (the package orbelcast-qt, or a build with Qt 6), or use 'orbelcast watch', which needs no "
+                "window.\n";
   } else {
     messages << "orbelcast: the player, " << kPlayer << ", could not be started: " << std::strerror(errno) << '\n';
   }

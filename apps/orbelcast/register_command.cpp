@@ -1,6 +1,7 @@
 #include "register_command.h"
 
 #include <dlfcn.h>
+#include <link.h>
 
 #include <filesystem>
 #include <memory>
@@ -23,8 +24,8 @@ struct CloseLibrary {
   void operator()(void* library) const { ::dlclose(library); }
 };
 
-/// Opens the first library that is there; `path` becomes its name.
-std::unique_ptr<void, CloseLibrary> OpenLibrary(std::string& path) {
+/// Opens the first library that is there.
+std::unique_ptr<void, CloseLibrary> OpenLibrary() {
   std::error_code error;
   const fs::path here = fs::read_symlink("/proc/self/exe", error).parent_path();
   std::vector<std::string> places;
@@ -32,20 +33,25 @@ std::unique_ptr<void, CloseLibrary> OpenLibrary(std::string& path) {
     if (!error && fs::exists(place, error)) places.push_back(place.string());
   }
   places.emplace_back(kLibrary);
-  path = places.front();
-  return std::unique_ptr<void, CloseLibrary>(::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL));
+  return std::unique_ptr<void, CloseLibrary>(::dlopen(places.front().c_str(), RTLD_NOW | RTLD_LOCAL));
+}
+
+/// Where the system has found it.
+std::string PathOf(void* library) {
+  link_map* map = nullptr;
+  return ::dlinfo(library, RTLD_DI_LINKMAP, &map) == 0 ? map->l_name : kLibrary;
 }
 
 }  // namespace
 
 ExitStatus Register(Registration registration, std::ostream& output, std::ostream& messages) {
   const bool write = registration == Registration::kWrite;
-  std::string path;
-  const auto library = OpenLibrary(path);
+  const auto library = OpenLibrary();
   if (!library) {
     messages << "orbelcast: cannot open the controls' library: " << ::dlerror() << '\n';
     return kNotDone;
   }
+  const std::string path = PathOf(library.get());
   void* const entry = ::dlsym(library.get(), write ? "DllRegisterServer" : "DllUnregisterServer");
   if (entry == nullptr) {
     messages << "orbelcast: " << path << " is not the controls' library\n";

@@ -13,6 +13,7 @@
 #include <memory>
 
 #include "assembly_qt/qt_platform.h"
+#include "platform/version.h"
 #include "player_options.h"
 #include "player_window.h"
 #include "server_dialog.h"
@@ -49,6 +50,7 @@ int main(int argc, char** argv) {
       "Shows a camera server's cameras, or one camera, in a window. F11 fills the screen and Escape goes back, F5 "
       "connects again, Ctrl+Q ends; so does Escape where the viewer is alone.",
       "orbelcast-player");
+  command.set_version_flag("--version", orbelcast::VersionText());
   orbelcast::AddPlayerOptions(command, options);
   command.footer(
       "Such as:\n"

@@ -42,8 +42,7 @@ int StoredIndex(const std::string& text) {
 
 void UserControl1::UserControl_Initialize() {
   LastCommand = kNoCommand;
-  Label1.Caption = "Version " + std::to_string(kVersionMajor) + "." + std::to_string(kVersionMinor) + "." +
-                   std::to_string(kVersionRevision) + " - " + std::string(kLegalNotice);
+  Label1.Caption = "Version " + VersionText() + " - " + std::string(kLegalNotice);
 
   FrameRate.AddItem("Manual");
   for (int rate = 1; rate <= kFastest; ++rate) FrameRate.AddItem(std::to_string(rate) + " FPS");

@@ -167,8 +167,7 @@ void VideoServerPush::ConnectHandlers() {
 
 void VideoServerPush::UserControl_Initialize() {
   Requester = platform_.http.Create();
-  TimeRetrieve.Caption = "Version " + std::to_string(kVersionMajor) + "." + std::to_string(kVersionMinor) + "." +
-                         std::to_string(kVersionRevision);
+  TimeRetrieve.Caption = "Version " + VersionText();
   StatusLineMode = 0;
   Menux[0].Checked = true;
   StatusDisplay.Visible = false;

@@ -246,6 +246,13 @@ class CommandLineTest(unittest.TestCase):
                     self.assertIn("--help'.\n", done.stderr)
         self.assertFalse((self.folder / "none.jpg").exists())
 
+    def test_every_program_tells_its_version_and_its_options(self):
+        for program in (ORBELCAST, SERVER, *PLAYER):
+            version, options = run("--version", program=program), run("--help", program=program)
+            self.assertRegex(version.stdout, r"^\d+\.\d+\.\d+\n$", program)
+            self.assertIn("--version", options.stdout)
+            self.assertEqual((version.returncode, options.returncode), (0, 0))
+
     def test_programs_read_what_was_saved(self):
         camera = f"http://{self.server()}/live/1"
         picture, clip = self.folder / "a.jpg", self.folder / "a.avi"
