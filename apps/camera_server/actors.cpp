@@ -2,15 +2,12 @@
 
 #include <array>
 #include <cmath>
-#include <numbers>
 
 #include "scenery.h"
 
 namespace orbelcast::camera_server {
 
 namespace {
-
-constexpr double kTurn = 2 * std::numbers::pi;
 
 /// The share of a round that has passed, from 0 up to 1.
 double Round(double seconds, double period, double offset) {

@@ -11,6 +11,7 @@
 #include <fontconfig/fontconfig.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
+#include <CLI/CLI.hpp>
 
 #include <csignal>
 #include <exception>

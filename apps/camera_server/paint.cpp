@@ -1,15 +1,8 @@
 #include "paint.h"
 
 #include <cstdint>
-#include <numbers>
 
 namespace orbelcast::camera_server {
-
-namespace {
-
-constexpr double kTurn = 2 * std::numbers::pi;
-
-}  // namespace
 
 double Scatter(int camera, int index) {
   std::uint32_t bits =

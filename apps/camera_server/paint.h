@@ -3,6 +3,7 @@
 #include <cairo.h>
 
 #include <memory>
+#include <numbers>
 
 #include "colour.h"
 #include "mood.h"
@@ -30,6 +31,9 @@ struct Stage {
   double Pavement() const { return height - 116; }  ///< its far edge; it is 22 deep
   double Road() const { return height - 90; }       ///< its far edge; it is 70 deep
 };
+
+/// A full turn, as angles are counted.
+inline constexpr double kTurn = 2 * std::numbers::pi;
 
 /// A number from 0 to 1 that is the same whenever the same is asked.
 double Scatter(int camera, int index);

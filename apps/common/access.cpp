@@ -1,5 +1,6 @@
 #include "access.h"
 
+#include <CLI/CLI.hpp>
 #include <cstdlib>
 #include <iostream>
 #include <memory>

@@ -1,5 +1,6 @@
 #include "usage.h"
 
+#include <CLI/CLI.hpp>
 #include <iostream>
 #include <string>
 #include <vector>

@@ -1,5 +1,6 @@
 #include "clip_options.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cctype>
 #include <string_view>

@@ -1,10 +1,13 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <filesystem>
 #include <string>
 
 #include "platform/dialogs.h"
+
+namespace CLI {
+class App;
+}
 
 namespace orbelcast {
 

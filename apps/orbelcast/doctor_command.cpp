@@ -1,5 +1,6 @@
 #include "doctor_command.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <cctype>

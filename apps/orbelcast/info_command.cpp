@@ -1,6 +1,7 @@
 #include "info_command.h"
 
 #include <unistd.h>
+#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <ostream>

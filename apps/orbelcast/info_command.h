@@ -1,11 +1,14 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <iosfwd>
 #include <string>
 
 #include "access.h"
 #include "exit_status.h"
+
+namespace CLI {
+class App;
+}
 
 namespace orbelcast {
 

@@ -1,5 +1,6 @@
 #include "mosaic_command.h"
 
+#include <CLI/CLI.hpp>
 #include <memory>
 #include <optional>
 #include <ostream>

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <filesystem>
 #include <iosfwd>
 #include <optional>
@@ -10,6 +9,10 @@
 #include "access.h"
 #include "clip_options.h"
 #include "exit_status.h"
+
+namespace CLI {
+class App;
+}
 
 namespace orbelcast {
 

@@ -1,5 +1,6 @@
 #include "option_values.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 
 #include "masked_address.h"

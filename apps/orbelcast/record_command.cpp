@@ -1,6 +1,7 @@
 #include "record_command.h"
 
 #include <unistd.h>
+#include <CLI/CLI.hpp>
 
 #include <chrono>
 #include <cstdio>

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <iosfwd>
 #include <optional>
 #include <string>
@@ -8,6 +7,10 @@
 #include "access.h"
 #include "clip_options.h"
 #include "exit_status.h"
+
+namespace CLI {
+class App;
+}
 
 namespace orbelcast {
 

@@ -1,5 +1,6 @@
 #include "snapshot_command.h"
 
+#include <CLI/CLI.hpp>
 #include <ostream>
 
 #include "event_json.h"

@@ -1,10 +1,13 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <iosfwd>
 
 #include "exit_status.h"
 #include "watch_options.h"
+
+namespace CLI {
+class App;
+}
 
 namespace orbelcast {
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <array>
 #include <cstdint>
 #include <filesystem>
@@ -9,6 +8,10 @@
 #include <string>
 
 #include "access.h"
+
+namespace CLI {
+class App;
+}
 
 namespace orbelcast {
 

@@ -3,6 +3,7 @@
 // player_window.h and viewer_window.h are the two windows, notice.h what both tell a person, server_dialog.h the
 // question for a server where none was named, player_options.h the command line.
 
+#include <CLI/CLI.hpp>
 #include <QApplication>
 #include <QIcon>
 #include <QTimer>

@@ -1,5 +1,6 @@
 #include "player_options.h"
 
+#include <CLI/CLI.hpp>
 #include <QStringList>
 #include <QUrl>
 #include <algorithm>

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <QSize>
 #include <QString>
 #include <array>
@@ -9,6 +8,10 @@
 #include <vector>
 
 #include "access.h"
+
+namespace CLI {
+class App;
+}
 
 namespace orbelcast {
 
