@@ -1,0 +1,24 @@
+// The Qt tests need an application; no screen.
+
+#include <gmock/gmock.h>
+
+#include <QApplication>
+
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/lsan_interface.h>
+#endif
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  testing::InitGoogleMock(&argc, argv);
+  int result = 0;
+  {
+    const QApplication application(argc, argv);
+    result = RUN_ALL_TESTS();
+  }
+#ifdef __SANITIZE_ADDRESS__
+  // Now rather than at the process's end: there the toolkit's pooled threads may still hold what they are about to free.
+  __lsan_do_leak_check();
+#endif
+  return result;
+}
