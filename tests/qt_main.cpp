@@ -17,7 +17,8 @@ int main(int argc, char** argv) {
     result = RUN_ALL_TESTS();
   }
 #ifdef __SANITIZE_ADDRESS__
-  // Now rather than at the process's end: there the toolkit's pooled threads may still hold what they are about to free.
+  // Now rather than at the process's end: there the toolkit's pooled threads may still hold what they are about to
+  // free.
   __lsan_do_leak_check();
 #endif
   return result;
