@@ -169,10 +169,13 @@ void ViewerWindow::Start() {
   // As a handler, so that the wait for the first answer suspends this call alone.
   QTimer::singleShot(0, viewer_, [this] {
     if (options_.time_first_picture) TimeFirstPicture();
+    if (notice_->ShowsProblem()) notice_->Dismiss();
     if (options_.mosaic.empty() && !notice_->isVisible()) patience_.start();
-    viewer_->RunHandler([this, viewer = QPointer(viewer_), options = options_] {
+    retry_.stop();
+    viewer_->RunHandler([this, viewer = QPointer(viewer_), options = options_, mine = ++starts_] {
       if (viewer) Show(*viewer, options);
-      if (viewer) OnStarted();
+      // A newer start takes over.
+      if (viewer && mine == starts_) OnStarted();
     });
   });
 }

@@ -37,6 +37,7 @@ class ViewerWindow final : public QMainWindow {
   Notice* notice_;
   QTimer patience_;  // until a wait is worth a notice
   QTimer retry_;     // until a camera that has not answered yet is tried again
+  int starts_ = 0;
   Connection first_picture_;
 };
 

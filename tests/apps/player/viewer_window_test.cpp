@@ -74,6 +74,15 @@ TEST_F(ViewerWindowTest, SaysWhatItWaitsForAndCanBeClosedMeanwhile) {
   RunUntil([] { return false; }, milliseconds(50));
 }
 
+TEST_F(ViewerWindowTest, StartedAgainWhileItWaitsAsksOnceMoreAlone) {
+  const ScriptedServer server([](const std::string&, ScriptedServer::Connection& to) { to.Never(); });
+  Open(server.Url(), /*auto_reconnect=*/true);
+  EXPECT_TRUE(RunUntil([&] { return server.Requests().size() == 1; }));
+  window->Start();
+  RunUntil([] { return false; }, milliseconds(2500));
+  EXPECT_EQ(server.Requests().size(), 2u);
+}
+
 TEST_F(ViewerWindowTest, GoesOnTryingACameraThatHasNotAnsweredYet) {
   std::atomic<int> asked = 0;
   const ScriptedServer server([&](const std::string&, ScriptedServer::Connection& to) {
