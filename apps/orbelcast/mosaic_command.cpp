@@ -180,7 +180,8 @@ void AddMosaicOptions(CLI::App& command, MosaicOptions& options) {
   auto* rounds = AddCountOption(command, "--rounds", options.rounds,
                                 "End after N rounds, 1 or more; a round takes half a second a camera (default: 1)")
                      ->group(end);
-  AddSecondsOption(command, "--seconds", options.seconds, "End after S seconds, more than 0; may have decimals")
+  AddSecondsOption(command, "--seconds", options.seconds, "End after S seconds, more than 0; may have decimals",
+                   kLongestTimeOut)
       ->group(end)
       ->excludes(rounds);
 

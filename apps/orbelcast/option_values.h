@@ -23,7 +23,8 @@ void AddCameraOptions(CLI::App& command, std::string& url, Access& access);
 /// Declares --frame-rate, whose default is what `frame_rate` holds, and --auto-reconnect.
 void AddStreamOptions(CLI::App& command, std::int16_t& frame_rate, bool& auto_reconnect);
 
-/// The longest time that an option takes where a request waits for it: its milliseconds are a number of 32 bits.
+/// The longest time that an option takes where it is counted in milliseconds of 32 bits: a request's limit, and when
+/// the player's window is to end.
 inline constexpr double kLongestTimeOut = 1'000'000;
 /// The longest other one, some thirty years: in nanoseconds the queue can still count it.
 inline constexpr double kLongestTime = 1'000'000'000;
