@@ -121,9 +121,10 @@ bool ClipRecorder::LoadIntoConv(const FrameBytes& jpeg) {
 Surface& ClipRecorder::SizeConv(int width, int height) {
   const int twips_x = platform_.screen.TwipsPerPixelX();
   const int twips_y = platform_.screen.TwipsPerPixelY();
+  Conv.SetScale(twips_x, twips_y);
   Conv.Width = static_cast<float>(width * twips_x);
   Conv.Height = static_cast<float>(height * twips_y);
-  return Conv.Canvas(twips_x, twips_y);
+  return Conv.Canvas();
 }
 
 AviStreamInfo ClipRecorder::StreamOf(const cDIB& bitmap) const {
