@@ -19,7 +19,7 @@ bool HasContent(const std::string& path) {
 }
 
 AviSample SampleOf(const cDIB& bitmap) {
-  return {bitmap.Width(), bitmap.Height(), bitmap.PointerToBits(), true};
+  return {bitmap.Width(), bitmap.Height(), bitmap.PointerToBits()};
 }
 
 }  // namespace
@@ -129,7 +129,6 @@ Surface& ClipRecorder::SizeConv(int width, int height) {
 
 AviStreamInfo ClipRecorder::StreamOf(const cDIB& bitmap) const {
   AviStreamInfo info = host_.DeclaredRate();
-  info.suggested_buffer_size = bitmap.SizeImage();
   info.width = bitmap.Width();
   info.height = bitmap.Height();
   return info;
