@@ -21,9 +21,9 @@ using namespace orbelcast;
 
 // These take the places of the system's, for libcurl too: a TCP connection leads to the server of bytes.
 extern "C" int socket(int family, int type, int protocol) noexcept {
-  static const auto kSystem = reinterpret_cast<decltype(&socket)>(dlsym(RTLD_NEXT, "socket"));
+  static auto* const system_socket = reinterpret_cast<decltype(&socket)>(dlsym(RTLD_NEXT, "socket"));
   if (family == AF_INET && (type & SOCK_STREAM) != 0) return fuzz::WireServer::Connect();
-  return kSystem(family, type, protocol);
+  return system_socket(family, type, protocol);
 }
 extern "C" int connect(int, const sockaddr*, socklen_t) {
   return 0;
