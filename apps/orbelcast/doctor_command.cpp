@@ -375,15 +375,14 @@ class Examination {
     Picture picture;
     const auto request = platform_.http.Create();
     const auto start = Steady::now();
-    request->Open("GET", address);
+    bool worked = request->Open("GET", address);
     if (!options_.access.user.empty() || !options_.access.password.empty()) {
-      request->SetCredentials(options_.access.user, options_.access.password, 0);
+      worked &= request->SetCredentials(options_.access.user, options_.access.password, 0);
     }
     const std::int32_t limit = LimitInMilliseconds();
-    request->SetTimeouts(limit, limit, limit, limit);
-    request->Send();
-    request->WaitForResponse();
-    if (request->Failed()) return picture;
+    worked &= request->SetTimeouts(limit, limit, limit, limit);
+    worked &= request->Send();
+    if (!worked) return picture;
     picture.status = request->Status();
     picture.milliseconds = MillisecondsSince(start);
     picture.content_type = request->GetResponseHeader("Content-Type");

@@ -16,50 +16,69 @@ inline constexpr int kHttpOk = 200;
 
 /// One HTTP exchange after another with one server, as the controls make them.
 ///
-/// Nothing here throws. A step that cannot be done returns false and leaves a mark (`Failed`) that stays until the next
-/// `Open`. The address goes out byte for byte: nothing is escaped, nothing normalised. An address, header or credential
-/// that holds a control character (CR, LF and NUL among them) is refused, so nothing that is typed can add a header
-/// line.
+/// A request is in one of five states, and each step says what it moves:
 ///
-/// Redirects are followed (at most ten, http and https only); connections are kept open and shared by all requests.
+///   closed      no address: nothing was opened, or the last `Open` was refused
+///   opened      `Open` took an address, nothing was sent yet
+///   under way   `Send` has begun an exchange
+///   answered    the exchange ended with a complete answer, which can be read
+///   failed      it ended without one
+///
+/// Nothing here throws. Each step returns whether it worked; one that is refused returns false and changes nothing but
+/// what its description says, so a caller may go on with its next step. The address goes out byte for byte: nothing is
+/// escaped, nothing normalised. An address, header or credential that holds a control character (CR, LF and NUL among
+/// them) is refused, so nothing that is typed can add a header line.
+///
+/// Redirects are followed (at most ten, http and https only; what proves who asks stays with the server that was
+/// asked); connections are kept open and shared by all requests.
 class HttpRequest {
  public:
   virtual ~HttpRequest() = default;
 
-  /// Prepares an exchange and clears the mark; an exchange that is under way is dropped (whoever waits for this request
-  /// goes on waiting, now for the new exchange). Headers and credentials are forgotten, time-outs kept. With `async`
-  /// false `Send` blocks the thread until the answer is complete or a time-out ends it.
+  /// From any state to opened, or to closed where method or address are refused. Either way an exchange that is under
+  /// way ends without an answer, and whoever waits for it is woken with false. Headers, credentials and the exchange's
+  /// own limit are forgotten, time-outs kept. With `async` false `Send` blocks the thread until the exchange has ended.
   virtual bool Open(std::string_view method, std::string_view url, bool async = false) = 0;
+  /// Adds a header to what is sent next, or replaces the one of that name. Refused while closed.
   virtual bool SetRequestHeader(std::string_view name, std::string_view value) = 0;
-  /// Sent when the server asks for them (Basic or Digest), and from then on at once. `flags` 0: for the server itself.
+  /// Sent when the server asks for them (Basic or Digest), and from then on at once. `flags` 0: for the server itself,
+  /// anything else is refused. Refused while closed.
   virtual bool SetCredentials(std::string_view user_name, std::string_view password, int flags) = 0;
-  /// Limits in milliseconds; 0 is no limit. Resolving and connecting share the sum of theirs; `receive` bounds the time
-  /// from the request sent to the answer complete.
+  /// Limits in milliseconds, of the exchanges that are sent from then on; 0 is no limit, a negative one is refused.
+  /// `resolve` bounds the time until the server's name is known (a numeric address is known at once), `connect` the
+  /// time from there until the request can be sent, anew for each address that a name has and that is tried, and
+  /// `receive` the time from the request sent to the answer complete, redirects and logins included. An exchange that
+  /// runs into one of them fails.
   virtual bool SetTimeouts(int resolve, int connect, int send, int receive) = 0;
   /// Bounds the next exchange as a whole, from `Send` to the answer complete, on top of the other limits; forgotten by
-  /// the next `Open`. Without it only `SetTimeouts` bounds a `Send` that blocks.
+  /// the next `Open`. Without it only `SetTimeouts` bounds a `Send` that blocks. Refused while closed, and where the
+  /// limit is not positive.
   virtual bool LimitExchange(std::chrono::milliseconds limit) = 0;
-  /// Sends the request, without a body.
+  /// Begins an exchange, without a body; the answer before it is forgotten. Refused while closed and while under way.
+  /// Asynchronous: true once it is under way, whatever becomes of it; false, and failed, where it cannot begin.
+  /// Blocking: true when the answer is there.
   virtual bool Send() = 0;
-  /// Waits until no exchange is under way, letting the message loop run. True when the answer is there; false when the
-  /// exchange failed or was aborted, or `limit` ran out (which ends the exchange).
+  /// Waits for the end of the exchange that is under way now, letting the message loop run, and returns its outcome,
+  /// whatever began since: true when its answer came, false when it failed, was aborted or gave way to another `Open`.
+  /// Where none is under way it returns at once: true when answered. A `limit` that runs out ends the exchange, which
+  /// fails.
   virtual bool WaitForResponse(std::optional<std::chrono::milliseconds> limit = std::nullopt) = 0;
 
-  /// HTTP status of the last complete answer since `Open`; 0, and the mark is set, where there is none.
+  /// HTTP status of the answer; 0 in every state but answered. Reading changes nothing, here and below.
   virtual int Status() = 0;
-  /// The value of a header of the last complete answer, blanks around it removed; empty where it is absent. Names match
-  /// in any letter case; the first of several wins. Valid until the next `Open`.
+  /// The value of a header of the answer, blanks around it removed; empty where it, or the answer, is absent. Names
+  /// match in any letter case; the first of several wins. Valid until the next `Open` or `Send`.
   virtual std::string_view GetResponseHeader(std::string_view name) = 0;
-  /// The whole header block of the last answer, lines ended by CR LF.
+  /// The whole header block of the answer, lines ended by CR LF; empty without one.
   virtual std::string GetAllResponseHeaders() = 0;
   virtual std::string ResponseText() = 0;
-  /// The body of the last complete answer, shared; empty where there is none. May be read again.
+  /// The body of the answer, shared; empty without one. May be read again.
   virtual FrameBytes ResponseBody() = 0;
 
-  /// Ends the exchange that is under way and wakes whoever waits for it. Harmless on an idle request.
+  /// Ends the exchange that is under way, which fails, and wakes whoever waits for it. Harmless in any other state.
   virtual void Abort() = 0;
 
-  /// True when a step has failed since the last `Open`.
+  /// True when a step has failed since the last `Open`. Others may have made it: go by what each step returns.
   virtual bool Failed() const = 0;
 };
 

@@ -51,20 +51,19 @@ ServerInfo QueryServerInfo(HttpRequestFactory& http, const Configuration& config
   if (IsRelayAddress(configuration, server)) server = AskRelay(http, configuration, server, info);
 
   const auto request = http.Create();
-  request->Open("GET", ServerInformationAddress(server), false);
+  bool worked = request->Open("GET", ServerInformationAddress(server), false);
   if (!user_name.empty() || !password.empty()) {
     // The blank before "Basic" is the servers' habit, over and above the header's own.
-    request->SetRequestHeader("Authorization",
-                              " Basic " + EncodeBase64(std::string(user_name) + ":" + std::string(password)));
+    worked &= request->SetRequestHeader("Authorization",
+                                        " Basic " + EncodeBase64(std::string(user_name) + ":" + std::string(password)));
   }
-  request->SetRequestHeader("User-Agent", kUserAgent);
-  request->SetTimeouts(time_out, time_out, time_out, time_out);
-  request->Send();
-  request->WaitForResponse();
+  worked &= request->SetRequestHeader("User-Agent", kUserAgent);
+  worked &= request->SetTimeouts(time_out, time_out, time_out, time_out);
+  worked &= request->Send();
+  worked &= request->WaitForResponse();
   info.AllHeaders = request->GetAllResponseHeaders();
   if (const int status = request->Status(); status != 0) info.Status = status;
-  // The request remembers a step that failed since Open.
-  if (request->Failed()) return info;
+  if (!worked) return info;
 
   if (request->Status() != kHttpOk) {
     info.ViewerMarker = false;

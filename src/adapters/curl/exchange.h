@@ -7,21 +7,30 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
 
+#include "adapters/curl/easy_transfer.h"
 #include "adapters/curl/http_address.h"
 #include "adapters/curl/http_answer.h"
+#include "adapters/curl/http_login.h"
 #include "adapters/curl/multiplexer.h"
 #include "platform/http_request.h"
 
 namespace orbelcast {
 
-/// What stands behind a request object: one exchange after another on one easy handle.
+/// What stands behind a request object: one exchange after another, each a chain of transfers (the request, and again
+/// where the server redirects it or asks who it is). The states are those of HttpRequest, and these move them:
 ///
-/// The handle is kept while server and credentials stay the same, because it remembers the challenge it has answered;
-/// only what changed since the last exchange is set again. Who waits for an answer keeps the exchange alive.
-class Exchange final : public HttpRequest, public MultiplexedTransfer {
+///   Open             any                          -> kOpened, kClosed where it is refused
+///   Send             kOpened, kAnswered, kFailed  -> kUnderWay, kFailed where it cannot begin
+///   Ended            kUnderWay                    -> kUnderWay with the next transfer of the chain,
+///                                                    kAnswered, kFailed
+///   a limit, Abort   kUnderWay                    -> kFailed
+///
+/// EnterState alone changes the state. What leaves kUnderWay ends the transfer and wakes whoever waits, with the
+/// outcome of just that exchange.
+///
+/// Who waits for an answer keeps the exchange alive.
+class Exchange final : public HttpRequest, public MultiplexedTransfer, private TransferWatcher {
  public:
   explicit Exchange(std::shared_ptr<Multiplexer> multiplexer);
   ~Exchange() override;
@@ -35,7 +44,7 @@ class Exchange final : public HttpRequest, public MultiplexedTransfer {
   bool LimitExchange(std::chrono::milliseconds limit) override;
   bool Send() override;
   bool WaitForResponse(std::optional<std::chrono::milliseconds> limit) override;
-  int Status() override;
+  int Status() override { return Answer().Status(); }
   std::string_view GetResponseHeader(std::string_view name) override { return Answer().Header(name); }
   std::string GetAllResponseHeaders() override { return Answer().Headers(); }
   std::string ResponseText() override { return std::string(Answer().BodyText()); }
@@ -43,73 +52,83 @@ class Exchange final : public HttpRequest, public MultiplexedTransfer {
   void Abort() override;
   bool Failed() const override { return failed_; }
 
-  CURL* Handle() override { return easy_.get(); }
-  std::optional<EventQueue::Nanoseconds> Deadline() const override { return deadline_; }
+  CURL* Handle() override { return transfer_ ? transfer_->Handle() : nullptr; }
+  std::optional<EventQueue::Nanoseconds> Deadline() const override { return limits_.Next(); }
   void Ended(CURLcode result) override;
 
  private:
-  struct Credentials {
-    std::string user_name;
-    std::string password;
-    bool operator==(const Credentials&) const = default;
+  enum class State { kClosed, kOpened, kUnderWay, kAnswered, kFailed };
+
+  /// An exchange under way, as those see it who wait for it; they keep it until they have its outcome.
+  struct Outcome {
+    Completion ended;
+    bool answered = false;
   };
+
+  /// In milliseconds; 0 is no limit.
   struct Timeouts {
+    int resolve = 0;
     int connect = 0;
     int receive = 0;
-    bool operator==(const Timeouts&) const = default;
   };
-  /// What one exchange is to be.
+
+  /// The times, by EventQueue::Now, at which the exchange has taken too long.
+  struct Limits {
+    using Time = std::optional<EventQueue::Nanoseconds>;
+    Time whole;
+    Time connection;  ///< Of looking up the name, then of connecting to the address that is tried.
+    Time receive;     ///< From the first request of the chain sent.
+    Time Next() const;
+  };
+
+  /// What is to be sent next.
   struct Settings {
     std::string method;
     HttpAddress address;
-    std::vector<std::pair<std::string, std::string>> headers;
+    HeaderLines headers;
     std::optional<Credentials> credentials;
-    Timeouts timeouts;
+    bool async = false;
+    std::optional<std::chrono::milliseconds> limit;
   };
-  using Url = std::unique_ptr<CURLU, decltype(&curl_url_cleanup)>;
-  using Easy = std::unique_ptr<CURL, decltype(&curl_easy_cleanup)>;
-  using HeaderList = std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)>;
 
-  static std::size_t OnHeader(char* data, std::size_t size, std::size_t count, void* self);
-  static std::size_t OnBody(char* data, std::size_t size, std::size_t count, void* self);
-  static int OnConnected(void* self, char*, char*, int, int);
+  /// What one exchange may do on its way.
+  struct Allowance {
+    int redirects = 0;
+    int logins = 0;
+  };
 
-  /// The last complete answer since Open; an empty one where there is none.
-  HttpAnswer& Answer() { return answered_ ? answer_ : no_answer_; }
+  void Connecting() override;
+  void Sending() override;
+  bool TakeHeaderLine(std::string_view line) override { return answer_.TakeHeaderLine(line); }
+  bool TakeBody(std::string_view part, std::int64_t announced) override { return answer_.TakeBody(part, announced); }
+
+  /// The answer; an empty one in every state but kAnswered.
+  HttpAnswer& Answer() { return state_ == State::kAnswered ? answer_ : no_answer_; }
   bool Refuse();
-  bool Prepare(const Settings& settings);
-  bool MakeHandle(const std::optional<Credentials>& credentials);
-  bool SetAddress(const HttpAddress& address);
-  bool SetMethod(const std::string& method);
-  bool SetHeaders(const std::vector<std::pair<std::string, std::string>>& headers);
-  enum class Redirect { kNone, kFollowed, kRefused };
-  Redirect FollowRedirect();
-  void End(bool answered);
+  void EnterState(State state);
+  Limits::Time In(int milliseconds) const;
+  void RememberLogin();
+  HeaderLines HeadersFor(const HttpAddress& address);
+  bool BeginTransfer(HttpAddress address);
+  bool AnswersLogin();
 
   const std::shared_ptr<Multiplexer> multiplexer_;
-  Easy easy_{nullptr, &curl_easy_cleanup};
-  // Used by easy_ and therefore longer-lived than its transfers.
-  HeaderList header_list_{nullptr, &curl_slist_free_all};
-  Url odd_url_{nullptr, &curl_url_cleanup};
+  State state_ = State::kClosed;
+  bool failed_ = false;  // a step has, since Open
   Settings wanted_;
-  Settings applied_;  // to easy_, where there is one
-  std::string url_;   // as given to Open last, when it was accepted
-  long redirects_left_ = http_limits::kMaxRedirects;
-  bool async_ = false;
-  bool opened_ = false;
-  bool failed_ = false;
+  std::string url_;  // as given to Open last, when it was accepted
+  Timeouts timeouts_;
 
+  std::shared_ptr<Outcome> outcome_;        // in kUnderWay alone
+  std::unique_ptr<EasyTransfer> transfer_;  // in kUnderWay alone
+  HttpAddress asked_;                       // by the transfer
+  Limits limits_;
+  Allowance allowance_;
+
+  std::optional<HttpLogin> login_;  // at the server of login_address_
+  HttpAddress login_address_;
   HttpAnswer answer_;
   HttpAnswer no_answer_;
-  bool answered_ = false;
-  std::optional<std::chrono::milliseconds> limit_;  // of the next exchange as a whole
-  std::optional<EventQueue::Nanoseconds> deadline_;
-  bool sent_ = false;  // the request has gone out: the receive limit counts
-
-  Completion ended_;
-  bool awaited_ = false;  // an exchange is under way, or was dropped for one that is still to be sent
-  int waiters_ = 0;
-  std::uint64_t ends_ = 0;  // counts the exchanges that came to an end
 };
 
 }  // namespace orbelcast

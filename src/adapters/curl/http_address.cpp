@@ -13,9 +13,28 @@ namespace orbelcast {
 namespace {
 
 // libcurl is the judge of host names, ports and bracketed addresses.
-bool IsOrigin(const std::string& origin) {
-  const std::unique_ptr<CURLU, decltype(&curl_url_cleanup)> url(curl_url(), &curl_url_cleanup);
-  return url && curl_url_set(url.get(), CURLUPART_URL, origin.c_str(), 0) == CURLUE_OK;
+using Url = std::unique_ptr<CURLU, decltype(&curl_url_cleanup)>;
+
+/// Null where libcurl does not take it.
+Url ParseUrl(const std::string& text) {
+  Url url(curl_url(), &curl_url_cleanup);
+  if (url && curl_url_set(url.get(), CURLUPART_URL, text.c_str(), 0) != CURLUE_OK) url.reset();
+  return url;
+}
+
+std::string PartOf(const Url& url, CURLUPart part, unsigned flags = 0) {
+  char* text = nullptr;
+  if (curl_url_get(url.get(), part, &text, flags) != CURLUE_OK) return {};
+  const std::unique_ptr<char, decltype(&curl_free)> owned(text, &curl_free);
+  return text;
+}
+
+/// Scheme, host and port in one spelling.
+std::string ServerOf(const std::string& origin) {
+  const Url url = ParseUrl(origin);
+  if (!url) return {};
+  return PartOf(url, CURLUPART_SCHEME) + "://" + LowerCase(PartOf(url, CURLUPART_HOST)) + ":" +
+         PartOf(url, CURLUPART_PORT, CURLU_DEFAULT_PORT);
 }
 
 }  // namespace
@@ -38,12 +57,24 @@ std::optional<HttpAddress> HttpAddress::Parse(std::string_view url) {
   const std::size_t end = std::min(url.find_first_of("/?#", host), url.size());
   HttpAddress address{std::string(url.substr(0, end)), std::string(url.substr(end))};
   if (!address.target.starts_with('/')) address.target.insert(0, 1, '/');
-  if (!IsOrigin(address.origin)) return std::nullopt;
+  if (!ParseUrl(address.origin)) return std::nullopt;
   return address;
 }
 
-bool HttpAddress::IsPlain() const {
-  return std::ranges::all_of(target, [](char each) { return each > ' ' && each < 0x7f && each != '#'; });
+std::optional<HttpAddress> HttpAddress::Resolve(const std::string& location) const {
+  const Url url = ParseUrl(origin);
+  if (!url) return std::nullopt;
+  const std::size_t mark = target.find('?');
+  curl_url_set(url.get(), CURLUPART_PATH, target.substr(0, mark).c_str(), 0);
+  if (mark != std::string::npos) curl_url_set(url.get(), CURLUPART_QUERY, target.substr(mark + 1).c_str(), 0);
+  constexpr unsigned kAsWritten = CURLU_PATH_AS_IS | CURLU_ALLOW_SPACE | CURLU_URLENCODE;
+  if (curl_url_set(url.get(), CURLUPART_URL, location.c_str(), kAsWritten) != CURLUE_OK) return std::nullopt;
+  curl_url_set(url.get(), CURLUPART_FRAGMENT, nullptr, 0);
+  return Parse(PartOf(url, CURLUPART_URL));
+}
+
+bool HttpAddress::SameServer(const HttpAddress& other) const {
+  return origin == other.origin || ServerOf(origin) == ServerOf(other.origin);
 }
 
 }  // namespace orbelcast

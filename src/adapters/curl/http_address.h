@@ -17,8 +17,12 @@ struct HttpAddress {
   /// Empty where the text is no address that can be asked: another scheme, no host, a control character.
   static std::optional<HttpAddress> Parse(std::string_view url);
 
-  /// True when libcurl, told to leave the path as it is, sends the target unchanged.
-  bool IsPlain() const;
+  /// Where `location` leads from here, as a redirect names it: a whole address or a part of one, blanks escaped, the
+  /// fragment left out. Empty where that is no address that can be asked.
+  std::optional<HttpAddress> Resolve(const std::string& location) const;
+
+  /// True where both name the same scheme, host and port.
+  bool SameServer(const HttpAddress& other) const;
 };
 
 }  // namespace orbelcast

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <atomic>
 #include <charconv>
+#include <optional>
+#include <utility>
 
 #include "platform/ascii.h"
 #include "platform/http_request.h"
@@ -19,6 +21,35 @@ int StatusOf(std::string_view status_line) {
   return status;
 }
 
+/// Name and value of a header line; both empty where it is none.
+std::pair<std::string_view, std::string_view> SplitHeader(std::string_view line) {
+  const std::size_t colon = line.find(':');
+  if (colon == std::string_view::npos || colon == 0 || line.starts_with("HTTP/")) return {};
+  return {Trimmed(line.substr(0, colon)), Trimmed(line.substr(colon + 1))};
+}
+
+/// Takes the next value of the headers of this name off a header block; nothing where there is none left.
+std::optional<std::string_view> NextHeader(std::string_view& block, std::string_view name) {
+  while (!block.empty()) {
+    const std::size_t end = block.find("\r\n");
+    const auto [found, value] = SplitHeader(block.substr(0, end));
+    block.remove_prefix(end + 2);
+    if (!found.empty() && EqualIgnoringCase(found, name)) return value;
+  }
+  return std::nullopt;
+}
+
+bool IsKnownTransferCoding(std::string_view list) {
+  while (!list.empty()) {
+    const std::size_t end = std::min(list.find(','), list.size());
+    const std::string_view coding = Trimmed(list.substr(0, end));
+    if (!coding.empty() && !EqualIgnoringCase(coding, "chunked") && !EqualIgnoringCase(coding, "identity"))
+      return false;
+    list.remove_prefix(std::min(end + 1, list.size()));
+  }
+  return true;
+}
+
 }  // namespace
 
 void HttpAnswer::Clear() {
@@ -33,6 +64,8 @@ void HttpAnswer::Clear() {
 bool HttpAnswer::TakeHeaderLine(std::string_view line) {
   header_bytes_ += line.size();
   if (header_bytes_ > http_limits::kMaxHeaderBytes) return false;
+  const auto [name, value] = SplitHeader(line);
+  if (EqualIgnoringCase(name, "Transfer-Encoding") && !IsKnownTransferCoding(Trimmed(value, " \t\r\n"))) return false;
   line = line.substr(0, line.find_last_not_of("\r\n") + 1);
   // A later answer of the same exchange replaces the one before; what comes behind a body is no header.
   if (!in_headers_ && line.starts_with("HTTP/")) {
@@ -56,17 +89,14 @@ bool HttpAnswer::TakeBody(std::string_view part, std::int64_t announced) {
 
 std::string_view HttpAnswer::Header(std::string_view name) const {
   std::string_view rest = headers_;
-  while (!rest.empty()) {
-    const std::size_t end = rest.find("\r\n");
-    const std::string_view line = rest.substr(0, end);
-    rest.remove_prefix(end + 2);
-    const std::size_t colon = line.find(':');
-    if (colon == std::string_view::npos || colon == 0 || line.starts_with("HTTP/")) continue;
-    if (EqualIgnoringCase(Trimmed(line.substr(0, colon)), name)) {
-      return Trimmed(line.substr(colon + 1));
-    }
-  }
-  return {};
+  return NextHeader(rest, name).value_or(std::string_view());
+}
+
+std::vector<std::string_view> HttpAnswer::AllHeaders(std::string_view name) const {
+  std::vector<std::string_view> values;
+  std::string_view rest = headers_;
+  while (const auto value = NextHeader(rest, name)) values.push_back(*value);
+  return values;
 }
 
 std::string_view HttpAnswer::BodyText() const {

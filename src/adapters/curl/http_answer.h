@@ -6,19 +6,21 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/frame_bytes.h"
 
 namespace orbelcast {
 
-/// What comes back in one exchange: the status, the header block and the body of the last answer in it (an exchange has
-/// several when a server asks for credentials or redirects), within http_limits.
+/// What comes back in one transfer: the status, the header block and the body of the last answer in it (it has several
+/// where a server says first that it goes on), within http_limits.
 class HttpAnswer {
  public:
   /// Forgets everything; bodies that were handed out stay as they are.
   void Clear();
 
-  /// Takes a line of a header block, the empty one at its end included. False when there are too many.
+  /// Takes a line of a header block, the empty one at its end included. False when there are too many, and for a
+  /// transfer coding but "chunked": libcurl would decompress what nobody has asked to be compressed.
   bool TakeHeaderLine(std::string_view line);
   /// Takes a part of the body. `announced`: its whole length, −1 where the server did not say. False when it is too
   /// long.
@@ -26,10 +28,13 @@ class HttpAnswer {
 
   /// 0 before the first status line.
   int Status() const { return status_; }
+  bool IsRedirect() const { return status_ / 100 == 3; }
   /// Status line and headers, each line ended by CR LF, without the empty one.
   const std::string& Headers() const { return headers_; }
   /// The first header of this name (in any letter case) without the blanks around its value.
   std::string_view Header(std::string_view name) const;
+  /// The values of all headers of this name.
+  std::vector<std::string_view> AllHeaders(std::string_view name) const;
   std::string_view BodyText() const;
   /// The body, shared with whoever asks. Each answer's body has one serial.
   FrameBytes Body();
