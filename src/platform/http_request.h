@@ -77,9 +77,6 @@ class HttpRequest {
 
   /// Ends the exchange that is under way, which fails, and wakes whoever waits for it. Harmless in any other state.
   virtual void Abort() = 0;
-
-  /// True when a step has failed since the last `Open`. Others may have made it: go by what each step returns.
-  virtual bool Failed() const = 0;
 };
 
 /// Passes everything on to another request object; what is derived from it changes a step or two.
@@ -111,7 +108,6 @@ class ForwardingHttpRequest : public HttpRequest {
   std::string ResponseText() override { return request_->ResponseText(); }
   FrameBytes ResponseBody() override { return request_->ResponseBody(); }
   void Abort() override { request_->Abort(); }
-  bool Failed() const override { return request_->Failed(); }
 
  protected:
   const std::shared_ptr<HttpRequest>& Forwarded() const { return request_; }

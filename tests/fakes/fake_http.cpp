@@ -16,14 +16,12 @@ class FakeHttp::Request final : public HttpRequest {
 
   bool Open(std::string_view method, std::string_view url, bool async) override {
     Finish(false);
-    failed_ = false;
     answered_ = false;
     async_ = async;
     limit_.reset();
     url_ = url;
     opened_ = !url.empty() && url != "http://" &&
               std::ranges::none_of(url, [](unsigned char letter) { return std::iscntrl(letter) != 0; });
-    failed_ = !opened_;
     server_.log.push_back(opened_ ? "Open " + std::string(method) + " " + url_ + (async ? " async" : "") : "Refused");
     return opened_;
   }
@@ -85,7 +83,6 @@ class FakeHttp::Request final : public HttpRequest {
     server_.log.emplace_back("Abort");
     if (exchange_) Finish(false);
   }
-  bool Failed() const override { return failed_; }
 
  private:
   // The thread stands still until the answer is there or a limit has run out.
@@ -101,7 +98,6 @@ class FakeHttp::Request final : public HttpRequest {
   void Finish(bool answered) {
     if (timer_ != 0) server_.loop_.Queue().CancelTimer(std::exchange(timer_, 0));
     answered_ = answered;
-    if (!answered) failed_ = true;
     const auto ended = std::exchange(exchange_, nullptr);
     if (!ended) return;
     --server_.under_way;
@@ -124,7 +120,6 @@ class FakeHttp::Request final : public HttpRequest {
   bool opened_ = false;
   bool async_ = false;
   bool answered_ = false;
-  bool failed_ = false;
 };
 
 std::shared_ptr<HttpRequest> FakeHttp::Create() {

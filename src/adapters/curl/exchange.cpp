@@ -31,11 +31,6 @@ Exchange::~Exchange() {
   EnterState(State::kClosed);
 }
 
-bool Exchange::Refuse() {
-  failed_ = true;
-  return false;
-}
-
 void Exchange::EnterState(State state) {
   state_ = state;
   if (state == State::kUnderWay) {
@@ -44,27 +39,24 @@ void Exchange::EnterState(State state) {
   }
   multiplexer_->Drop(*this);
   transfer_.reset();
-  if (state == State::kFailed) failed_ = true;
   if (const auto outcome = std::exchange(outcome_, nullptr)) {
     outcome->answered = state == State::kAnswered;
     outcome->ended.Complete();
   }
 }
 
-// ---- Steps
-// ------------------------------------------------------------------------------------------------------------
+// ---- Steps ---------------------------------------------------------------------------------------------------------
 
 bool Exchange::Open(std::string_view method, std::string_view url, bool async) {
   EnterState(State::kClosed);
-  failed_ = false;
   answer_.Clear();
   wanted_.headers.clear();
   wanted_.credentials.reset();
   wanted_.limit.reset();
-  if (!IsHttpToken(method)) return Refuse();
+  if (!IsHttpToken(method)) return false;
   if (url != url_ || url_.empty()) {
     auto address = HttpAddress::Parse(url);
-    if (!address) return Refuse();
+    if (!address) return false;
     wanted_.address = std::move(*address);
     url_ = url;
   }
@@ -75,7 +67,7 @@ bool Exchange::Open(std::string_view method, std::string_view url, bool async) {
 }
 
 bool Exchange::SetRequestHeader(std::string_view name, std::string_view value) {
-  if (state_ == State::kClosed || !IsHttpToken(name) || HasControlCharacter(value)) return Refuse();
+  if (state_ == State::kClosed || !IsHttpToken(name) || HasControlCharacter(value)) return false;
   const auto present = std::ranges::find_if(
       wanted_.headers, [name](const auto& header) { return EqualIgnoringCase(header.first, name); });
   if (present != wanted_.headers.end()) {
@@ -88,27 +80,27 @@ bool Exchange::SetRequestHeader(std::string_view name, std::string_view value) {
 
 bool Exchange::SetCredentials(std::string_view user_name, std::string_view password, int flags) {
   if (state_ == State::kClosed || flags != 0 || HasControlCharacter(user_name) || HasControlCharacter(password)) {
-    return Refuse();
+    return false;
   }
   wanted_.credentials = {std::string(user_name), std::string(password)};
   return true;
 }
 
 bool Exchange::SetTimeouts(int resolve, int connect, int send, int receive) {
-  if (resolve < 0 || connect < 0 || send < 0 || receive < 0) return Refuse();
+  if (resolve < 0 || connect < 0 || send < 0 || receive < 0) return false;
   // A request without a body is sent in one piece as soon as there is a connection: `send` has nothing to bound.
   timeouts_ = {resolve, connect, receive};
   return true;
 }
 
 bool Exchange::LimitExchange(std::chrono::milliseconds limit) {
-  if (state_ == State::kClosed || limit.count() <= 0) return Refuse();
+  if (state_ == State::kClosed || limit.count() <= 0) return false;
   wanted_.limit = limit;
   return true;
 }
 
 bool Exchange::Send() {
-  if (state_ == State::kClosed || state_ == State::kUnderWay) return Refuse();
+  if (state_ == State::kClosed || state_ == State::kUnderWay) return false;
   MessageLoop* const loop = multiplexer_->Loop();
   EnterState(State::kUnderWay);
   limits_ = {};
@@ -127,7 +119,7 @@ bool Exchange::Send() {
 bool Exchange::WaitForResponse(std::optional<std::chrono::milliseconds> limit) {
   const std::shared_ptr<Outcome> mine = outcome_;
   MessageLoop* const loop = multiplexer_->Loop();
-  if (!mine || loop == nullptr) return state_ == State::kAnswered || Refuse();
+  if (!mine || loop == nullptr) return state_ == State::kAnswered;
   EventQueue& queue = loop->Queue();
   EventQueue::TimerId timer = 0;
   if (limit) {
@@ -145,8 +137,7 @@ void Exchange::Abort() {
   if (state_ == State::kUnderWay) EnterState(State::kFailed);
 }
 
-// ---- The chain of transfers
-// -------------------------------------------------------------------------------------------
+// ---- The chain of transfers ----------------------------------------------------------------------------------------
 
 // A login that the server has asked for is answered from then on with each request to it, until other credentials come.
 // What a caller has put into the header itself goes before it.
@@ -208,8 +199,7 @@ bool Exchange::AnswersLogin() {
   return allowance_.logins-- > 0 && (first || login_->IsStale());
 }
 
-// ---- Limits
-// -----------------------------------------------------------------------------------------------------------
+// ---- Limits --------------------------------------------------------------------------------------------------------
 
 Exchange::Limits::Time Exchange::Limits::Next() const {
   Time next;

@@ -50,7 +50,6 @@ class Exchange final : public HttpRequest, public MultiplexedTransfer, private T
   std::string ResponseText() override { return std::string(Answer().BodyText()); }
   FrameBytes ResponseBody() override { return Answer().Body(); }
   void Abort() override;
-  bool Failed() const override { return failed_; }
 
   CURL* Handle() override { return transfer_ ? transfer_->Handle() : nullptr; }
   std::optional<EventQueue::Nanoseconds> Deadline() const override { return limits_.Next(); }
@@ -104,7 +103,6 @@ class Exchange final : public HttpRequest, public MultiplexedTransfer, private T
 
   /// The answer; an empty one in every state but kAnswered.
   HttpAnswer& Answer() { return state_ == State::kAnswered ? answer_ : no_answer_; }
-  bool Refuse();
   void EnterState(State state);
   Limits::Time In(int milliseconds) const;
   void RememberLogin();
@@ -114,7 +112,6 @@ class Exchange final : public HttpRequest, public MultiplexedTransfer, private T
 
   const std::shared_ptr<Multiplexer> multiplexer_;
   State state_ = State::kClosed;
-  bool failed_ = false;  // a step has, since Open
   Settings wanted_;
   std::string url_;  // as given to Open last, when it was accepted
   Timeouts timeouts_;
