@@ -66,13 +66,7 @@ PlayerWidget::PlayerWidget(std::shared_ptr<Platform> platform, QWidget* parent)
   MakeChildren();
   MakeWindows();
   NameForScreenReaders();
-  parts_->pointer = Control().MousePointer.Changed.Connect([this](int pointer) {
-    if (pointer == UserControl1::kHourglass) {
-      setCursor(Qt::WaitCursor);
-    } else {
-      unsetCursor();
-    }
-  });
+  parts_->pointer = Control().MousePointer.Changed.Connect([this](int pointer) { ShowPointer(pointer); });
 }
 
 PlayerWidget::~PlayerWidget() {
@@ -111,6 +105,17 @@ void PlayerWidget::MakeWindows() {
                                 ? new FullScreenWidget(Control().XFullScreen, platform, this)
                                 : new WindowWidget(window, platform.screen, this);
     widget->setObjectName(QString::fromStdString(child.name));
+  }
+}
+
+// Over the alerts window too, which asks the server itself.
+void PlayerWidget::ShowPointer(int pointer) {
+  for (QWidget* each : {static_cast<QWidget*>(this), findChild<QWidget*>(QStringLiteral("AlertsWin"))}) {
+    if (pointer == UserControl1::kHourglass) {
+      each->setCursor(Qt::WaitCursor);
+    } else {
+      each->unsetCursor();
+    }
   }
 }
 

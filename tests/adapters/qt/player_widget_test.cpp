@@ -334,6 +334,8 @@ TEST_F(PlayerWidgetTest, TheWindowLivesWhileTheServerIsWaitedForAndMayBeClosed) 
   Open(false);
   ASSERT_TRUE(QTest::qWaitFor([&] { return platform.Requests().Waiting() == 1; }, kLimit));
   EXPECT_TRUE(window->isVisible());
+  EXPECT_EQ(player->cursor().shape(), Qt::WaitCursor);
+  EXPECT_EQ(Child<QDialog>("AlertsWin")->cursor().shape(), Qt::WaitCursor);
   auto* year = Child<QLineEdit>("TCR(0)");
   year->setFocus();
   QTest::keyClicks(year, "24");
