@@ -57,14 +57,14 @@ void UserControl1::UserControl_Initialize() {
 
 void UserControl1::ReadProperties(PropertyBag bag) {
   const auto alive = StayAlive();
+  // Before the server is waited for: the container may size and show the control meanwhile.
+  const bool has_extents = !Stored(bag, "_ExtentX").empty() && !Stored(bag, "_ExtentY").empty();
+  if (has_extents) LayoutFrozen = true;
   // What is kept of a server ends where the player turns to another one meanwhile; the rest is the control's own.
   const auto server = questions_.TurnToServer();
   ReadServer(bag);
   if (Terminating) return;
-  if (!Stored(bag, "_ExtentX").empty() && !Stored(bag, "_ExtentY").empty()) {
-    LayoutFrozen = true;
-    PlayerControls.Visible = true;
-  }
+  if (has_extents) PlayerControls.Visible = true;
   const bool starts = server.IsCurrent() && Stored(bag, "Start") == kYes;
   if (starts && !ConnectViewer(LiveUrl + QualitySuffix, false)) return;
   ShowExtendedFeatures(Stored(bag, "ExtendedControls") == kYes);

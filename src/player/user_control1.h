@@ -82,6 +82,8 @@ class UserControl1 {
 
   /// Takes on the properties that the host has kept: server or addresses, camera, buttons, layout. Connects.
   void ReadProperties(PropertyBag bag);
+  /// Gives the control its size in twips, from a container that reads the properties next: without a layout.
+  void Site(float width, float height);
   /// Gives the control its size in twips and runs the layout.
   void Resize(float width, float height);
   /// The container shows the control.
@@ -205,6 +207,8 @@ class UserControl1 {
   std::string MultiCamSelection;
   bool show_extended_features_ = false;
   bool LayoutFrozen = false;
+  int archive_ends_awaited_ = 0;  ///< Presses that wait for the archive's first or last picture.
+  bool bandwidth_before_archive_end_ = false;
   bool Terminating = false;              ///< The host has released the control.
   const ComboBox* selecting_ = nullptr;  ///< The list of which an item is being selected from code.
 

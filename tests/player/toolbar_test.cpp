@@ -1,5 +1,6 @@
 // What scripts cannot show of the toolbar's buttons and the windows behind them; tests/scripts has the rest.
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 
@@ -96,6 +97,22 @@ TEST_F(ToolbarTest, FullScreenStartsAnewAtEachSize) {
   };
   Click(16);
   EXPECT_EQ(opened.size(), 2u);
+}
+
+TEST_F(ToolbarTest, ArchivePressesThatMeetLeaveTheBandwidthAsTheFirstFoundIt) {
+  auto slow = PictureAnswer();
+  slow.delay = std::chrono::seconds(1);
+  texts = {{"&T=0", slow}, {"&B=0", slow}};
+  for (const bool shown : {false, true}) {
+    player->VS->ShowBandwidth(shown);
+    for (const std::size_t tool : {0, 4, 0}) {
+      world.loop.RunHandler([&] { player->Player[tool].OnClick(); });
+      world.queue.Advance(std::chrono::milliseconds(100));
+      EXPECT_TRUE(player->VS->ShowBandwidth());
+    }
+    world.queue.Advance(std::chrono::seconds(3));
+    EXPECT_EQ(player->VS->ShowBandwidth(), shown);
+  }
 }
 
 TEST_F(ToolbarTest, NothingThatIsReadHoldsThePassword) {

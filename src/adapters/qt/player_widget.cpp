@@ -2,6 +2,7 @@
 
 #include <QPointer>
 #include <QResizeEvent>
+#include <utility>
 
 #include "adapters/qt/control_widgets.h"
 #include "adapters/qt/window_widget.h"
@@ -133,7 +134,7 @@ void PlayerWidget::NameForScreenReaders() {
 
 void PlayerWidget::Load() {
   if (parts_->designing) return;
-  parts_->loaded = true;
+  if (!std::exchange(parts_->loaded, true)) TellSize(&UserControl1::Site);
   const QPointer watch(this);
   Control().ReadProperties(parts_->kept);
   if (watch) Q_EMIT Loaded();
@@ -141,7 +142,8 @@ void PlayerWidget::Load() {
 
 // As ReadProperties, but for what goes to a server.
 void PlayerWidget::ShowDesign() {
-  parts_->loaded = parts_->designing = true;
+  if (!std::exchange(parts_->loaded, true)) TellSize(&UserControl1::Site);
+  parts_->designing = true;
   Control().CamList.Visible = !Server().isEmpty();
   Control().ShowExtendedFeatures(ExtendedControls() == QLatin1String("Yes"));
 }
@@ -163,19 +165,24 @@ void PlayerWidget::Keep(const char* key, const QString& value) {
   if (parts_->designing) ShowDesign();
 }
 
-void PlayerWidget::resizeEvent(QResizeEvent* event) {
+void PlayerWidget::TellSize(void (UserControl1::*take)(float, float)) {
   const Screen& screen = parts_->platform->screen;
-  Control().Resize(static_cast<float>(event->size().width() * screen.TwipsPerPixelX()),
-                   static_cast<float>(event->size().height() * screen.TwipsPerPixelY()));
+  (Control().*take)(static_cast<float>(width() * screen.TwipsPerPixelX()),
+                    static_cast<float>(height() * screen.TwipsPerPixelY()));
+}
+
+// As handlers, here and when it is shown: a layout yields. A size from before the properties were read is told with
+// them.
+void PlayerWidget::resizeEvent(QResizeEvent*) {
+  if (parts_->loaded) RunHandler([this] { TellSize(&UserControl1::Resize); });
 }
 
 void PlayerWidget::showEvent(QShowEvent* event) {
   if (event->spontaneous()) return;
-  // As a handler: the window is there while the server is asked.
-  RunHandler([widget = QPointer(this)] {
-    if (widget) widget->EnsureLoaded();
-  });
-  Control().Show();
+  const QPointer watch(this);
+  // The window is there while the server is asked.
+  RunHandler([this] { EnsureLoaded(); });
+  if (watch) RunHandler([this] { Control().Show(); });
 }
 
 QSize PlayerWidget::sizeHint() const {

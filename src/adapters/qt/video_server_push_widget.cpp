@@ -135,11 +135,14 @@ void VideoServerPushWidget::PopUpMenu() {
   menu->popup(QCursor::pos());
 }
 
+// As a handler: a layout yields.
 void VideoServerPushWidget::resizeEvent(QResizeEvent* event) {
   if (!parts_->sizes_control) return;
   const Screen& screen = parts_->platform->screen;
-  Control().Resize(static_cast<float>(event->size().width() * screen.TwipsPerPixelX()),
-                   static_cast<float>(event->size().height() * screen.TwipsPerPixelY()));
+  RunHandler([this, width = static_cast<float>(event->size().width() * screen.TwipsPerPixelX()),
+              height = static_cast<float>(event->size().height() * screen.TwipsPerPixelY())] {
+    Control().Resize(width, height);
+  });
 }
 
 void VideoServerPushWidget::hideEvent(QHideEvent* event) {

@@ -94,6 +94,7 @@ class PlayerWidgetTest : public testing::Test {
     player->setPassword(QStringLiteral("secret"));
     player->setExtendedControls(QStringLiteral("Yes"));
     window->resize(640, 618);
+    if (before_show) before_show();
     bool done = false;
     QObject::connect(player, &PlayerWidget::Loaded, player, [&done] { done = true; });
     window->show();
@@ -142,6 +143,7 @@ class PlayerWidgetTest : public testing::Test {
 
   std::string jpeg = Jpeg();
   std::atomic<bool> slow = false;
+  std::function<void()> before_show;
   std::string more_cameras;
   std::unique_ptr<ScriptedServer> server = std::make_unique<ScriptedServer>(
       [this](const std::string& request, ScriptedServer::Connection& to) { Answer(request, to); });
@@ -327,6 +329,43 @@ TEST_F(PlayerWidgetTest, FullScreenHidesTheRestingPointerAndEndsWithAPressAlone)
   QTest::mouseClick(viewer->findChild<QWidget*>(QStringLiteral("VideoStream")), Qt::LeftButton);
   EXPECT_TRUE(QTest::qWaitFor([&] { return !full->isVisible(); }, kLimit));
   EXPECT_TRUE(QTest::qWaitFor([&] { return Child<QWidget>("PlayerControls")->isVisible(); }, kLimit));
+  // Again, at the size that the window had already.
+  Click(16);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return full->isVisible(); }, kLimit));
+  const UserControl1& control = player->Control();
+  EXPECT_TRUE(QTest::qWaitFor(
+      [&] { return control.XFullScreen.vs != nullptr && control.XFullScreen.vs->VideoStream.Visible.Get(); }, kLimit));
+  EXPECT_EQ(control.XFullScreen.vs->Width(), control.XFullScreen.Width.Get());
+}
+
+TEST_F(PlayerWidgetTest, WithExtentsEverythingKeepsItsPlaceFromTheBeginning) {
+  before_show = [this] {
+    player->setExtentX(QStringLiteral("1"));
+    player->setExtentY(QStringLiteral("1"));
+  };
+  slow = true;
+  Open(false);
+  const auto expect_design = [&] {
+    EXPECT_EQ(Child<QWidget>("CamList")->geometry(), QRect(0, 0, 337, 21));
+    EXPECT_EQ(Child<QWidget>("PlayerControls")->geometry(), QRect(0, 272, 349, 117));
+    EXPECT_EQ(player->VS().geometry(), QRect(0, 24, 348, 244));
+  };
+  ASSERT_TRUE(QTest::qWaitFor([&] { return platform.Requests().Waiting() == 1; }, kLimit));
+  expect_design();
+  window->resize(800, 700);
+  QApplication::processEvents();
+  expect_design();
+}
+
+// A layout yields; what the loop has to do then is not done inside Qt's own event.
+TEST_F(PlayerWidgetTest, ALayoutDoesNotRunTheLoopInsideOfQtsEvents) {
+  Open();
+  bool ran = false;
+  platform.Get().loop.Queue().Post([&] { ran = true; });
+  constexpr int kManySizes = 200;  // one alone could find the queue looked at just now
+  for (int width = 640; width < 640 + kManySizes; ++width) player->resize(width, 618);
+  EXPECT_FALSE(ran);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return ran; }, kLimit));
 }
 
 TEST_F(PlayerWidgetTest, TheWindowLivesWhileTheServerIsWaitedForAndMayBeClosed) {
