@@ -383,6 +383,25 @@ TEST_F(PlayerWidgetTest, TheWindowLivesWhileTheServerIsWaitedForAndMayBeClosed) 
   // The request goes on by itself, bounded by its time-out; the platform's end takes it along.
 }
 
+// The look-up has no limit, and what follows it uses the services: all handlers end before the first of those does.
+TEST_F(PlayerWidgetTest, TheProgramEndsWhileARelayIsLookedUpThatNeverAnswers) {
+  ScriptedServer relay([](const std::string&, ScriptedServer::Connection& to) { to.Never(); });
+  qputenv("ORBELCAST_RELAY_HOST", "relay.test");
+  qputenv("ORBELCAST_RELAY_LOOKUP_HOST", QByteArray("127.0.0.1:") + QByteArray::number(relay.Port()));
+  auto program = std::make_unique<QtPlatform>();
+  qunsetenv("ORBELCAST_RELAY_HOST");
+  qunsetenv("ORBELCAST_RELAY_LOOKUP_HOST");
+  auto widget = std::make_unique<PlayerWidget>(program->Get());
+  const std::weak_ptr<VideoServerPush> viewer = widget->Control().VS;
+  widget->setServer(QStringLiteral("relay.test/joe"));
+  widget->RunHandler([&] { widget->Load(); });
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !relay.Requests().empty(); }, kLimit));
+  widget.reset();
+  program.reset();
+  EXPECT_TRUE(viewer.expired());
+  EXPECT_EQ(relay.Requests().size(), 1u);
+}
+
 TEST_F(PlayerWidgetTest, DeletedWhileOneOfItsWindowsOrDialogsIsOpenItEndsCleanly) {
   for (const int tool : {15, 17, 11, 13, 10, 16}) {
     Open();
