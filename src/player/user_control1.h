@@ -92,6 +92,9 @@ class UserControl1 {
   float Width() const { return width_; }
   float Height() const { return height_; }
 
+  /// The id of the camera that is selected in the list, as the key "Device" takes it; empty where none is.
+  std::string SelectedDevice() const;
+
   /// The child controls by name, in tab order; the viewer's own are not among them.
   std::vector<NamedChild> Children();
   /// The windows that the control opens.
