@@ -109,7 +109,7 @@ bool UserControl1::LoadCameraList(const std::string& address) {
     if (fields.size() > 2) CamLive[k] = fields[2];
     if (!fields.empty()) CamDevice[k] = fields[0];
     // A camera without a name is not shown; its place in the arrays stays, so those behind it follow one later.
-    if (fields.size() > 1) CamList.AddItem(std::string(fields[1]));
+    if (fields.size() > 1) AddShown(CamList, std::string(fields[1]));
   });
   return true;
 }

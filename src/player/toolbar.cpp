@@ -52,7 +52,7 @@ std::optional<std::uintmax_t> LengthOf(const std::filesystem::path& file) {
 void AddWithState(ListBox& list, const std::vector<std::string_view>& fields) {
   if (fields.size() < 2) return;
   const bool off = fields.size() > 2 && fields[2] == "0";
-  list.AddItem(std::string(fields[1]) + (off ? " [OFF]" : " [ON]"));
+  AddShown(list, std::string(fields[1]) + (off ? " [OFF]" : " [ON]"));
 }
 
 }  // namespace
@@ -165,7 +165,8 @@ void UserControl1::ShowLog() {
   const auto request = platform_.http.Create();
   if (!SendByRelay(*request, ActivityLogAddress(CommandBase()))) return;
   LogForm.Caption = "Activity Log";
-  LogForm.Log.Text = LogText(request->ResponseText());
+  const FrameBytes log = request->ResponseBody();
+  LogForm.Log.Text = LogText({reinterpret_cast<const char*>(log.Bytes().data()), log.Size()});
   OpenWindow(LogForm);
 }
 
@@ -202,7 +203,7 @@ void UserControl1::ShowAlerts() {
   if (!info) return;
   AlertsWin.AlertList.Clear();
   ForEachLine(info->Lines, [&](std::size_t, const std::vector<std::string_view>& fields) {
-    if (fields.size() > 1) AlertsWin.AlertList.AddItem(std::string(fields[1]));
+    if (fields.size() > 1) AddShown(AlertsWin.AlertList, std::string(fields[1]));
   });
   AlertsWin.AlertList.ListIndex(0);
   AlertsWin.Activate.Visible = true;
