@@ -136,7 +136,7 @@ class PlayerWidget final : public QWidget {
   void MakeChildren();
   void MakeWindows();
   void ShowPointer(int pointer);
-  void TellSize(void (UserControl1::*take)(float, float));
+  void Site();
   void NameForScreenReaders();
   /// False where the widget was deleted meanwhile.
   bool EnsureLoaded();

@@ -134,7 +134,7 @@ void PlayerWidget::NameForScreenReaders() {
 
 void PlayerWidget::Load() {
   if (parts_->designing) return;
-  if (!std::exchange(parts_->loaded, true)) TellSize(&UserControl1::Site);
+  Site();
   const QPointer watch(this);
   Control().ReadProperties(parts_->kept);
   if (watch) Q_EMIT Loaded();
@@ -142,7 +142,7 @@ void PlayerWidget::Load() {
 
 // As ReadProperties, but for what goes to a server.
 void PlayerWidget::ShowDesign() {
-  if (!std::exchange(parts_->loaded, true)) TellSize(&UserControl1::Site);
+  Site();
   parts_->designing = true;
   Control().CamList.Visible = !Server().isEmpty();
   Control().ShowExtendedFeatures(ExtendedControls() == QLatin1String("Yes"));
@@ -165,16 +165,20 @@ void PlayerWidget::Keep(const char* key, const QString& value) {
   if (parts_->designing) ShowDesign();
 }
 
-void PlayerWidget::TellSize(void (UserControl1::*take)(float, float)) {
-  const Screen& screen = parts_->platform->screen;
-  (Control().*take)(static_cast<float>(width() * screen.TwipsPerPixelX()),
-                    static_cast<float>(height() * screen.TwipsPerPixelY()));
+// Once, before the properties are read: a size from before them is not laid out.
+void PlayerWidget::Site() {
+  if (std::exchange(parts_->loaded, true)) return;
+  const auto [width, height] = SizeInTwips(*this, parts_->platform->screen);
+  Control().Site(width, height);
 }
 
-// As handlers, here and when it is shown: a layout yields. A size from before the properties were read is told with
-// them.
+// As handlers, here and when it is shown: a layout yields.
 void PlayerWidget::resizeEvent(QResizeEvent*) {
-  if (parts_->loaded) RunHandler([this] { TellSize(&UserControl1::Resize); });
+  if (!parts_->loaded) return;
+  RunHandler([this] {
+    const auto [width, height] = SizeInTwips(*this, parts_->platform->screen);
+    Control().Resize(width, height);
+  });
 }
 
 void PlayerWidget::showEvent(QShowEvent* event) {

@@ -90,8 +90,9 @@ void WindowWidget::resizeEvent(QResizeEvent* event) {
 void WindowWidget::TellSize() {
   if (!isVisible() || size() == told_) return;
   told_ = size();
-  window_.Width = static_cast<float>(width() * screen_.TwipsPerPixelX());
-  window_.Height = static_cast<float>(height() * screen_.TwipsPerPixelY());
+  const auto [width, height] = SizeInTwips(*this, screen_);
+  window_.Width = width;
+  window_.Height = height;
   if (const auto told = window_.OnResize) told();
 }
 
