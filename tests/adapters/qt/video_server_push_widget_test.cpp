@@ -261,39 +261,5 @@ TEST_F(StreamTest, GivesItsPictureAsImageAsBytesAndOnAnyPaintDevice) {
   EXPECT_EQ(target.pixelColor(0, 0), QColor(Qt::white));
 }
 
-TEST_F(WidgetTest, DeadCamerasTakeNothingFromLiveOnesAndTheWindowAnswers) {
-  constexpr int kEach = 8;
-  constexpr int kRate = 20;
-  ScriptedServer live(fakes::AnswerBytes(200, "no picture, but a frame"));
-  ScriptedServer dead([](const std::string&, ScriptedServer::Connection& to) { to.Never(); });
-  std::vector<std::unique_ptr<VideoServerPushWidget>> widgets;
-  int frames = 0;
-  for (int i = 0; i < 2 * kEach; ++i) {
-    VideoServerPushWidget* each = widgets.emplace_back(std::make_unique<VideoServerPushWidget>(platform.Get())).get();
-    each->resize(320, 240);
-    each->setFrameRate(kRate);
-    each->show();
-    const bool alive = i % 2 != 0;
-    if (alive) each->Control().VideoStream.Refreshed.Listen([&frames] { ++frames; });
-    each->RunHandler([each, url = QString::fromStdString(alive ? live.Url() : dead.Url())] { each->Connect(url); });
-  }
-  Run(milliseconds(2000), [&] { return frames >= kEach; });
-  frames = 0;
-  // Answering: a timer of the toolkit's own, a hundred times a second, is never late by much.
-  milliseconds worst{0};
-  auto last = std::chrono::steady_clock::now();
-  QTimer heartbeat;
-  heartbeat.setTimerType(Qt::PreciseTimer);
-  QObject::connect(&heartbeat, &QTimer::timeout, [&] {
-    const auto now = std::chrono::steady_clock::now();
-    worst = std::max(worst, std::chrono::duration_cast<milliseconds>(now - last));
-    last = now;
-  });
-  heartbeat.start(10);
-  Run(milliseconds(2000));
-  EXPECT_GE(frames, 0.95 * kEach * kRate * 2);
-  EXPECT_LT(worst.count(), 250);
-}
-
 }  // namespace
 }  // namespace orbelcast
