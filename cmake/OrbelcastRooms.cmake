@@ -33,6 +33,15 @@ function(orbelcast_room name)
     target_link_libraries(${target} ${scope} "orbelcast_${other_suffix}")
   endforeach()
   add_library(Orbelcast::${suffix} ALIAS ${target})
+  list(JOIN ROOM_DOORS " " dependencies)
+  set_property(GLOBAL APPEND PROPERTY ORBELCAST_MODULES "${name} ${dependencies}\n")
+endfunction()
+
+# orbelcast_write_modules(): writes each module with its dependencies, a line each, to modules.txt in the build.
+function(orbelcast_write_modules)
+  get_property(modules GLOBAL PROPERTY ORBELCAST_MODULES)
+  list(JOIN modules "" text)
+  file(WRITE "${PROJECT_BINARY_DIR}/modules.txt" "${text}")
 endfunction()
 
 # orbelcast_module(TARGET FOLDER room OUTPUT name [SUBFOLDER folder])

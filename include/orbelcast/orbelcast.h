@@ -10,10 +10,15 @@
 /// factory of a control, the factory makes controls, and a control gives its other interfaces by QueryInterface.
 /// Members are reached late-bound: GetIDsOfNames turns a name into a dispatch id, Invoke calls it. Ids never change.
 ///
-/// Threads and the loop. Everything happens on the thread that made the first object: calls from another thread answer
-/// RPC_E_WRONG_THREAD, and event sinks are called on that thread alone. There are no threads of the library's own that
-/// a host could notice. Pictures arrive only while the message loop runs: inside IHostServices::RunLoop and HandleNext
-/// (a host with a loop of its own calls HandleNext(0) every 10 ms or so) and inside members that wait.
+/// Threads and the loop. Everything happens on the thread that made the first object, until all objects are released:
+/// from another one DllGetClassObject, and every method of IClassFactory, IDispatch, IConnectionPointContainer,
+/// IConnectionPoint, IControl and IHostServices, answer RPC_E_WRONG_THREAD. What only counts or reads may be called on
+/// any thread: QueryInterface, AddRef, Release, and the methods of IMemberList, IPicture, ISurface and IDataObject (the
+/// pixels of a surface not while a control may draw on it). An object whose last Release comes on another thread ends
+/// when its own one next calls into the library. Event sinks are called on the objects' thread alone. There are no
+/// threads of the library's own that a host could notice. Pictures arrive only while the message loop runs: inside
+/// IHostServices::RunLoop and HandleNext (a host with a loop of its own calls HandleNext(0) every 10 ms or so) and
+/// inside members that wait.
 ///
 /// What may block. `Connect` waits for the server, at most about a minute. The player's `Connect2Server` and camera
 /// choices wait at most about ten seconds for each question to the server. Everything else returns at once, apart from
@@ -22,8 +27,8 @@
 /// on; a host whose language keeps books about its stack (Python does) therefore calls nothing that waits from inside
 /// an event, and does not run the loop there.
 ///
-/// Releasing. The last Release of a control ends it, also in the middle of an event or of a member that waits: what is
-/// under way is aborted, no event comes any more, and the member that waited returns soon.
+/// Releasing. The last Release of a control, on its thread, ends it at once, also in the middle of an event or of a
+/// member that waits: what is under way is aborted, no event comes any more, and the member that waited returns soon.
 ///
 /// Failure. Every function answers a result code and lets no exception out; what a host's sink throws must not leave
 /// the sink. A control reports failures of the network as events, never as a result code.
@@ -46,6 +51,7 @@ constexpr bool Succeeded(Result result) {
   return result >= 0;
 }
 
+// NOLINTBEGIN(readability-identifier-naming): the platform's names.
 inline constexpr Result S_OK = 0;
 inline constexpr Result S_FALSE = 1;  ///< It worked, and the answer is no.
 inline constexpr Result E_UNEXPECTED = static_cast<Result>(0x8000FFFFU);
@@ -68,6 +74,7 @@ inline constexpr Result CLASS_E_NOAGGREGATION = static_cast<Result>(0x80040110U)
 inline constexpr Result CLASS_E_CLASSNOTAVAILABLE = static_cast<Result>(0x80040111U);
 inline constexpr Result CONNECT_E_NOCONNECTION = static_cast<Result>(0x80040200U);
 inline constexpr Result SELFREG_E_CLASS = static_cast<Result>(0x80040201U);  ///< The registry could not be written.
+// NOLINTEND(readability-identifier-naming)
 
 // ---- Identifiers ----------------------------------------------------------------------------------------------------
 

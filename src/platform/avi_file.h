@@ -10,12 +10,12 @@
 
 namespace orbelcast {
 
-/// What a video stream is, before its first sample.
+/// What a video stream is, before its first sample. The buffer size that its header suggests to players is the largest
+/// frame's, which whoever writes the file knows at its end; where key frames stand is the compression's affair.
 struct AviStreamInfo {
   std::int32_t scale = 1;  ///< `rate` / `scale` frames a second.
   std::int32_t rate = 1;
-  std::int32_t suggested_buffer_size = 0;  ///< Bytes of one uncompressed frame.
-  std::int32_t width = 0;                  ///< Pixels.
+  std::int32_t width = 0;  ///< Pixels.
   std::int32_t height = 0;
 };
 
@@ -24,8 +24,6 @@ struct AviSample {
   std::int32_t width = 0;  ///< Pixels.
   std::int32_t height = 0;
   std::span<const std::uint8_t> pixels;  ///< In the stream's format, 24 bits a pixel.
-  bool key_frame =
-      true;  ///< The picture stands for itself. Where the compression puts its key frames is its own affair.
 };
 
 /// A clip that is being written: one video stream, steps in this order. A step that fails answers false and can be

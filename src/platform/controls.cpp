@@ -7,10 +7,14 @@
 
 namespace orbelcast {
 
-Surface& PictureBox::Canvas(int twips_x, int twips_y) {
-  const int width = twips_x > 0 ? static_cast<int>(RoundToEven(Width / static_cast<float>(twips_x))) : 0;
-  const int height = twips_y > 0 ? static_cast<int>(RoundToEven(Height / static_cast<float>(twips_y))) : 0;
-  if (width != surface_.Width() || height != surface_.Height()) surface_.Resize(width, height, BackColor);
+void PictureBox::SetScale(int twips_x, int twips_y) {
+  twips_x_ = std::max(twips_x, 1);
+  twips_y_ = std::max(twips_y, 1);
+}
+
+Surface& PictureBox::Sized() const {
+  surface_.Resize(RoundToEven(Width / static_cast<float>(twips_x_)), RoundToEven(Height / static_cast<float>(twips_y_)),
+                  BackColor);
   return surface_;
 }
 

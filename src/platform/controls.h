@@ -83,18 +83,25 @@ struct Frame : ChildControl {};
 
 /// A picture that can be drawn on. What is drawn stays.
 ///
-/// The surface is allocated when something is first drawn (`Canvas`), at the box's size in pixels, and follows the size
-/// from then on, new parts in the background colour.
+/// Its surface has the box's size in pixels, and follows the size: what was drawn stays at the top-left corner, new
+/// parts have the background colour. It takes memory from the first time on that it is drawn on or looked at.
 struct PictureBox : ChildControl {
   Property<Color> BackColor{Rgb(255, 255, 255)};
 
-  /// The surface to draw on, made and sized for the box. `twips_x`, `twips_y`: the screen's twips per pixel.
-  Surface& Canvas(int twips_x, int twips_y);
-  /// What was drawn so far; empty before the first drawing.
-  const Surface& Image() const { return surface_; }
+  /// Sets the screen's twips per pixel, by which the surface is sized; 15 each unless it is told.
+  void SetScale(int twips_x, int twips_y);
+  /// The surface to draw on. Valid until the box changes its size.
+  Surface& Canvas() {
+    drawn_ = true;
+    return Sized();
+  }
+  /// Whether anything was drawn on it yet.
+  bool Drawn() const { return drawn_; }
+  /// What was drawn so far, on the background colour. Valid until the box changes its size.
+  const Surface& Image() const { return Sized(); }
 
   /// Brings back the background colour everywhere.
-  void Cls() { surface_.Fill(BackColor); }
+  void Cls() { Sized().Fill(BackColor); }
   /// Tells the front end to paint what was drawn.
   void Refresh() { Refreshed(); }
   Signal<> Refreshed;
@@ -106,7 +113,12 @@ struct PictureBox : ChildControl {
   std::function<void(Drop& drop)> OnDrop;
 
  private:
-  Surface surface_;
+  Surface& Sized() const;
+
+  int twips_x_ = 15;
+  int twips_y_ = 15;
+  bool drawn_ = false;
+  mutable Surface surface_;  // sized when it is asked for
   Surface picture_;
 };
 

@@ -19,7 +19,7 @@ struct TimerDriver::State {
   Connection enabled_changed;
   EventQueue::TimerId armed = 0;
   EventQueue::Nanoseconds due{};
-  bool running = false;
+  std::uint64_t series = 0;  // of ticks: each start of the timer begins one
   bool stopped = false;
 
   EventQueue::Nanoseconds Period() const { return std::chrono::milliseconds(timer.Interval); }
@@ -30,9 +30,10 @@ struct TimerDriver::State {
 
   void Restart() {
     Disarm();
+    ++series;
     if (stopped || !timer.Enabled || timer.Interval <= 0) return;
     due = loop.Queue().Now() + Period();
-    if (!running) Arm();
+    Arm();
   }
 
   void Arm() {
@@ -56,11 +57,10 @@ struct TimerDriver::State {
       tick();
       return;
     }
-    running = true;
+    const std::uint64_t mine = series;
     due += Period();
     tick();
-    running = false;
-    if (stopped || !timer.Enabled || timer.Interval <= 0) return;
+    if (stopped || mine != series) return;
     due = std::max(due, loop.Queue().Now());
     Arm();
   }

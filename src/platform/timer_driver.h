@@ -10,9 +10,11 @@ namespace orbelcast {
 
 /// Makes a Timer tick on a message loop.
 ///
-/// Each tick is a handler. As a rule a tick never starts while the last one is still running: a period that ends
-/// meanwhile gives one tick right after it, several give one. Ticks keep the period's rhythm rather than adding up the
-/// time that the ticks themselves take. Changing the interval or switching the timer on starts a new period.
+/// Each tick is a handler. Changing the interval or switching the timer on begins a new series of ticks, one period
+/// from then on. As a rule a tick never starts while the last one of its series is still running: a period that ends
+/// meanwhile gives one tick right after it, several give one. A tick of a former series, which may wait for long, holds
+/// up none of the new one. Ticks keep the period's rhythm rather than adding up the time that the ticks themselves
+/// take.
 ///
 /// Ticks that may overlap fall due by the rhythm alone: one starts also while others wait or yield. Periods that end
 /// while the thread is blocked give one tick together.

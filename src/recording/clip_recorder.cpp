@@ -19,7 +19,7 @@ bool HasContent(const std::string& path) {
 }
 
 AviSample SampleOf(const cDIB& bitmap) {
-  return {bitmap.Width(), bitmap.Height(), bitmap.PointerToBits(), true};
+  return {bitmap.Width(), bitmap.Height(), bitmap.PointerToBits()};
 }
 
 }  // namespace
@@ -121,14 +121,14 @@ bool ClipRecorder::LoadIntoConv(const FrameBytes& jpeg) {
 Surface& ClipRecorder::SizeConv(int width, int height) {
   const int twips_x = platform_.screen.TwipsPerPixelX();
   const int twips_y = platform_.screen.TwipsPerPixelY();
+  Conv.SetScale(twips_x, twips_y);
   Conv.Width = static_cast<float>(width * twips_x);
   Conv.Height = static_cast<float>(height * twips_y);
-  return Conv.Canvas(twips_x, twips_y);
+  return Conv.Canvas();
 }
 
 AviStreamInfo ClipRecorder::StreamOf(const cDIB& bitmap) const {
   AviStreamInfo info = host_.DeclaredRate();
-  info.suggested_buffer_size = bitmap.SizeImage();
   info.width = bitmap.Width();
   info.height = bitmap.Height();
   return info;

@@ -135,6 +135,20 @@ Result ControlServer::GetClipboardPicture(IPicture** picture) {
   return S_OK;
 }
 
+void ControlServer::EndLater(std::function<void()> end) {
+  const std::lock_guard lock(released_mutex_);
+  released_.push_back(std::move(end));
+}
+
+void ControlServer::EndReleased() {
+  std::vector<std::function<void()>> ends;
+  {
+    const std::lock_guard lock(released_mutex_);
+    ends.swap(released_);
+  }
+  for (const auto& end : ends) end();
+}
+
 void ControlServer::ObjectGone() {
   --objects_;
   if (objects_ == 0 && locks_ == 0 && OnUnused) OnUnused();

@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <functional>
+#include <mutex>
 #include <string_view>
 #include <thread>
+#include <vector>
 
 #include "assembly/headless_platform.h"
 #include "orbelcast/orbelcast.h"
@@ -50,7 +52,11 @@ class ControlServer final : public ObjectCount {
 
   // ---- What its objects hand on to their hosts --------------------------------------------------------------------
 
-  bool OnOwnThread() const { return std::this_thread::get_id() == thread_; }
+  bool OnOwnThread() const override { return std::this_thread::get_id() == thread_; }
+  void EndLater(std::function<void()> end) override;
+  /// Ends the objects whose last reference went on another thread. As with any object's end, the server may be gone
+  /// afterwards, unless the caller holds an object of it.
+  void EndReleased();
   void Lock(bool lock);
   Result RunLoop(std::int32_t milliseconds);
   Result HandleNext(std::int32_t milliseconds);
@@ -65,6 +71,8 @@ class ControlServer final : public ObjectCount {
   const std::thread::id thread_ = std::this_thread::get_id();
   std::uint32_t objects_ = 0;
   std::uint32_t locks_ = 0;
+  std::mutex released_mutex_;
+  std::vector<std::function<void()>> released_;  // the ends that wait for this server's thread
 };
 
 /// The class of that name ("VideoServerPush"), letter by letter; null where there is none.

@@ -33,6 +33,12 @@ std::int32_t ArgumentId(std::span<const ArgumentEntry> arguments, std::string_vi
   return kUnknownId;
 }
 
+/// Whether an argument counts as left out: marked so itself, or a reference to what is.
+bool IsMissing(const Variant& argument) {
+  const bool refers = argument.type == kReference && argument.reference != nullptr;
+  return (refers ? *argument.reference : argument).type == kMissing;
+}
+
 /// A call's arguments put where the member has them, each in the member's type.
 class BoundArguments {
  public:
@@ -70,7 +76,7 @@ class BoundArguments {
   Result Read(std::uint32_t& wrong) {
     for (std::size_t i = 0; i < entries_.size(); ++i) {
       const ArgumentEntry& entry = entries_[i];
-      if (given_[i] == nullptr || given_[i]->type == kMissing) {
+      if (given_[i] == nullptr || IsMissing(*given_[i])) {
         if (!entry.optional) {
           wrong = given_[i] == nullptr ? 0 : places_[i];
           return DISP_E_PARAMNOTOPTIONAL;

@@ -46,6 +46,7 @@ class HostObject : public Object<First, Interfaces..., IHostServices, IMemberLis
   Result Entered(Work work) {
     if (!server_.OnOwnThread()) return RPC_E_WRONG_THREAD;
     const typename Base::Call call(*this);
+    server_.EndReleased();
     return Guarded(work);
   }
   ControlServer& Server() { return server_; }

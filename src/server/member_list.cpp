@@ -44,9 +44,14 @@ void MemberList::Add(MemberInfo member, std::span<const ArgumentEntry> arguments
   members_.push_back(member);
 }
 
+// Made once and whole: it is read on any thread.
 const MemberList& MembersOf(const ControlClass& control_class) {
-  static std::map<const ControlClass*, MemberList> lists;
-  return lists.try_emplace(&control_class, control_class).first->second;
+  static const std::map<const ControlClass*, MemberList> lists = [] {
+    std::map<const ControlClass*, MemberList> made;
+    for (const ControlClass& each : Classes()) made.try_emplace(&each, each);
+    return made;
+  }();
+  return lists.at(&control_class);
 }
 
 }  // namespace orbelcast::server

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <new>
 #include <utility>
 
@@ -9,10 +11,13 @@
 
 namespace orbelcast::server {
 
-/// Whoever counts the objects that are alive.
+/// Whoever counts the objects that are alive, and knows their thread.
 class ObjectCount {
  public:
   virtual ~ObjectCount() = default;
+  virtual bool OnOwnThread() const = 0;
+  /// Called on another thread: calls `end` on the objects' own one, when a host next comes by there.
+  virtual void EndLater(std::function<void()> end) = 0;
   virtual void ObjectMade() = 0;
   /// The last thing an object does: the count may end with it.
   virtual void ObjectGone() = 0;
@@ -32,6 +37,9 @@ Result Guarded(Work work) noexcept {
 
 /// Reference counting and QueryInterface for an object that has `Interfaces`. It begins with one reference, its
 /// maker's.
+///
+/// References are counted on any thread. Everything else happens on the object's own, its end too: where the last
+/// reference goes on another one, the end waits.
 template <typename First, typename... Interfaces>
 class Object : public First, public Interfaces... {
  public:
@@ -50,12 +58,14 @@ class Object : public First, public Interfaces... {
   }
   std::uint32_t AddRef() override { return ++references_; }
   std::uint32_t Release() override {
-    if (references_ > 1) return --references_;
-    if (references_ == 1) {
-      ++calls_;  // Stays whole while it ends, also when a sink that it lets go calls back in.
-      references_ = 0;
-      Ended();
-      Leave();
+    std::uint32_t counted = references_;
+    while (counted > 0 && !references_.compare_exchange_weak(counted, counted - 1)) {
+    }
+    if (counted != 1) return counted > 0 ? counted - 1 : 0;
+    if (count_.OnOwnThread()) {
+      End();
+    } else {
+      count_.EndLater([this] { End(); });
     }
     return 0;
   }
@@ -86,6 +96,11 @@ class Object : public First, public Interfaces... {
   virtual void Ended() {}
 
  private:
+  void End() {
+    ++calls_;  // Stays whole while it ends, also when a sink that it lets go calls back in.
+    Ended();
+    Leave();
+  }
   void Leave() {
     if (--calls_ > 0 || references_ > 0) return;
     ObjectCount& count = count_;
@@ -94,7 +109,7 @@ class Object : public First, public Interfaces... {
   }
 
   ObjectCount& count_;
-  std::uint32_t references_ = 1;
+  std::atomic<std::uint32_t> references_ = 1;
   std::uint32_t calls_ = 0;
 };
 

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "platform/ascii.h"
+#include "platform/rounding.h"
 
 namespace orbelcast::server {
 
@@ -127,11 +128,13 @@ Result ToInteger(const Scalar& scalar, Integer& value) {
   static_assert(sizeof(Integer) <= sizeof(std::int32_t));
   double number = 0;
   if (const Result result = ToFloating(scalar, number); !Succeeded(result)) return result;
-  const double rounded = std::nearbyint(number);
-  if (!(rounded >= std::numeric_limits<Integer>::min() && rounded <= std::numeric_limits<Integer>::max())) {
+  // What lies halfway beyond an end goes to the even number: the lowest is one, the highest is not.
+  constexpr double kHalf = 0.5;
+  if (!(number >= std::numeric_limits<Integer>::min() - kHalf &&
+        number < std::numeric_limits<Integer>::max() + kHalf)) {
     return DISP_E_OVERFLOW;
   }
-  value = static_cast<Integer>(rounded);
+  value = static_cast<Integer>(RoundToEven(number));
   return S_OK;
 }
 

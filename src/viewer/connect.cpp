@@ -1,5 +1,7 @@
 // Opening a stream: the first request, what its answer says, and handing on to the frame loop.
 
+#include <memory>
+#include <optional>
 #include <utility>
 
 #include "platform/ascii.h"
@@ -21,10 +23,10 @@ constexpr int kVideoNotFound = 506;
 void VideoServerPush::Connect(std::string URL, bool OnlyOnce, std::string msg) {
   if (!StartsWithIgnoringCase(URL, "http://")) return;
   const auto alive = StayAlive();
-  ++connects_;
+  const Generation mine = TakeOver();
+  Until connecting(doing_, Doing::kConnecting, Doing::kNothing, mine);
   MultiCam.Enabled = false;
-  // Whoever still waits for the old request (a tick, an older Connect) would hold up the new stream's ticks.
-  std::exchange(Requester, platform_.http.Create())->Abort();
+  Requester = platform_.http.Create();
   FirstFrameShown = false;
   FailureCount = 0;
   SingleShot = OnlyOnce;
@@ -37,21 +39,23 @@ void VideoServerPush::Connect(std::string URL, bool OnlyOnce, std::string msg) {
     Mira.Visible = true;
     VideoStream.Visible = false;
   }
-  if (!YieldInConnect()) return;
+  if (!Yield(mine)) return;
   first_frames_ = 0;
   SetStatus(MapStatus("Connecting..."));
   RaiseStatus();
-  if (!YieldInConnect()) return;
+  if (!Yield(mine)) return;
   current_url_ = URL;
-  if (!SendFirstRequest(msg)) return;
+  const std::optional<bool> answered = SendFirstRequest(msg, mine);
+  if (!answered || !RaiseFirstAnswer(mine)) return;
 
-  RaiseFirstAnswer();
   FrameBuffer = Requester->ResponseBody();
-  const int status = Requester->Status();
+  const int status = *answered ? Requester->Status() : 0;
   if (status == kHttpOk) {
-    StartStreaming(OnlyOnce);
+    if (!AnnounceStream(mine)) return;
+    connecting.End();
+    StartStreaming(OnlyOnce, mine);
   } else if (!auto_reconnect_) {
-    ReportFailure(URL, OnlyOnce, status);
+    ReportFailure(URL, OnlyOnce, status, mine);
   }
   // With AutoReconnect a failure is not told: a stream that was running goes on ticking, now with the new address.
 }
@@ -62,25 +66,34 @@ void VideoServerPush::ShowConnecting() {
   StatusDisplay.Visible = true;
 }
 
-bool VideoServerPush::SendFirstRequest(const std::string& msg) {
+// Whether every step worked and the answer is there; none where the Connect is void.
+std::optional<bool> VideoServerPush::SendFirstRequest(const std::string& msg, const Generation& mine) {
   if (!msg.empty()) {
     WarningMsg.Caption = msg;
     WarningFrame.Visible = true;
   }
-  Requester->SetTimeouts(kStreamTimeout, kStreamTimeout, kStreamTimeout, kStreamReceiveTimeout);
-  Requester->Open("GET", current_url_, true);
-  if (!password_.empty() || !username_.empty()) Requester->SetCredentials(username_, password_, 0);
-  const bool answered = YieldInConnect() && (Requester->Send(), WaitForResponse());
+  const std::shared_ptr<HttpRequest> request = Requester;
+  const Until under_way(request_under_way_, true, false, mine);
+  request->SetTimeouts(kStreamTimeout, kStreamTimeout, kStreamTimeout, kStreamReceiveTimeout);
+  const bool opened = OpenRequest(*request);
+  if (!Yield(mine)) return std::nullopt;
+  const bool sent = request->Send();
+  const bool answered = request->WaitForResponse();
+  if (!mine.IsCurrent()) return std::nullopt;
   if (!msg.empty()) WarningFrame.Visible = false;
-  return answered;
+  return opened && sent && answered;
 }
 
-void VideoServerPush::RaiseFirstAnswer() {
-  if (std::string info(Requester->GetResponseHeader("VigilboxInfo")); info.starts_with('1')) Events.VigilboxInfo(info);
-  if (std::string plug_ins(Requester->GetResponseHeader("PlugIns")); !plug_ins.empty()) Events.Plugin(plug_ins);
+// False where the Connect is void, as of the following.
+bool VideoServerPush::RaiseFirstAnswer(const Generation& mine) {
+  const std::shared_ptr<HttpRequest> request = Requester;
+  if (std::string info(request->GetResponseHeader("VigilboxInfo")); info.starts_with('1')) Events.VigilboxInfo(info);
+  if (!mine.IsCurrent()) return false;
+  if (std::string plug_ins(request->GetResponseHeader("PlugIns")); !plug_ins.empty()) Events.Plugin(plug_ins);
+  return mine.IsCurrent();
 }
 
-void VideoServerPush::StartStreaming(bool once) {
+bool VideoServerPush::AnnounceStream(const Generation& mine) {
   const std::string server(Requester->GetResponseHeader("Server"));
   DrawStatusIcon(StatusIcon::kConnect);
   SetStatus(MapStatus("Connected.") + "  " + server);
@@ -88,16 +101,19 @@ void VideoServerPush::StartStreaming(bool once) {
   Requester->GetResponseHeader("Plug-In");
   if (std::string time_code(Requester->GetResponseHeader("RC_TCR")); !time_code.empty()) {
     RaiseTimeCode(std::move(time_code));
+    if (!mine.IsCurrent()) return false;
   }
   DrawStatusIcon(StatusIcon::kConnect);
   SetStatus(MapStatus("Streaming...") + "\r\n" + server + "\r\n");
   RaiseStatus();
-  if (!YieldInConnect()) return;
+  return Yield(mine);
+}
 
+void VideoServerPush::StartStreaming(bool once, const Generation& mine) {
   StreamStopped = false;
   StopAfterTick = true;
   MasterTimer_Timer();
-  if (Terminating) return;
+  if (!mine.IsCurrent()) return;
   if (!once) {
     StopAfterTick = false;
     MasterTimer.Enabled = true;
@@ -105,10 +121,11 @@ void VideoServerPush::StartStreaming(bool once) {
     MasterTimer.Enabled = false;
   }
   Events.Connected();
+  if (!mine.IsCurrent()) return;
   StatusDisplay.Visible = show_bandwidth_;
 }
 
-void VideoServerPush::ReportFailure(std::string& url, bool& once, int status) {
+void VideoServerPush::ReportFailure(std::string& url, bool& once, int status, const Generation& mine) {
   StatusDisplay.Cls();
   DrawStatusIcon(StatusIcon::kDisconnect);
   SetStatus(MapStatus("Connection failed.") + "  (" + std::to_string(status) + ")");
@@ -117,15 +134,11 @@ void VideoServerPush::ReportFailure(std::string& url, bool& once, int status) {
     lStatus.ToolTipText = url;
   }
   Disconnect(true);
-  if (!YieldInConnect()) return;
+  if (!mine.IsCurrent() || !Yield(mine)) return;
   Events.ConnectionFailed();
+  if (!mine.IsCurrent()) return;
   Events.ConnectionFailedV2(url, once);
-  Yield();
-}
-
-bool VideoServerPush::YieldInConnect() {
-  const std::uint64_t mine = connects_;
-  return Yield() && mine == connects_;
+  Yield(mine);
 }
 
 }  // namespace orbelcast

@@ -6,16 +6,18 @@ namespace orbelcast {
 
 void VideoServerPush::Disconnect(bool NoNewStatus) {
   const auto alive = StayAlive();
+  const Generation mine = generations_.Current();
   DisconnectPending = true;
   current_url_.clear();
   MasterTimer.Enabled = false;
   Requester->Abort();
-  if (!Yield()) return;
+  if (!Yield(mine)) return;
   if (!NoNewStatus) {
     DrawStatusIcon(StatusIcon::kConnect);
     SetStatus(MapStatus("Disconnecting..."));
   }
   RaiseStatus();
+  if (!mine.IsCurrent()) return;
   StreamStopped = true;
   VideoStream.Visible = false;
   Mira.Visible = true;

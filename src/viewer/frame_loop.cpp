@@ -1,6 +1,8 @@
 // The master timer's tick: the next request, its picture, and the once-a-second work.
 
 #include <cstdio>
+#include <memory>
+#include <optional>
 #include <utility>
 
 #include "platform/rounding.h"
@@ -33,100 +35,97 @@ std::string PieceOf(const std::string& text, std::size_t first, std::size_t coun
 }  // namespace
 
 void VideoServerPush::MasterTimer_Timer() {
-  if (StreamStopped || Terminating) return;
+  if (StreamStopped || doing_ != Doing::kNothing) return;
   if (DisconnectPending) {
     Disconnect(false);
     return;
   }
-  ++ticks_running_;
-  std::string recording = std::exchange(spare_recording_, {});
-  std::string server_information = std::exchange(spare_information_, {});
-  recording.clear();
-  server_information.clear();
-
+  const Generation mine = generations_.Current();
+  const Until ticking(doing_, Doing::kTicking, Doing::kNothing, mine);
+  TickTexts texts;
   // The comparison admits equality: one frame more than FrameRate fits into a clock second.
-  const bool goes_on = FramesThisSecond > frame_rate_ || FetchFrame(recording, server_information);
-  if (goes_on) {
-    UpdateOncePerSecond(recording, server_information);
-    if (StopAfterTick) MasterTimer.Enabled = false;
-  }
-
-  spare_recording_ = std::move(recording);
-  spare_information_ = std::move(server_information);
-  --ticks_running_;
+  if (FramesThisSecond <= frame_rate_ && !FetchFrame(texts, mine)) return;
+  if (!UpdateOncePerSecond(texts, mine)) return;
+  if (StopAfterTick) MasterTimer.Enabled = false;
 }
 
 // False ends the tick: no once-a-second work, no stop.
-bool VideoServerPush::FetchFrame(std::string& recording, std::string& server_information) {
-  if (!SingleShot && !OpenAndSend()) return false;
-  if (RequestFailed()) {
-    FailTick();
+bool VideoServerPush::FetchFrame(TickTexts& texts, const Generation& mine) {
+  const std::shared_ptr<HttpRequest> request = Requester;
+  // A single picture is the answer that Connect has.
+  const std::optional<bool> good = SingleShot ? request->Status() == kHttpOk : RequestFrame(*request, mine);
+  if (!good) return false;
+  if (!*good) {
+    FailTick(mine);
     return false;
   }
-  FrameBuffer = Requester->ResponseBody();
+  FrameBuffer = request->ResponseBody();
   FailureCount = 0;
-  RaiseTimeCodeOrClock();
-  recording.assign(Requester->GetResponseHeader("Recording"));
-  ReadServerInformation(server_information);
+  RaiseTimeCodeOrClock(*request);
+  if (!mine.IsCurrent()) return false;
+  texts.recording = request->GetResponseHeader("Recording");
+  texts.server_information = ServerInformation(*request);
   ProcessFrame(false);
-  return !Terminating;
+  return mine.IsCurrent();
 }
 
-// False when the control was released, or a newer Connect has taken the stream over, in the middle of it.
-bool VideoServerPush::OpenAndSend() {
-  const std::shared_ptr<HttpRequest> request = Requester;
-  request->Open("GET", current_url_, true);
-  if (!username_.empty() || !password_.empty()) request->SetCredentials(username_, password_, 0);
-  request->Send();
-  if (!Yield() || request != Requester) return false;
-  return WaitForResponse();
+// Whether every step worked and status 200 came; none where the tick is void.
+std::optional<bool> VideoServerPush::RequestFrame(HttpRequest& request, const Generation& mine) {
+  const Until under_way(request_under_way_, true, false, mine);
+  const bool opened = OpenRequest(request);
+  const bool sent = request.Send();
+  if (!Yield(mine)) return std::nullopt;
+  const bool answered = request.WaitForResponse();
+  if (!mine.IsCurrent()) return std::nullopt;
+  return opened && sent && answered && request.Status() == kHttpOk;
 }
 
-bool VideoServerPush::RequestFailed() const {
-  return Requester->Failed() || Requester->Status() != kHttpOk;
+bool VideoServerPush::OpenRequest(HttpRequest& request) const {
+  const bool opened = request.Open("GET", current_url_, true);
+  if (username_.empty() && password_.empty()) return opened;
+  return request.SetCredentials(username_, password_, 0) && opened;
 }
 
-void VideoServerPush::FailTick() {
+void VideoServerPush::FailTick(const Generation& mine) {
   const float left = VideoStream.Width / 2 - IconNet.Width / 2;
   const float top = VideoStream.Height / 2 - IconNet.Height / 2;
-  VideoStream.Canvas(TwipsPerPixelX, TwipsPerPixelY)
-      .Draw(IconNet.Picture(), RoundToEven(left / static_cast<float>(TwipsPerPixelX)),
-            RoundToEven(top / static_cast<float>(TwipsPerPixelY)));
+  VideoStream.Canvas().Draw(IconNet.Picture(), RoundToEven(left / static_cast<float>(TwipsPerPixelX)),
+                            RoundToEven(top / static_cast<float>(TwipsPerPixelY)));
   VideoStream.Refresh();
   if (auto_reconnect_) return;
   if (++FailureCount < kFailuresToBreak) return;
   Events.ConnectionBroken();
+  if (!mine.IsCurrent()) return;
   FailureCount = 0;
-  Yield();
+  Yield(mine);
 }
 
-void VideoServerPush::ReadServerInformation(std::string& text) const {
+std::string_view VideoServerPush::ServerInformation(HttpRequest& request) const {
   switch (StatusLineMode) {
     case 0:
-      text.assign(Requester->GetResponseHeader("Date"));
-      break;
+      return request.GetResponseHeader("Date");
     case 1:
-      text.assign(Requester->GetResponseHeader("Server"));
-      break;
+      return request.GetResponseHeader("Server");
     case 2:
-      text.assign(Requester->GetResponseHeader("HolmvaneStatus"));
-      break;
+      return request.GetResponseHeader("HolmvaneStatus");
     default:
-      break;
+      return {};
   }
 }
 
-void VideoServerPush::UpdateOncePerSecond(const std::string& recording, const std::string& server_information) {
-  if (TimeOfDayText(platform_.clock.Now()) == LastSecondText) return;
-  ShowRecording(recording);
-  TimeRetrieve.Caption = server_information;
+// False where the tick is void.
+bool VideoServerPush::UpdateOncePerSecond(const TickTexts& texts, const Generation& mine) {
+  if (TimeOfDayText(platform_.clock.Now()) == LastSecondText) return true;
+  ShowRecording(texts.recording);
+  TimeRetrieve.Caption = std::string(texts.server_information);
   KeepStatusDrawing();
   KilobytesPerSecond = RoundToEven(BytesThisSecond / 1024.0);
   if (KilobytesPerSecond != 0) PublishRates();
+  if (!mine.IsCurrent()) return false;
   BytesThisSecond = 0;
   FramesThisSecond = 0;
   LastSecondText = TimeOfDayText(platform_.clock.Now());
-  Yield();
+  return Yield(mine);
 }
 
 void VideoServerPush::PublishRates() {
@@ -137,8 +136,8 @@ void VideoServerPush::PublishRates() {
   Events.StreamInfo(bytes, frames);
 }
 
-void VideoServerPush::RaiseTimeCodeOrClock() {
-  std::string time_code(Requester->GetResponseHeader("RC_TCR"));
+void VideoServerPush::RaiseTimeCodeOrClock(HttpRequest& request) {
+  std::string time_code(request.GetResponseHeader("RC_TCR"));
   if (time_code.empty()) time_code = ClockTimeCode(platform_.clock.Now());
   RaiseTimeCode(std::move(time_code));
 }
@@ -158,7 +157,7 @@ void VideoServerPush::ShowRecording(std::string_view recording) {
   if (recording == "Yes") {
     DrawStatusIcon(StatusIcon::kRecording);
   } else {
-    EraseActivityIcon(StatusDisplay.Canvas(TwipsPerPixelX, TwipsPerPixelY), StatusDisplay.BackColor);
+    EraseActivityIcon(StatusDisplay.Canvas(), StatusDisplay.BackColor);
   }
 }
 
@@ -166,20 +165,25 @@ void VideoServerPush::KeepStatusDrawing() {
   StatusDisplay.Refresh();
 }
 
-// A frame of an answer that is there already: the second half of a tick, without a request.
+// A frame of an answer that is there already: the second half of a tick, without a request. While a request is under
+// way there is none: its answer belongs to whoever waits for it.
 void VideoServerPush::RequestEnd() {
   const auto alive = StayAlive();
-  FrameBuffer = Requester->ResponseBody();
-  if (Requester->Status() != kHttpOk && ++FailureCount >= kFailuresToBreak) {
+  const Generation mine = generations_.Current();
+  const std::shared_ptr<HttpRequest> request = request_under_way_ ? platform_.http.Create() : Requester;
+  FrameBuffer = request->ResponseBody();
+  if (request->Status() != kHttpOk && ++FailureCount >= kFailuresToBreak) {
     Events.ConnectionBroken();
+    if (!mine.IsCurrent()) return;
     Disconnect(true);
-    Yield();
+    Yield(mine);
     return;
   }
   // Also after a failure that stayed below the limit: only failed ticks before can make this the fifth.
   FailureCount = 0;
-  RaiseTimeCodeOrClock();
-  ShowRecording(Requester->GetResponseHeader("Recording"));
+  RaiseTimeCodeOrClock(*request);
+  if (!mine.IsCurrent()) return;
+  ShowRecording(request->GetResponseHeader("Recording"));
   KeepStatusDrawing();
   ProcessFrame(false);
 }

@@ -1,6 +1,7 @@
 // Several cameras as a grid in the video area, one tile a tick.
 
 #include <chrono>
+#include <optional>
 
 #include "platform/rounding.h"
 #include "protocol/server_address.h"
@@ -30,37 +31,35 @@ std::vector<std::string> CamerasOf(const std::string& text) {
 void VideoServerPush::MultiCamView(std::string inpString) {
   if (inpString.empty()) return;
   const auto alive = StayAlive();
-  const std::uint64_t mine = ++mosaics_;
+  const Generation mine = TakeOver();
   VideoStream.Visible = true;
   MasterTimer.Enabled = false;
   UserControl_Resize();
   StopGettingFrames();
   MultiCam.Enabled = true;
-  Yield();
-  // As with Connect, what the host began meanwhile takes over.
-  if (!ShowsMosaic(mine)) return;
+  if (!Yield(mine)) return;
   PaintMosaicBlack();
   cameras_ = CamerasOf(inpString);
-  ++mosaics_;  // A tick that began with the list before ends.
+  TakeOver();  // A tick that began with the list before ends.
   StatusDisplay.Visible = false;
   show_bandwidth_ = false;
 }
 
 void VideoServerPush::PaintMosaicBlack() {
-  Surface& area = VideoStream.Canvas(TwipsPerPixelX, TwipsPerPixelY);
+  Surface& area = VideoStream.Canvas();
   area.FillBox(0, 0, area.Width(), area.Height(), kBlack);
   VideoStream.Refresh();
 }
 
 void VideoServerPush::MultiCam_Timer() {
-  const std::uint64_t mine = mosaics_;
-  if (!ShowsMosaic(mine)) return;
+  if (!MultiCam.Enabled) return;
+  const Generation mine = generations_.Current();
   const auto cameras = static_cast<std::int32_t>(cameras_.size());
   if (mosaic_round_.Begin(cameras)) {
     std::int32_t bytes = 0;
     std::int32_t rounds = 1;
     Events.StreamInfo(bytes, rounds);
-    if (!ShowsMosaic(mine)) return;
+    if (!mine.IsCurrent()) return;
   }
   const std::int32_t width = RoundToEven(VideoStream.Width / static_cast<float>(TwipsPerPixelX));
   const std::int32_t height = RoundToEven(VideoStream.Height / static_cast<float>(TwipsPerPixelY));
@@ -69,35 +68,33 @@ void VideoServerPush::MultiCam_Timer() {
   if (!tile) return;
   const std::string address =
       MosaicTileAddress(cameras_[static_cast<std::size_t>(index)], tile->requested_width, tile->requested_height);
-  VideoStream.Canvas(TwipsPerPixelX, TwipsPerPixelY)
-      .FillBox(tile->x + kActivityNear, tile->y + kActivityNear, tile->x + kActivityFar, tile->y + kActivityFar,
-               kActivity);
+  VideoStream.Canvas().FillBox(tile->x + kActivityNear, tile->y + kActivityNear, tile->x + kActivityFar,
+                               tile->y + kActivityFar, kActivity);
   VideoStream.Refresh();
-  Yield();
-  if (!ShowsMosaic(mine)) return;
-  const bool fetched = FetchTile(address);
-  if (!ShowsMosaic(mine)) return;
-  PaintTile(*tile, fetched);
+  if (!Yield(mine)) return;
+  const std::optional<bool> fetched = FetchTile(address, mine);
+  if (!fetched) return;
+  PaintTile(*tile, *fetched);
   VideoStream.Refresh();
   mosaic_round_.Painted();
-  Yield();
+  Yield(mine);
 }
 
-// True when a picture has come. The thread stands still meanwhile: nothing else happens during a tile's request.
-bool VideoServerPush::FetchTile(const std::string& address) {
+// Whether a picture has come; none where the mosaic is void. The thread stands still meanwhile, where the platform does
+// not let other handlers run during a synchronous request.
+std::optional<bool> VideoServerPush::FetchTile(const std::string& address, const Generation& mine) {
   const auto request = platform_.http.Create();
   request->Open("GET", address);
   request->LimitExchange(kTileLimit);
   request->Send();
   request->WaitForResponse(kTileLimit);
-  if (Terminating) return false;
-  // Without an answer there is no body to take: the buffer keeps the one before.
-  if (!request->Failed()) FrameBuffer = request->ResponseBody();
+  if (!mine.IsCurrent()) return std::nullopt;
+  FrameBuffer = request->ResponseBody();
   return request->Status() == kHttpOk && FrameBuffer.Size() > 1;
 }
 
 void VideoServerPush::PaintTile(const MosaicTile& tile, bool fetched) {
-  Surface& area = VideoStream.Canvas(TwipsPerPixelX, TwipsPerPixelY);
+  Surface& area = VideoStream.Canvas();
   if (!fetched) {
     area.FillBox(tile.x, tile.y, tile.x + tile.width, tile.y + tile.height, kBlack);
   } else if (tile.width > 0 && tile.height > 0) {

@@ -32,7 +32,7 @@ std::vector<std::uint8_t> VideoServerPush::GetPictureArray() const {
 }
 
 std::optional<Surface> VideoServerPush::GetPicture() {
-  Surface& buffer = BuffPic.Canvas(TwipsPerPixelX, TwipsPerPixelY);
+  Surface& buffer = BuffPic.Canvas();
   if (!platform_.jpeg_decoder.DrawJpeg(buffer, FrameBuffer, 0, 0)) return std::nullopt;
   return buffer;
 }

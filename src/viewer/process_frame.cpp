@@ -22,10 +22,9 @@ void AddUnlessOverflow(std::int32_t& counter, std::size_t amount) {
 }  // namespace
 
 void VideoServerPush::ProcessFrame(bool SkipMotion) {
-  if (!DrawFrame()) return;
-  if (SkipMotion) return;
-  if (motion_detector_) DetectMotion();
-  if (!Terminating) CountFirstFrames();
+  if (!DrawFrame() || SkipMotion) return;
+  if (motion_detector_ && !DetectMotion()) return;
+  CountFirstFrames();
 }
 
 bool VideoServerPush::DrawFrame() {
@@ -34,7 +33,7 @@ bool VideoServerPush::DrawFrame() {
   AddUnlessOverflow(FramesThisSecond, 1);
   const int width = RoundToEven(VideoStream.Width / static_cast<float>(TwipsPerPixelX));
   const int height = RoundToEven(VideoStream.Height / static_cast<float>(TwipsPerPixelY));
-  platform_.jpeg_decoder.DrawJpeg(VideoStream.Canvas(TwipsPerPixelX, TwipsPerPixelY), FrameBuffer, width, height);
+  platform_.jpeg_decoder.DrawJpeg(VideoStream.Canvas(), FrameBuffer, width, height);
   BuffPic.Width = static_cast<float>(platform_.screen.TwipsPerPixelX() * platform_.jpeg_decoder.JpegWidth());
   BuffPic.Height = static_cast<float>(platform_.screen.TwipsPerPixelY() * platform_.jpeg_decoder.JpegHeight());
   VideoStream.Refresh();
@@ -43,20 +42,25 @@ bool VideoServerPush::DrawFrame() {
   return true;
 }
 
-void VideoServerPush::DetectMotion() {
-  Surface& current = MotionPicture[0].Canvas(TwipsPerPixelX, TwipsPerPixelY);
+// False where what showed the frame is void by now.
+bool VideoServerPush::DetectMotion() {
+  const Generation mine = generations_.Current();
+  Surface& current = MotionPicture[0].Canvas();
   platform_.jpeg_decoder.DrawJpeg(current, FrameBuffer, kThumbnailSide, kThumbnailSide);
   MotionPicture[0].Refresh();
-  Surface& reference = MotionPicture[1].Canvas(TwipsPerPixelX, TwipsPerPixelY);
-  Surface& overlay = MotionPicture[2].Canvas(TwipsPerPixelX, TwipsPerPixelY);
-  const auto found = ScanMotion(current, reference, overlay, motion_, [this] { return Yield(); });
-  if (!found) return;
+  Surface& reference = MotionPicture[1].Canvas();
+  Surface& overlay = MotionPicture[2].Canvas();
+  const auto found = ScanMotion(current, reference, overlay, motion_, [&] { return Yield(mine); });
+  if (!found) return false;
   MotionPicture[2].Refresh();
-  if (!found->Any()) return;
+  if (!found->Any()) return true;
   MotionFound told = *found;
   Events.MotionArea(told.X1, told.Y1, told.X2, told.Y2);
+  if (!mine.IsCurrent()) return false;
   Events.MotionDetected(found->X1, found->Y1, found->X2, found->Y2);
+  if (!mine.IsCurrent()) return false;
   Events.MotionDetectedArea(told.Area);
+  return mine.IsCurrent();
 }
 
 void VideoServerPush::CountFirstFrames() {

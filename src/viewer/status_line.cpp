@@ -19,7 +19,7 @@ void VideoServerPush::DrawStatusIcon(StatusIcon Kind) {
     }
     return DisconnectIcon.Picture();
   }();
-  PaintStatusIcon(StatusDisplay.Canvas(TwipsPerPixelX, TwipsPerPixelY), StatusDisplay.BackColor, Kind, picture);
+  PaintStatusIcon(StatusDisplay.Canvas(), StatusDisplay.BackColor, Kind, picture);
   StatusDisplay.Refresh();
 }
 
@@ -41,7 +41,7 @@ void VideoServerPush::Menux_Click(std::int16_t Index) {
 
 void VideoServerPush::StatusStrip_MouseDown(std::int16_t Button) {
   if (Button == kRightButton) MainMenu.PopUp();
-  Yield();
+  platform_.loop.Yield();
 }
 
 void VideoServerPush::RaiseMouseDown(std::int16_t Button) {

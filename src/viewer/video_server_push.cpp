@@ -61,6 +61,10 @@ VideoServerPush::VideoServerPush(Platform& platform) : platform_(platform) {
 VideoServerPush::~VideoServerPush() = default;
 
 void VideoServerPush::PlaceChildren() {
+  for (PictureBox* box : {&BuffPic, &IconNet, &DisconnectIcon, &ConnectIcon, &StopIcon, &RecIcon, &MotionPicture[0],
+                          &MotionPicture[1], &MotionPicture[2], &StatusDisplay, &VideoStream}) {
+    box->SetScale(platform_.screen.TwipsPerPixelX(), platform_.screen.TwipsPerPixelY());
+  }
   Place(BuffPic, 2400, 120, 1035, 915);
   Place(WarningFrame, 840, 1440, 4455, 495);
   Place(WarningMsg, 120, 120, 4215, 255);
@@ -149,12 +153,11 @@ void VideoServerPush::ConnectHandlers() {
   Dummy.Enabled = true;
   dummy_driver_ = std::make_unique<TimerDriver>(platform_.loop, Dummy, [this] {
     const auto alive = StayAlive();
-    if (alive) Yield();
+    if (alive) platform_.loop.Yield();
   });
   master_driver_ = std::make_unique<TimerDriver>(platform_.loop, MasterTimer, [this] {
     const auto alive = StayAlive();
-    // A tick that Connect or Pulse runs directly counts as well: the timer never starts another beside it.
-    if (alive && ticks_running_ == 0) MasterTimer_Timer();
+    if (alive) MasterTimer_Timer();
   });
   const auto fetch_next_tile = [this] {
     const auto alive = StayAlive();
@@ -192,6 +195,7 @@ void VideoServerPush::UserControl_Initialize() {
 
 void VideoServerPush::UserControl_Terminate() {
   Terminating = true;
+  generations_.Begin();
   Requester->Abort();
   StreamStopped = true;
   Events.Clear();
@@ -238,20 +242,20 @@ void VideoServerPush::MotionDetector(bool value) {
 void VideoServerPush::MotionByZones(bool value) {
   const auto alive = StayAlive();
   motion_.MotionByZones = value;
-  Yield();
+  platform_.loop.Yield();
 }
 
 void VideoServerPush::MotionString(const std::string& value) {
   const auto alive = StayAlive();
   motion_.MotionString = value;
-  Yield();
+  platform_.loop.Yield();
 }
 
 void VideoServerPush::ShowStatus(const std::string& X) {
   const auto alive = StayAlive();
   SetStatus(X);
   StatusDisplay.Visible = true;
-  Yield();
+  platform_.loop.Yield();
 }
 
 void VideoServerPush::ToogleClock(bool X) {
@@ -265,15 +269,17 @@ void VideoServerPush::Pulse() {
   MasterTimer_Timer();
 }
 
-bool VideoServerPush::Yield() {
-  platform_.loop.Yield();
-  return !Terminating;
+VideoServerPush::Generation VideoServerPush::TakeOver() {
+  if (request_under_way_) Requester->Abort();  // Whoever waits for it is void, and ends at once.
+  request_under_way_ = false;
+  doing_ = Doing::kNothing;
+  WarningFrame.Visible = false;
+  return generations_.Begin();
 }
 
-bool VideoServerPush::WaitForResponse() {
-  const std::shared_ptr<HttpRequest> request = Requester;
-  request->WaitForResponse();
-  return !Terminating && request == Requester;
+bool VideoServerPush::Yield(const Generation& mine) const {
+  platform_.loop.Yield();
+  return mine.IsCurrent();
 }
 
 }  // namespace orbelcast

@@ -13,6 +13,7 @@
 #include "mosaic/mosaic_round.h"
 #include "mosaic/mosaic_tile.h"
 #include "platform/controls.h"
+#include "platform/generation.h"
 #include "platform/platform.h"
 #include "platform/timer_driver.h"
 #include "recording/picture_file.h"
@@ -237,38 +238,64 @@ class VideoServerPush {
   /// The entry for who is told of a request's end by a number; nothing in this library is.
   void Notify(std::int16_t code);
 
+  // Handlers of one viewer overlap wherever one of them yields, waits or raises an event. Two rules hold them apart.
+  //
+  // The newest undertaking holds: `Connect` and `MultiCamView` each begin a generation (TakeOver), which voids the
+  // `Connect`, ticks and `Disconnect` that are under way; each of these asks after every yield, wait and event whether
+  // its generation is still current, and returns where it is not. The control's end voids all of them.
+  //
+  // The stream does one thing at a time (`doing_`): kNothing → kConnecting by `Connect`, until its first answer was
+  // told → kTicking by its first tick → kNothing; from there on kNothing → kTicking → kNothing by each tick, whatever
+  // starts it. A tick that finds the stream doing something is no tick.
+  using Generation = GenerationCounter::Generation;
+  enum class Doing { kNothing, kConnecting, kTicking };
+
+  /// Begins an undertaking that voids all others, and what they left standing.
+  Generation TakeOver();
+  /// Lets other handlers run. False where `mine` is void afterwards: the caller then just returns.
+  bool Yield(const Generation& mine) const;
+  /// Sets what the stream is doing, or a mark, until it goes out of scope or its generation is void.
+  template <typename T>
+  class Until;
+
   // Connect, in its order (connect.cpp).
   void ShowConnecting();
-  bool SendFirstRequest(const std::string& msg);
-  void RaiseFirstAnswer();
-  void StartStreaming(bool once);
-  void ReportFailure(std::string& url, bool& once, int status);
+  std::optional<bool> SendFirstRequest(const std::string& msg, const Generation& mine);
+  bool RaiseFirstAnswer(const Generation& mine);
+  bool AnnounceStream(const Generation& mine);
+  void StartStreaming(bool once, const Generation& mine);
+  void ReportFailure(std::string& url, bool& once, int status, const Generation& mine);
 
   // The frame loop (frame_loop.cpp).
+  /// What one tick shows in the strip once a second: views of its answer, empty where it fetched nothing.
+  struct TickTexts {
+    std::string_view recording;
+    std::string_view server_information;
+  };
   void MasterTimer_Timer();
-  bool FetchFrame(std::string& recording, std::string& server_information);
-  bool RequestFailed() const;
-  void FailTick();
-  void ReadServerInformation(std::string& text) const;
-  void UpdateOncePerSecond(const std::string& recording, const std::string& server_information);
+  bool FetchFrame(TickTexts& texts, const Generation& mine);
+  std::optional<bool> RequestFrame(HttpRequest& request, const Generation& mine);
+  bool OpenRequest(HttpRequest& request) const;
+  void FailTick(const Generation& mine);
+  std::string_view ServerInformation(HttpRequest& request) const;
+  bool UpdateOncePerSecond(const TickTexts& texts, const Generation& mine);
   void PublishRates();
-  bool OpenAndSend();
 
   // What the frame loop and RequestEnd share (frame_loop.cpp).
   void RaiseTimeCode(std::string time_code);
-  void RaiseTimeCodeOrClock();
+  void RaiseTimeCodeOrClock(HttpRequest& request);
   void ShowRecording(std::string_view recording);
   void KeepStatusDrawing();
 
   // A frame on its way to the screen (process_frame.cpp).
   void ProcessFrame(bool SkipMotion);
   bool DrawFrame();
-  void DetectMotion();
+  bool DetectMotion();
   void CountFirstFrames();
 
   // The mosaic (multi_cam_view.cpp).
   void MultiCam_Timer();
-  bool FetchTile(const std::string& address);
+  std::optional<bool> FetchTile(const std::string& address, const Generation& mine);
   void PaintTile(const MosaicTile& tile, bool fetched);
   void PaintMosaicBlack();
 
@@ -284,16 +311,6 @@ class VideoServerPush {
   void RaiseMouseDown(std::int16_t Button);
   void RaiseDrop(Drop& drop);
 
-  /// Lets other handlers run. False once the host has released the control meanwhile: the caller then just returns.
-  bool Yield();
-  /// The same inside Connect, where a newer Connect that began meanwhile takes over as well.
-  bool YieldInConnect();
-  /// True while the mosaic that was begun as number `mosaic` goes on: neither the control nor the mosaic was ended, and
-  /// no other one was begun.
-  bool ShowsMosaic(std::uint64_t mosaic) const { return !Terminating && MultiCam.Enabled && mosaic == mosaics_; }
-  /// Waits for the answer to the request that is under way. False when the control was released, or a Connect put
-  /// another request in its place meanwhile.
-  bool WaitForResponse();
   /// Keeps the control alive until a handler has ended, whatever the host does meanwhile.
   std::shared_ptr<VideoServerPush> StayAlive() const { return self_.lock(); }
 
@@ -332,16 +349,14 @@ class VideoServerPush {
   std::int32_t TwipsPerPixelX = 15;
   std::int32_t TwipsPerPixelY = 15;
   std::string StreamTempFile;  ///< A name only: no such file is made.
-  bool Terminating = false;    ///< The host has released the control.
+  bool Terminating = false;    ///< The host has released the control: no layout any more.
   int first_frames_ = 0;       ///< New frames since Connect, up to the second, which raises Connected again.
 
-  std::uint64_t connects_ = 0;  ///< Counts Connects that got going, so that one can tell that a newer one began.
-  int ticks_running_ = 0;
-  std::uint64_t mosaics_ = 0;         ///< Counts MultiCamViews that got going.
+  GenerationCounter generations_;
+  Doing doing_ = Doing::kNothing;
+  bool request_under_way_ = false;    ///< From `Open` until whoever waits has the outcome.
   std::vector<std::string> cameras_;  ///< Live addresses of the mosaic.
   MosaicRound mosaic_round_;          ///< Kept from one mosaic to the next.
-  std::string spare_recording_;       ///< Memory of a tick's texts, kept so that a frame allocates none.
-  std::string spare_information_;
   std::shared_ptr<const Surface> test_card_;
 
   float width_ = 6015;  ///< The design size, until the host sites the control.
@@ -351,6 +366,28 @@ class VideoServerPush {
   std::unique_ptr<TimerDriver> master_driver_;
   std::unique_ptr<TimerDriver> dummy_driver_;
   std::unique_ptr<TimerDriver> multi_cam_driver_;
+};
+
+template <typename T>
+class VideoServerPush::Until {
+ public:
+  Until(T& field, T value, T afterwards, const Generation& mine) : field_(field), afterwards_(afterwards), mine_(mine) {
+    field_ = value;
+  }
+  ~Until() { End(); }
+  Until(const Until&) = delete;
+  Until& operator=(const Until&) = delete;
+
+  void End() {
+    if (!ended_ && mine_.IsCurrent()) field_ = afterwards_;
+    ended_ = true;
+  }
+
+ private:
+  T& field_;
+  const T afterwards_;
+  const Generation mine_;
+  bool ended_ = false;
 };
 
 }  // namespace orbelcast

@@ -1,23 +1,18 @@
-// The widgets as Designer's plug-in offers them, and as forms make them: with nothing but a parent.
+// The widgets as Designer's plug-in offers them.
 
 #include <gmock/gmock.h>
 #include <orbelcast/player_widget.h>
 #include <orbelcast/video_server_push_widget.h>
 
 #include <QDomDocument>
-#include <QFile>
-#include <QFileInfo>
 #include <QIcon>
 #include <QMetaProperty>
 #include <QPluginLoader>
 #include <QTest>
-#include <QToolButton>
-#include <QUiLoader>
 #include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
 #include <map>
 
 #include "fakes/scripted_server.h"
-#include "ui_form.h"
 
 namespace orbelcast {
 namespace {
@@ -27,8 +22,6 @@ using fakes::ScriptedServer;
 using testing::NotNull;
 using testing::UnorderedElementsAre;
 
-/// Milliseconds: far more than anything here takes.
-constexpr int kLimit = 20'000;
 /// Milliseconds: enough for a request that must not come.
 constexpr int kAWhile = 300;
 
@@ -45,16 +38,6 @@ QDesignerCustomWidgetInterface* Offered(const char* name) {
   }
   return nullptr;
 }
-
-/// A camera server with one camera.
-struct CameraServer {
-  ScriptedServer server{AnswerBytes(200, "RDXVIEWER\r\nSNM:Harbour\r\nCAM:d1\tDoor\thttp://127.0.0.1:1/live\r\n\r\n")};
-
-  void NameTo(PlayerWidget& player) const {
-    player.setServer(QStringLiteral("127.0.0.1"));
-    player.setPort(QString::number(server.Port()));
-  }
-};
 
 // Whoever adds a property describes it, too.
 TEST(DesignerTest, TellsOfEveryPropertyThatDesignerShows) {
@@ -87,67 +70,15 @@ TEST(DesignerTest, TellsOfEveryPropertyThatDesignerShows) {
                                               testing::Pair("orbelcast::VideoServerPushWidget", 18)));
 }
 
-TEST(DesignerTest, AFormHoldsThePropertiesWhoeverMakesIt) {
-  QWidget by_uic;
-  Ui::Form form;
-  form.setupUi(&by_uic);
-
-  QUiLoader loader;
-  loader.clearPluginPaths();
-  loader.addPluginPath(QFileInfo(QStringLiteral(ORBELCAST_DESIGNER_PLUGIN)).path());
-  QFile file(QStringLiteral(ORBELCAST_FORM));
-  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  const std::unique_ptr<QWidget> by_loader(loader.load(&file));
-  ASSERT_THAT(by_loader, NotNull()) << loader.errorString().toStdString();
-
-  for (const QWidget* made : {static_cast<const QWidget*>(&by_uic), static_cast<const QWidget*>(by_loader.get())}) {
-    const auto* player = made->findChild<PlayerWidget*>();
-    ASSERT_THAT(player, NotNull());
-    const std::pair<const char*, const char*> kept[] = {{"Server", "gate.example.net"},
-                                                        {"Port", "8080"},
-                                                        {"Username", "ann"},
-                                                        {"Password", "secret"},
-                                                        {"LURL", "http://gate.example.net/live"},
-                                                        {"IURL", "http://gate.example.net/archive"},
-                                                        {"Start", "Yes"},
-                                                        {"ExtendedControls", "Yes"},
-                                                        {"Device", "d2"},
-                                                        {"_ExtentX", "640"},
-                                                        {"_ExtentY", "480"},
-                                                        {"_Resize", "Yes"}};
-    for (const auto& [name, value] : kept) EXPECT_EQ(player->property(name).toString(), QLatin1String(value)) << name;
-
-    const auto* viewer = made->findChild<VideoServerPushWidget*>(QStringLiteral("viewer"));
-    ASSERT_THAT(viewer, NotNull());
-    EXPECT_EQ(viewer->FrameRate(), 12);
-    EXPECT_TRUE(viewer->ShowBandwidth() && viewer->MotionDetector() && viewer->MotionByZones());
-    EXPECT_TRUE(viewer->AutoReconnect());
-    EXPECT_EQ(viewer->MotionArea_x2(), 90);
-    EXPECT_EQ(viewer->MotionString(), QStringLiteral("0011100111001110011100000"));
-  }
-}
-
-TEST(DesignerTest, APlayerOfALoadedFormAsksItsServer) {
-  const CameraServer cameras;
-  const std::unique_ptr<QWidget> made(Offered("orbelcast::PlayerWidget")->createWidget(nullptr));
-  auto* player = qobject_cast<PlayerWidget*>(made.get());
-  ASSERT_THAT(player, NotNull());
-  cameras.NameTo(*player);
-  bool loaded = false;
-  QObject::connect(player, &PlayerWidget::Loaded, player, [&loaded] { loaded = true; });
-  player->show();
-  ASSERT_TRUE(QTest::qWaitFor([&loaded] { return loaded; }, kLimit));
-  EXPECT_EQ(player->SystemName(), QStringLiteral("Harbour"));
-}
-
 TEST(DesignerTest, APlayerThatIsBeingDesignedAsksNobody) {
-  const CameraServer cameras;
+  const ScriptedServer cameras(AnswerBytes(200, "RDXVIEWER\r\n"));
   auto* offered = Offered("orbelcast::PlayerWidget");
   offered->initialize(nullptr);
   const std::unique_ptr<QWidget> made(offered->createWidget(nullptr));
   auto* player = qobject_cast<PlayerWidget*>(made.get());
-  cameras.NameTo(*player);
-  player->setLURL(QString::fromStdString(cameras.server.Url("/live")));
+  player->setServer(QStringLiteral("127.0.0.1"));
+  player->setPort(QString::number(cameras.Port()));
+  player->setLURL(QString::fromStdString(cameras.Url("/live")));
   player->setStart(QStringLiteral("Yes"));
   player->resize(500, 500);
   player->show();
@@ -157,7 +88,7 @@ TEST(DesignerTest, APlayerThatIsBeingDesignedAsksNobody) {
   player->setExtendedControls(QStringLiteral("Yes"));
   EXPECT_TRUE(log->isVisible());
   QTest::qWait(kAWhile);
-  EXPECT_THAT(cameras.server.Requests(), testing::IsEmpty());
+  EXPECT_THAT(cameras.Requests(), testing::IsEmpty());
 }
 
 }  // namespace

@@ -34,7 +34,7 @@ class FakeAviFiles final : public AviFiles {
 
     bool CreateStream(const AviStreamInfo& info) override {
       return files_.Note("stream " + std::to_string(info.rate) + "/" + std::to_string(info.scale) + " " +
-                         Size(info.width, info.height) + " " + std::to_string(info.suggested_buffer_size));
+                         Size(info.width, info.height));
     }
     bool MakeCompressedStream(const Dialogs::Compression& choice) override {
       return files_.Note("compress " + choice.codec + " " + std::to_string(choice.key_frame_every) + " " +

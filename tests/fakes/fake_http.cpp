@@ -12,16 +12,17 @@ namespace orbelcast::fakes {
 class FakeHttp::Request final : public HttpRequest {
  public:
   explicit Request(FakeHttp& server) : server_(server) {}
-  ~Request() override { End(); }
+  ~Request() override { Finish(false); }
 
   bool Open(std::string_view method, std::string_view url, bool async) override {
-    End();
+    Finish(false);
     failed_ = false;
     answered_ = false;
     async_ = async;
     limit_.reset();
     url_ = url;
-    opened_ = !url.empty() && std::ranges::none_of(url, [](unsigned char letter) { return std::iscntrl(letter) != 0; });
+    opened_ = !url.empty() && url != "http://" &&
+              std::ranges::none_of(url, [](unsigned char letter) { return std::iscntrl(letter) != 0; });
     failed_ = !opened_;
     server_.log.push_back(opened_ ? "Open " + std::string(method) + " " + url_ + (async ? " async" : "") : "Refused");
     return opened_;
@@ -53,8 +54,8 @@ class FakeHttp::Request final : public HttpRequest {
     answer_ = server_.Next(url_);
     body_ = FrameBytes(answer_.body);
     if (!async_) return SendBlocking();
-    done_.Reset();
-    under_way_ = true;
+    exchange_ = std::make_shared<Exchange>();
+    server_.most_under_way = std::max(server_.most_under_way, ++server_.under_way);
     if (!answer_.never) {
       timer_ = server_.loop_.Queue().ArmTimer(answer_.delay, [this] {
         timer_ = 0;
@@ -65,14 +66,12 @@ class FakeHttp::Request final : public HttpRequest {
   }
   /// The limit of a wait is not looked at: a request that never answers is waited for until it is aborted.
   bool WaitForResponse(std::optional<std::chrono::milliseconds>) override {
-    if (under_way_) server_.loop_.Wait(done_);
-    if (!answered_) failed_ = true;
-    return answered_;
+    const std::shared_ptr<Exchange> awaited = exchange_;
+    if (!awaited) return answered_;
+    server_.loop_.Wait(awaited->ended);
+    return awaited->answered;
   }
-  int Status() override {
-    if (!answered_) failed_ = true;
-    return answered_ ? answer_.status : 0;
-  }
+  int Status() override { return answered_ ? answer_.status : 0; }
   std::string_view GetResponseHeader(std::string_view name) override {
     const auto header = answer_.headers.find(std::string(name));
     return answered_ && header != answer_.headers.end() ? std::string_view(header->second) : std::string_view();
@@ -84,7 +83,7 @@ class FakeHttp::Request final : public HttpRequest {
   FrameBytes ResponseBody() override { return answered_ ? body_ : FrameBytes(); }
   void Abort() override {
     server_.log.emplace_back("Abort");
-    if (under_way_) Finish(false);
+    if (exchange_) Finish(false);
   }
   bool Failed() const override { return failed_; }
 
@@ -98,28 +97,32 @@ class FakeHttp::Request final : public HttpRequest {
     Finish(!late && !answer_.fails);
     return answered_;
   }
-  void End() {
-    if (timer_ != 0) server_.loop_.Queue().CancelTimer(std::exchange(timer_, 0));
-    under_way_ = false;
-  }
+  // Ends the exchange that is under way, if there is one; whoever waits for it has its outcome.
   void Finish(bool answered) {
-    End();
+    if (timer_ != 0) server_.loop_.Queue().CancelTimer(std::exchange(timer_, 0));
     answered_ = answered;
     if (!answered) failed_ = true;
-    done_.Complete();
+    const auto ended = std::exchange(exchange_, nullptr);
+    if (!ended) return;
+    --server_.under_way;
+    ended->answered = answered;
+    ended->ended.Complete();
   }
 
+  struct Exchange {
+    Completion ended;
+    bool answered = false;
+  };
   FakeHttp& server_;
   Answer answer_;
   FrameBytes body_;
-  Completion done_;
+  std::shared_ptr<Exchange> exchange_;  // while it is under way
   EventQueue::TimerId timer_ = 0;
   std::optional<std::chrono::milliseconds> limit_;
   int receive_ = 0;
   std::string url_;
   bool opened_ = false;
   bool async_ = false;
-  bool under_way_ = false;
   bool answered_ = false;
   bool failed_ = false;
 };

@@ -39,6 +39,8 @@ class FakeHttp final : public HttpRequestFactory {
   /// How a synchronous request lets its answer's delay pass. Unset, it answers at once.
   std::function<void(EventQueue::Nanoseconds)> block;
   int sent = 0;
+  int under_way = 0;       ///< Asynchronous requests that are sent and not answered yet.
+  int most_under_way = 0;  ///< The most of them at one time.
 
   /// The addresses that were opened, in order.
   std::vector<std::string> Opened() const;

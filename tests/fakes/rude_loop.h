@@ -18,13 +18,23 @@ class RudeLoop final : public MessageLoop {
     Step();
     loop_.Yield();
   }
+  /// Two steps: while it waits, and when it is done but who waits does not know yet.
   void Wait(Completion& completion) override {
-    Queue().Post([this] { Step(); });
+    const auto step = [this] {
+      Queue().Post([this] {
+        waiting = true;
+        Step();
+        waiting = false;
+      });
+    };
+    step();
+    const Completion::Waiter before(completion, step);
     loop_.Wait(completion);
   }
 
   int steps = 0;
   int rude_at = -1;
+  bool waiting = false;  ///< The step is one of a wait.
   std::function<void()> act;
 
  private:

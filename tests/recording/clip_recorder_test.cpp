@@ -71,7 +71,7 @@ TEST_F(ClipRecorderTest, RecordsAPictureForEachCallAndTellsTheNextPosition) {
   EXPECT_THAT(world.dialogs.log, ElementsAre(kSave, "compression"));
   // 10 pixels take 30 bytes of a row that has 32.
   EXPECT_THAT(world.avi_files.log,
-              ElementsAre("create " + path, "stream 5/1 10x20 640", "compress MPEG-4 10 200", "format 40"));
+              ElementsAre("create " + path, "stream 5/1 10x20", "compress MPEG-4 10 200", "format 40"));
   EXPECT_THAT(buttons, ElementsAre("stop"));
   EXPECT_TRUE(recorder.AviRecording());
 
@@ -149,15 +149,15 @@ TEST_F(ClipRecorderTest, TellsWhichStepFailedAndKeepsWhatItHasOpened) {
   const std::string create = "create " + path;
   for (const auto& [step, message, asked, done] : {
            Failure{"create", "tell Error initializing AVI Engine. Can't create file. | ", {}, {create}},
-           Failure{"stream", "tell Can't create compressed stream. | ", {}, {create, "stream 1/1 10x20 640"}},
+           Failure{"stream", "tell Can't create compressed stream. | ", {}, {create, "stream 1/1 10x20"}},
            Failure{"compress",
                    "tell Can't make compressed stream. | ",
                    {"compression"},
-                   {create, "stream 1/1 10x20 640", "compress MPEG-4 10 200"}},
+                   {create, "stream 1/1 10x20", "compress MPEG-4 10 200"}},
            Failure{"format",
                    "tell Can't select AVI format. | ",
                    {"compression"},
-                   {create, "stream 1/1 10x20 640", "compress MPEG-4 10 200", "format 40"}},
+                   {create, "stream 1/1 10x20", "compress MPEG-4 10 200", "format 40"}},
        }) {
     world.avi_files.fails = step;
     world.dialogs.log.clear();

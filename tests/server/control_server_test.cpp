@@ -1,7 +1,9 @@
 #include "server/control_server.h"
 
 #include <gmock/gmock.h>
+
 #include <gtest/gtest.h>
+#include <cfenv>
 
 #include <cctype>
 #include <chrono>
@@ -199,7 +201,11 @@ TEST_F(ControlServerTest, ConvertsLikeThePlatform) {
     return result == S_OK ? Get(id) : "error " + std::to_string(static_cast<std::uint32_t>(result) & 0xffff);
   };
   EXPECT_EQ(after(kFrameRate, MakeText(" +7 ")), "7");
-  EXPECT_EQ(after(kFrameRate, Double(2.5)), "2");
+  for (const int mode : {FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO, FE_TONEAREST}) {
+    std::fesetround(mode);  // Whatever the host computes with.
+    EXPECT_EQ(after(kFrameRate, Double(2.5)), "2");
+    EXPECT_EQ(after(kFrameRate, Double(2.75)), "3");
+  }
   EXPECT_EQ(after(kFrameRate, MakeText("3.5")), "4");
   EXPECT_EQ(after(kMotionAreaX1, MakeBoolean(true)), "-1");
   EXPECT_EQ(after(kMotionAreaX1, Double(2147483647.4)), "2147483647");
@@ -212,6 +218,8 @@ TEST_F(ControlServerTest, ConvertsLikeThePlatform) {
   EXPECT_EQ(after(kUsername, MakeBoolean(true)), "True");
   EXPECT_EQ(after(kUsername, Variant{}), "");
 
+  EXPECT_EQ(after(kMotionAreaX1, Double(-2147483648.5)), "-2147483648");
+  EXPECT_EQ(Put(kMotionAreaX1, Double(2147483647.5)), DISP_E_OVERFLOW);
   EXPECT_EQ(Put(kFrameRate, MakeLong(32768)), DISP_E_OVERFLOW);
   EXPECT_EQ(Put(kMotionAreaX1, Double(std::numeric_limits<double>::quiet_NaN())), DISP_E_OVERFLOW);
   for (const char* text : {"", "seven", "7 8", "nan", "0x10", "7e", "+-7"}) {
@@ -232,6 +240,9 @@ TEST_F(ControlServerTest, ArgumentsByPositionByNameAndLeftOut) {
   const Variant url = MakeText("ftp://x");
   EXPECT_EQ(Invoke(kConnect, kMethod, {url}), S_OK);
   EXPECT_EQ(Invoke(kConnect, kMethod, {url, MakeMissing(), MakeText("wait")}), S_OK);
+  Variant missing = MakeMissing();
+  EXPECT_EQ(Invoke(kConnect, kMethod, {url, MakeReference(missing)}), S_OK);
+  EXPECT_EQ(missing.type, kMissing);
   EXPECT_EQ(Invoke(kConnect, kMethod, {url, MakeText("wait")}, nullptr, {2}), S_OK);
   EXPECT_EQ(Invoke(kConnect, kMethod, {MakeText("wait"), url}, nullptr, {2, 0}), S_OK);
   EXPECT_EQ(Invoke(kConnect, kMethod), DISP_E_PARAMNOTOPTIONAL);

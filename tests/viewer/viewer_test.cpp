@@ -5,7 +5,6 @@
 
 #include "fakes/event_log.h"
 #include "fakes/fake_platform.h"
-#include "fakes/rude_loop.h"
 #include "viewer/video_server_push.h"
 
 namespace orbelcast {
@@ -58,9 +57,9 @@ TEST_F(ViewerTest, ConnectOpensAStreamInItsOrder) {
   viewer->Connect(kUrl);
 
   // The first picture is fetched twice: by Connect itself and by the tick that it runs at once.
-  EXPECT_THAT(world.http.log, ElementsAre("Abort", "SetTimeouts 20000 20000 20000 60000",
-                                          "Open GET http://camera/live/1 async", "SetCredentials u p 0", "Send",
-                                          "Open GET http://camera/live/1 async", "SetCredentials u p 0", "Send"));
+  EXPECT_THAT(world.http.log, ElementsAre("SetTimeouts 20000 20000 20000 60000", "Open GET http://camera/live/1 async",
+                                          "SetCredentials u p 0", "Send", "Open GET http://camera/live/1 async",
+                                          "SetCredentials u p 0", "Send"));
   // The first tick does the once-a-second work as well.
   EXPECT_THAT(events.Take(), ElementsAre("Status(Connecting...)", "Status(Streaming...\r\nCam/1\r\n)",
                                          "StreamInfo(2000,1)", "Connected"));
@@ -268,6 +267,19 @@ TEST_F(ViewerTest, LayoutFollowsTheSize) {
   EXPECT_TRUE(viewer->MotionPicture[2].Visible);
 }
 
+TEST_F(ViewerTest, PicturesAreThereBeforeAnythingIsDrawnAndFollowTheirSizeAtOnce) {
+  EXPECT_EQ(viewer->MotionPicture[0].Image().Point(88, 81), Rgb(0, 0, 0));
+  EXPECT_EQ(viewer->MotionPicture[1].Image().Point(88, 81), Rgb(64, 64, 64));
+  EXPECT_EQ(viewer->MotionPicture[2].Image().Point(0, 0), Rgb(64, 64, 64));
+  EXPECT_EQ(viewer->MotionPicture[2].Image().Point(89, 0), kNoColor);
+  // Nothing draws a mosaic anew at another size, before its next tile.
+  viewer->MultiCamView("http://tile/\r\n");
+  Run(milliseconds(500));
+  viewer->Resize(4800, 9000);
+  EXPECT_EQ(std::get<const Surface*>(viewer->PictureToSave())->Width(), 320);
+  EXPECT_EQ(viewer->VideoStream.Image().Point(319, 599), Rgb(0, 0, 0));
+}
+
 TEST_F(ViewerTest, MotionIsToldInOrder) {
   viewer->MotionDetector(true);
   viewer->MotionByZones(true);
@@ -305,130 +317,12 @@ TEST_F(ViewerTest, HiddenByItsContainerItWaitsForTheNextConnect) {
   EXPECT_EQ(world.http.sent, sent + 3);
 }
 
-TEST_F(ViewerTest, ASlowTickIsNeverJoinedByAnother) {
-  SetFrameRate(20);
-  Answer slow = Good();
-  slow.delay = milliseconds(400);
-  world.http.answers = {Good(), Good(), slow};
-  viewer->Connect(kUrl);
-  const int sent = world.http.sent;
-  Run(milliseconds(2000));
-  EXPECT_EQ(world.http.sent, sent + 5);
-}
-
-TEST_F(ViewerTest, ANewerConnectTakesOverFromOneThatWaits) {
-  Answer never;
-  never.never = true;
-  world.http.answers = {never, Good()};
-  world.loop.RunHandler([&] { viewer->Connect("http://dead/"); });
-  Run(milliseconds(100));
-  viewer->Connect(kUrl);
-  events.Take();
-  Run(milliseconds(1000));
-  EXPECT_EQ(viewer->URL(), kUrl);
-  EXPECT_TRUE(viewer->MasterTimer.Enabled);
-  EXPECT_THAT(events.Take(), ElementsAre("Connected"));
-}
-
-TEST_F(ViewerTest, ATickThatWaitsForADeadCameraDoesNotHoldUpTheNextStream) {
-  Answer never;
-  never.never = true;
-  world.http.answers = {Good(), Good(), never, Good()};
-  viewer->Connect("http://dies/");
-  Run(milliseconds(1500));
-  const int sent = world.http.sent;
-  viewer->Connect(kUrl);
-  Run(milliseconds(3500));
-  EXPECT_EQ(world.http.sent, sent + 5);
-}
-
 TEST_F(ViewerTest, ListenersThatThrowDoNotStopTheStream) {
   viewer->Events.Connected.Listen([] { throw std::runtime_error("host's fault"); });
   world.http.answers = {Good()};
   viewer->Connect(kUrl);
   Run(milliseconds(2000));
   EXPECT_EQ(world.http.sent, 4);
-}
-
-// ---- The host's rudeness: released or disconnected at any moment ---------------------------------------------------
-
-/// A loop that does something at the n-th yield or wait of a handler.
-struct RudeWorld {
-  fakes::FakePlatform world;
-  fakes::RudeLoop loop{world.loop};
-  fakes::FakeHttp http{loop};
-  Platform platform = world.platform.With(loop).With(http);
-  fakes::ManualQueue& queue = world.queue;
-
-  /// Streams with motion for some frames, fails, is disconnected: every kind of step. Acts rudely at step or event
-  /// `at`; returns how many steps and events there were.
-  int Run(int at, bool in_events, const std::function<void(std::shared_ptr<VideoServerPush>&)>& rude) {
-    auto viewer = VideoServerPush::Create(platform);
-    EventLog events(*viewer);
-    viewer->Resize(9600, 7200);
-    viewer->MotionDetector(true);
-    viewer->MotionByZones(true);
-    std::int32_t sensitivity = 100;
-    viewer->MotionSensivity(sensitivity);
-    Answer late = Good(Picture(200, 1, 1, 2048));
-    late.delay = milliseconds(5);
-    late.headers["VigilboxInfo"] = "1";
-    late.headers["PlugIns"] = "p";
-    http.answers = {late,           late, late, WithStatus(500), WithStatus(500), WithStatus(500), WithStatus(500),
-                    WithStatus(500)};
-
-    int told = 0;
-    loop.steps = 0;
-    loop.act = [&] { rude(viewer); };
-    loop.rude_at = in_events ? -1 : at;
-    events.on_event = [&](const std::string&) {
-      if (in_events && told++ == at) rude(viewer);
-    };
-    const auto step = [&](auto work) {
-      world.loop.RunHandler([&, work] {
-        if (viewer) work(*viewer);
-      });
-      queue.Advance(milliseconds(2500));
-    };
-    step([](VideoServerPush& v) { v.Connect("http://camera/", false, "wait"); });
-    queue.Advance(milliseconds(6000));
-    step([](VideoServerPush& v) { v.RequestEnd(); });
-    step([](VideoServerPush& v) { v.ShowStatus("x"); });
-    step([](VideoServerPush& v) { v.Disconnect(); });
-    http.answers = {WithStatus(404)};
-    step([](VideoServerPush& v) { v.Connect("http://camera/", true); });
-    return in_events ? told : loop.steps;
-  }
-};
-
-void TryEverywhere(const std::function<void(std::shared_ptr<VideoServerPush>&)>& rude) {
-  for (const bool in_events : {false, true}) {
-    const int count = RudeWorld().Run(-1, in_events, rude);
-    ASSERT_GT(count, in_events ? 20 : 1000);
-    // Nearly all steps are yields of the motion scan, alike but for their number: the first and then every 97th do.
-    for (int at = 0; at < count; at += at < 20 || at > count - 60 || in_events ? 1 : 97)
-      RudeWorld().Run(at, in_events, rude);
-  }
-}
-
-TEST(ViewerRudenessTest, ReleasedAtAnyMoment) {
-  TryEverywhere([](std::shared_ptr<VideoServerPush>& viewer) { viewer.reset(); });
-}
-
-TEST(ViewerRudenessTest, DisconnectedAtAnyMoment) {
-  TryEverywhere([depth = std::make_shared<int>(0)](std::shared_ptr<VideoServerPush>& viewer) {
-    if (viewer && *depth == 0) {
-      ++*depth;
-      viewer->Disconnect();
-      --*depth;
-    }
-  });
-}
-
-TEST(ViewerRudenessTest, ConnectedAgainAtAnyMoment) {
-  TryEverywhere([](std::shared_ptr<VideoServerPush>& viewer) {
-    if (viewer) viewer->Connect("http://other/", false);
-  });
 }
 
 }  // namespace

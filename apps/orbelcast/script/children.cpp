@@ -239,6 +239,11 @@ void ChooseMenuItem(const Child& child) {
   Call(item.OnClick);
 }
 
+bool IsDrawn(const Child& child) {
+  auto* const picture = As<PictureBox>(child);
+  return picture == nullptr || picture->Drawn();
+}
+
 const Surface& SurfaceOf(const Child& child) {
   if (auto* const picture = As<PictureBox>(child)) return picture->Image();
   if (auto* const image = As<Image>(child)) return image->Picture();

@@ -48,5 +48,7 @@ void ChooseMenuItem(const Child& child);
 
 /// What was drawn on a picture, or the picture that an image shows. Throws ScriptError for other kinds.
 const Surface& SurfaceOf(const Child& child);
+/// False for a picture box that nothing was drawn on yet.
+bool IsDrawn(const Child& child);
 
 }  // namespace orbelcast

@@ -460,7 +460,9 @@ void ScriptHost::Pixel(Words words) {
 
 void ScriptHost::Picture(Words words) {
   const Surface& picture = FindPicture(words[0], words[1]);
-  if (picture.Empty()) throw ScriptError("nothing was drawn on " + words[0] + "." + words[1] + " yet");
+  if (!surfaces_.contains(words[0]) && !IsDrawn(FindChild(words[0], words[1]))) {
+    throw ScriptError("nothing was drawn on " + words[0] + "." + words[1] + " yet");
+  }
   Write(picture, words[2]);
 }
 

@@ -82,9 +82,9 @@ JpegCodec::~JpegCodec() {
 }
 
 void JpegCodec::Create() {
+  decompress_.client_data = this;    // Kept by the creation, whose failure goes by it.
   if (setjmp(failed_) != 0) return;  // NOLINT(cert-err52-cpp): libjpeg's way to fail.
   jpeg_create_decompress(&decompress_);
-  decompress_.client_data = this;
   decompress_.progress = &progress_;
 }
 
@@ -103,11 +103,12 @@ void JpegCodec::OnProgress(j_common_ptr common) {
 
 bool JpegCodec::Begin(std::span<const std::uint8_t> bytes) {
   if (bytes.size() < 4 || bytes[0] != kMarker || bytes[1] != kStartOfImage) return false;
-  if (!BringsTables(bytes)) {
+  if (!BringsTables(bytes) || decompress_.mem == nullptr) {
     jpeg_destroy_decompress(&decompress_);
     Create();
   }
-  if (setjmp(failed_) != 0) return Abandon();  // NOLINT(cert-err52-cpp)
+  if (decompress_.mem == nullptr) return false;  // There was no memory for it.
+  if (setjmp(failed_) != 0) return Abandon();    // NOLINT(cert-err52-cpp)
   jpeg_mem_src(&decompress_, bytes.data(), static_cast<unsigned long>(bytes.size()));
   if (jpeg_read_header(&decompress_, TRUE) != JPEG_HEADER_OK) return Abandon();
   const auto pixels = static_cast<std::int64_t>(decompress_.image_width) * decompress_.image_height;

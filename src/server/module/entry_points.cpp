@@ -1,6 +1,10 @@
 #include <dlfcn.h>
 
+#include <filesystem>
 #include <memory>
+#include <mutex>
+#include <string>
+#include <system_error>
 
 #include "adapters/posix/file_registry.h"
 #include "server/control_server.h"
@@ -11,30 +15,41 @@ namespace orbelcast::server {
 
 namespace {
 
-/// The server while anything of it is used. A host that ends with objects alive leaves it to the system: their memory
-/// must stay good until the last instruction.
+/// The server while anything of it is used: of the thread that asked first, and of it alone until all is given back. A
+/// host that ends with objects alive leaves it to the system: their memory must stay good until the last instruction.
 class Library {
  public:
   ~Library() {
     if (!EndServerIfIdle()) static_cast<void>(server_.release());  // NOLINT(bugprone-unused-return-value): see above.
   }
 
-  ControlServer& Server() {
+  /// The server, made where there is none. Null on any thread but its own.
+  ControlServer* Server() {
+    const std::lock_guard lock(mutex_);
     if (!server_) {
       server_ = std::make_unique<ControlServer>();
       server_->OnUnused = [this] { EndServerIfIdle(); };
     }
-    return *server_;
+    return server_->OnOwnThread() ? server_.get() : nullptr;
   }
 
-  /// False where it is in use.
+  /// False where it is in use. Only its own thread ends it, so that what that one has of it stays good.
   bool EndServerIfIdle() {
+    if (ControlServer* const server = OwnServer()) server->EndReleased();
+    std::unique_ptr<ControlServer> ending;
+    const std::lock_guard lock(mutex_);
     if (server_ && (!server_->OnOwnThread() || !server_->Idle())) return false;
-    const std::unique_ptr<ControlServer> ending = std::move(server_);
+    ending = std::move(server_);
     return true;
   }
 
  private:
+  ControlServer* OwnServer() {
+    const std::lock_guard lock(mutex_);
+    return server_ && server_->OnOwnThread() ? server_.get() : nullptr;
+  }
+
+  std::mutex mutex_;
   std::unique_ptr<ControlServer> server_;
 };
 
@@ -43,11 +58,16 @@ Library& TheLibrary() {
   return library;
 }
 
+/// The library's own file, absolute and without links in it; empty where the system does not tell.
 std::string OwnPath() {
   Dl_info info{};
   if (::dladdr(reinterpret_cast<const void*>(&TheLibrary), &info) == 0 || info.dli_fname == nullptr) return {};
-  return info.dli_fname;
+  std::error_code error;
+  return std::filesystem::canonical(info.dli_fname, error).string();
 }
+
+/// Found when the library is loaded: the host may have named it from a folder that it leaves.
+const std::string own_path = OwnPath();
 
 }  // namespace
 
@@ -59,7 +79,11 @@ using orbelcast::server::Result;
 extern "C" Result DllGetClassObject(const Guid* class_id, const Guid* interface_id, void** object) {
   using namespace orbelcast::server;
   return Guarded([&] {
-    const Result result = TheLibrary().Server().GetClassObject(class_id, interface_id, object);
+    if (object == nullptr) return E_POINTER;
+    *object = nullptr;
+    ControlServer* const server = TheLibrary().Server();
+    if (server == nullptr) return RPC_E_WRONG_THREAD;
+    const Result result = server->GetClassObject(class_id, interface_id, object);
     TheLibrary().EndServerIfIdle();
     return result;
   });
@@ -74,7 +98,7 @@ extern "C" Result DllRegisterServer() {
   using namespace orbelcast::server;
   return Guarded([] {
     orbelcast::FileRegistry registry;
-    return RegisterClasses(registry, OwnPath()) ? S_OK : SELFREG_E_CLASS;
+    return !own_path.empty() && RegisterClasses(registry, own_path) ? S_OK : SELFREG_E_CLASS;
   });
 }
 

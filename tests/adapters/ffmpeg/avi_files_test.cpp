@@ -42,7 +42,7 @@ struct Picture {
   std::uint8_t* At(int x, int y) {
     return pixels.data() + static_cast<std::size_t>(height - 1 - y) * RowBytes() + static_cast<std::size_t>(x) * 3;
   }
-  AviSample Sample() const { return {width, height, pixels, true}; }
+  AviSample Sample() const { return {width, height, pixels}; }
   cv::Mat AsMat() {
     cv::Mat mat(height, width, CV_8UC3);
     for (int y = 0; y < height; ++y) std::memcpy(mat.ptr(y), At(0, y), static_cast<std::size_t>(width) * 3);
@@ -142,8 +142,8 @@ TEST_P(EveryCompression, FitsPicturesOfAnotherSizeAndRefusesHalfOnes) {
   EXPECT_TRUE(file->Write(2, Picture(1, 3, 1).Sample()));
   EXPECT_TRUE(file->Write(3, Picture(401, 7, 1).Sample()));
   const auto half = std::span(tall.pixels).first(tall.pixels.size() - 1);
-  EXPECT_FALSE(file->Write(4, {tall.width, tall.height, half, true}));
-  EXPECT_FALSE(file->Write(4, {-1, 1, half, true}));
+  EXPECT_FALSE(file->Write(4, {tall.width, tall.height, half}));
+  EXPECT_FALSE(file->Write(4, {-1, 1, half}));
   EXPECT_FALSE(file->Write(4, {}));
   EXPECT_FALSE(file->Write(3, Picture(80, 40, 1).Sample()));  // not after the last one
   EXPECT_TRUE(file->Write(4, Picture(80, 40, 2).Sample()));

@@ -98,7 +98,7 @@ TEST_F(WidgetTest, ThePictureIsPaintedWhereItLies) {
   widget->resize(320, 240);
   VideoServerPush& control = widget->Control();
   PictureWidget picture(control.VideoStream, platform.Get().screen, nullptr);
-  control.VideoStream.Canvas(15, 15).FillBox(0, 0, 1000, 1000, Rgb(200, 100, 50));
+  control.VideoStream.Canvas().FillBox(0, 0, 1000, 1000, Rgb(200, 100, 50));
   const QImage view = picture.View();
   EXPECT_EQ(static_cast<const void*>(view.constBits()),
             static_cast<const void*>(control.VideoStream.Image().Pixels().data()));

@@ -91,13 +91,6 @@ class Information(unittest.TestCase):
                 self.assertEqual(status("Authorization:  Basic %s\r\n" % base64.b64encode(b"ann:x").decode()), "401")
                 self.assertIn("Basic", server.get(INFO)[1]["WWW-Authenticate"])
 
-    def test_faults(self):
-        with Server("--fault", "info=status:500*1", "--fault", "relay=status:503*1") as server:
-            self.assertEqual([server.get(INFO)[0], server.get(INFO)[0]], [500, 200])
-            self.assertEqual([server.get(LOOKUP + "demo")[0], server.get(LOOKUP + "demo")[0]], [503, 200])
-            server.fault("info", "cut:5")
-            self.assertEqual(split(server.raw("GET %s HTTP/1.1\r\n\r\n" % INFO))[1], b"RDXVI")
-
 
 class RelayLookup(unittest.TestCase):
     def test_accounts(self):

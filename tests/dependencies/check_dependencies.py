@@ -1,0 +1,78 @@
+#!/usr/bin/env python3
+"""Shows that a module can include what it declares to depend on, and nothing else.
+
+Usage: check_dependencies.py BUILD_FOLDER SOURCE_FOLDER
+
+Reads the declarations that the build writes to modules.txt (a line a module: its folder, then those it depends on), and
+holds against them, for every folder below src/, what the compiler finds with the module's own command line, and every
+include that is written.
+"""
+import json
+import pathlib
+import re
+import shlex
+import subprocess
+import sys
+
+BUILD, SOURCE = map(pathlib.Path, sys.argv[1:3])
+
+
+def declared():
+    """Each module with all that it depends on, itself and what those depend on included."""
+    direct = {name: others for name, *others in map(str.split, (BUILD / "modules.txt").read_text().splitlines())}
+    closed = {}
+    for name, others in direct.items():  # a module is declared after those that it depends on
+        assert all(other in closed for other in others), f"{name} depends on what is declared after it"
+        closed[name] = {name}.union(*(closed[other] for other in others))
+    return closed
+
+
+def headers_of(module):
+    return sorted((SOURCE / "src" / module).glob("*.h"))
+
+
+def undeclared_folders(modules):
+    """Folders with sources that are neither a module nor the part of one that is linked apart."""
+    folders = {path.parent.relative_to(SOURCE / "src") for path in (SOURCE / "src").rglob("*.cpp")}
+    return [f"src/{each} is no module of the build" for each in map(str, sorted(folders))
+            if each not in modules and not each.endswith("/module")]
+
+
+def found_by_the_compiler(module, modules):
+    """The modules of which the compiler finds a header, with the command that compiles the module; none without one."""
+    target = "/orbelcast_" + module.replace("/", "_") + ".dir/"
+    for entry in json.loads((BUILD / "compile_commands.json").read_text()):
+        if target not in entry["command"]:
+            continue
+        words = shlex.split(entry["command"])
+        folders = [word for word in words if word.startswith("-I")]
+        probes = {other: headers_of(other)[0].name for other in modules if headers_of(other)}
+        lines = [f'#if __has_include("{other}/{header}")\nfound {other}\n#endif' for other, header in probes.items()]
+        output = subprocess.run([words[0], *folders, "-std=c++20", "-E", "-P", "-x", "c++", "-"], input="\n".join(lines),
+                                capture_output=True, text=True, check=True)
+        return set(re.findall(r"^found (\S+)$", output.stdout, re.M))
+    return None
+
+
+def stray_includes(module, known, modules):
+    for path in sorted((SOURCE / "src" / module).rglob("*.[ch]*")):
+        for header in re.findall(r'^\s*#\s*include\s+"([^"]+)"', path.read_text(), re.M):
+            folder = str(pathlib.PurePosixPath(header).parent)
+            if ".." in header or (folder in modules and folder not in known):
+                yield f"{path.relative_to(SOURCE)} includes {header}"
+
+
+def main():
+    modules = declared()
+    faults = undeclared_folders(modules)
+    for module, known in modules.items():
+        found = found_by_the_compiler(module, modules)
+        expected = {other for other in known if headers_of(other)}
+        if found is not None and found != expected:
+            faults.append(f"{module} declares {sorted(expected)}, the compiler finds {sorted(found)}")
+        faults += stray_includes(module, known, modules)
+    print("\n".join(faults) or f"{len(modules)} modules keep to what they declare")
+    return 1 if faults else 0
+
+
+sys.exit(main())
