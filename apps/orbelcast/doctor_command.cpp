@@ -245,6 +245,8 @@ class Examination {
     step.values["cameras"] = cameras.size();
     step.found = (info_->SystemName.empty() ? "a camera server" : info_->SystemName) + ", " +
                  std::to_string(cameras.size()) + (cameras.size() == 1 ? " camera" : " cameras");
+    if (const std::string unread = WhatWasNotRead(*info_); !unread.empty()) unread_ = "; " + unread;
+    step.found += unread_;
     if (cameras.empty()) {
       return Fail(step, step.found, "the server shows this user no camera: add one there, or use another user");
     }
@@ -358,12 +360,14 @@ class Examination {
     if (camera == cameras.end()) {
       std::string devices;
       for (const Entry& each : cameras) devices += (devices.empty() ? "" : ", ") + each.Field(0);
-      return Fail(step, "there is no camera '" + options_.device + "'", "give one of these to --device: " + devices);
+      return Fail(step, "there is no camera '" + options_.device + "'" + unread_,
+                  "give one of these to --device: " + devices);
     }
     camera_name_ = camera->Field(1) + " (" + camera->Field(0) + ")";
     live_base_ = camera->Field(2);
     if (!StartsWithIgnoringCase(live_base_, "http://")) {
-      return Fail(step, "the address of " + camera_name_ + " does not begin with http://: '" + live_base_ + "'",
+      return Fail(step,
+                  "the address of " + camera_name_ + " does not begin with http://: '" + live_base_ + "'" + unread_,
                   "set the camera's address at the server: its information must name one that clients reach");
     }
     picture_address_ = LiveStreamAddress(LiveAddress(live_base_, options_.access.user, options_.access.password),
@@ -459,6 +463,7 @@ class Examination {
   std::string server_;  ///< Of a relay account, what the relay service said.
   std::vector<NetworkAddress> addresses_;
   std::optional<ServerInfo> info_;  ///< Of a server.
+  std::string unread_;              ///< What is told of its information where that was too long.
   std::string camera_name_;
   std::string live_base_;
   std::string picture_address_;

@@ -198,6 +198,7 @@ ExitStatus Info(const InfoOptions& options, std::ostream& output, std::ostream& 
   } else if (wrong.empty()) {
     PrintTable(info, output);
   }
+  if (const std::string unread = WhatWasNotRead(info); !unread.empty()) messages << "orbelcast: " << unread << '\n';
   if (wrong.empty()) return kWorked;
   messages << "orbelcast: no information from " << MaskedAddress(options.server).Text() << ": " << wrong << '\n';
   return kNoPictures;

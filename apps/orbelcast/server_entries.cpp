@@ -1,6 +1,7 @@
 #include "server_entries.h"
 
 #include "platform/ascii.h"
+#include "protocol/limits.h"
 #include "protocol/text.h"
 
 namespace orbelcast {
@@ -15,10 +16,18 @@ std::vector<Entry> EntriesOf(const ServerInfo& info, std::string_view key) {
   Parts lines(info.Lines, kCrLf);
   for (std::string_view line; lines.Next(line);) {
     if (!line.starts_with(key)) continue;
-    const auto fields = Split(line.substr(key.size()), "\t");
+    const auto fields = Split(line.substr(key.size()), "\t", protocol_limits::kMaxListFields);
     entries.push_back({{fields.begin(), fields.end()}});
   }
   return entries;
+}
+
+std::string WhatWasNotRead(const ServerInfo& info) {
+  if (info.UnreadBytes == 0) return {};
+  return "the server's information is longer than what is read of it (" +
+         std::to_string(protocol_limits::kMaxInfoBytes / 1024 / 1024) + " MiB, " +
+         std::to_string(protocol_limits::kMaxInfoLines) + " lines); its last " + std::to_string(info.UnreadBytes) +
+         " bytes were left out";
 }
 
 std::string CheckServer(const std::string& server) {

@@ -137,7 +137,8 @@ void AddPlayerOptions(CLI::App& app, PlayerOptions& options) {
       ->type_name("URL")
       ->group(player);
   app.add_flag("--start", options.start, "Show the stream of --live-url at once")->needs(live)->group(player);
-  app.add_flag("--fixed-layout", options.fixed_layout, "Leave everything at its place when the window changes its size")
+  app.add_flag("--fixed-layout", options.fixed_layout,
+               "Keep everything at its first place and size, whatever the size of the window")
       ->group(player);
 
   const std::string viewer = "Viewer alone";

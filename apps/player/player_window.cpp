@@ -31,8 +31,7 @@ PlayerWindow::PlayerWindow(Platform& platform, YieldingHttp& requests, const Pla
   WatchRequests(requests);
   ShowTitle();
   QObject::connect(player_, &PlayerWidget::Loaded, this, &PlayerWindow::OnLoaded);
-  QObject::connect(notice_, &Notice::Retried, player_,
-                   [this] { player_->RunHandler([player = QPointer(player_)] { player->Load(); }); });
+  QObject::connect(notice_, &Notice::Retried, this, &PlayerWindow::LoadAgain);
 }
 
 void PlayerWindow::Configure() {
@@ -58,6 +57,8 @@ void PlayerWindow::Configure() {
 void PlayerWindow::TakeSize() {
   if (const auto size = options_.WindowSize()) {
     resize(*size);
+  } else if (options_.fixed_layout) {
+    resize(player_->sizeHint());
   } else if (!restoreGeometry(QSettings().value(QLatin1String(kGeometryKey)).toByteArray())) {
     resize(kFirstSize);
   }
@@ -68,7 +69,7 @@ void PlayerWindow::AddShortcuts() {
     QObject::connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
   };
   on(QKeySequence::Quit, [this] { close(); });
-  on(QKeySequence(Qt::Key_F5), [this] { player_->RunHandler([player = QPointer(player_)] { player->Load(); }); });
+  on(QKeySequence(Qt::Key_F5), [this] { LoadAgain(); });
   on(QKeySequence(Qt::Key_F11), [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); });
   on(QKeySequence(Qt::Key_Escape), [this] {
     if (notice_->ShowsProblem()) {
@@ -77,6 +78,13 @@ void PlayerWindow::AddShortcuts() {
       setWindowState(windowState() & ~Qt::WindowFullScreen);
     }
   });
+}
+
+void PlayerWindow::LoadAgain() {
+  if (const std::string device = player_->Control().SelectedDevice(); !device.empty()) {
+    player_->setDevice(QString::fromStdString(device));
+  }
+  player_->RunHandler([this] { player_->Load(); });
 }
 
 void PlayerWindow::WatchRequests(YieldingHttp& requests) {
@@ -126,18 +134,18 @@ QString PlayerWindow::Problem() const {
 }
 
 bool PlayerWindow::LacksDevice() const {
-  return !options_.device.empty() && !player_->Server().isEmpty() && player_->Control().CamList.ListIndex() < 0;
+  return !player_->Device().isEmpty() && !player_->Server().isEmpty() && player_->Control().CamList.ListIndex() < 0;
 }
 
 void PlayerWindow::TellOfDevice() {
   const QString place = ShownAddress(options_.camera);
-  const QString device = QString::fromStdString(options_.device);
+  const QString device = player_->Device();
   notice_->ShowProblem(tr("%1 has no camera “%2”. Choose one in the list above.").arg(place, device));
   device_chosen_ = player_->Control().CamList.ListIndexChanged.Connect([this](int index) {
     if (index >= 0) notice_->Dismiss();
   });
   // For whoever wrote the command line, too.
-  std::cerr << "orbelcast-player: there is no camera '" << options_.device << "'; 'orbelcast info "
+  std::cerr << "orbelcast-player: there is no camera '" << device.toStdString() << "'; 'orbelcast info "
             << place.toStdString() << "' lists the ids of those there are\n";
 }
 

@@ -27,9 +27,11 @@ class PlayerWindow final : public QMainWindow {
   void TakeSize();
   void AddShortcuts();
   void WatchRequests(YieldingHttp& requests);
+  /// Asks the server again, and connects again with the camera that is chosen.
+  void LoadAgain();
   void OnLoaded();
   void ChooseFirst();
-  /// The camera that was asked for is not among the server's.
+  /// The camera that was asked for, or was chosen before, is not among the server's.
   bool LacksDevice() const;
   void TellOfDevice();
   void ShowTitle();

@@ -135,6 +135,8 @@ class PlayerWidget final : public QWidget {
 
   void MakeChildren();
   void MakeWindows();
+  void ShowPointer(int pointer);
+  void Site();
   void NameForScreenReaders();
   /// False where the widget was deleted meanwhile.
   bool EnsureLoaded();

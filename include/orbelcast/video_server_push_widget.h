@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QByteArray>
+#include <QImage>
+#include <QPaintDevice>
 #include <QString>
 #include <QWidget>
 #include <functional>
@@ -16,8 +19,8 @@ class VideoServerPush;
 ///
 /// Events come as signals on the widget's thread, in the middle of the control's work: a slot may call any method, show
 /// a dialog, wait, or delete the widget (`deleteLater` or `delete`). Lengths are twips inside the control and pixels
-/// outside. A widget that its container hides (not one that is merely minimised) stops its frame loop until the next
-/// Connect.
+/// outside. A widget that its container hides stops its frame loop until the next Connect; one that is merely minimised
+/// does not, nor one that is shown again in the same turn of the loop, as by a dock that floats or a new parent.
 class VideoServerPushWidget : public QWidget {
   Q_OBJECT
   Q_PROPERTY(int FrameRate READ FrameRate WRITE setFrameRate)
@@ -132,7 +135,16 @@ class VideoServerPushWidget : public QWidget {
   /// Saves the picture that is shown as the file `Filename`, replacing it: of a stream the server's JPEG byte for byte,
   /// of several cameras or the test card a bitmap, whatever the name ends in.
   void SaveImage(const QString& Filename);
+  /// Puts the picture that is shown on the clipboard, at the size at which it is shown.
   void ImageOnClipboard();
+  /// A copy of the newest picture at its own size, in pixels; a null image where there is none or it cannot be read.
+  QImage GetPicture();
+  /// A copy of the newest answer's bytes, a JPEG as the server sent it; empty before the first.
+  QByteArray GetPictureArray() const;
+  /// Draws the newest picture at the top-left corner of `device`, stretched to `sX` × `sY` of its units; 0 is the
+  /// picture's own size in pixels. Nothing where there is no device or no picture. A widget can be drawn on in its
+  /// paintEvent alone.
+  void RenderPicture(QPaintDevice* device, int sX = 0, int sY = 0);
 
  Q_SIGNALS:
   /// Once a second while pictures come: bytes and pictures since the last time.

@@ -34,8 +34,13 @@ class Services {
                   .dialogs = dialogs,
                   .avi_files = avi_files_,
                   .configuration = configuration_} {}
+  ~Services() { EndHandlers(); }
   Services(const Services&) = delete;
   Services& operator=(const Services&) = delete;
+
+  /// Ends the handlers that still wait, while everything that they use is there. Called first by whoever adds services
+  /// of its own to these.
+  void EndHandlers() { loop_.EndHandlers(); }
 
   Platform& Get() { return platform_; }
   const FiberLoop& Loop() const { return loop_; }

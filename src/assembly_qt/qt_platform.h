@@ -16,6 +16,9 @@ namespace orbelcast {
 class QtPlatform {
  public:
   QtPlatform() { dialogs_.WaitOn(services_.Get().loop); }
+  ~QtPlatform() { services_.EndHandlers(); }
+  QtPlatform(const QtPlatform&) = delete;
+  QtPlatform& operator=(const QtPlatform&) = delete;
 
   Platform& Get() { return platform_; }
 

@@ -31,7 +31,7 @@ void ItemList::Clear() {
 
 bool ItemList::ListIndex(int index) {
   if (index == index_) return true;
-  if (index >= 0) return Choose(index);
+  if (index != -1) return Choose(index);
   index_ = -1;
   ListIndexChanged(index_);
   return true;

@@ -48,6 +48,10 @@ struct Platform {
     return {loop,     clock,     screen,          text_mapper, files,   other,     jpeg_decoder,
             pictures, clipboard, device_contexts, registry,    dialogs, avi_files, configuration};
   }
+  Platform With(Registry& other) const {
+    return {loop,     clock,     screen,          text_mapper, files,   http,      jpeg_decoder,
+            pictures, clipboard, device_contexts, other,       dialogs, avi_files, configuration};
+  }
   Platform With(Dialogs& other) const {
     return {loop,     clock,     screen,          text_mapper, files, http,      jpeg_decoder,
             pictures, clipboard, device_contexts, registry,    other, avi_files, configuration};

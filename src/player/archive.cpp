@@ -6,11 +6,12 @@
 
 namespace orbelcast {
 
-// The bandwidth is shown while the one picture is on its way.
+// The bandwidth is shown while the one picture is on its way. A press while another one's picture is waited for finds
+// it forced on: what the first of them found is what the last one to end brings back.
 void UserControl1::ShowArchiveEnd(ArchiveStep end, bool bandwidth_was_shown) {
-  if (!ShowBandwidth(true)) return;
-  if (!ConnectViewer(ArchiveStepAddress(ArchiveUrl, end, QualitySuffix), true)) return;
-  ShowBandwidth(bandwidth_was_shown);
+  if (archive_ends_awaited_++ == 0) bandwidth_before_archive_end_ = bandwidth_was_shown;
+  const bool alive = ShowBandwidth(true) && ConnectViewer(ArchiveStepAddress(ArchiveUrl, end, QualitySuffix), true);
+  if (--archive_ends_awaited_ == 0 && alive) ShowBandwidth(bandwidth_before_archive_end_);
 }
 
 void UserControl1::PlayArchive(ArchiveStep direction, bool once) {

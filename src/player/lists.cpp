@@ -23,6 +23,11 @@ void UserControl1::CamList_Click() {
   RefreshURLs(live, archive);
 }
 
+std::string UserControl1::SelectedDevice() const {
+  const auto x = static_cast<std::size_t>(CamList.ListIndex());
+  return x < CamDevice.size() ? CamDevice[x] : std::string();
+}
+
 std::string UserControl1::LiveUrlOf(std::size_t camera) const {
   return LiveAddress(CamLive[camera], Username, Password);
 }

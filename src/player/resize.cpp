@@ -17,9 +17,13 @@ constexpr int kToolbarHangsPixels = 2;
 
 }  // namespace
 
-void UserControl1::Resize(float width, float height) {
+void UserControl1::Site(float width, float height) {
   width_ = width;
   height_ = height;
+}
+
+void UserControl1::Resize(float width, float height) {
+  Site(width, height);
   UserControl_Resize();
 }
 

@@ -57,16 +57,20 @@ void UserControl1::UserControl_Initialize() {
 
 void UserControl1::ReadProperties(PropertyBag bag) {
   const auto alive = StayAlive();
+  // Before the server is waited for: the container may size and show the control meanwhile.
+  const bool has_extents = !Stored(bag, "_ExtentX").empty() && !Stored(bag, "_ExtentY").empty();
+  if (has_extents) LayoutFrozen = true;
+  // What is kept of a server ends where the player turns to another one meanwhile; the rest is the control's own.
+  const auto server = questions_.TurnToServer();
   ReadServer(bag);
   if (Terminating) return;
-  if (!Stored(bag, "_ExtentX").empty() && !Stored(bag, "_ExtentY").empty()) {
-    LayoutFrozen = true;
-    PlayerControls.Visible = true;
-  }
-  if (Stored(bag, "Start") == kYes && !ConnectViewer(LiveUrl + QualitySuffix, false)) return;
+  if (has_extents) PlayerControls.Visible = true;
+  const bool starts = server.IsCurrent() && Stored(bag, "Start") == kYes;
+  if (starts && !ConnectViewer(LiveUrl + QualitySuffix, false)) return;
   ShowExtendedFeatures(Stored(bag, "ExtendedControls") == kYes);
   if (Terminating) return;
-  if (const std::string device = Stored(bag, "Device"); !device.empty()) SelectDevice(device);
+  const std::string device = Stored(bag, "Device");
+  if (server.IsCurrent() && !device.empty()) SelectDevice(device, server);
   if (Stored(bag, "_Resize") == kYes) {
     LayoutFrozen = false;
     UserControl_Resize();
@@ -91,29 +95,31 @@ void UserControl1::ReadServer(const PropertyBag& bag) {
   LoadCameraList(Server + ":" + Port);
 }
 
-void UserControl1::LoadCameraList(const std::string& address) {
-  const ServerInfo info = QueryServerInfo(platform_.http, platform_.configuration, address, Username, Password,
-                                          player_limits::kInformationTimeout, InfoMode::kCameras);
-  SysName = info.SystemName;
+// The list of the server before ends with the question: its cameras are not for this one's user name and password.
+bool UserControl1::LoadCameraList(const std::string& address) {
   CamList.Clear();
   CamDevice.assign(1, {});
   CamLive.assign(1, {});
-  ForEachLine(info.Lines, [&](std::size_t k, const std::vector<std::string_view>& fields) {
+  const auto info = AskServer(address, InfoMode::kCameras);
+  if (!info) return false;
+  SysName = info->SystemName;
+  ForEachLine(info->Lines, [&](std::size_t k, const std::vector<std::string_view>& fields) {
     CamDevice.resize(k + 1);
     CamLive.resize(k + 1);
     if (fields.size() > 2) CamLive[k] = fields[2];
     if (!fields.empty()) CamDevice[k] = fields[0];
     // A camera without a name is not shown; its place in the arrays stays, so those behind it follow one later.
-    if (fields.size() > 1) CamList.AddItem(std::string(fields[1]));
+    if (fields.size() > 1) AddShown(CamList, std::string(fields[1]));
   });
+  return true;
 }
 
-void UserControl1::SelectDevice(const std::string& device) {
+void UserControl1::SelectDevice(const std::string& device, const ServerQuestions::Server& server) {
   const auto count = static_cast<std::size_t>(CamList.ListCount());
   for (std::size_t k = 0; k < count && k < CamDevice.size(); ++k) {
     if (!EqualIgnoringCase(CamDevice[k], device)) continue;
     Select(CamList, static_cast<int>(k));
-    if (!Terminating) CamList_Click();
+    if (server.IsCurrent()) CamList_Click();
     return;
   }
 }

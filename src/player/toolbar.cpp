@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include "player/command_request.h"
 #include "player/limits.h"
@@ -51,13 +52,18 @@ std::optional<std::uintmax_t> LengthOf(const std::filesystem::path& file) {
 void AddWithState(ListBox& list, const std::vector<std::string_view>& fields) {
   if (fields.size() < 2) return;
   const bool off = fields.size() > 2 && fields[2] == "0";
-  list.AddItem(std::string(fields[1]) + (off ? " [OFF]" : " [ON]"));
+  AddShown(list, std::string(fields[1]) + (off ? " [OFF]" : " [ON]"));
 }
 
 }  // namespace
 
+// A question is asked one at a time, and its window is closed before the next one.
+bool UserControl1::DropsPress(std::int16_t Index) const {
+  return toolbar::AsksServer(Index) && (questions_.UnderWay() || AlertsWin.IsOpen() || LogForm.IsOpen());
+}
+
 void UserControl1::Player_Click(std::int16_t Index) {
-  if (Terminating) return;
+  if (Terminating || DropsPress(Index)) return;
   LastCommand = Index;
   VS->DisableTestScreen(true);
   const bool once = FrameRate.ListIndex() == 0;
@@ -110,10 +116,28 @@ std::string UserControl1::CommandBase() const {
   return LoginBase(Server, Port, Username, Password);
 }
 
-ServerInfo UserControl1::AskServer(InfoMode mode) const {
-  const std::string address = Port.empty() ? Server : Server + ":" + Port;
-  return QueryServerInfo(platform_.http, platform_.configuration, address, Username, Password,
-                         player_limits::kInformationTimeout, mode);
+std::string UserControl1::ServerAddress() const {
+  return Port.empty() ? Server : Server + ":" + Port;
+}
+
+// Of copies: the player may turn to another server while this one is asked.
+std::optional<ServerInfo> UserControl1::AskServer(std::string address, InfoMode mode) {
+  const ServerQuestions::Question question(questions_);
+  ServerInfo info = question.WaitFor([&, user_name = Username, password = Password] {
+    return QueryServerInfo(platform_.http, platform_.configuration, address, user_name, password,
+                           player_limits::kInformationTimeout, mode);
+  });
+  return question.Holds() ? std::optional(std::move(info)) : std::nullopt;
+}
+
+bool UserControl1::SendByRelay(HttpRequest& request, const std::string& url) {
+  const ServerQuestions::Question question(questions_);
+  question.WaitFor([&] {
+    const std::string resolved =
+        ResolveRelayUrl(platform_.http, platform_.configuration, url, player_limits::kRelayTimeout);
+    return question.Holds() && SendCommand(request, resolved);
+  });
+  return question.Holds();
 }
 
 void UserControl1::SaveSnapshot() {
@@ -138,29 +162,27 @@ void UserControl1::SaveSnapshot() {
 }
 
 void UserControl1::ShowLog() {
-  const std::string url = ResolveRelayUrl(platform_.http, platform_.configuration, ActivityLogAddress(CommandBase()),
-                                          player_limits::kRelayTimeout);
   const auto request = platform_.http.Create();
-  SendCommand(*request, url);
+  if (!SendByRelay(*request, ActivityLogAddress(CommandBase()))) return;
   LogForm.Caption = "Activity Log";
-  LogForm.Log.Text = LogText(request->ResponseText());
+  const FrameBytes log = request->ResponseBody();
+  LogForm.Log.Text = LogText({reinterpret_cast<const char*>(log.Bytes().data()), log.Size()});
   OpenWindow(LogForm);
 }
 
 // What was typed goes out decoded, not encoded: so blanks and "&" are sent as they are.
 void UserControl1::SendTextMessage() {
+  const ServerQuestions::Question question(questions_);
   const std::string answer = platform_.dialogs.AskText({.prompt = "Message:", .title = SysName});
-  if (Terminating || answer.empty()) return;
-  const std::string url =
-      ResolveRelayUrl(platform_.http, platform_.configuration, MessageAddress(CommandBase(), UrlDecode(answer)),
-                      player_limits::kRelayTimeout);
-  SendCommand(*platform_.http.Create(), url);
+  if (!question.Holds() || answer.empty()) return;
+  SendByRelay(*platform_.http.Create(), MessageAddress(CommandBase(), UrlDecode(answer)));
 }
 
 void UserControl1::ShowInputsAndOutputs() {
-  const ServerInfo info = AskServer(InfoMode::kAllLines);
+  const auto info = AskServer(ServerAddress(), InfoMode::kAllLines);
+  if (!info) return;
   AlertsWin.OutList.Clear();
-  ForEachLine(info.Lines, [&](std::size_t, const std::vector<std::string_view>& fields) {
+  ForEachLine(info->Lines, [&](std::size_t, const std::vector<std::string_view>& fields) {
     if (fields.empty()) return;
     if (fields[0].starts_with("HWO:")) AddWithState(AlertsWin.OutList, fields);
     if (fields[0].starts_with("HWI:")) AddWithState(AlertsWin.AlertList, fields);
@@ -177,10 +199,11 @@ void UserControl1::ShowInputsAndOutputs() {
 }
 
 void UserControl1::ShowAlerts() {
-  const ServerInfo info = AskServer(InfoMode::kAlerts);
+  const auto info = AskServer(ServerAddress(), InfoMode::kAlerts);
+  if (!info) return;
   AlertsWin.AlertList.Clear();
-  ForEachLine(info.Lines, [&](std::size_t, const std::vector<std::string_view>& fields) {
-    if (fields.size() > 1) AlertsWin.AlertList.AddItem(std::string(fields[1]));
+  ForEachLine(info->Lines, [&](std::size_t, const std::vector<std::string_view>& fields) {
+    if (fields.size() > 1) AddShown(AlertsWin.AlertList, std::string(fields[1]));
   });
   AlertsWin.AlertList.ListIndex(0);
   AlertsWin.Activate.Visible = true;
@@ -192,7 +215,7 @@ void UserControl1::ShowAlerts() {
 }
 
 void UserControl1::ShowFullScreen() {
-  MousePointer = kHourglass;
+  std::optional<BusyPointer::Scope> busy(pointer_);
   if (!Yield()) return;
   VS->StopGettingFrames();
   const bool toolbar_was_visible = PlayerControls.Visible;
@@ -204,7 +227,7 @@ void UserControl1::ShowFullScreen() {
   viewer.AlwaysSmooth(true);
   viewer.ShowBandwidth(true);
   if (Terminating) return;
-  MousePointer = kDefaultPointer;
+  busy.reset();
   XFullScreen.Tag = MultiCamSelection.empty() ? VS->URL() : "*" + MultiCamSelection;
   if (!Yield() || !OpenWindow(XFullScreen)) return;
   PlayerControls.Visible = toolbar_was_visible;

@@ -29,6 +29,11 @@ inline constexpr std::int16_t kMultipleCameras = 17;
 inline constexpr std::array kExtended{kLogViewer,   kAlerts,         kInputsAndOutputs,
                                       kSendMessage, kWithoutCommand, kMultipleCameras};
 
+/// Whether the command asks the player's server something itself.
+inline constexpr bool AsksServer(std::int16_t command) {
+  return command == kLogViewer || command == kSendMessage || command == kInputsAndOutputs || command == kAlerts;
+}
+
 /// What LastCommand becomes after a command that a new picture quality does not run again.
 inline constexpr std::int16_t kNotRepeated = 10000;
 

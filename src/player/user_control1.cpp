@@ -65,7 +65,7 @@ std::shared_ptr<UserControl1> UserControl1::Create(Platform& platform) {
 
 UserControl1::UserControl1(Platform& platform)
     : VS(VideoServerPush::Create(platform)),
-      AlertsWin(platform.http, Starter()),
+      AlertsWin(platform.http, questions_, Starter()),
       MultiCams(Starter()),
       XFullScreen(platform, Starter()),
       platform_(platform),
@@ -148,6 +148,8 @@ void UserControl1::ConnectHandlers() {
 
 void UserControl1::UserControl_Terminate() {
   Terminating = true;
+  pointer_.End();
+  questions_.TurnToServer();
   recorder_.End();
   for (const NamedChild& window : Windows()) std::get<Window*>(window.control)->Unload();
   XFullScreen.vs.reset();
@@ -169,13 +171,14 @@ void UserControl1::DoResize(bool X) {
 
 void UserControl1::Connect2Server(std::string xServer, std::string xUsername, std::string xPassword) {
   const auto alive = StayAlive();
+  questions_.TurnToServer();
   Server = xServer;
   Port = "";
   Username = xUsername;
   Password = xPassword;
   if (Server.empty()) return;
   CamList.Visible = true;
-  LoadCameraList(xServer);
+  if (!LoadCameraList(xServer)) return;
   PlayerControls.Visible = true;
   UserControl_Resize();
   if (!Yield()) return;

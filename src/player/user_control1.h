@@ -5,12 +5,14 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/controls.h"
 #include "platform/platform.h"
+#include "player/server_questions.h"
 #include "player/windows.h"
 #include "protocol/server_address.h"
 #include "protocol/server_info.h"
@@ -34,9 +36,9 @@ struct CommonDialog {
 /// The player: a stream viewer with a list of the server's cameras, a toolbar, and the windows that it opens.
 ///
 /// Everything happens on the thread of the platform's message loop. A method that waits lets other handlers run
-/// meanwhile; requests of the toolbar's own (camera list, log, message, outputs, alerts) block the thread until they
-/// are answered or a time-out has ended them. Nothing throws and nothing is reported as an error: a step that fails is
-/// skipped and the next one runs.
+/// meanwhile; requests of the player's own (camera list, log, message, outputs, alerts) block the thread, or the
+/// handler that makes them, until they are answered or a time-out has ended them; see ServerQuestions. Nothing throws
+/// and nothing is reported as an error: a step that fails is skipped and the next one runs.
 ///
 /// The host owns the control through the pointer that Create returns. Releasing it, also while a method of it waits or
 /// a window of it is open, ends the control: its windows close, its viewers end, and what waits returns without another
@@ -65,7 +67,8 @@ class UserControl1 {
   void DoResize(bool X);
   /// Loads the camera list of a server, a host or host:port; the port that was set before is forgotten. Waits for the
   /// answer, at most 10 seconds for the connection and 10 for the answer. A server that does not answer gives an empty
-  /// list; an empty `xServer` changes nothing but what the host has kept.
+  /// list; an empty `xServer` changes nothing but what the host has kept. A newer call takes over: what an older one,
+  /// or a button of the toolbar, still waits for is not looked at any more.
   void Connect2Server(std::string xServer, std::string xUsername, std::string xPassword);
   /// What the server calls itself; its address where it did not say.
   std::string SystemName() const { return SysName.empty() ? Server : SysName; }
@@ -79,6 +82,8 @@ class UserControl1 {
 
   /// Takes on the properties that the host has kept: server or addresses, camera, buttons, layout. Connects.
   void ReadProperties(PropertyBag bag);
+  /// Gives the control its size in twips, from a container that reads the properties next: without a layout.
+  void Site(float width, float height);
   /// Gives the control its size in twips and runs the layout.
   void Resize(float width, float height);
   /// The container shows the control.
@@ -86,6 +91,9 @@ class UserControl1 {
 
   float Width() const { return width_; }
   float Height() const { return height_; }
+
+  /// The id of the camera that is selected in the list, as the key "Device" takes it; empty where none is.
+  std::string SelectedDevice() const;
 
   /// The child controls by name, in tab order; the viewer's own are not among them.
   std::vector<NamedChild> Children();
@@ -109,9 +117,10 @@ class UserControl1 {
   /// Where the player has put it.
   ChildControl VSPlace;
 
+  /// The hourglass while the player waits for its server or opens full screen.
   Property<int> MousePointer{kDefaultPointer};
-  static constexpr int kDefaultPointer = 0;
-  static constexpr int kHourglass = 11;
+  static constexpr int kDefaultPointer = BusyPointer::kDefault;
+  static constexpr int kHourglass = BusyPointer::kHourglass;
 
   AlertsWindow AlertsWin;
   MultiCamsWindow MultiCams;
@@ -129,8 +138,9 @@ class UserControl1 {
 
   // Settings (settings.cpp).
   void ReadServer(const PropertyBag& bag);
-  void SelectDevice(const std::string& device);
-  void LoadCameraList(const std::string& address);
+  void SelectDevice(const std::string& device, const ServerQuestions::Server& server);
+  /// False once the player has turned to another server meanwhile, or ended: the answer was not looked at.
+  bool LoadCameraList(const std::string& address);
 
   // Layout (resize.cpp).
   void UserControl_Resize();
@@ -150,7 +160,13 @@ class UserControl1 {
   void ShowAlerts();
   void ShowFullScreen();
   std::string CommandBase() const;
-  ServerInfo AskServer(InfoMode mode) const;
+  std::string ServerAddress() const;
+  /// Asks a server as one question; nothing where that does not hold any more.
+  std::optional<ServerInfo> AskServer(std::string address, InfoMode mode);
+  /// Sends a command as one question, by way of the relay service where its address names an account. False where that
+  /// does not hold any more; the command is not sent then, unless it was already.
+  bool SendByRelay(HttpRequest& request, const std::string& url);
+  bool DropsPress(std::int16_t Index) const;
 
   // The archive (archive.cpp).
   void ShowArchiveEnd(ArchiveStep end, bool bandwidth_was_shown);
@@ -194,9 +210,13 @@ class UserControl1 {
   std::string MultiCamSelection;
   bool show_extended_features_ = false;
   bool LayoutFrozen = false;
+  int archive_ends_awaited_ = 0;  ///< Presses that wait for the archive's first or last picture.
+  bool bandwidth_before_archive_end_ = false;
   bool Terminating = false;              ///< The host has released the control.
   const ComboBox* selecting_ = nullptr;  ///< The list of which an item is being selected from code.
 
+  BusyPointer pointer_{MousePointer};
+  ServerQuestions questions_{pointer_};
   ClipRecorder recorder_;
 
   float width_ = 5295;  ///< The design size, until the host sites the control.

@@ -24,7 +24,8 @@ void Ready(ChildControl& control, bool visible = true) {
 
 // ---- Alerts, inputs and outputs -----------------------------------------------------------------------------------
 
-AlertsWindow::AlertsWindow(HttpRequestFactory& http, const HandlerStarter& start) : http_(http) {
+AlertsWindow::AlertsWindow(HttpRequestFactory& http, ServerQuestions& questions, const HandlerStarter& start)
+    : http_(http), questions_(questions) {
   AlertList.Font = OutList.Font = "Verdana";
   Load();
   Activate.OnClick = [this, start] { start([this] { Activate_Click(); }); };
@@ -33,6 +34,7 @@ AlertsWindow::AlertsWindow(HttpRequestFactory& http, const HandlerStarter& start
 }
 
 void AlertsWindow::Load() {
+  openings_.Begin();
   Width = 7005;
   Height = 4815;
   Caption = "Alerts";
@@ -74,10 +76,13 @@ void AlertsWindow::OutToogleOff_Click() {
 }
 
 void AlertsWindow::SendAndClose(Button& button, const std::string& url) {
+  if (questions_.Waiting()) return;
+  const ServerQuestions::Question question(questions_);
+  const auto opening = openings_.Current();
   button.Enabled = false;
-  if (!requester_) requester_ = http_.Create();
-  SendCommand(*requester_, url);
-  Unload();
+  const auto request = http_.Create();
+  question.WaitFor([&] { return SendCommand(*request, url); });
+  if (opening.IsCurrent()) Unload();
 }
 
 // ---- Several cameras ----------------------------------------------------------------------------------------------

@@ -8,7 +8,9 @@
 #include <vector>
 
 #include "platform/controls.h"
+#include "platform/generation.h"
 #include "platform/http_request.h"
+#include "player/server_questions.h"
 #include "viewer/video_server_push.h"
 
 namespace orbelcast {
@@ -20,9 +22,10 @@ namespace orbelcast {
 using HandlerStarter = std::function<void(std::function<void()> handler)>;
 
 /// The server's alerts, of which one is activated; or its inputs and outputs, of which one output is switched. The
-/// player fills it for the one or the other before it is shown. Each button sends one request and closes the window.
+/// player fills it for the one or the other before it is shown. Each button sends one request and closes the window;
+/// none is taken while another one's request waits for the server.
 struct AlertsWindow final : Window {
-  AlertsWindow(HttpRequestFactory& http, const HandlerStarter& start);
+  AlertsWindow(HttpRequestFactory& http, ServerQuestions& questions, const HandlerStarter& start);
 
   std::array<Label, 2> BoxLabel;  ///< Headings: 0 of AlertList, 1 of OutList.
   ListBox AlertList;
@@ -40,11 +43,12 @@ struct AlertsWindow final : Window {
   void Activate_Click();
   void OutToogle_Click();
   void OutToogleOff_Click();
-  /// Sends one request with `button` disabled, then unloads the window.
+  /// Sends one request with `button` disabled, then unloads the window, unless it was closed meanwhile.
   void SendAndClose(Button& button, const std::string& url);
 
   HttpRequestFactory& http_;
-  std::shared_ptr<HttpRequest> requester_;  // made at the first use
+  ServerQuestions& questions_;
+  GenerationCounter openings_;
 };
 
 /// Chooses the cameras that are shown together.

@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "platform/rounding.h"
+#include "protocol/limits.h"
 #include "protocol/text.h"
 
 namespace orbelcast {
@@ -77,6 +78,14 @@ void ScanLine(const Line& line, InfoMode mode) {
   }
 }
 
+/// As much of the text as is read: up to its last line break within the bound, or all of that.
+std::string_view WholeLines(std::string_view text) {
+  if (text.size() <= protocol_limits::kMaxInfoBytes) return text;
+  text = text.substr(0, protocol_limits::kMaxInfoBytes);
+  const std::size_t end = text.rfind(kCrLf);
+  return end == std::string_view::npos ? text : text.substr(0, end);
+}
+
 bool IsMode(InfoMode mode) {
   return mode == InfoMode::kCameras || mode == InfoMode::kAlerts || mode == InfoMode::kAllLines;
 }
@@ -85,11 +94,17 @@ bool IsMode(InfoMode mode) {
 
 void ParseInfoText(std::string_view text, InfoMode mode, ServerInfo& record) {
   if (!IsMode(mode)) return;
-  Parts lines(text, kCrLf);
-  for (std::string_view line; lines.Next(line);) {
+  const std::string_view read = WholeLines(text);
+  record.UnreadBytes = text.size() - read.size();
+  Parts lines(read, kCrLf);
+  std::string_view line;
+  for (std::size_t number = 0; number < protocol_limits::kMaxInfoLines && lines.Next(line); ++number) {
     ScanLine(Line(line, record), mode);
-    if (line.empty()) break;
+    if (!line.empty()) continue;
+    record.UnreadBytes = 0;  // what follows is no information
+    return;
   }
+  record.UnreadBytes += lines.Rest().size();
 }
 
 }  // namespace orbelcast

@@ -10,6 +10,9 @@ namespace orbelcast {
 /// empty line. A later line replaces what an earlier one of the same key said; cameras and alerts add up in `Lines`, in
 /// the mode that asks for them; flags stay set. Keys are matched letter by letter, values are bytes of any kind and
 /// length. Takes time linear in the text.
+///
+/// Of a text that is longer than protocol/limits.h says the beginning is scanned, whole lines as long as there are any;
+/// `ServerInfo::UnreadBytes` says how much was not.
 void ParseInfoText(std::string_view text, InfoMode mode, ServerInfo& record);
 
 }  // namespace orbelcast

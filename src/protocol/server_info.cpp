@@ -70,8 +70,10 @@ ServerInfo QueryServerInfo(HttpRequestFactory& http, const Configuration& config
     return info;
   }
   ReadHeaders(*request, info);
-  info.ViewerMarker = request->ResponseText().starts_with(kMarker);
-  ParseInfoText(request->ResponseText(), mode, info);
+  const FrameBytes body = request->ResponseBody();
+  const std::string_view text(reinterpret_cast<const char*>(body.Bytes().data()), body.Size());
+  info.ViewerMarker = text.starts_with(kMarker);
+  ParseInfoText(text, mode, info);
   return info;
 }
 

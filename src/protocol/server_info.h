@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -39,6 +40,8 @@ struct ServerInfo {
   bool AdmFlag = false;
   std::string DirectFileKey;  ///< The key by which the server serves files: "getdirectfile2=" or "getdirectfile=".
   bool AesFlag = false;
+  /// Bytes of the answer's text beyond the bounds that are read of it (protocol/limits.h); 0 where all was read.
+  std::size_t UnreadBytes = 0;
 };
 
 /// What `ServerInfo::Lines` is to hold. With any other value the lines are not looked at.

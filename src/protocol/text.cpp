@@ -31,10 +31,10 @@ std::string Replaced(std::string_view text, std::string_view what, std::string_v
   return result.append(text);
 }
 
-std::vector<std::string_view> Split(std::string_view text, std::string_view separator) {
+std::vector<std::string_view> Split(std::string_view text, std::string_view separator, std::size_t at_most) {
   std::vector<std::string_view> parts;
   Parts rest(text, separator);
-  for (std::string_view part; rest.Next(part);) parts.push_back(part);
+  for (std::string_view part; parts.size() < at_most && rest.Next(part);) parts.push_back(part);
   return parts;
 }
 

@@ -25,8 +25,9 @@ std::string Replaced(std::string_view text, std::string_view what, std::string_v
 std::optional<double> LeadingNumber(std::string_view text);
 
 /// The parts between the separators (not empty): one more than there are separators, empty ones included; none of an
-/// empty text. They view `text`.
-std::vector<std::string_view> Split(std::string_view text, std::string_view separator);
+/// empty text. Those beyond `at_most` are not looked at. They view `text`.
+std::vector<std::string_view> Split(std::string_view text, std::string_view separator,
+                                    std::size_t at_most = std::string_view::npos);
 
 /// The same parts one after another, for a text too long to hold them all.
 class Parts {
@@ -36,6 +37,8 @@ class Parts {
 
   /// Sets `part` to the next one; false when there is none.
   bool Next(std::string_view& part);
+  /// What follows the last separator that was met.
+  std::string_view Rest() const { return at_end_ ? std::string_view() : rest_; }
 
  private:
   std::string_view rest_;

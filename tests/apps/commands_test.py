@@ -98,6 +98,15 @@ class Info(Commands):
             self.assertEqual(json.loads(done.stdout)["cameras"], [])
         self.assertEqual(orbelcast("info", self.address(self.guarded), **LOGIN).returncode, 0)
 
+    def test_what_is_longer_than_is_read_is_told(self):
+        text = self.folder / "text"
+        text.write_text("RDXVIEWER\r\nCAM:1\tYard\tnowhere\r\n" + "ALT:1\tFire\r\n" * 60_000)
+        server = Server("--info-text", str(text))
+        self.addCleanup(server.end)
+        for command in ("info", "doctor"):
+            done = orbelcast(command, self.address(server))
+            self.assertIn("were left out", done.stdout + done.stderr)
+
 
 class Snapshot(Commands):
     def test_success_is_byte_for_byte_what_the_server_sent(self):

@@ -89,20 +89,7 @@ class PlayerClipTest : public testing::Test {
   HeadlessPlatform host_;
   fakes::FakeDialogs dialogs_{host_.Get().loop};
   Registry registry_;  // nobody's settings
-  Platform platform_{.loop = host_.Get().loop,
-                     .clock = host_.Get().clock,
-                     .screen = host_.Get().screen,
-                     .text_mapper = host_.Get().text_mapper,
-                     .files = host_.Get().files,
-                     .http = host_.Get().http,
-                     .jpeg_decoder = host_.Get().jpeg_decoder,
-                     .pictures = host_.Get().pictures,
-                     .clipboard = host_.Get().clipboard,
-                     .device_contexts = host_.Get().device_contexts,
-                     .registry = registry_,
-                     .dialogs = dialogs_,
-                     .avi_files = host_.Get().avi_files,
-                     .configuration = host_.Get().configuration};
+  Platform platform_ = host_.Get().With(registry_).With(dialogs_);
 
  private:
   const std::filesystem::path folder_ =

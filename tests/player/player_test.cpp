@@ -53,20 +53,7 @@ class BrokenRegistry final : public Registry {
 // No server, no list, no registry, no keys that make sense: every control is there and every button may be pressed.
 TEST_F(PlayerTest, EverythingWrongAtOnce) {
   BrokenRegistry registry;
-  Platform broken{.loop = world.loop,
-                  .clock = world.clock,
-                  .screen = world.screen,
-                  .text_mapper = world.text_mapper,
-                  .files = world.files,
-                  .http = world.http,
-                  .jpeg_decoder = world.jpeg_decoder,
-                  .pictures = world.pictures,
-                  .clipboard = world.clipboard,
-                  .device_contexts = world.device_contexts,
-                  .registry = registry,
-                  .dialogs = world.dialogs,
-                  .avi_files = world.avi_files,
-                  .configuration = world.configuration};
+  Platform broken = world.platform.With(registry);
   world.files.module_folder = "/nowhere/at/all/";
   for (const fakes::Answer& answer :
        {fakes::Answer{.headers = {}, .body = {}, .fails = true}, TextAnswer("who are you", 401), TextAnswer(""),

@@ -1,8 +1,10 @@
 // What scripts cannot show of the toolbar's buttons and the windows behind them; tests/scripts has the rest.
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 
+#include "player/limits.h"
 #include "player_fixture.h"
 
 namespace orbelcast {
@@ -96,6 +98,42 @@ TEST_F(ToolbarTest, FullScreenStartsAnewAtEachSize) {
   };
   Click(16);
   EXPECT_EQ(opened.size(), 2u);
+}
+
+// By what is shown, not by what else the server tells.
+TEST_F(ToolbarTest, ListsOfAServerEndAtTheItemsThatAreShown) {
+  std::string text = "RDXVIEWER\r\n";
+  for (int i = 0; i < player_limits::kMaxListItems + 5; ++i) text += "CAM:d\tname\r\nALT:1\tFire\r\n";
+  texts = {{"$rdxviewer", TextAnswer(text + "HWO:\tLamp\t1" + std::string(1'000'000, '\t') + "\r\n\r\n")}};
+  on_open = [&] {
+    const bool alerts = player->AlertsWin.Activate.Visible;
+    EXPECT_EQ(player->AlertsWin.AlertList.ListCount(), alerts ? player_limits::kMaxListItems : 0);
+    EXPECT_EQ(player->AlertsWin.OutList.ListCount(), alerts ? 0 : 1);
+  };
+  Click(15);
+  Click(14);
+  EXPECT_EQ(opened.size(), 2u);
+  player->Connect2Server("srv", "u", "p");
+  EXPECT_EQ(player->CamList.ListCount(), player_limits::kMaxListItems);
+  // No item stands before the first.
+  EXPECT_FALSE(player->FrameRate.ListIndex(-2));
+  EXPECT_EQ(player->FrameRate.ListIndex(), 0);
+}
+
+TEST_F(ToolbarTest, ArchivePressesThatMeetLeaveTheBandwidthAsTheFirstFoundIt) {
+  auto slow = PictureAnswer();
+  slow.delay = std::chrono::seconds(1);
+  texts = {{"&T=0", slow}, {"&B=0", slow}};
+  for (const bool shown : {false, true}) {
+    player->VS->ShowBandwidth(shown);
+    for (const std::size_t tool : {0, 4, 0}) {
+      world.loop.RunHandler([&] { player->Player[tool].OnClick(); });
+      world.queue.Advance(std::chrono::milliseconds(100));
+      EXPECT_TRUE(player->VS->ShowBandwidth());
+    }
+    world.queue.Advance(std::chrono::seconds(3));
+    EXPECT_EQ(player->VS->ShowBandwidth(), shown);
+  }
 }
 
 TEST_F(ToolbarTest, NothingThatIsReadHoldsThePassword) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "protocol/base64.h"
+#include "protocol/limits.h"
 
 namespace orbelcast {
 namespace {
@@ -66,17 +67,29 @@ TEST(InfoTextTest, TheNumberIsTheLeadingOneRoundedToEven) {
   EXPECT_EQ(ups("-32768.4"), -32768);
 }
 
-TEST(InfoTextTest, LongTextsLongLinesAndZerosLoseNothing) {
-  std::string many = "RDXVIEWER\r\n";
-  for (int i = 0; i < 100'000; ++i) many += "CAM:" + std::to_string(i) + "\tname\tbase\r\n";
-  const std::string lines = Parse(many + "\r\n").Lines;
-  EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 100'000);
-  EXPECT_TRUE(lines.ends_with("99999\tname\tbase\r\n"));
-
-  const std::string with_zeros = "a\0b\rc\nd" + std::string(10'000'000, 'x') + std::string(1, '\0');
+TEST(InfoTextTest, LongTextsLongLinesAndZerosLoseNothingUpToTheBounds) {
+  constexpr std::size_t kLines = protocol_limits::kMaxInfoLines;
+  std::string many;
+  for (std::size_t i = 0; i < kLines; ++i) many += "CAM:" + std::to_string(i) + "\tname\tbase\r\n";
+  for (const auto& [more, unread] :
+       {std::pair("", 0u), std::pair("\r\nno information", 2u + 14), std::pair("SNM:x", 5u)}) {
+    const ServerInfo info = Parse(many + more);
+    EXPECT_EQ(std::count(info.Lines.begin(), info.Lines.end(), '\n'), kLines);
+    EXPECT_TRUE(info.Lines.ends_with("49999\tname\tbase\r\n"));
+    EXPECT_EQ(info.UnreadBytes, unread);
+  }
+  const std::string with_zeros = "a\0b\rc\nd" + std::string(1'000'000, 'x') + std::string(1, '\0');
   const ServerInfo info = Parse("CAM:" + with_zeros + "\r\nSNM:" + with_zeros);  // without a last line end
   EXPECT_EQ(info.Lines, with_zeros + "\r\n");
   EXPECT_EQ(info.SystemName, with_zeros);
+  EXPECT_EQ(info.UnreadBytes, 0u);
+  // Beyond them whole lines are read, and what ends the information hides what follows it.
+  const std::string beyond(protocol_limits::kMaxInfoBytes, 'x');
+  const ServerInfo cut = Parse("CAM:1\r\nCAM:" + beyond);
+  EXPECT_EQ(cut.Lines, "1\r\n");
+  EXPECT_EQ(cut.UnreadBytes, 2 + 4 + beyond.size());
+  EXPECT_EQ(Parse("CAM:1\r\n\r\n" + beyond).UnreadBytes, 0u);
+  EXPECT_EQ(Parse("CAM:" + beyond).Lines.size(), protocol_limits::kMaxInfoBytes - 4 + 2);
 }
 
 TEST(Base64Test, EncodesAsEveryoneDoes) {

@@ -196,21 +196,5 @@ TEST_F(RelayTest, ServerInformationGoesByIt) {
   EXPECT_EQ(camera.Requests().size(), 1u);
 }
 
-TEST_F(ServerInfoTest, CommandAddressesGoOutByteForByte) {
-  ScriptedServer server(AnswerBytes(200));
-  const std::string login = LoginBase("127.0.0.1", std::to_string(server.Port()), "a b", "p%20?x");
-  const std::string suffix = QualitySuffix(PictureCode(320, 240, "080"));
-  for (const std::string& address :
-       {ArchiveStepAddress(ArchiveAddress(login, "1"), ArchiveStep::kTop, suffix), MessageAddress(login, "fire! now"),
-        OutputSwitchAddress(OutputCommand(login), 3, true), server.Url("/a b?x=1?y=%20")}) {
-    const auto request = http.Create();
-    EXPECT_TRUE(request->Open("GET", address));
-    EXPECT_TRUE(request->Send());
-    const std::string target = address.substr(server.Url("").size());
-    EXPECT_EQ(server.Requests().back().substr(0, 4 + target.size() + 11), "GET " + target + " HTTP/1.1\r\n");
-  }
-  EXPECT_EQ(server.Connections(), 1);
-}
-
 }  // namespace
 }  // namespace orbelcast

@@ -21,6 +21,10 @@ FiberLoop::FiberLoop(EventQueue& queue)
 }
 
 FiberLoop::~FiberLoop() {
+  EndHandlers();
+}
+
+void FiberLoop::EndHandlers() {
   assert(current_ == nullptr);
   closing_ = true;
   self_.reset();

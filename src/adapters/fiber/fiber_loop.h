@@ -17,8 +17,8 @@ namespace orbelcast {
 /// A suspended handler is resumed by a posted call. Whoever resumed it (the toolkit's loop, a wait on the host's stack,
 /// a dialog that runs a loop of its own inside another handler) gets control back when it suspends again.
 ///
-/// The queue must outlive the loop. Destroying the loop resumes the handlers that are suspended, the oldest first, and
-/// their yields and waits return at once until all have ended. It must not be destroyed from inside a handler.
+/// The queue must outlive the loop. Destroying the loop ends its handlers (`EndHandlers`). It must not be destroyed from
+/// inside a handler.
 class FiberLoop final : public MessageLoop {
  public:
   /// Stacks that are kept for the next handler, the last used first.
@@ -28,6 +28,11 @@ class FiberLoop final : public MessageLoop {
   ~FiberLoop() override;
   FiberLoop(const FiberLoop&) = delete;
   FiberLoop& operator=(const FiberLoop&) = delete;
+
+  /// Resumes the handlers that are suspended, the oldest first; their yields and waits return at once, and so do all
+  /// that follow, until every handler has ended. Whoever owns what handlers use calls this before the first of it ends;
+  /// not from inside a handler.
+  void EndHandlers();
 
   EventQueue& Queue() override { return queue_; }
   /// Where the system has no memory for a stack the handler runs on the caller's.

@@ -173,6 +173,7 @@ void PictureButtonWidget::keyPressEvent(QKeyEvent* event) {
 
 ButtonWidget::ButtonWidget(Button& button, const Screen& screen, QWidget* parent)
     : QPushButton(parent), mirror_(button, *this, screen) {
+  setFont(SmallFont(button.Font));
   setText(ToLine(button.Caption));
   setAutoDefault(false);
   mirror_.Keep(button.Caption.Changed.Connect([this](const std::string& text) { setText(ToLine(text)); }));
@@ -248,6 +249,7 @@ void ComboBoxWidget::wheelEvent(QWheelEvent* event) {
 ListBoxWidget::ListBoxWidget(ListBox& list, const Screen& screen, QWidget* parent)
     : QListWidget(parent), list_(list), mirror_(list, *this, screen) {
   setSelectionMode(list.MultiSelect ? QAbstractItemView::MultiSelection : QAbstractItemView::SingleSelection);
+  setFont(SmallFont(list.Font));
   setUniformItemSizes(true);
   setTabKeyNavigation(false);
   ShowItems();
@@ -281,7 +283,11 @@ void ListBoxWidget::TakeSelection() {
   if (showing_) return;
   if (!list_.MultiSelect) {
     const auto selected = selectedItems();
-    if (!selected.isEmpty()) list_.Choose(row(selected.first()));
+    if (!selected.isEmpty()) {
+      list_.Choose(row(selected.first()));
+    } else {
+      ShowSelection();  // what is selected can be changed, not taken away
+    }
     return;
   }
   showing_ = true;
@@ -302,10 +308,7 @@ LineWidget::LineWidget(TextBox& box, const Screen& screen, QWidget* parent)
     : QLineEdit(parent), box_(box), mirror_(box, *this, screen) {
   setFont(SmallFont(box.Font));
   setTextMargins(-1, 0, -1, 0);
-  if (box.MaxLength > 0) {
-    setMaxLength(box.MaxLength);
-    setAlignment(Qt::AlignCenter);
-  }
+  if (box.MaxLength > 0) setAlignment(Qt::AlignCenter);
   ShowText();
   mirror_.Keep(box.Text.Changed.Connect([this](const std::string&) { ShowText(); }));
   QObject::connect(this, &QLineEdit::textEdited, this, [this](const QString& text) {
@@ -314,10 +317,12 @@ LineWidget::LineWidget(TextBox& box, const Screen& screen, QWidget* parent)
   });
 }
 
+// The longest input bounds what is typed; what the control itself writes into its box may be longer.
 void LineWidget::ShowText() {
   const QString shown = ToLine(box_.Text);
-  if (shown == text()) return;
   const int cursor = cursorPosition();
+  if (box_.MaxLength > 0) setMaxLength(std::max(box_.MaxLength, static_cast<int>(shown.size())));
+  if (shown == text()) return;
   setText(shown);
   setCursorPosition(cursor);
 }
@@ -335,7 +340,7 @@ void LineWidget::focusOutEvent(QFocusEvent* event) {
 
 TextWidget::TextWidget(TextBox& box, const Screen& screen, QWidget* parent)
     : QPlainTextEdit(parent), box_(box), mirror_(box, *this, screen) {
-  setFont(QFont(QString::fromStdString(box.Font)));
+  setFont(SmallFont(box.Font));
   setTabChangesFocus(true);
   ShowText(box.Text);
   mirror_.Keep(box.Text.Changed.Connect([this](const std::string& text) { ShowText(text); }));

@@ -73,6 +73,11 @@ std::string FromText(const QString& text) {
   return text.toStdString();
 }
 
+std::pair<float, float> SizeInTwips(const QWidget& widget, const Screen& screen) {
+  return {static_cast<float>(widget.width() * screen.TwipsPerPixelX()),
+          static_cast<float>(widget.height() * screen.TwipsPerPixelY())};
+}
+
 QFont SmallFont(const std::string& family) {
   constexpr double kSmallPoints = 8;
   QFont font(QString::fromStdString(family));

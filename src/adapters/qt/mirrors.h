@@ -5,6 +5,7 @@
 #include <QWidget>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/controls.h"
@@ -25,6 +26,9 @@ inline std::shared_ptr<Platform> Lent(Platform& platform) {
 
 /// A surface as Qt sees it, without a copy; valid until the surface is drawn on or sized.
 QImage ViewOf(const Surface& surface, QImage::Format format);
+
+/// A widget's size in twips: width, height.
+std::pair<float, float> SizeInTwips(const QWidget& widget, const Screen& screen);
 
 /// The font of a small control: the family that the control names, at the size that its design was made for.
 QFont SmallFont(const std::string& family);

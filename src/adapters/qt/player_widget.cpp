@@ -2,6 +2,7 @@
 
 #include <QPointer>
 #include <QResizeEvent>
+#include <utility>
 
 #include "adapters/qt/control_widgets.h"
 #include "adapters/qt/window_widget.h"
@@ -66,13 +67,7 @@ PlayerWidget::PlayerWidget(std::shared_ptr<Platform> platform, QWidget* parent)
   MakeChildren();
   MakeWindows();
   NameForScreenReaders();
-  parts_->pointer = Control().MousePointer.Changed.Connect([this](int pointer) {
-    if (pointer == UserControl1::kHourglass) {
-      setCursor(Qt::WaitCursor);
-    } else {
-      unsetCursor();
-    }
-  });
+  parts_->pointer = Control().MousePointer.Changed.Connect([this](int pointer) { ShowPointer(pointer); });
 }
 
 PlayerWidget::~PlayerWidget() {
@@ -114,6 +109,17 @@ void PlayerWidget::MakeWindows() {
   }
 }
 
+// Over the alerts window too, which asks the server itself.
+void PlayerWidget::ShowPointer(int pointer) {
+  for (QWidget* each : {static_cast<QWidget*>(this), findChild<QWidget*>(QStringLiteral("AlertsWin"))}) {
+    if (pointer == UserControl1::kHourglass) {
+      each->setCursor(Qt::WaitCursor);
+    } else {
+      each->unsetCursor();
+    }
+  }
+}
+
 // What has neither a caption nor a tool tip.
 void PlayerWidget::NameForScreenReaders() {
   const std::pair<const char*, QString> names[] = {{"CamList", tr("Camera")},  {"PlayerControls", tr("Toolbar")},
@@ -128,7 +134,7 @@ void PlayerWidget::NameForScreenReaders() {
 
 void PlayerWidget::Load() {
   if (parts_->designing) return;
-  parts_->loaded = true;
+  Site();
   const QPointer watch(this);
   Control().ReadProperties(parts_->kept);
   if (watch) Q_EMIT Loaded();
@@ -136,7 +142,8 @@ void PlayerWidget::Load() {
 
 // As ReadProperties, but for what goes to a server.
 void PlayerWidget::ShowDesign() {
-  parts_->loaded = parts_->designing = true;
+  Site();
+  parts_->designing = true;
   Control().CamList.Visible = !Server().isEmpty();
   Control().ShowExtendedFeatures(ExtendedControls() == QLatin1String("Yes"));
 }
@@ -158,19 +165,28 @@ void PlayerWidget::Keep(const char* key, const QString& value) {
   if (parts_->designing) ShowDesign();
 }
 
-void PlayerWidget::resizeEvent(QResizeEvent* event) {
-  const Screen& screen = parts_->platform->screen;
-  Control().Resize(static_cast<float>(event->size().width() * screen.TwipsPerPixelX()),
-                   static_cast<float>(event->size().height() * screen.TwipsPerPixelY()));
+// Once, before the properties are read: a size from before them is not laid out.
+void PlayerWidget::Site() {
+  if (std::exchange(parts_->loaded, true)) return;
+  const auto [width, height] = SizeInTwips(*this, parts_->platform->screen);
+  Control().Site(width, height);
+}
+
+// As handlers, here and when it is shown: a layout yields.
+void PlayerWidget::resizeEvent(QResizeEvent*) {
+  if (!parts_->loaded) return;
+  RunHandler([this] {
+    const auto [width, height] = SizeInTwips(*this, parts_->platform->screen);
+    Control().Resize(width, height);
+  });
 }
 
 void PlayerWidget::showEvent(QShowEvent* event) {
   if (event->spontaneous()) return;
-  // As a handler: the window is there while the server is asked.
-  RunHandler([widget = QPointer(this)] {
-    if (widget) widget->EnsureLoaded();
-  });
-  Control().Show();
+  const QPointer watch(this);
+  // The window is there while the server is asked.
+  RunHandler([this] { EnsureLoaded(); });
+  if (watch) RunHandler([this] { Control().Show(); });
 }
 
 QSize PlayerWidget::sizeHint() const {

@@ -3,11 +3,14 @@
 #include <QCursor>
 #include <QMenu>
 #include <QMimeData>
+#include <QPainter>
 #include <QPalette>
 #include <QPointer>
 #include <QResizeEvent>
+#include <QTimer>
 #include <algorithm>
 #include <limits>
+#include <vector>
 
 #include "adapters/qt/control_widgets.h"
 #include "platform/platform.h"
@@ -19,7 +22,8 @@ struct VideoServerPushWidget::Parts {
   std::shared_ptr<Platform> platform;
   std::shared_ptr<VideoServerPush> control;
   bool sizes_control = false;
-  Connection menu_popped_up{};
+  std::vector<Connection> events{};
+  QTimer hidden{};  // until it is known that a hide is one
 };
 
 VideoServerPushWidget::VideoServerPushWidget(Platform& platform, QWidget* parent)
@@ -40,12 +44,15 @@ VideoServerPushWidget::VideoServerPushWidget(std::shared_ptr<Platform> platform,
   setAccessibleName(tr("Camera"));
   MakeChildren();
   ForwardEvents();
-  parts_->menu_popped_up = Control().MainMenu.PoppedUp.Connect([this] { PopUpMenu(); });
+  parts_->hidden.setSingleShot(true);
+  QObject::connect(&parts_->hidden, &QTimer::timeout, this, [this] {
+    if (!isVisible()) Control().UserControl_Hide();
+  });
 }
 
 VideoServerPushWidget::~VideoServerPushWidget() {
   // The children's mirrors listen to the control and go first; a handler that still waits may outlive both.
-  parts_->menu_popped_up.Disconnect();
+  parts_->events.clear();
   qDeleteAll(findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly));
   parts_->control.reset();
 }
@@ -85,37 +92,39 @@ void VideoServerPushWidget::MakeChildren() {
 
 void VideoServerPushWidget::ForwardEvents() {
   VideoServerPushEvents& events = Control().Events;
+  // Somebody else's control may live longer than the widget.
+  const auto on = [this](auto& signal, auto listener) { parts_->events.push_back(signal.Connect(listener)); };
   // A slot may delete the widget: nothing is touched after a signal.
-  events.StreamInfo.Listen([this](std::int32_t& bytes, std::int32_t& frames) { Q_EMIT StreamInfo(bytes, frames); });
-  events.MotionDetected.Listen([this](int x1, int y1, int x2, int y2) { Q_EMIT MotionDetected(x1, y1, x2, y2); });
-  events.Connected.Listen([this] { Q_EMIT Connected(); });
-  events.Disconnected.Listen([this] { Q_EMIT Disconnected(); });
-  events.ConnectionFailed.Listen([this] { Q_EMIT ConnectionFailed(); });
-  events.ConnectionFailedV2.Listen(
-      [this](std::string& url, bool& once) { Q_EMIT ConnectionFailedV2(ToText(url), once); });
-  events.ConnectionBroken.Listen([this] { Q_EMIT ConnectionBroken(); });
-  events.Status.Listen([this](std::string& text) { Q_EMIT Status(ToText(text)); });
-  events.VigilboxInfo.Listen([this](std::string& info) { Q_EMIT VigilboxInfo(ToText(info)); });
-  events.VigilboxTCR.Listen([this](std::string& year, std::string& month, std::string& day, std::string& hour,
-                                   std::string& minute, std::string& second, std::string& ds, std::string& tcr) {
+  on(events.StreamInfo, [this](std::int32_t& bytes, std::int32_t& frames) { Q_EMIT StreamInfo(bytes, frames); });
+  on(events.MotionDetected, [this](int x1, int y1, int x2, int y2) { Q_EMIT MotionDetected(x1, y1, x2, y2); });
+  on(events.Connected, [this] { Q_EMIT Connected(); });
+  on(events.Disconnected, [this] { Q_EMIT Disconnected(); });
+  on(events.ConnectionFailed, [this] { Q_EMIT ConnectionFailed(); });
+  on(events.ConnectionFailedV2, [this](std::string& url, bool& once) { Q_EMIT ConnectionFailedV2(ToText(url), once); });
+  on(events.ConnectionBroken, [this] { Q_EMIT ConnectionBroken(); });
+  on(events.Status, [this](std::string& text) { Q_EMIT Status(ToText(text)); });
+  on(events.VigilboxInfo, [this](std::string& info) { Q_EMIT VigilboxInfo(ToText(info)); });
+  on(events.VigilboxTCR, [this](std::string& year, std::string& month, std::string& day, std::string& hour,
+                                std::string& minute, std::string& second, std::string& ds, std::string& tcr) {
     Q_EMIT VigilboxTCR(ToText(year), ToText(month), ToText(day), ToText(hour), ToText(minute), ToText(second),
                        ToText(ds), ToText(tcr));
   });
-  events.MouseDown.Listen([this](std::int16_t& button) { Q_EMIT MouseDown(button); });
-  events.RCQueryMethod.Listen([this](std::string& query) { Q_EMIT RCQueryMethod(ToText(query)); });
-  events.Plugin.Listen([this](std::string& plugin) { Q_EMIT Plugin(ToText(plugin)); });
-  events.OLEDragDrop.Listen(
-      [this](DropData& dropped, std::int32_t& effect, std::int16_t& button, std::int16_t& shift, float& x, float& y) {
-        QMimeData offered;
-        for (const auto& [format, bytes] : dropped.formats) {
-          offered.setData(QString::fromStdString(format), QByteArray::fromStdString(bytes));
-        }
-        Q_EMIT OLEDragDrop(&offered, effect, button, shift, x, y);
-      });
-  events.MotionArea.Listen([this](std::int32_t& x1, std::int32_t& y1, std::int32_t& x2, std::int32_t& y2) {
+  on(events.MouseDown, [this](std::int16_t& button) { Q_EMIT MouseDown(button); });
+  on(events.RCQueryMethod, [this](std::string& query) { Q_EMIT RCQueryMethod(ToText(query)); });
+  on(events.Plugin, [this](std::string& plugin) { Q_EMIT Plugin(ToText(plugin)); });
+  on(events.OLEDragDrop,
+     [this](DropData& dropped, std::int32_t& effect, std::int16_t& button, std::int16_t& shift, float& x, float& y) {
+       QMimeData offered;
+       for (const auto& [format, bytes] : dropped.formats) {
+         offered.setData(QString::fromStdString(format), QByteArray::fromStdString(bytes));
+       }
+       Q_EMIT OLEDragDrop(&offered, effect, button, shift, x, y);
+     });
+  on(events.MotionArea, [this](std::int32_t& x1, std::int32_t& y1, std::int32_t& x2, std::int32_t& y2) {
     Q_EMIT MotionArea(x1, y1, x2, y2);
   });
-  events.MotionDetectedArea.Listen([this](std::int16_t& area) { Q_EMIT MotionDetectedArea(area); });
+  on(events.MotionDetectedArea, [this](std::int16_t& area) { Q_EMIT MotionDetectedArea(area); });
+  on(Control().MainMenu.PoppedUp, [this] { PopUpMenu(); });
 }
 
 void VideoServerPushWidget::PopUpMenu() {
@@ -135,15 +144,18 @@ void VideoServerPushWidget::PopUpMenu() {
   menu->popup(QCursor::pos());
 }
 
-void VideoServerPushWidget::resizeEvent(QResizeEvent* event) {
+// As a handler: a layout yields.
+void VideoServerPushWidget::resizeEvent(QResizeEvent*) {
   if (!parts_->sizes_control) return;
-  const Screen& screen = parts_->platform->screen;
-  Control().Resize(static_cast<float>(event->size().width() * screen.TwipsPerPixelX()),
-                   static_cast<float>(event->size().height() * screen.TwipsPerPixelY()));
+  RunHandler([this] {
+    const auto [width, height] = SizeInTwips(*this, parts_->platform->screen);
+    Control().Resize(width, height);
+  });
 }
 
+// A dock that floats, a tab that changes or a new parent hides the widget and shows it in the same turn of the loop.
 void VideoServerPushWidget::hideEvent(QHideEvent* event) {
-  if (!event->spontaneous() && !window()->isMinimized()) Control().UserControl_Hide();
+  if (!event->spontaneous() && !window()->isMinimized()) parts_->hidden.start(0);
 }
 
 QSize VideoServerPushWidget::sizeHint() const {
@@ -296,6 +308,21 @@ void VideoServerPushWidget::SaveImage(const QString& Filename) {
 }
 void VideoServerPushWidget::ImageOnClipboard() {
   parts_->control->ImageOnClipboard();
+}
+QImage VideoServerPushWidget::GetPicture() {
+  const std::optional<Surface> picture = parts_->control->GetPicture();
+  return picture ? ViewOf(*picture, QImage::Format_RGB32).copy() : QImage();
+}
+QByteArray VideoServerPushWidget::GetPictureArray() const {
+  const std::vector<std::uint8_t> bytes = parts_->control->GetPictureArray();
+  return {reinterpret_cast<const char*>(bytes.data()), static_cast<qsizetype>(bytes.size())};
+}
+void VideoServerPushWidget::RenderPicture(QPaintDevice* device, int sX, int sY) {
+  const QImage picture = GetPicture();
+  if (device == nullptr || picture.isNull() || sX < 0 || sY < 0) return;
+  QPainter painter(device);
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  painter.drawImage(QRect(0, 0, sX == 0 ? picture.width() : sX, sY == 0 ? picture.height() : sY), picture);
 }
 
 }  // namespace orbelcast

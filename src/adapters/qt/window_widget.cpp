@@ -39,6 +39,9 @@ void WindowWidget::Present() {
   const bool nameless = window_.Caption.Get().empty() && parentWidget() != nullptr;
   setWindowTitle(nameless ? parentWidget()->window()->windowTitle() : ToLine(window_.Caption));
   Fill();
+  // Each opening tells its size, also one that is as large as the last one and so gets no event.
+  told_ = {};
+  if (window_.OnResize) size_settles_.start(0);
   if (window_.FullScreen) {
     CoverScreen();
     return;
@@ -71,7 +74,6 @@ void WindowWidget::TakeSize() {
 void WindowWidget::CoverScreen() {
   QScreen* const covered = parentWidget() != nullptr ? parentWidget()->screen() : screen();
   setGeometry(covered->geometry());
-  told_ = {};
   showFullScreen();
   activateWindow();
   pointer_ = QCursor::pos();
@@ -88,8 +90,9 @@ void WindowWidget::resizeEvent(QResizeEvent* event) {
 void WindowWidget::TellSize() {
   if (!isVisible() || size() == told_) return;
   told_ = size();
-  window_.Width = static_cast<float>(width() * screen_.TwipsPerPixelX());
-  window_.Height = static_cast<float>(height() * screen_.TwipsPerPixelY());
+  const auto [width, height] = SizeInTwips(*this, screen_);
+  window_.Width = width;
+  window_.Height = height;
   if (const auto told = window_.OnResize) told();
 }
 

@@ -94,6 +94,7 @@ class PlayerWidgetTest : public testing::Test {
     player->setPassword(QStringLiteral("secret"));
     player->setExtendedControls(QStringLiteral("Yes"));
     window->resize(640, 618);
+    if (before_show) before_show();
     bool done = false;
     QObject::connect(player, &PlayerWidget::Loaded, player, [&done] { done = true; });
     window->show();
@@ -142,6 +143,7 @@ class PlayerWidgetTest : public testing::Test {
 
   std::string jpeg = Jpeg();
   std::atomic<bool> slow = false;
+  std::function<void()> before_show;
   std::string more_cameras;
   std::unique_ptr<ScriptedServer> server = std::make_unique<ScriptedServer>(
       [this](const std::string& request, ScriptedServer::Connection& to) { Answer(request, to); });
@@ -227,8 +229,21 @@ TEST_F(PlayerWidgetTest, TheArchiveIsSearchedForWhatWasTyped) {
   EXPECT_TRUE(Child<QLineEdit>("TCR(2)")->hasFocus());
   EXPECT_EQ(Child<QLineEdit>("TCR(2)")->selectedText(), QStringLiteral("17"));
 
+  // What leaving a box gives may be longer than what can be typed into it.
+  auto* second = Child<QLineEdit>("TCR(5)");
+  second->setFocus(Qt::TabFocusReason);
+  for (const auto& [typed, shown] : {std::pair("-3", "-03"), std::pair("44", "44")}) {
+    QTest::keyClick(second, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(second, typed);
+    QTest::keyClick(second, Qt::Key_Tab);
+    EXPECT_EQ(second->text(), QLatin1String(shown));
+    second->setFocus(Qt::TabFocusReason);
+  }
+  QTest::keyClicks(second, "789");
+  EXPECT_EQ(second->text(), QStringLiteral("78"));
+
   Click(7);
-  EXPECT_TRUE(Asked("?Device=d1&Day=17&Month=07&Year=2005&Hour=09&Minute=05&Second=44&P=0&Quality="));
+  EXPECT_TRUE(Asked("?Device=d1&Day=17&Month=07&Year=2005&Hour=09&Minute=05&Second=78&P=0&Quality="));
   EXPECT_TRUE(QTest::qWaitFor([&] { return Child<QToolButton>("Player(3)")->isEnabled(); }, kLimit));
   Child<QToolButton>("Player(3)")->setFocus();
   QTest::keyClick(Child<QToolButton>("Player(3)"), Qt::Key_Space);
@@ -270,7 +285,12 @@ TEST_F(PlayerWidgetTest, TheWindowsAreOperatedByMouseAndKeyboard) {
   ASSERT_NE(alerts, nullptr);
   EXPECT_EQ(alerts->windowTitle(), QStringLiteral("Alerts"));
   auto* list = alerts->findChild<QListWidget*>(QStringLiteral("AlertList"));
-  QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(1)).center());
+  EXPECT_EQ(list->font().family(), QStringLiteral("Verdana"));
+  // Another press with the key held, which elsewhere takes a selection away, leaves the one choice there is.
+  for (const Qt::KeyboardModifier key : {Qt::NoModifier, Qt::ControlModifier}) {
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, key, list->visualItemRect(list->item(1)).center());
+    EXPECT_TRUE(list->item(1)->isSelected());
+  }
   QTest::mouseClick(alerts->findChild<QPushButton*>(QStringLiteral("Activate")), Qt::LeftButton);
   EXPECT_TRUE(Asked("$activatealert=2"));
   EXPECT_TRUE(QTest::qWaitFor([&] { return !alerts->isVisible(); }, kLimit));
@@ -289,7 +309,9 @@ TEST_F(PlayerWidgetTest, TheWindowsAreOperatedByMouseAndKeyboard) {
   for (const int row : {0, 1, 2, 1}) {
     QTest::mouseClick(cameras->viewport(), Qt::LeftButton, {}, cameras->visualItemRect(cameras->item(row)).center());
   }
-  QTest::mouseClick(chooser->findChild<QPushButton*>(QStringLiteral("Go")), Qt::LeftButton);
+  auto* go = chooser->findChild<QPushButton*>(QStringLiteral("Go"));
+  EXPECT_EQ(go->font().family(), QStringLiteral("Verdana"));
+  QTest::mouseClick(go, Qt::LeftButton);
   EXPECT_TRUE(QTest::qWaitFor([&] { return player->Control().VS->MultiCam.Enabled.Get(); }, kLimit));
   EXPECT_THAT(player->Control().MultiCams.SelectionResult,
               testing::MatchesRegex("http://[^\r]*/live/1/u:secret\r\nhttp://[^\r]*/live/3/u:secret\r\n"));
@@ -327,6 +349,43 @@ TEST_F(PlayerWidgetTest, FullScreenHidesTheRestingPointerAndEndsWithAPressAlone)
   QTest::mouseClick(viewer->findChild<QWidget*>(QStringLiteral("VideoStream")), Qt::LeftButton);
   EXPECT_TRUE(QTest::qWaitFor([&] { return !full->isVisible(); }, kLimit));
   EXPECT_TRUE(QTest::qWaitFor([&] { return Child<QWidget>("PlayerControls")->isVisible(); }, kLimit));
+  // Again, at the size that the window had already.
+  Click(16);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return full->isVisible(); }, kLimit));
+  const UserControl1& control = player->Control();
+  EXPECT_TRUE(QTest::qWaitFor(
+      [&] { return control.XFullScreen.vs != nullptr && control.XFullScreen.vs->VideoStream.Visible.Get(); }, kLimit));
+  EXPECT_EQ(control.XFullScreen.vs->Width(), control.XFullScreen.Width.Get());
+}
+
+TEST_F(PlayerWidgetTest, WithExtentsEverythingKeepsItsPlaceFromTheBeginning) {
+  before_show = [this] {
+    player->setExtentX(QStringLiteral("1"));
+    player->setExtentY(QStringLiteral("1"));
+  };
+  slow = true;
+  Open(false);
+  const auto expect_design = [&] {
+    EXPECT_EQ(Child<QWidget>("CamList")->geometry(), QRect(0, 0, 337, 21));
+    EXPECT_EQ(Child<QWidget>("PlayerControls")->geometry(), QRect(0, 272, 349, 117));
+    EXPECT_EQ(player->VS().geometry(), QRect(0, 24, 348, 244));
+  };
+  ASSERT_TRUE(QTest::qWaitFor([&] { return platform.Requests().Waiting() == 1; }, kLimit));
+  expect_design();
+  window->resize(800, 700);
+  QApplication::processEvents();
+  expect_design();
+}
+
+// A layout yields; what the loop has to do then is not done inside Qt's own event.
+TEST_F(PlayerWidgetTest, ALayoutDoesNotRunTheLoopInsideOfQtsEvents) {
+  Open();
+  bool ran = false;
+  platform.Get().loop.Queue().Post([&] { ran = true; });
+  constexpr int kManySizes = 200;  // one alone could find the queue looked at just now
+  for (int width = 640; width < 640 + kManySizes; ++width) player->resize(width, 618);
+  EXPECT_FALSE(ran);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return ran; }, kLimit));
 }
 
 TEST_F(PlayerWidgetTest, TheWindowLivesWhileTheServerIsWaitedForAndMayBeClosed) {
@@ -334,12 +393,33 @@ TEST_F(PlayerWidgetTest, TheWindowLivesWhileTheServerIsWaitedForAndMayBeClosed) 
   Open(false);
   ASSERT_TRUE(QTest::qWaitFor([&] { return platform.Requests().Waiting() == 1; }, kLimit));
   EXPECT_TRUE(window->isVisible());
+  EXPECT_EQ(player->cursor().shape(), Qt::WaitCursor);
+  EXPECT_EQ(Child<QDialog>("AlertsWin")->cursor().shape(), Qt::WaitCursor);
   auto* year = Child<QLineEdit>("TCR(0)");
   year->setFocus();
   QTest::keyClicks(year, "24");
   window.reset();
   QTest::qWait(50);
   // The request goes on by itself, bounded by its time-out; the platform's end takes it along.
+}
+
+// The look-up has no limit, and what follows it uses the services: all handlers end before the first of those does.
+TEST_F(PlayerWidgetTest, TheProgramEndsWhileARelayIsLookedUpThatNeverAnswers) {
+  ScriptedServer relay([](const std::string&, ScriptedServer::Connection& to) { to.Never(); });
+  qputenv("ORBELCAST_RELAY_HOST", "relay.test");
+  qputenv("ORBELCAST_RELAY_LOOKUP_HOST", QByteArray("127.0.0.1:") + QByteArray::number(relay.Port()));
+  auto program = std::make_unique<QtPlatform>();
+  qunsetenv("ORBELCAST_RELAY_HOST");
+  qunsetenv("ORBELCAST_RELAY_LOOKUP_HOST");
+  auto widget = std::make_unique<PlayerWidget>(program->Get());
+  const std::weak_ptr<VideoServerPush> viewer = widget->Control().VS;
+  widget->setServer(QStringLiteral("relay.test/joe"));
+  widget->RunHandler([&] { widget->Load(); });
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !relay.Requests().empty(); }, kLimit));
+  widget.reset();
+  program.reset();
+  EXPECT_TRUE(viewer.expired());
+  EXPECT_EQ(relay.Requests().size(), 1u);
 }
 
 TEST_F(PlayerWidgetTest, DeletedWhileOneOfItsWindowsOrDialogsIsOpenItEndsCleanly) {

@@ -46,28 +46,6 @@ TEST(QtQueueTest, NothingCallsOnceTheQueueIsGone) {
   EXPECT_FALSE(called);
 }
 
-TEST(QtQueueTest, AHandlerMayShowADialogThatRunsALoopOfItsOwn) {
-  QtQueue queue;
-  FiberLoop loop(queue);
-  Completion answered;
-  std::vector<std::string> log;
-  loop.RunHandler([&] {
-    QDialog dialog;
-    QTimer::singleShot(30, &dialog, [&] {
-      // Inside the dialog's loop another handler starts, waits, and is woken.
-      loop.RunHandler([&] {
-        log.emplace_back("inner waits");
-        loop.Wait(answered);
-        log.emplace_back("inner goes on");
-        dialog.accept();
-      });
-      queue.ArmTimer(milliseconds(10), [&] { answered.Complete(); });
-    });
-    log.emplace_back(dialog.exec() == QDialog::Accepted ? "accepted" : "rejected");
-  });
-  EXPECT_THAT(log, ElementsAre("inner waits", "inner goes on", "accepted"));
-}
-
 // The dialog's handler was resumed by a posted call: its loop runs inside Qt's delivery of that call.
 TEST(QtQueueTest, AHandlerThatWasResumedMayShowADialogWhileOthersComeAndGo) {
   QtQueue queue;

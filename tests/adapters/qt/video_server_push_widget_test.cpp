@@ -5,13 +5,18 @@
 #include <gmock/gmock.h>
 
 #include <QApplication>
+#include <QBuffer>
+#include <QDockWidget>
 #include <QLabel>
+#include <QMainWindow>
 #include <QMenu>
 #include <QMetaProperty>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QTabWidget>
 #include <QTimer>
+#include <array>
 #include <atomic>
 #include <cstring>
 
@@ -53,23 +58,27 @@ class WidgetTest : public testing::Test {
   std::unique_ptr<VideoServerPushWidget> widget = std::make_unique<VideoServerPushWidget>(platform.Get());
 };
 
-TEST_F(WidgetTest, HasEveryPropertyAndEventOfTheInterface) {
+TEST_F(WidgetTest, HasEveryMemberOfTheInterface) {
   const QMetaObject* meta = widget->metaObject();
   for (const PropertyEntry& entry : video_server_push_interface::Properties()) {
     const int index = meta->indexOfProperty(std::string(entry.name).c_str());
     ASSERT_GE(index, 0) << entry.name;
     EXPECT_EQ(meta->property(index).isWritable(), entry.writable) << entry.name;
   }
-  for (const EventEntry& entry : video_server_push_interface::Events()) {
-    bool found = false;
-    for (int i = 0; i < meta->methodCount(); ++i) {
-      const QMetaMethod method = meta->method(i);
-      found |= method.methodType() == QMetaMethod::Signal &&
-               method.name() == QByteArray(entry.name.data(), static_cast<int>(entry.name.size())) &&
-               static_cast<std::size_t>(method.parameterCount()) == entry.arguments.size();
+  const auto expect_all = [meta](const auto& entries, QMetaMethod::MethodType type) {
+    for (const auto& entry : entries) {
+      bool found = false;
+      for (int i = 0; i < meta->methodCount(); ++i) {
+        const QMetaMethod method = meta->method(i);
+        found |= method.methodType() == type &&
+                 method.name() == QByteArray(entry.name.data(), static_cast<int>(entry.name.size())) &&
+                 static_cast<std::size_t>(method.parameterCount()) == entry.arguments.size();
+      }
+      EXPECT_TRUE(found) << entry.name;
     }
-    EXPECT_TRUE(found) << entry.name;
-  }
+  };
+  expect_all(video_server_push_interface::Events(), QMetaMethod::Signal);
+  expect_all(video_server_push_interface::Methods(), QMetaMethod::Slot);
   widget->setProperty("FrameRate", 99);
   EXPECT_EQ(widget->property("FrameRate").toInt(), 30);
 }
@@ -148,38 +157,108 @@ TEST_F(WidgetTest, DeletedInTheMiddleOfAWaitOrASignalItEndsCleanly) {
   EXPECT_TRUE(watch.isNull());
 }
 
-TEST_F(WidgetTest, DeadCamerasTakeNothingFromLiveOnesAndTheWindowAnswers) {
-  constexpr int kEach = 8;
-  constexpr int kRate = 20;
-  ScriptedServer live(fakes::AnswerBytes(200, "no picture, but a frame"));
-  ScriptedServer dead([](const std::string&, ScriptedServer::Connection& to) { to.Never(); });
-  std::vector<std::unique_ptr<VideoServerPushWidget>> widgets;
-  int frames = 0;
-  for (int i = 0; i < 2 * kEach; ++i) {
-    VideoServerPushWidget* each = widgets.emplace_back(std::make_unique<VideoServerPushWidget>(platform.Get())).get();
-    each->resize(320, 240);
-    each->setFrameRate(kRate);
-    each->show();
-    const bool alive = i % 2 != 0;
-    if (alive) each->Control().VideoStream.Refreshed.Listen([&frames] { ++frames; });
-    each->RunHandler([each, url = QString::fromStdString(alive ? live.Url() : dead.Url())] { each->Connect(url); });
+TEST_F(WidgetTest, ItsControlIsLeftAloneByAWidgetThatEndsBeforeIt) {
+  const auto control = VideoServerPush::Create(platform.Get());
+  widget = std::make_unique<VideoServerPushWidget>(platform.Get(), control, nullptr);
+  EXPECT_TRUE(control->Events.Status.HasListeners());
+  widget.reset();
+  std::string text = "nobody is there";
+  control->Events.Status(text);
+  control->MainMenu.PopUp();
+  EXPECT_FALSE(control->Events.Status.HasListeners());
+  EXPECT_FALSE(control->VideoStream.Refreshed.HasListeners());
+}
+
+class StreamTest : public WidgetTest {
+ protected:
+  StreamTest() {
+    QImage image(64, 48, QImage::Format_RGB32);
+    image.fill(Qt::darkGreen);
+    QBuffer buffer(&jpeg);
+    image.save(&buffer, "JPG");
+    server = std::make_unique<ScriptedServer>(fakes::AnswerBytes(200, jpeg.toStdString()));
   }
-  Run(milliseconds(2000), [&] { return frames >= kEach; });
-  frames = 0;
-  // Answering: a timer of the toolkit's own, a hundred times a second, is never late by much.
-  milliseconds worst{0};
-  auto last = std::chrono::steady_clock::now();
-  QTimer heartbeat;
-  heartbeat.setTimerType(Qt::PreciseTimer);
-  QObject::connect(&heartbeat, &QTimer::timeout, [&] {
-    const auto now = std::chrono::steady_clock::now();
-    worst = std::max(worst, std::chrono::duration_cast<milliseconds>(now - last));
-    last = now;
-  });
-  heartbeat.start(10);
-  Run(milliseconds(2000));
-  EXPECT_GE(frames, 0.95 * kEach * kRate * 2);
-  EXPECT_LT(worst.count(), 250);
+  void Connect() {
+    widget->setFrameRate(30);  // so many steps a second may ask for a picture
+    widget->RunHandler([this] { widget->Connect(QString::fromStdString(server->Url())); });
+    Run(milliseconds(5000), [&] { return widget->Control().VideoStream.Visible.Get(); });
+    widget->ToogleClock(false);
+  }
+  /// Whether a step of the stream asks for a picture, once the loop has had its turn.
+  bool Streams() {
+    QCoreApplication::processEvents();
+    const std::size_t before = server->Requests().size();
+    widget->Pulse();
+    return server->Requests().size() > before;
+  }
+
+  QByteArray jpeg;
+  std::unique_ptr<ScriptedServer> server;
+};
+
+TEST_F(StreamTest, OutlivesAHideThatIsFollowedByAShow) {
+  QMainWindow window;
+  auto* dock = new QDockWidget;
+  auto* tabs = new QTabWidget;
+  VideoServerPushWidget* viewer = widget.release();
+  dock->setWidget(tabs);
+  tabs->addTab(viewer, QStringLiteral("camera"));
+  tabs->addTab(new QWidget, QStringLiteral("other"));
+  window.addDockWidget(Qt::LeftDockWidgetArea, dock);
+  window.show();
+  const std::pair<const char*, std::function<void()>> kept[] = {
+      {"floats", [&] { dock->setFloating(true); }},
+      {"is docked", [&] { dock->setFloating(false); }},
+      {"there and back", [&] { tabs->setCurrentIndex(1), tabs->setCurrentIndex(0); }},
+      {"new parent", [&] { viewer->setParent(&window), viewer->show(); }},
+  };
+  const std::pair<const char*, std::function<void()>> ended[] = {
+      {"hide", [&] { viewer->hide(); }},
+      {"another tab",
+       [&] {
+         tabs->addTab(viewer, QStringLiteral("again")), tabs->setCurrentWidget(viewer), tabs->setCurrentIndex(0);
+       }},
+  };
+  widget.reset(viewer);
+  Connect();
+  for (const auto& [what, act] : kept) {
+    act();
+    EXPECT_TRUE(Streams()) << what;
+  }
+  for (const auto& [what, act] : ended) {
+    act();
+    EXPECT_FALSE(Streams()) << what;
+    viewer->show();
+    Connect();
+  }
+  viewer->setParent(nullptr);
+}
+
+TEST_F(StreamTest, GivesItsPictureAsImageAsBytesAndOnAnyPaintDevice) {
+  QImage target(100, 100, QImage::Format_RGB32);
+  target.fill(Qt::white);
+  widget->RenderPicture(&target);
+  EXPECT_EQ(target.pixelColor(0, 0), QColor(Qt::white));
+  EXPECT_TRUE(widget->GetPicture().isNull());
+  EXPECT_TRUE(widget->GetPictureArray().isEmpty());
+
+  Connect();
+  EXPECT_EQ(widget->GetPictureArray(), jpeg);
+  const QImage picture = widget->GetPicture();
+  ASSERT_EQ(picture.size(), QSize(64, 48));
+  const QColor green = picture.pixelColor(60, 40);
+  EXPECT_GT(green.green(), 100);
+  for (const auto& [x, y, right, bottom] : {std::array{0, 0, 64, 48}, std::array{10, 20, 10, 20}}) {
+    target.fill(Qt::white);
+    widget->RenderPicture(&target, x, y);
+    EXPECT_EQ(target.pixelColor(right - 1, bottom - 1), green);
+    EXPECT_EQ(target.pixelColor(right, 0), QColor(Qt::white));
+    EXPECT_EQ(target.pixelColor(0, bottom), QColor(Qt::white));
+  }
+  target.fill(Qt::white);
+  widget->RenderPicture(&target, -1, 5);
+  widget->RenderPicture(nullptr);
+  EXPECT_EQ(target.pixelColor(0, 0), QColor(Qt::white));
 }
 
 }  // namespace

@@ -1,0 +1,122 @@
+#pragma once
+
+#include <optional>
+#include <type_traits>
+#include <utility>
+
+#include "platform/generation.h"
+#include "platform/property.h"
+
+namespace orbelcast {
+
+/// A mouse pointer that is an hourglass as long as somebody is busy, and the usual one otherwise.
+class BusyPointer {
+ public:
+  static constexpr int kDefault = 0;
+  static constexpr int kHourglass = 11;
+
+  /// `pointer` outlives this object and its scopes.
+  explicit BusyPointer(Property<int>& pointer) : pointer_(pointer) {}
+
+  /// Busy from its making to its end.
+  class Scope {
+   public:
+    explicit Scope(BusyPointer& pointer) : pointer_(pointer) { pointer_.Count(1); }
+    ~Scope() { pointer_.Count(-1); }
+    Scope(const Scope&) = delete;
+    Scope& operator=(const Scope&) = delete;
+
+   private:
+    BusyPointer& pointer_;
+  };
+
+  /// The control has ended: its pointer stays as it is.
+  void End() { ended_ = true; }
+
+ private:
+  void Count(int more) {
+    busy_ += more;
+    if (!ended_) pointer_ = busy_ > 0 ? kHourglass : kDefault;
+  }
+
+  Property<int>& pointer_;
+  int busy_ = 0;
+  bool ended_ = false;
+};
+
+/// The player's own requests to its server, of which it makes one at a time: the camera list, and the questions behind
+/// the toolbar's buttons and the alerts window's.
+///
+/// A question lasts from the press that begins it until its answer was taken, a relay look-up before it and a text that
+/// is typed for it included. While one is under way, whoever would begin another drops the press. A player that turns
+/// to another server drops nothing: what was asked before is void, its answer is not looked at, and the place is free.
+///
+/// Where requests block the thread nobody can press meanwhile; where they let the loop run this is what keeps two
+/// handlers from taking each other's answers.
+class ServerQuestions {
+ public:
+  using Server = GenerationCounter::Generation;
+
+  explicit ServerQuestions(BusyPointer& pointer) : pointer_(pointer) {}
+
+  /// The player turns to a server, or ends: every question so far is void. What is returned is current as long as no
+  /// other one was turned to.
+  Server TurnToServer() {
+    under_way_ = 0;
+    Wait(-waiting_);
+    return servers_.Begin();
+  }
+
+  /// Whether a press that would begin a question is to be dropped.
+  bool UnderWay() const { return under_way_ > 0; }
+  /// Whether a question waits for the server at this moment.
+  bool Waiting() const { return waiting_ > 0; }
+
+  /// One question, from its making to its end.
+  class Question {
+   public:
+    explicit Question(ServerQuestions& questions) : questions_(questions), server_(questions.servers_.Current()) {
+      ++questions_.under_way_;
+    }
+    ~Question() {
+      if (Holds()) --questions_.under_way_;
+    }
+    Question(const Question&) = delete;
+    Question& operator=(const Question&) = delete;
+
+    /// False once the player has turned to another server or ended: the question ends without another step.
+    bool Holds() const { return server_.IsCurrent(); }
+
+    /// Calls `ask`, which returns when the server has answered or will not, and returns what it does. The pointer shows
+    /// that it is waited for.
+    template <typename Ask>
+    std::invoke_result_t<Ask> WaitFor(Ask ask) const {
+      questions_.Wait(1);
+      auto answer = ask();
+      if (Holds()) questions_.Wait(-1);
+      return answer;
+    }
+
+   private:
+    ServerQuestions& questions_;
+    const Server server_;
+  };
+
+ private:
+  void Wait(int more) {
+    waiting_ += more;
+    if (waiting_ > 0) {
+      if (!busy_) busy_.emplace(pointer_);
+    } else {
+      busy_.reset();
+    }
+  }
+
+  BusyPointer& pointer_;
+  GenerationCounter servers_;
+  int under_way_ = 0;  // of the server that was turned to last, as waiting_
+  int waiting_ = 0;
+  std::optional<BusyPointer::Scope> busy_;
+};
+
+}  // namespace orbelcast

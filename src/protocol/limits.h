@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstddef>
+
+/// What is read of a camera server's words, however much it sends.
+namespace orbelcast::protocol_limits {
+
+/// Bytes of an information text. Ten thousand cameras with their names and addresses take a quarter of it.
+inline constexpr std::size_t kMaxInfoBytes = 4u * 1024 * 1024;
+/// Lines of an information text: cameras, alerts, inputs and outputs together.
+inline constexpr std::size_t kMaxInfoLines = 50'000;
+/// Fields of a line of a list: the id, the name, the address or the state. No line means anything by a fourth.
+inline constexpr std::size_t kMaxListFields = 3;
+
+}  // namespace orbelcast::protocol_limits
