@@ -105,9 +105,11 @@ class MosaicHost {
   }
 
   ExitStatus Outcome() {
-    if (!options_.output.empty() && !WritePicture(options_.output, grid_, platform_.pictures)) {
-      messages_ << "orbelcast: cannot write " << options_.output.string() << ": " << WhyNotWritten() << '\n';
-      return kBadUsage;
+    if (!options_.output.empty()) {
+      if (const std::string why = WritePicture(options_.output, grid_, platform_.pictures); !why.empty()) {
+        messages_ << "orbelcast: cannot write " << options_.output.string() << ": " << why << '\n';
+        return kBadUsage;
+      }
     }
     if (clip_ && !TellOfClip()) return kBadUsage;
     const auto cameras = static_cast<std::int32_t>(options_.cameras.size());

@@ -3,10 +3,10 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
+#include "adapters/posix/named_file.h"
 #include "masked_address.h"
 #include "platform/ascii.h"
 #include "protocol/text.h"
-#include "writable_file.h"
 
 namespace orbelcast {
 

@@ -129,9 +129,11 @@ ExitStatus Watcher::Outcome() {
     messages_ << "orbelcast: no picture from " << address << ": " << WhyNoPicture() << '\n';
     return kNoPictures;
   }
-  if (!options_.picture.empty() && !WriteLastPicture()) {
-    messages_ << "orbelcast: cannot write " << options_.picture.string() << ": " << WhyNotWritten() << '\n';
-    return kBadUsage;
+  if (!options_.picture.empty()) {
+    if (const std::string why = WriteLastPicture(); !why.empty()) {
+      messages_ << "orbelcast: cannot write " << options_.picture.string() << ": " << why << '\n';
+      return kBadUsage;
+    }
   }
   if (broken_at_ == drawn_.Count()) {
     messages_ << "orbelcast: the connection to " << address << " was broken at the end\n";
@@ -152,9 +154,9 @@ std::string Watcher::WhyNoPicture() const {
   return status_;
 }
 
-bool Watcher::WriteLastPicture() {
+std::string Watcher::WriteLastPicture() {
   if (options_.picture_as_sent || FormatOf(options_.picture) == PictureFormat::kJpeg) {
-    return ReplaceFile(options_.picture, drawn_.Newest().Bytes());
+    return WritePicture(options_.picture, drawn_.Newest().Bytes());
   }
   return WritePicture(options_.picture, viewer_->VideoStream.Image(), platform_.pictures);
 }

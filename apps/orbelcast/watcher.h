@@ -44,7 +44,8 @@ class Watcher {
   void Note(const EventEntry& event, std::span<const EventArgument> arguments);
   void Disconnect();
   void Pause(EventQueue::Nanoseconds time);
-  bool WriteLastPicture();
+  /// Why it could not be written; empty where it is.
+  std::string WriteLastPicture();
   ExitStatus Outcome();
   std::string WhyNoPicture() const;
 
