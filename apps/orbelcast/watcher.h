@@ -38,6 +38,7 @@ class Watcher {
   const VideoServerPush& Viewer() const { return *viewer_; }
 
  private:
+  void GiveUp();
   void Configure();
   void Connect();
   void AfterConnect();
@@ -60,9 +61,10 @@ class Watcher {
 
   Completion end_;  ///< It is time to end.
   bool connected_ = false;
-  bool failed_ = false;  ///< Connect has failed.
-  int broken_at_ = -1;   ///< How many pictures there were when the connection was last reported broken.
-  std::string status_;   ///< The last status text.
+  bool failed_ = false;   ///< Connect has failed.
+  bool gave_up_ = false;  ///< No first picture came in time.
+  int broken_at_ = -1;    ///< How many pictures there were when the connection was last reported broken.
+  std::string status_;    ///< The last status text.
 };
 
 }  // namespace orbelcast

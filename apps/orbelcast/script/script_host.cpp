@@ -110,7 +110,7 @@ ScriptHost::~ScriptHost() {
 }
 
 bool ScriptHost::Run() {
-  while (const auto line = lines_.Next()) CarryOut(*line);
+  for (auto line = lines_.Next(); line && output_; line = lines_.Next()) CarryOut(*line);
   return !wrong_;
 }
 

@@ -9,6 +9,7 @@
 
 #include "adapters/posix/named_file.h"
 #include "platform/ascii.h"
+#include "platform/visible_text.h"
 
 namespace orbelcast {
 
@@ -43,7 +44,7 @@ bool IsHost(std::string_view text) {
 // What was written goes back to a terminal.
 std::string Printable(std::string_view text) {
   constexpr std::size_t kEnough = 60;
-  return "'" + WithoutControls(std::string(text.substr(0, kEnough))) + (text.size() > kEnough ? "…'" : "'");
+  return "'" + WithoutControls(text.substr(0, kEnough)) + (text.size() > kEnough ? "…'" : "'");
 }
 
 class Loader {

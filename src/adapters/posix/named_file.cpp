@@ -20,7 +20,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kMostLinks = 40;  ///< As many as the system follows.
+/// As many as the system follows.
+constexpr int kMostLinks = 40;
 constexpr std::size_t kSuffixLetters = 12;
 /// Of the file's own name, in that of the one beside: the system takes 255 bytes in all.
 constexpr std::size_t kMostNameBytes = 200;
@@ -117,7 +118,7 @@ FileContent ReadNamedFile(const fs::path& name, std::size_t most_bytes, Pipes pi
     if (count == 0) return content;
     content.text.append(piece.data(), static_cast<std::size_t>(count));
   }
-  return {.problem = "it is larger than " + std::to_string(most_bytes) + " bytes", .too_large = true};
+  return {.problem = "it is too large, over " + std::to_string(most_bytes) + " bytes", .too_large = true};
 }
 
 std::string WriteNamedFile(const fs::path& name, std::span<const std::uint8_t> bytes, mode_t mode) {

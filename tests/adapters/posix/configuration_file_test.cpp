@@ -70,7 +70,7 @@ TEST_F(ConfigurationFileTest, WhatIsWrongIsSaidAndLeftOut) {
     EXPECT_THAT(Load().problems, ElementsAre(HasSubstr(folder + name + ": cannot be read"), testing::_));
   }
   environment.clear();
-  EXPECT_THAT(Load().problems, ElementsAre(HasSubstr("larger than 65536 bytes")));
+  EXPECT_THAT(Load().problems, ElementsAre(HasSubstr("too large, over 65536 bytes")));
 }
 
 }  // namespace
