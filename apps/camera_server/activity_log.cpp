@@ -4,7 +4,8 @@
 #include <utility>
 
 #include "bounds.h"
-#include "platform/ascii.h"
+#include "platform/visible_text.h"
+#include "shown_text.h"
 
 namespace orbelcast::camera_server {
 
@@ -12,9 +13,9 @@ namespace {
 
 /// `text` as it can stand in a line: short, and without what would end the line or be taken for more than text.
 std::string OneLine(std::string_view text, std::size_t most) {
-  std::string line = WithoutControls(std::string(text.substr(0, most)), ' ');
-  if (text.size() > most) line += "...";
-  return line;
+  std::string line = WithoutControls(HidePasswords(text), ' ');
+  if (line.size() <= most) return line;
+  return line.substr(0, most) + "...";
 }
 
 std::string Fields(const Actor& actor, std::string_view event, std::string_view detail) {

@@ -6,11 +6,21 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/ascii.h"
 #include "query.h"
 
 namespace orbelcast::camera_server {
 
 namespace {
+
+/// Whether a Host header is one that the machine itself is reached by. A page that a browser shows can lead a name of
+/// its own here, and would read the answer; whoever sends none is no browser.
+bool NamesThisMachine(std::string_view host) {
+  const std::size_t port = host.ends_with(']') ? std::string_view::npos : host.rfind(':');
+  const std::string_view name = host.substr(0, port);
+  return host.empty() || name == "[::1]" || EqualIgnoringCase(name, "localhost") ||
+         (name.starts_with("127.") && name.find_first_not_of("0123456789.") == std::string_view::npos);
+}
 
 Reply AnswerFaults(Rooms& rooms, std::string_view target) {
   const std::string_view place = QueryValue(target, "camera");
@@ -51,7 +61,9 @@ Reply AnswerRequests(RequestLog& requests, std::string_view target) {
 }  // namespace
 
 Reply AnswerControl(Rooms& rooms, RequestLog& requests, const Request& request, const Client& client) {
-  if (!client.is_local) return TextReply(403, "This is for the server's own machine.");
+  if (!client.is_local || !NamesThisMachine(request.Header("Host"))) {
+    return TextReply(403, "This is for the server's own machine.");
+  }
   const std::string_view path = request.Path();
   if (path == "/control/fault") return AnswerFaults(rooms, request.target);
   if (path == "/control/input") return AnswerInputs(rooms, request.target);

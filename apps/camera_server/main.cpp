@@ -17,12 +17,14 @@
 #include <exception>
 #include <iostream>
 #include <memory>
+#include <stdexcept>
 
 #include "exit_status.h"
 #include "faults.h"
 #include "http_server.h"
 #include "options.h"
 #include "pictures.h"
+#include "program.h"
 #include "request_log.h"
 #include "router.h"
 
@@ -74,6 +76,8 @@ int Serve(const Settings& settings) {
   HttpServer server(kServerName, router);
   server.Listen(settings.address, settings.port);
   std::cout << "listening on " << server.Url() << std::endl;  // flushed: somebody waits for the line
+  if (!std::cout)
+    throw std::runtime_error("cannot write to standard output; is the disk full, or has its reader gone?");
   server.Run(end);
   close(end);
   return kEndedBySignal;
@@ -82,12 +86,13 @@ int Serve(const Settings& settings) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  orbelcast::SurviveFailedWrites();
   Options options;
   try {
     options.Parse(argc, argv);
     return Serve(options.Result());
   } catch (const CLI::ParseError& error) {
-    return options.Report(error);
+    return orbelcast::EndOutput("orbelcast-camera-server", options.Report(error));
   } catch (const std::exception& error) {
     std::cerr << "orbelcast-camera-server: " << error.what() << '\n';
     return kCannotServe;

@@ -21,6 +21,7 @@
 #include "faults.h"
 #include "platform/ascii.h"
 #include "platform/version.h"
+#include "shown_text.h"
 #include "usage.h"
 #include "within.h"
 
@@ -265,6 +266,7 @@ void Options::CheckUsers() {
   for (std::size_t i = 0; i < users_.size(); ++i) {
     if (users_[i].find(':') != std::string::npos) throw CLI::ValidationError("--user", "a name holds no colon");
     settings_.users.push_back({users_[i], passwords_[i]});
+    if (!settings_.shows_passwords) KeepSecret(passwords_[i]);
   }
 }
 

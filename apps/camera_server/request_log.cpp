@@ -8,9 +8,9 @@
 #include <utility>
 
 #include "bounds.h"
-#include "live_address.h"
-#include "login_base.h"
 #include "platform/ascii.h"
+#include "platform/visible_text.h"
+#include "shown_text.h"
 #include "time_text.h"
 
 namespace orbelcast::camera_server {
@@ -48,35 +48,17 @@ std::string_view WithoutLineEnd(std::string_view line) {
 
 std::string MaskRequestLine(std::string_view line) {
   const std::size_t end = std::min(line.rfind(" HTTP/"), line.size());
-  const auto bounded = [end](std::size_t at) { return std::min(at, end); };
-  // Whichever comes first: either may stand in the other's password.
-  const std::size_t base = line.find(kLoginBase);
-  const std::size_t live = line.find(kLivePath);
-  if (base < live) {
-    const std::size_t user = base + kLoginBase.size();
-    const std::size_t slash = line.find('/', user);
-    if (slash == std::string_view::npos || slash >= end) return std::string(line);
-    // Taken to be the whole rest where no command shows its end. The last mark, since a password that was mistyped may
-    // hold one.
-    const std::size_t mark = line.rfind(kCommandMark);
-    return MaskPart(line, slash + 1, mark == std::string_view::npos || mark < slash ? end : bounded(mark));
-  }
-  if (live != std::string_view::npos) {
-    const std::size_t login = line.find('/', live + kLivePath.size());
-    const std::size_t colon = login < end ? line.find(':', login) : std::string_view::npos;
-    if (colon == std::string_view::npos || colon >= end) return std::string(line);
-    // A password may hold a "?", so that only the picture code, of which the last counts, shows its end.
-    const std::size_t code = line.rfind(kPictureCodeMark);
-    return MaskPart(line, colon + 1, code == std::string_view::npos || code < colon ? end : bounded(code));
-  }
-  return std::string(line);
+  const std::size_t target = std::min(line.find(' '), end);
+  return std::string(line.substr(0, target))
+      .append(HidePasswordsOfAddress(line.substr(target, end - target)))
+      .append(line.substr(end));
 }
 
 std::string MaskHeaderLine(std::string_view line) {
   const std::size_t colon = std::min(line.find(':'), line.size());
   const std::string_view name = line.substr(0, colon);
   if (!EqualIgnoringCase(name, "Authorization") && !EqualIgnoringCase(name, "Proxy-Authorization")) {
-    return std::string(line);
+    return HidePasswords(line);
   }
   const std::size_t scheme = std::min(line.find_first_not_of(" \t", std::min(colon + 1, line.size())), line.size());
   const std::size_t blank = line.find(' ', scheme);
@@ -106,7 +88,7 @@ void RequestLog::Record(std::string_view head, const Client& client) {
     at = end + 1;
     if (!header.empty()) headers.push_back(BytesAsText(is_masked ? MaskHeaderLine(header) : header));
   }
-  std::string text = entry.dump();
+  std::string text = JsonWithoutControls(entry.dump());
   const std::lock_guard lock(mutex_);
   Write(text);
   Keep(std::move(text));

@@ -11,9 +11,10 @@
 
 namespace orbelcast::camera_server {
 
-/// The request line with every password in it replaced by "***": that of a login base, and that of a live address.
+/// The request line with every password in it replaced by "***".
 std::string MaskRequestLine(std::string_view line);
-/// The header line with the credentials in it replaced by "***"; their scheme and the blanks before it stay.
+/// The header line with the credentials in it, and what passwords stand in others, replaced by "***"; the credentials'
+/// scheme and the blanks before it stay.
 std::string MaskHeaderLine(std::string_view line);
 
 /// What clients asked, byte for byte, one JSON object a line: the newest in memory, and all of them in a file if there

@@ -8,6 +8,7 @@
 #include "credentials_file.h"
 #include "environment.h"
 #include "protocol/server_address.h"
+#include "shown_text.h"
 
 namespace orbelcast {
 
@@ -88,6 +89,7 @@ void AddAccessOptions(CLI::App& command, Access& access, const std::string& user
     } else {
       TakeEnvironment(*options, access);
     }
+    KeepSecret(access.password);
   });
 }
 

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "shown_text.h"
+
 namespace orbelcast {
 
 namespace {
@@ -54,7 +56,7 @@ std::string WhatIsWrong(const CLI::App& app, const CLI::ParseError& error) {
 int ReportUsage(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) return app.exit(error);
   const CLI::App& command = CommandOf(app);
-  std::cerr << app.get_name() << ": " << WhatIsWrong(app, error) << "\nSee '" << FullName(app, command)
+  std::cerr << app.get_name() << ": " << Shown(WhatIsWrong(app, error)) << "\nSee '" << FullName(app, command)
             << " --help'.\n";
   return kWrongUsage;
 }

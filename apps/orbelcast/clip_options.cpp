@@ -5,9 +5,9 @@
 #include <cctype>
 #include <string_view>
 
+#include "adapters/posix/named_file.h"
 #include "platform/ascii.h"
 #include "within.h"
-#include "writable_file.h"
 
 namespace orbelcast {
 
@@ -70,6 +70,8 @@ void AddClipOptions(CLI::App& command, ClipOptions& options) {
 
 std::string WhyNotRecord(const ClipOptions& options) {
   std::error_code error;
+  if (std::filesystem::is_other(options.file, error))
+    return options.file.string() + " is no file that a clip can be in";
   const auto size = std::filesystem::file_size(options.file, error);
   if (error || size == 0 || options.overwrite) return {};
   return options.file.string() + " is there already; --overwrite replaces it";

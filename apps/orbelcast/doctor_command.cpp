@@ -19,7 +19,6 @@
 #include "assembly/headless_platform.h"
 #include "doctor_report.h"
 #include "http_status.h"
-#include "masked_address.h"
 #include "network_steps.h"
 #include "option_values.h"
 #include "platform/ascii.h"
@@ -29,6 +28,7 @@
 #include "protocol/text.h"
 #include "seconds.h"
 #include "server_entries.h"
+#include "shown_text.h"
 #include "watcher.h"
 
 namespace orbelcast {
@@ -479,6 +479,7 @@ void AddDoctorOptions(CLI::App& command, DoctorOptions& options) {
                   "picture. http:// may be left out")
       ->required()
       ->check(CheckServer)
+      ->each(KeepSecretsOf)
       ->type_name("");
   AddAccessOptions(command, options.access, "User name (default: none)");
   const std::string group = "Examination";

@@ -5,8 +5,7 @@
 #include <array>
 #include <ostream>
 
-#include "masked_address.h"
-#include "platform/ascii.h"
+#include "shown_text.h"
 
 namespace orbelcast {
 
@@ -47,7 +46,7 @@ void DoctorReport::Add(const Step& step) {
 void DoctorReport::End() {
   if (as_json_) {
     const Json all{{"server", server_}, {"works", works_}, {"steps", std::move(steps_)}};
-    output_ << all.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+    output_ << ToLines(WithoutPasswords(all)) << '\n';
   } else if (works_) {
     output_ << colours_.Paint(Colour::kGood, "Everything works.") << '\n';
   } else {
@@ -68,8 +67,8 @@ void DoctorReport::AddToJson(const Step& step) {
 void DoctorReport::Print(const Step& step) {
   const std::string word = WordOf(step.result);
   output_ << colours_.Paint(ColourOf(step.result), word) << Blanks(kNameColumn, word) << step.name
-          << Blanks(kFoundColumn, step.name) << WithoutControls(step.found) << '\n';
-  if (!step.advice.empty()) output_ << Blanks(kNameColumn, {}) << "-> " << WithoutControls(step.advice) << '\n';
+          << Blanks(kFoundColumn, step.name) << Shown(step.found) << '\n';
+  if (!step.advice.empty()) output_ << Blanks(kNameColumn, {}) << "-> " << Shown(step.advice) << '\n';
   output_.flush();  // a step may take a while: what is known so far is shown
 }
 

@@ -3,7 +3,11 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <utility>
 #include <variant>
+
+#include "platform/visible_text.h"
+#include "shown_text.h"
 
 namespace orbelcast {
 
@@ -51,7 +55,19 @@ Json NumberToJson(float number) {
 }
 
 std::string ToLine(const Json& value) {
-  return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+  return JsonWithoutControls(value.dump(-1, ' ', false, Json::error_handler_t::replace));
+}
+
+std::string ToLines(const Json& value) {
+  return JsonWithoutControls(value.dump(2, ' ', false, Json::error_handler_t::replace));
+}
+
+Json WithoutPasswords(Json value) {
+  if (value.is_string()) return HidePasswords(value.get_ref<const std::string&>());
+  if (value.is_structured()) {
+    for (Json& each : value) each = WithoutPasswords(std::move(each));
+  }
+  return value;
 }
 
 }  // namespace orbelcast

@@ -19,7 +19,13 @@ Json EventToJson(const EventEntry& event, std::string_view control, std::span<co
 /// A number as JSON: a whole one without decimals, others with no more digits than tell it apart from its neighbours.
 Json NumberToJson(float number);
 
-/// `value` on one line, without a line break. Texts from a server may be any bytes: what is not UTF-8 becomes U+FFFD.
+/// `value` on one line, without a line break. Texts from a server may be any bytes: what is not UTF-8 becomes U+FFFD,
+/// and what drives a terminal is escaped.
 std::string ToLine(const Json& value);
+/// The same on as many lines as it takes, indented.
+std::string ToLines(const Json& value);
+
+/// `value` with its texts as HidePasswords leaves them.
+Json WithoutPasswords(Json value);
 
 }  // namespace orbelcast

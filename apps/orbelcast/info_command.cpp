@@ -5,19 +5,20 @@
 
 #include <algorithm>
 #include <ostream>
+#include <utility>
 #include <vector>
 
 #include "assembly/headless_platform.h"
 #include "colours.h"
 #include "event_json.h"
 #include "http_status.h"
-#include "masked_address.h"
 #include "option_values.h"
 #include "platform/ascii.h"
 #include "protocol/relay.h"
 #include "protocol/server_info.h"
 #include "protocol/text.h"
 #include "server_entries.h"
+#include "shown_text.h"
 
 namespace orbelcast {
 
@@ -45,15 +46,15 @@ class Table {
 
   void Row(const std::string& name, const std::string& value) {
     if (value.empty()) return;
-    output_ << name << std::string(kNameWidth - std::min(name.size(), kNameWidth - 1), ' ') << WithoutControls(value)
-            << '\n';
+    output_ << name << std::string(kNameWidth - std::min(name.size(), kNameWidth - 1), ' ') << Shown(value) << '\n';
   }
 
   /// A heading and a line an entry: its number, its cells in columns.
-  void List(const std::string& heading, const std::vector<std::vector<std::string>>& rows) {
+  void List(const std::string& heading, std::vector<std::vector<std::string>> rows) {
     if (rows.empty()) return;
     std::vector<std::size_t> widths;
-    for (const auto& row : rows) {
+    for (auto& row : rows) {
+      std::ranges::transform(row, row.begin(), Shown);
       widths.resize(std::max(widths.size(), row.size()));
       for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], WidthOf(row[i]));
     }
@@ -62,8 +63,7 @@ class Table {
       const auto& row = rows[number - 1];
       std::string line = "  " + std::to_string(number);
       line.resize(std::max(line.size(), std::size_t{6}), ' ');
-      for (std::size_t i = 0; i < row.size(); ++i)
-        line += WithoutControls(row[i]) + std::string(widths[i] - WidthOf(row[i]) + 2, ' ');
+      for (std::size_t i = 0; i < row.size(); ++i) line += row[i] + std::string(widths[i] - WidthOf(row[i]) + 2, ' ');
       output_ << line.substr(0, line.find_last_not_of(' ') + 1) << '\n';
     }
   }
@@ -98,7 +98,7 @@ void PrintTable(const ServerInfo& info, std::ostream& output) {
   const auto list = [&](const std::string& heading, std::string_view key, auto cells) {
     std::vector<std::vector<std::string>> rows;
     for (const Entry& entry : EntriesOf(info, key)) rows.push_back(cells(entry));
-    table.List(heading, rows);
+    table.List(heading, std::move(rows));
   };
   const auto switched = [](const Entry& entry) {
     return std::vector{entry.Field(1), std::string(IsOn(entry) ? "on" : "off")};
@@ -177,6 +177,7 @@ void AddInfoOptions(CLI::App& command, InfoOptions& options) {
           "The camera server: a host, host:port, or a relay account's address; http:// before it may be left out")
       ->required()
       ->check(CheckServer)
+      ->each(KeepSecretsOf)
       ->type_name("");
   AddAccessOptions(command, options.access, "User name, sent with the request (default: none)");
   AddSecondsOption(command, "--timeout", options.time_out,
@@ -194,7 +195,7 @@ ExitStatus Info(const InfoOptions& options, std::ostream& output, std::ostream& 
                       options.access.password, static_cast<std::int32_t>(options.time_out * 1000), InfoMode::kAllLines);
   const std::string wrong = WhyNoInformation(options, platform.configuration, info);
   if (options.json) {
-    output << ToJson(info).dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+    output << ToLines(WithoutPasswords(ToJson(info))) << '\n';
   } else if (wrong.empty()) {
     PrintTable(info, output);
   }

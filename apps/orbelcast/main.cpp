@@ -14,6 +14,7 @@
 #include "mosaic_command.h"
 #include "platform/version.h"
 #include "play_command.h"
+#include "program.h"
 #include "record_command.h"
 #include "register_command.h"
 #include "script/script_command.h"
@@ -29,7 +30,7 @@ using namespace orbelcast;
 constexpr const char* kFooter =
     "Exit status: 0 it worked; 1 the connection failed, was broken at the end, or no\n"
     "picture (of info: no information) came; 2 wrong usage, a file that cannot be\n"
-    "written, or a missing player.";
+    "written (standard output is one), or a missing player.";
 
 constexpr const char* kDoctorFooter =
     "Such as:\n"
@@ -57,10 +58,7 @@ constexpr const char* kScriptFooter =
     "Exit status: 0 every command was right; 1 one was wrong, and said so in a line with\n"
     "\"error\"; 2 FILE cannot be read.";
 
-}  // namespace
-
-// NOLINTNEXTLINE(bugprone-exception-escape): what escapes is a lack of memory, which ends the program.
-int main(int argc, char** argv) {
+int Run(int argc, char** argv) {
   CLI::App app("Watches Motion-JPEG cameras.", "orbelcast");
   app.footer(kFooter);
   app.require_subcommand(1);
@@ -129,4 +127,12 @@ int main(int argc, char** argv) {
   if (remove_classes->parsed()) return Register(Registration::kRemove, std::cout, std::cerr);
   if (script->parsed()) return RunScript(script_file, std::cin, std::cout, std::cerr);
   return Watcher(std::move(options), std::cout, std::cerr).Run();
+}
+
+}  // namespace
+
+// NOLINTNEXTLINE(bugprone-exception-escape): what escapes is a lack of memory, which ends the program.
+int main(int argc, char** argv) {
+  SurviveFailedWrites();
+  return EndOutput("orbelcast", Run(argc, argv));
 }

@@ -8,12 +8,12 @@
 
 #include "assembly/headless_platform.h"
 #include "event_json.h"
-#include "masked_address.h"
 #include "mosaic/mosaic_tile.h"
 #include "option_values.h"
 #include "picture_file.h"
 #include "play_command.h"
 #include "seconds.h"
+#include "shown_text.h"
 #include "stop_signals.h"
 #include "timed_clip.h"
 #include "viewer/interface.h"
@@ -44,6 +44,25 @@ class DrawnTiles final : public ForwardingJpegDecoder {
   std::set<std::pair<int, int>> corners_;
 };
 
+/// Requests that are waited for where a control would hold up the thread: so a signal ends the program while a camera
+/// does not answer.
+class AwaitedHttp final : public HttpRequestFactory {
+ public:
+  explicit AwaitedHttp(HttpRequestFactory& http) : http_(http) {}
+  std::shared_ptr<HttpRequest> Create() override { return std::make_shared<Request>(http_.Create()); }
+
+ private:
+  class Request final : public ForwardingHttpRequest {
+   public:
+    using ForwardingHttpRequest::ForwardingHttpRequest;
+    bool Open(std::string_view method, std::string_view url, bool /*async*/) override {
+      return ForwardingHttpRequest::Open(method, url, true);
+    }
+  };
+
+  HttpRequestFactory& http_;
+};
+
 /// A host without a window: one viewer that goes round the cameras.
 class MosaicHost {
  public:
@@ -53,7 +72,8 @@ class MosaicHost {
         messages_(messages),
         services_(std::make_unique<HeadlessPlatform>()),
         drawn_(services_->Get().jpeg_decoder),
-        platform_(services_->Get().With(drawn_)),
+        requests_(services_->Get().http),
+        platform_(services_->Get().With(drawn_).With(requests_)),
         viewer_(VideoServerPush::Create(platform_)) {
     if (options_.clip.file.empty()) return;
     const int round = viewer_->MultiCam.Interval * static_cast<int>(options_.cameras.size());
@@ -82,7 +102,8 @@ class MosaicHost {
                     static_cast<float>(options_.height * platform_.screen.TwipsPerPixelY()));
     std::string cameras;
     for (const std::string& camera : options_.cameras) cameras += TileAddress(camera, options_.access) + "\r\n";
-    viewer_->MultiCamView(cameras);
+    // In a handler: what it waits for does not hold up the end.
+    platform_.loop.RunHandler([cameras, viewer = viewer_.get()]() mutable { viewer->MultiCamView(cameras); });
     platform_.loop.Wait(end_);
     if (clip_) clip_->Finish();
     return Outcome();
@@ -91,7 +112,9 @@ class MosaicHost {
  private:
   void Note(const EventEntry& event, std::span<const EventArgument> arguments) {
     if (end_.IsDone()) return;
-    output_ << ToLine(EventToJson(event, kControlName, arguments)) << std::endl;  // at once: others read along
+    output_ << ToLine(WithoutPasswords(EventToJson(event, kControlName, arguments)))
+            << std::endl;  // at once: others read along
+    if (!output_) End();
     if (event.name != "StreamInfo") return;
     if (clip_ && !clip_->Add()) End();
     if (++rounds_ == options_.rounds && !options_.seconds) End();
@@ -105,9 +128,11 @@ class MosaicHost {
   }
 
   ExitStatus Outcome() {
-    if (!options_.output.empty() && !WritePicture(options_.output, grid_, platform_.pictures)) {
-      messages_ << "orbelcast: cannot write " << options_.output.string() << ": " << WhyNotWritten() << '\n';
-      return kBadUsage;
+    if (!options_.output.empty()) {
+      if (const std::string why = WritePicture(options_.output, grid_, platform_.pictures); !why.empty()) {
+        messages_ << "orbelcast: cannot write " << options_.output.string() << ": " << why << '\n';
+        return kBadUsage;
+      }
     }
     if (clip_ && !TellOfClip()) return kBadUsage;
     const auto cameras = static_cast<std::int32_t>(options_.cameras.size());
@@ -133,7 +158,8 @@ class MosaicHost {
 
   std::unique_ptr<HeadlessPlatform> services_;
   DrawnTiles drawn_;
-  Platform platform_;  ///< The services, with `drawn_` before the decoder.
+  AwaitedHttp requests_;
+  Platform platform_;  ///< The services, with `drawn_` before the decoder and `requests_` before the requests.
   std::shared_ptr<VideoServerPush> viewer_;
 
   std::optional<TimedClip> clip_;
@@ -163,6 +189,7 @@ void AddMosaicOptions(CLI::App& command, MosaicOptions& options) {
                   "for pictures of its tile's size (?live-special… is added)")
       ->required()
       ->check(CheckAddress)
+      ->each(KeepSecretsOf)
       ->type_name("");
   AddAccessOptions(command, options.access, "User name, added to each address that has no login yet (default: none)");
   command

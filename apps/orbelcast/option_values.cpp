@@ -3,10 +3,10 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
-#include "masked_address.h"
+#include "adapters/posix/named_file.h"
 #include "platform/ascii.h"
 #include "protocol/text.h"
-#include "writable_file.h"
+#include "shown_text.h"
 
 namespace orbelcast {
 
@@ -14,6 +14,7 @@ void AddCameraOptions(CLI::App& command, std::string& url, Access& access) {
   command.add_option("URL", url, "The whole address of the camera's picture; begins with http://")
       ->required()
       ->check(CheckAddress)
+      ->each(KeepSecretsOf)
       ->type_name("");
   AddAccessOptions(command, access, "User name, sent when the server asks for one (default: none)");
 }
@@ -30,6 +31,12 @@ void AddStreamOptions(CLI::App& command, std::int16_t& frame_rate, bool& auto_re
       .add_flag("--auto-reconnect", auto_reconnect,
                 "Try again silently when the camera fails, also when it does not answer at first")
       ->group(stream);
+}
+
+void AddTimeOutOption(CLI::App& command, std::optional<double>& seconds, const std::string& of) {
+  AddSecondsOption(command, "--timeout", seconds,
+                   "End where no picture has come S seconds after the start; may have decimals (default: 10" + of + ")")
+      ->group("When to end (default: at Ctrl-C)");
 }
 
 std::string CheckAddress(const std::string& url) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -34,6 +35,11 @@ CLI::Option* AddSecondsOption(CLI::App& command, const std::string& name, Time& 
                               double longest = kLongestTime) {
   return command.add_option(name, seconds, description)->check(Within(0.001, longest))->type_name("S");
 }
+
+/// Seconds that a first picture may take, where not told otherwise: enough for a camera that wakes up.
+inline constexpr double kFirstPictureWithin = 10;
+/// Declares --timeout, the time that a first picture may take. `of` says where 10 is the default.
+void AddTimeOutOption(CLI::App& command, std::optional<double>& seconds, const std::string& of);
 
 /// Declares an option that is a number of something, 1 or more.
 template <typename Count>

@@ -1,10 +1,6 @@
 #include "picture_file.h"
 
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstring>
-
+#include "adapters/posix/named_file.h"
 #include "platform/ascii.h"
 #include "recording/picture_file.h"
 
@@ -20,34 +16,12 @@ PictureFormat FormatOf(const fs::path& file) {
   return PictureFormat::kUnknown;
 }
 
-bool ReplaceFile(const fs::path& file, std::span<const std::uint8_t> bytes) {
-  errno = 0;
-  if (bytes.empty()) return false;
-  fs::path beside = file;
-  beside += "." + std::to_string(::getpid()) + ".part";
-  if (!WriteFile(beside.string(), bytes)) return false;
-  std::error_code error;
-  fs::rename(beside, file, error);
-  if (!error) return true;
-  const int why = error.value();
-  fs::remove(beside, error);
-  errno = why;
-  return false;
+std::string WritePicture(const fs::path& file, std::span<const std::uint8_t> bytes) {
+  return bytes.empty() ? "there is no picture" : WriteNamedFile(file, bytes);
 }
 
-std::string WhyNotWritten() {
-  return errno == 0 ? "is the disk full?" : std::strerror(errno);
-}
-
-bool WritePicture(const fs::path& file, const Surface& picture, PictureCodec& codec) {
-  switch (FormatOf(file)) {
-    case PictureFormat::kPng:
-      return ReplaceFile(file, codec.Encode(picture));
-    case PictureFormat::kBmp:
-      return ReplaceFile(file, EncodeBitmap(picture));
-    default:
-      return false;
-  }
+std::string WritePicture(const fs::path& file, const Surface& picture, PictureCodec& codec) {
+  return WritePicture(file, FormatOf(file) == PictureFormat::kPng ? codec.Encode(picture) : EncodeBitmap(picture));
 }
 
 }  // namespace orbelcast

@@ -3,6 +3,7 @@
 #include <unistd.h>
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <ostream>
@@ -29,6 +30,8 @@ WatchOptions WatchSilently(const RecordOptions& options) {
   watch.width = watch.height = kUnseenSide;
   watch.auto_reconnect = options.auto_reconnect;
   watch.events.emplace();
+  watch.time_out =
+      options.time_out.value_or(std::min(kFirstPictureWithin, options.seconds.value_or(kFirstPictureWithin)));
   return watch;
 }
 
@@ -116,8 +119,10 @@ void AddRecordOptions(CLI::App& command, RecordOptions& options) {
 
   const std::string end = "When to end (default: at Ctrl-C)";
   AddCountOption(command, "--frames", options.frames, "End after N pictures, 1 or more")->group(end);
-  AddSecondsOption(command, "--seconds", options.seconds, "End S seconds after the first picture; may have decimals")
+  AddSecondsOption(command, "--seconds", options.seconds,
+                   "End S seconds after the first picture, or after the start where none came; may have decimals")
       ->group(end);
+  AddTimeOutOption(command, options.time_out, ", or --seconds where that is less");
   command.add_flag("--json", options.json, "Tell of the finished clip as JSON, for programs")->group("Output");
 }
 

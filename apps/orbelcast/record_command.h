@@ -21,8 +21,9 @@ struct RecordOptions {
   ClipOptions clip;
   std::int16_t frame_rate = 10;  ///< Pictures a second, 1 to 30.
   bool auto_reconnect = false;
-  std::optional<int> frames;      ///< End after that many pictures.
-  std::optional<double> seconds;  ///< End when the clip is that long.
+  std::optional<int> frames;       ///< End after that many pictures.
+  std::optional<double> seconds;   ///< End when the clip is that long.
+  std::optional<double> time_out;  ///< End after that time where no picture came.
   bool json = false;
 };
 

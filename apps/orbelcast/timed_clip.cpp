@@ -7,6 +7,8 @@
 #include <numeric>
 #include <utility>
 
+#include "adapters/posix/named_file.h"
+
 namespace orbelcast {
 
 namespace {
@@ -21,6 +23,12 @@ std::string SizeText(std::uintmax_t bytes) {
   return text;
 }
 
+bool HasContent(const std::filesystem::path& file) {
+  std::error_code error;
+  const auto size = std::filesystem::file_size(file, error);
+  return !error && size > 0;
+}
+
 }  // namespace
 
 AviStreamInfo TimedClip::RateOfInterval(int milliseconds) {
@@ -31,6 +39,7 @@ AviStreamInfo TimedClip::RateOfInterval(int milliseconds) {
 TimedClip::TimedClip(Platform& services, ClipOptions options, std::function<ShownPicture()> take_picture,
                      std::function<AviStreamInfo()> rate)
     : options_(std::move(options)),
+      target_(FollowLinks(options_.file)),
       answers_(options_),
       platform_(services.With(answers_)),
       ask_rate_(std::move(rate)),
@@ -44,15 +53,7 @@ TimedClip::~TimedClip() {
 }
 
 bool TimedClip::Add() {
-  if (!recorder_.AviRecording()) {
-    if (pictures_ > 0) return false;
-    recorder_.AviStart();
-    begun_ = platform_.loop.Queue().Now();
-    if (!recorder_.AviRecording()) {
-      why_not_ = answers_.complaint;
-      return false;
-    }
-  }
+  if (!recorder_.AviRecording() && (pictures_ > 0 || !Begin())) return false;
   recorder_.SkipTo(PositionOfNow());
   if (!recorder_.WriteFrame()) {
     why_not_ = "could not write the next picture; is the disk full?";
@@ -62,8 +63,32 @@ bool TimedClip::Add() {
   return true;
 }
 
+bool TimedClip::Begin() {
+  const bool replaces = HasContent(target_);
+  if (replaces && !options_.overwrite) {
+    why_not_ = "there is a file of that name by now";
+    return false;
+  }
+  answers_.place = replaces ? NameBeside(target_) : target_;
+  recorder_.AviStart();
+  begun_ = platform_.loop.Queue().Now();
+  if (!recorder_.AviRecording()) why_not_ = answers_.complaint;
+  return recorder_.AviRecording();
+}
+
 void TimedClip::Finish() {
-  if (recorder_.AviRecording()) recorder_.StopAvi();
+  if (!recorder_.AviRecording()) return;
+  recorder_.StopAvi();
+  if (!IsBeside()) return;
+  if (pictures_ == 0) return DeleteFile(answers_.place.string());
+  if (!why_not_.empty()) return KeepBeside();
+  why_not_ = PutInPlace(answers_.place, target_);
+  if (!why_not_.empty()) return KeepBeside();
+  answers_.place = target_;
+}
+
+void TimedClip::KeepBeside() {
+  why_not_ += "; the old clip is as it was, the new one is " + answers_.place.string();
 }
 
 double TimedClip::Seconds() const {
@@ -72,7 +97,7 @@ double TimedClip::Seconds() const {
 
 std::string TimedClip::Summary() const {
   std::error_code error;
-  const auto size = std::filesystem::file_size(options_.file, error);
+  const auto size = std::filesystem::file_size(answers_.place, error);
   char seconds[32];
   std::snprintf(seconds, sizeof seconds, "%.1f s", Seconds());
   return std::string(seconds) + ", " + std::to_string(pictures_) + (pictures_ == 1 ? " picture, " : " pictures, ") +

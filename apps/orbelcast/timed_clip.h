@@ -12,7 +12,8 @@ namespace orbelcast {
 
 /// A clip that plays as fast as what it shows happened: each picture stands at the moment at which it was added.
 ///
-/// The recorder is the controls' own; what it asks a person is answered by the options.
+/// The recorder is the controls' own; what it asks a person is answered by the options. A clip that is to replace one
+/// is written beside it, and takes its place when it is finished: until then, and where it fails, the old one stays.
 class TimedClip {
  public:
   /// The rate of pictures that come once in a timer's interval of whole milliseconds. (At 30 pictures a second that is
@@ -28,7 +29,7 @@ class TimedClip {
 
   /// Adds the picture of this moment; the first one begins the clip. False where it cannot be: WhyNot tells.
   bool Add();
-  /// Finishes the file.
+  /// Finishes the file. What goes wrong is told by WhyNot.
   void Finish();
 
   int Pictures() const { return pictures_; }
@@ -44,19 +45,24 @@ class TimedClip {
   class Answers final : public Dialogs {
    public:
     explicit Answers(const ClipOptions& options) : options_(options) {}
-    std::optional<std::string> AskSaveName(const SaveRequest&) override { return options_.file.string(); }
+    std::optional<std::string> AskSaveName(const SaveRequest&) override { return place.string(); }
     Answer ShowMessage(const MessageRequest& request) override;
     std::optional<Compression> ChooseCompression(const CompressionRequest&) override { return options_.compression; }
 
-    std::string complaint;  ///< The last failure that was told.
+    std::filesystem::path place;  ///< Where the clip is written.
+    std::string complaint;        ///< The last failure that was told.
 
    private:
     const ClipOptions& options_;
   };
 
+  bool Begin();
+  bool IsBeside() const { return answers_.place != target_; }
+  void KeepBeside();
   std::int32_t PositionOfNow() const;
 
   const ClipOptions options_;
+  const std::filesystem::path target_;  ///< The file that its name leads to.
   Answers answers_;
   Platform platform_;
   PictureBox conv_;

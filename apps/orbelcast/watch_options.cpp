@@ -117,6 +117,7 @@ void AddWatchOptions(CLI::App& command, WatchOptions& options) {
   auto* frames = AddCountOption(command, "--frames", options.frames, "End after N pictures, 1 or more")->group(end);
   AddSecondsOption(command, "--seconds", options.seconds, "End after S seconds, more than 0; may have decimals")
       ->group(end);
+  AddTimeOutOption(command, options.time_out, " with --frames");
   command.add_flag("--once", options.once, "Fetch and show a single picture")->group(end)->excludes(frames);
 
   const std::string output = "Output";
@@ -131,6 +132,7 @@ void AddWatchOptions(CLI::App& command, WatchOptions& options) {
       ->group(output);
 
   command.callback([&options, sensitivity] {
+    if (options.frames && !options.time_out) options.time_out = kFirstPictureWithin;
     if (sensitivity->count() > 0 && !options.Motion()) {
       throw CLI::ValidationError("--sensitivity",
                                  "say where to look for motion too: --motion-area 0,0,100,100 is the "

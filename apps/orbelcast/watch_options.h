@@ -29,6 +29,7 @@ struct WatchOptions {
   bool once = false;
   std::optional<int> frames;                                 ///< End after that many pictures.
   std::optional<double> seconds;                             ///< End after that time.
+  std::optional<double> time_out;                            ///< End after that time where no picture came.
   std::filesystem::path picture;                             ///< Where the last picture goes; empty for nowhere.
   bool picture_as_sent = false;                              ///< As the server sent it, whatever the name ends in.
   std::optional<std::set<std::string, std::less<>>> events;  ///< The events to print; all where not given.

@@ -4,9 +4,9 @@
 #include <ostream>
 
 #include "event_json.h"
-#include "masked_address.h"
 #include "picture_file.h"
 #include "seconds.h"
+#include "shown_text.h"
 #include "stop_signals.h"
 
 namespace orbelcast {
@@ -49,6 +49,9 @@ ExitStatus Watcher::Run() {
   if (options_.seconds) {
     queue.ArmTimer(Seconds(*options_.seconds), [this] { end_.Complete(); });
   }
+  if (options_.time_out) {
+    queue.ArmTimer(Seconds(*options_.time_out), [this] { GiveUp(); });
+  }
   Configure();
   Connect();
   platform_.loop.Wait(end_);
@@ -58,6 +61,12 @@ ExitStatus Watcher::Run() {
   if (options_.Motion()) Pause(kSettle);
   Disconnect();
   return Outcome();
+}
+
+void Watcher::GiveUp() {
+  if (drawn_.Count() > 0 || end_.IsDone()) return;
+  gave_up_ = true;
+  end_.Complete();
 }
 
 void Watcher::Configure() {
@@ -110,7 +119,9 @@ void Watcher::Note(const EventEntry& event, std::span<const EventArgument> argum
   if (event.name == "ConnectionFailed") failed_ = true;
   if (event.name == "ConnectionBroken") broken_at_ = drawn_.Count();
   if (options_.events && !options_.events->contains(event.name)) return;
-  output_ << ToLine(EventToJson(event, kControlName, arguments)) << std::endl;  // at once: others read along
+  output_ << ToLine(WithoutPasswords(EventToJson(event, kControlName, arguments)))
+          << std::endl;  // at once: others read along
+  if (!output_) end_.Complete();
 }
 
 void Watcher::Disconnect() {
@@ -126,12 +137,16 @@ void Watcher::Pause(EventQueue::Nanoseconds time) {
 ExitStatus Watcher::Outcome() {
   const std::string address = MaskedAddress(options_.url).Text();
   if (drawn_.Count() == 0) {
-    messages_ << "orbelcast: no picture from " << address << ": " << WhyNoPicture() << '\n';
+    messages_ << "orbelcast: no picture from " << address << ": " << WhyNoPicture();
+    if (gave_up_) messages_ << "; gave up after " << *options_.time_out << " s (--timeout S waits longer)";
+    messages_ << '\n';
     return kNoPictures;
   }
-  if (!options_.picture.empty() && !WriteLastPicture()) {
-    messages_ << "orbelcast: cannot write " << options_.picture.string() << ": " << WhyNotWritten() << '\n';
-    return kBadUsage;
+  if (!options_.picture.empty()) {
+    if (const std::string why = WriteLastPicture(); !why.empty()) {
+      messages_ << "orbelcast: cannot write " << options_.picture.string() << ": " << why << '\n';
+      return kBadUsage;
+    }
   }
   if (broken_at_ == drawn_.Count()) {
     messages_ << "orbelcast: the connection to " << address << " was broken at the end\n";
@@ -149,12 +164,12 @@ std::string Watcher::WhyNoPicture() const {
   if (told("(404)"))
     return "the server has nothing at this address (404); 'orbelcast info' lists its cameras' addresses";
   if (told("not found")) return "the camera server has no such camera; 'orbelcast info' lists those it has";
-  return status_;
+  return Shown(status_);
 }
 
-bool Watcher::WriteLastPicture() {
+std::string Watcher::WriteLastPicture() {
   if (options_.picture_as_sent || FormatOf(options_.picture) == PictureFormat::kJpeg) {
-    return ReplaceFile(options_.picture, drawn_.Newest().Bytes());
+    return WritePicture(options_.picture, drawn_.Newest().Bytes());
   }
   return WritePicture(options_.picture, viewer_->VideoStream.Image(), platform_.pictures);
 }

@@ -38,13 +38,15 @@ class Watcher {
   const VideoServerPush& Viewer() const { return *viewer_; }
 
  private:
+  void GiveUp();
   void Configure();
   void Connect();
   void AfterConnect();
   void Note(const EventEntry& event, std::span<const EventArgument> arguments);
   void Disconnect();
   void Pause(EventQueue::Nanoseconds time);
-  bool WriteLastPicture();
+  /// Why it could not be written; empty where it is.
+  std::string WriteLastPicture();
   ExitStatus Outcome();
   std::string WhyNoPicture() const;
 
@@ -59,9 +61,10 @@ class Watcher {
 
   Completion end_;  ///< It is time to end.
   bool connected_ = false;
-  bool failed_ = false;  ///< Connect has failed.
-  int broken_at_ = -1;   ///< How many pictures there were when the connection was last reported broken.
-  std::string status_;   ///< The last status text.
+  bool failed_ = false;   ///< Connect has failed.
+  bool gave_up_ = false;  ///< No first picture came in time.
+  int broken_at_ = -1;    ///< How many pictures there were when the connection was last reported broken.
+  std::string status_;    ///< The last status text.
 };
 
 }  // namespace orbelcast

@@ -3,8 +3,11 @@
 // player_window.h and viewer_window.h are the two windows, notice.h what both tell a person, server_dialog.h the
 // question for a server where none was named, player_options.h the command line.
 
+#include <fcntl.h>
+#include <unistd.h>
 #include <CLI/CLI.hpp>
 #include <QApplication>
+#include <QBuffer>
 #include <QIcon>
 #include <QTimer>
 #include <algorithm>
@@ -12,25 +15,55 @@
 #include <cstdlib>
 #include <iostream>
 #include <memory>
+#include <string>
+#include <vector>
 
+#include "adapters/posix/named_file.h"
 #include "assembly_qt/qt_platform.h"
 #include "platform/version.h"
 #include "player_options.h"
 #include "player_window.h"
+#include "program.h"
 #include "server_dialog.h"
+#include "stop_signals.h"
 #include "usage.h"
 #include "viewer_window.h"
 
 namespace {
 
-/// What the exit status tells beside 0, that all is well, and wrong usage: there is no display, or the screenshot could
-/// not be written.
+/// What the exit status tells beside 0, that all is well, and wrong usage: there is no display, or too few files may be
+/// opened, or the screenshot could not be written.
 constexpr int kFailed = 1;
 
 /// Without one Qt would end the program in its own, unfriendly way.
 bool HasDisplay() {
   constexpr std::array kVariables{"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
   return std::ranges::any_of(kVariables, [](const char* name) { return !qEnvironmentVariableIsEmpty(name); });
+}
+
+/// Files and sockets that the program needs beside its cameras' and its toolkit's; with fewer, both fail in ways of
+/// their own.
+constexpr int kLeastDescriptors = 64;
+
+/// Whether the process may open so many more.
+bool HasDescriptors() {
+  std::vector<int> opened;
+  for (int i = 0; i < kLeastDescriptors; ++i) {
+    const int descriptor = ::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 0);
+    if (descriptor < 0) break;
+    opened.push_back(descriptor);
+  }
+  for (const int descriptor : opened) ::close(descriptor);
+  return opened.size() == kLeastDescriptors;
+}
+
+/// What is wrong, for people; empty where the picture of the window is in the file.
+std::string SaveScreenshot(QWidget& window, const std::string& file) {
+  QByteArray png;
+  QBuffer buffer(&png);
+  if (!window.grab().save(&buffer, "PNG")) return "there is no memory for it";
+  return orbelcast::WriteNamedFile(
+      file, {reinterpret_cast<const std::uint8_t*>(png.constData()), static_cast<std::size_t>(png.size())});
 }
 
 std::unique_ptr<QMainWindow> MakeWindow(orbelcast::QtPlatform& platform, const orbelcast::PlayerOptions& options) {
@@ -42,10 +75,7 @@ std::unique_ptr<QMainWindow> MakeWindow(orbelcast::QtPlatform& platform, const o
   return window;
 }
 
-}  // namespace
-
-// NOLINTNEXTLINE(bugprone-exception-escape): what escapes is a lack of memory, which ends the program.
-int main(int argc, char** argv) {
+int Run(int argc, char** argv) {
   orbelcast::PlayerOptions options;
   CLI::App command(
       "Shows a camera server's cameras, or one camera, in a window. F11 fills the screen and Escape goes back, F5 "
@@ -74,6 +104,10 @@ int main(int argc, char** argv) {
            "'orbelcast snapshot' need none.\n";
     return kFailed;
   }
+  if (!HasDescriptors()) {
+    std::cerr << "orbelcast-player: it may open too few files and connections; raise the limit:  ulimit -n 1024\n";
+    return kFailed;
+  }
 
   QApplication application(argc, argv);
   QApplication::setOrganizationName(QStringLiteral("Orbelcast"));
@@ -91,19 +125,26 @@ int main(int argc, char** argv) {
   orbelcast::QtPlatform platform;
   const std::unique_ptr<QMainWindow> window = MakeWindow(platform, options);
   window->show();
-  bool screenshot_failed = false;
+  const orbelcast::StopSignals stop(platform.Get().loop.Queue(), [] { QApplication::quit(); });
+  std::string problem;
   if (options.quit_after) {
     QTimer::singleShot(static_cast<int>(*options.quit_after * 1000), window.get(), [&] {
-      if (!options.screenshot.empty()) {
-        screenshot_failed = !window->grab().save(QString::fromStdString(options.screenshot));
-      }
+      if (!options.screenshot.empty()) problem = SaveScreenshot(*window, options.screenshot);
       QApplication::quit();
     });
   }
   const int status = QApplication::exec();
-  if (screenshot_failed) {
-    std::cerr << "orbelcast-player: cannot write the screenshot to " << options.screenshot << '\n';
+  if (!problem.empty()) {
+    std::cerr << "orbelcast-player: cannot write the screenshot to " << options.screenshot << ": " << problem << '\n';
     return kFailed;
   }
   return status;
+}
+
+}  // namespace
+
+// NOLINTNEXTLINE(bugprone-exception-escape): what escapes is a lack of memory, which ends the program.
+int main(int argc, char** argv) {
+  orbelcast::SurviveFailedWrites();
+  return orbelcast::EndOutput("orbelcast-player", Run(argc, argv));
 }

@@ -7,8 +7,8 @@
 #include <cctype>
 #include <cstdio>
 
+#include "adapters/posix/named_file.h"
 #include "within.h"
-#include "writable_file.h"
 
 namespace orbelcast {
 

@@ -10,6 +10,7 @@
 #include "adapters/qt/control_widgets.h"
 #include "http_status.h"
 #include "player/user_control1.h"
+#include "shown_text.h"
 
 namespace orbelcast {
 
@@ -145,8 +146,8 @@ void PlayerWindow::TellOfDevice() {
     if (index >= 0) notice_->Dismiss();
   });
   // For whoever wrote the command line, too.
-  std::cerr << "orbelcast-player: there is no camera '" << device.toStdString() << "'; 'orbelcast info "
-            << place.toStdString() << "' lists the ids of those there are\n";
+  std::cerr << "orbelcast-player: there is no camera '" << Shown(device.toStdString()) << "'; 'orbelcast info "
+            << Shown(place.toStdString()) << "' lists the ids of those there are\n";
 }
 
 // As a person would, once: what was not asked for by an option.

@@ -38,10 +38,5 @@ constexpr bool IsControl(char letter) {
 constexpr bool HasControlCharacter(std::string_view text) {
   return std::ranges::any_of(text, IsControl);
 }
-/// The text with `with` in place of each control character.
-inline std::string WithoutControls(std::string text, char with = '?') {
-  std::ranges::replace_if(text, IsControl, with);
-  return text;
-}
 
 }  // namespace orbelcast

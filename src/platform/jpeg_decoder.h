@@ -8,8 +8,8 @@ namespace orbelcast {
 /// Draws JPEG pictures onto surfaces.
 ///
 /// The entropy-coded data of one frame (one `FrameBytes::Serial`) is decoded once, however many surfaces it is drawn
-/// on. A picture that ends early, cannot be read, or has more than Surface::kMaxPixels draws nothing: the call answers
-/// false and the surface keeps what it had.
+/// on. A picture that ends early, cannot be read, or has more than Surface::kMaxPixels draws nothing, and neither does
+/// a large one while the process has many pixels already: the call answers false and the surface keeps what it had.
 class JpegDecoder {
  public:
   virtual ~JpegDecoder() = default;

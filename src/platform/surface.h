@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -28,6 +29,9 @@ constexpr int BlueOf(Color color) {
   return (color >> 16) & 0xff;
 }
 
+/// Pixels in the memory of all surfaces of the process.
+inline std::atomic<std::int64_t> pixels_in_use = 0;
+
 /// Memory for pixels, which begin 16 bytes beside a 32-byte boundary.
 ///
 /// Vector code that finds its output aligned tends to write it past the processor's caches. A picture is read again at
@@ -44,10 +48,12 @@ struct PixelAllocator {
   explicit PixelAllocator(const PixelAllocator<U>&) {}
 
   T* allocate(std::size_t count) {
+    pixels_in_use += static_cast<std::int64_t>(count);
     void* memory = ::operator new(count * sizeof(T) + kBeside, kBoundary);
     return reinterpret_cast<T*>(static_cast<std::byte*>(memory) + kBeside);
   }
-  void deallocate(T* pixels, std::size_t) noexcept {
+  void deallocate(T* pixels, std::size_t count) noexcept {
+    pixels_in_use -= static_cast<std::int64_t>(count);
     ::operator delete(reinterpret_cast<std::byte*>(pixels) - kBeside, kBoundary);
   }
   friend bool operator==(const PixelAllocator&, const PixelAllocator&) { return true; }

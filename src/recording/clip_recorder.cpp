@@ -9,6 +9,8 @@ namespace orbelcast {
 namespace {
 
 constexpr const char* kTitle = "AVI Maker";
+/// Of a picture in a clip: one of 8K, 7680 × 4320, is as large as players take.
+constexpr std::int64_t kMaxPixels = 7680LL * 4320;
 /// What a BMP file has before its information header.
 constexpr std::size_t kFileHeaderBytes = 14;
 
@@ -111,11 +113,13 @@ bool ClipRecorder::LoadIntoConv(const ShownPicture& shown) {
 }
 
 bool ClipRecorder::LoadIntoConv(const FrameBytes& jpeg) {
-  // Its size is known once it was drawn somewhere; it is decoded once all the same.
+  // Its size is known once it was drawn somewhere, which costs least where it is smallest.
   JpegDecoder& decoder = platform_.jpeg_decoder;
   Surface anywhere(1, 1);
-  return decoder.DrawJpeg(anywhere, jpeg, 0, 0) &&
-         decoder.DrawJpeg(SizeConv(decoder.JpegWidth(), decoder.JpegHeight()), jpeg, 0, 0);
+  if (!decoder.DrawJpeg(anywhere, jpeg, 1, 1)) return false;
+  const int width = decoder.JpegWidth();
+  const int height = decoder.JpegHeight();
+  return std::int64_t{width} * height <= kMaxPixels && decoder.DrawJpeg(SizeConv(width, height), jpeg, 0, 0);
 }
 
 Surface& ClipRecorder::SizeConv(int width, int height) {

@@ -18,7 +18,8 @@ using ShownPicture = std::variant<FrameBytes, const Surface*>;
 /// Deletes a file; a folder or a device of that name stays, and no error where there is none.
 void DeleteFile(const std::string& path);
 
-/// Makes `path` a file of exactly these bytes. Where that cannot be done no file is left and the answer is false.
+/// Makes `path` a file of exactly these bytes. Where that cannot be done no file is left and the answer is false; a
+/// pipe is refused.
 bool WriteFile(const std::string& path, std::span<const std::uint8_t> bytes);
 
 /// The picture as a BMP file's bytes, 24 bits a pixel, rows from the bottom; an empty picture gives none.

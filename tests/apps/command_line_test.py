@@ -249,6 +249,25 @@ class CommandLineTest(unittest.TestCase):
                     self.assertIn("--help'.\n", done.stderr)
         self.assertFalse((self.folder / "none.jpg").exists())
 
+    def test_output_that_cannot_be_written_is_told(self):
+        server = self.server()
+        camera = f"http://{server}/live/1"
+        for words in (("info", server), ("doctor", server, "--seconds", "0.1"), ("watch", camera),
+                      ("snapshot", camera, self.folder / "a.jpg", "--json"), ("--version",),
+                      ("record", camera, self.folder / "a.avi", "--frames", "1"),
+                      ("mosaic", camera, "--output", self.folder / "a.png"), ("script", self.file("s", "print x\n"))):
+            with self.subTest(words=words), open("/dev/full", "w") as full:
+                done = subprocess.run([ORBELCAST, *map(str, words)], stdout=full, stderr=subprocess.PIPE, text=True,
+                                      timeout=TIMEOUT, env=ENVIRONMENT)
+                self.assertNotEqual(done.returncode, 0)
+                self.assertIn("cannot write to standard output", done.stderr)
+        with subprocess.Popen([ORBELCAST, "watch", camera], stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                              text=True, env=ENVIRONMENT) as watch:
+            watch.stdout.readline()
+            watch.stdout.close()
+            self.assertIn("cannot write to standard output", watch.stderr.read())
+            self.assertNotEqual(watch.wait(TIMEOUT), 0)
+
     def test_every_program_tells_its_version_and_its_options(self):
         for program in (ORBELCAST, SERVER, *PLAYER):
             version, options = run("--version", program=program), run("--help", program=program)
@@ -275,6 +294,11 @@ class CommandLineTest(unittest.TestCase):
         no_display = run("127.0.0.1:1", program=PLAYER[0], DISPLAY="", WAYLAND_DISPLAY="", QT_QPA_PLATFORM="")
         self.assertEqual(no_display.returncode, 1)
         self.assertIn("there is no display", no_display.stderr)
+
+        done = subprocess.run(["bash", "-c", 'ulimit -n 32; exec "$0" 127.0.0.1:1', PLAYER[0]], capture_output=True,
+                              text=True, timeout=TIMEOUT, env={**ENVIRONMENT, "QT_QPA_PLATFORM": "offscreen"})
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("ulimit -n", done.stderr)
 
         server, login = self.guarded()
         unknown = play(server, "--credentials", login, "--device", "garden", "--quit-after", "1")

@@ -4,6 +4,8 @@
 import json
 import os
 import pathlib
+import re
+import resource
 import signal
 import socket
 import subprocess
@@ -21,9 +23,9 @@ PICTURES = HERE.parent / "scripts/pictures"
 LOGIN = dict(ORBELCAST_USER="ann", ORBELCAST_PASSWORD="s3cret")
 
 
-def orbelcast(*words, **environment):
+def orbelcast(*words, preexec_fn=None, **environment):
     done = subprocess.run([ORBELCAST, *map(str, words)], capture_output=True, text=True, timeout=TIMEOUT,
-                          env={**os.environ, **environment})
+                          env={**os.environ, **environment}, preexec_fn=preexec_fn)
     assert "s3cret" not in done.stdout + done.stderr, done
     return done
 
@@ -69,6 +71,12 @@ class Commands(unittest.TestCase):
     def live(self, camera, server=None):
         return f"http://{self.address(server or self.server)}/live/{camera}"
 
+    def silent(self):
+        """The HOST:PORT of a server that accepts and never says a word."""
+        listener = socket.create_server(("127.0.0.1", 0))
+        self.addCleanup(listener.close)
+        return "127.0.0.1:%d" % listener.getsockname()[1]
+
     def left(self):
         return sorted(file.name for file in self.folder.iterdir())
 
@@ -108,23 +116,37 @@ class Info(Commands):
             self.assertIn("were left out", done.stdout + done.stderr)
 
 
+    def test_a_password_in_an_address_is_printed_by_nothing(self):
+        for login in ("ann:s3cret", "ann:%733cret/?x", "x?user=ann&pwd=s3cret"):
+            for words in (["watch", f"http://{self.dead}/live/1/{login}", "--once"],
+                          ["doctor", f"{self.dead}/live/1/{login}", "--json"],
+                          ["mosaic", f"http://{self.dead}/live/1/{login}", "--output", self.folder / "a.png"]):
+                done = orbelcast(*words)
+                self.assertEqual(done.returncode, 1)
+                self.assertIn("***", done.stdout + done.stderr)
+                self.assertNotIn("%733cret", done.stdout + done.stderr)
+
+
 class Snapshot(Commands):
     def test_success_is_byte_for_byte_what_the_server_sent(self):
         file = self.folder / "now.jpg"
         file.write_bytes(b"x" * 5000)
-        self.assertEqual(orbelcast("snapshot", self.live(2), file).returncode, 0)
+        (self.folder / "link.jpg").symlink_to(file)
+        self.assertEqual(orbelcast("snapshot", self.live(2), self.folder / "link.jpg").returncode, 0)
         self.assertEqual(file.read_bytes(), (PICTURES / "2_moved.jpg").read_bytes())
+        self.assertEqual(self.left(), ["link.jpg", "now.jpg"])
 
     def test_failure_is_told_and_leaves_everything_as_it_was(self):
         file = self.folder / "now.jpg"
         file.write_text("old")
+        os.mkfifo(self.folder / "pipe.jpg")
         for url, name, status in ((f"http://{self.dead}/", file, 1), (self.live(99), file, 1),
                                   (self.live(1, self.guarded), file, 1), (self.live(1), self.folder / "no/now.jpg", 2),
-                                  (self.live(1), self.folder, 2)):
+                                  (self.live(1), self.folder, 2), (self.live(1), self.folder / "pipe.jpg", 2)):
             done = orbelcast("snapshot", url, name)
             self.assertEqual(done.returncode, status, done)
             self.assertIn("orbelcast: ", done.stderr)
-        self.assertEqual((self.left(), file.read_text()), (["now.jpg"], "old"))
+        self.assertEqual((self.left(), file.read_text()), (["now.jpg", "pipe.jpg"], "old"))
 
 
 class Mosaic(Commands):
@@ -172,15 +194,42 @@ class Record(Commands):
             self.assertEqual(orbelcast("record", url, self.folder / "none.avi").returncode, 1)
         self.assertEqual(self.left(), [])
 
-    def test_ctrl_c_ends_a_clip_that_plays(self):
-        for words in (["record", self.live(1)], ["mosaic", self.live(1), self.live(2), "--record"]):
+    def test_it_ends_where_no_picture_comes_and_says_why(self):
+        silent = f"http://{self.silent()}/"
+        for words in (["record", silent, self.folder / "none.avi", "--seconds", "0.2"],
+                      ["record", silent, self.folder / "none.avi", "--timeout", "0.2", "--auto-reconnect"],
+                      ["watch", silent, "--frames", "2", "--timeout", "0.2", "--events", "none"]):
+            done = orbelcast(*words)
+            self.assertEqual(done.returncode, 1)
+            self.assertIn("gave up after 0.2 s", done.stderr)
+        self.assertEqual(self.left(), [])
+
+    def test_the_old_clip_stays_until_the_new_one_is_finished(self):
+        clip = self.folder / "yard.avi"
+        clip.write_text("old")
+        clip.chmod(0o640)
+        too_large = ("record", self.live(1), clip, "--overwrite", "--codec", "uncompressed", "--frame-rate", "30")
+        done = orbelcast(*too_large, preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (300_000, 300_000)))
+        self.assertEqual((done.returncode, clip.read_text()), (2, "old"), done)
+        new = re.search(r"the new one is (\S+)", done.stderr)[1]
+        self.assertGreater(probe(new)["nb_read_frames"], 1)
+        self.assertEqual(orbelcast(*too_large, "--frames", "2").returncode, 0)
+        self.assertEqual(probe(clip)["nb_read_frames"], 2)
+        self.assertEqual(clip.stat().st_mode & 0o777, 0o640)
+
+    def test_a_signal_ends_a_clip_that_plays(self):
+        # The mosaic's first camera never answers: that holds up neither the others nor the end.
+        for end, words in ((signal.SIGHUP, ["record", self.live(1)]),
+                           (signal.SIGINT, ["mosaic", f"http://{self.silent()}/", self.live(2), "--record"])):
             clip = self.folder / (words[0] + ".avi")
             run = subprocess.Popen([ORBELCAST, *words, clip], stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
                                    preexec_fn=end_with_parent)
             self.wait_for_bytes(clip, run)
             time.sleep(2.5)
-            run.send_signal(signal.SIGINT)
+            run.send_signal(end)
+            ended = time.monotonic()
             output, messages = run.communicate(timeout=TIMEOUT)
+            self.assertLess(time.monotonic() - ended, 3)
             self.assertEqual(run.returncode, 0, messages)
             self.assertRegex(output + messages, words[0] + r"\.avi: [\d.]+ s, \d+ pictures?, ")
             self.assertGreaterEqual(probe(clip)["nb_read_frames"], 1)

@@ -13,7 +13,6 @@
 #include "viewer/interface.h"
 #include "viewer/video_server_push.h"
 #include "words.h"
-#include "writable_file.h"
 
 namespace orbelcast {
 
@@ -111,7 +110,7 @@ ScriptHost::~ScriptHost() {
 }
 
 bool ScriptHost::Run() {
-  while (const auto line = lines_.Next()) CarryOut(*line);
+  for (auto line = lines_.Next(); line && output_; line = lines_.Next()) CarryOut(*line);
   return !wrong_;
 }
 
@@ -471,9 +470,9 @@ void ScriptHost::Write(const Surface& picture, const std::string& file) {
   if (format != PictureFormat::kBmp && format != PictureFormat::kPng) {
     throw ScriptError("a picture's file name ends in .bmp or .png, '" + file + "' does not");
   }
-  if (WritePicture(file, picture, server_.GetPlatform().pictures)) return;
-  const std::string why = WhyUnwritable(file);
-  throw ScriptError("cannot write " + file + (why.empty() ? "" : ": " + why));
+  if (const std::string why = WritePicture(file, picture, server_.GetPlatform().pictures); !why.empty()) {
+    throw ScriptError("cannot write " + file + ": " + why);
+  }
 }
 
 void ScriptHost::Close(Words words) {

@@ -33,8 +33,8 @@ bool CannotReserve(int error) {
 }  // namespace
 
 ClipFile::ClipFile(std::string path) : path_(std::move(path)) {
-  // A pipe or a terminal is not waited for, but refused.
-  descriptor_ = ::open(path_.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, 0666);
+  // A pipe or a terminal is not waited for, but refused; so is a link, which others may have put there meanwhile.
+  descriptor_ = ::open(path_.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK, 0666);
   struct stat status {};
   if (IsOpen() && (::fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode))) {
     ::close(descriptor_);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <numeric>
 
 namespace orbelcast {
 
@@ -24,17 +25,37 @@ constexpr std::uint8_t kHuffmanTables = 0xc4;
 constexpr std::uint8_t kQuantizationTables = 0xdb;
 constexpr std::uint8_t kStartOfScan = 0xda;
 
-/// Whether the picture brings tables of its own. Those of the last picture would serve one that does not.
-bool BringsTables(std::span<const std::uint8_t> bytes) {
-  bool huffman = false;
-  bool quantization = false;
-  std::size_t at = 2;
-  while (at + 4 <= bytes.size() && bytes[at] == kMarker && bytes[at + 1] != kStartOfScan) {
-    huffman |= bytes[at + 1] == kHuffmanTables;
-    quantization |= bytes[at + 1] == kQuantizationTables;
-    at += 2 + (std::size_t{bytes[at + 2]} << 8 | bytes[at + 3]);
+/// The bytes of a segment's tables; a bit for each of them is set in `found`. False where it is not made of tables.
+bool ReadTables(std::span<const std::uint8_t> segment, std::uint8_t kind, std::uint32_t& found) {
+  constexpr std::size_t kLengths = 16;
+  constexpr std::size_t kCoefficients = 64;
+  while (!segment.empty()) {
+    const unsigned head = segment[0];
+    const bool huffman = kind == kHuffmanTables;
+    std::size_t size = 1 + (huffman ? kLengths : kCoefficients * ((head >> 4) + 1));
+    if (size > segment.size() || (head >> 4) > 1 || (head & 0xf) > 3) return false;
+    if (huffman) size += std::accumulate(&segment[1], &segment[1] + kLengths, std::size_t{0});
+    if (size > segment.size()) return false;
+    const unsigned place = huffman ? 4 + ((head >> 4) * 4) : 0;
+    found |= 1U << (place + (head & 0xf));
+    segment = segment.subspan(size);
   }
-  return huffman && quantization;
+  return true;
+}
+
+/// The tables that the picture brings before its first scan, a bit each; nothing where that cannot be told.
+std::optional<std::uint32_t> TablesOf(std::span<const std::uint8_t> bytes) {
+  std::uint32_t found = 0;
+  for (std::size_t at = 2; at + 4 <= bytes.size() && bytes[at] == kMarker;) {
+    const std::uint8_t kind = bytes[at + 1];
+    if (kind == kStartOfScan) return found;
+    const std::size_t size = std::size_t{bytes[at + 2]} << 8 | bytes[at + 3];
+    if (size < 2 || at + 2 + size > bytes.size()) return std::nullopt;
+    const bool tables = kind == kHuffmanTables || kind == kQuantizationTables;
+    if (tables && !ReadTables(bytes.subspan(at + 4, size - 2), kind, found)) return std::nullopt;
+    at += 2 + size;
+  }
+  return std::nullopt;
 }
 
 /// Warnings that mean that a part of the picture is not what was sent. Others are about things that do not show, such
@@ -69,7 +90,7 @@ void CmykToPixels(std::span<std::uint32_t> pixels, bool inverted) {
 }  // namespace
 
 JpegCodec::JpegCodec() {
-  decompress_.err = jpeg_std_error(&errors_);
+  jpeg_std_error(&errors_);
   errors_.error_exit = Fail;
   errors_.emit_message = OnMessage;
   errors_.output_message = [](j_common_ptr) {};
@@ -82,10 +103,14 @@ JpegCodec::~JpegCodec() {
 }
 
 void JpegCodec::Create() {
-  decompress_.client_data = this;    // Kept by the creation, whose failure goes by it.
+  created_ = false;
+  // Creating keeps both of these; what fails in it finds its way out by them.
+  decompress_.err = &errors_;
+  decompress_.client_data = this;
   if (setjmp(failed_) != 0) return;  // NOLINT(cert-err52-cpp): libjpeg's way to fail.
   jpeg_create_decompress(&decompress_);
   decompress_.progress = &progress_;
+  created_ = true;
 }
 
 void JpegCodec::Fail(j_common_ptr common) {
@@ -103,16 +128,20 @@ void JpegCodec::OnProgress(j_common_ptr common) {
 
 bool JpegCodec::Begin(std::span<const std::uint8_t> bytes) {
   if (bytes.size() < 4 || bytes[0] != kMarker || bytes[1] != kStartOfImage) return false;
-  if (!BringsTables(bytes) || decompress_.mem == nullptr) {
+  const auto tables = TablesOf(bytes);
+  if (!tables || tables != tables_) {
     jpeg_destroy_decompress(&decompress_);
     Create();
   }
-  if (decompress_.mem == nullptr) return false;  // There was no memory for it.
-  if (setjmp(failed_) != 0) return Abandon();    // NOLINT(cert-err52-cpp)
+  if (!created_) return false;
+  tables_.reset();
+  brought_.reset();
+  if (setjmp(failed_) != 0) return Abandon();  // NOLINT(cert-err52-cpp)
   jpeg_mem_src(&decompress_, bytes.data(), static_cast<unsigned long>(bytes.size()));
   if (jpeg_read_header(&decompress_, TRUE) != JPEG_HEADER_OK) return Abandon();
   const auto pixels = static_cast<std::int64_t>(decompress_.image_width) * decompress_.image_height;
   if (pixels <= 0 || pixels > Surface::kMaxPixels) return Abandon();
+  if (jpeg_has_multiple_scans(&decompress_) == FALSE) brought_ = tables;
   max_scans_ =
       static_cast<int>(std::clamp<std::int64_t>(Surface::kMaxPixels * kUsualScans / pixels, kUsualScans, kMaxScans));
   return true;
@@ -142,6 +171,7 @@ bool JpegCodec::Finish(Surface& target, unsigned eighths, const RowsDone& rows_d
   }
   const bool adobe = decompress_.saw_Adobe_marker != FALSE;
   jpeg_finish_decompress(&decompress_);
+  tables_ = brought_;
   if (cmyk) CmykToPixels(pixels, adobe);
   return true;
 }

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <functional>
+#include <optional>
 #include <span>
 
 #include <jpeglib.h>
@@ -14,6 +15,10 @@
 namespace orbelcast {
 
 /// libjpeg's decompressor, kept from picture to picture so that its memory is too.
+///
+/// It also keeps a picture's tables. One that brings others than the last picture did, or whose tables cannot be told
+/// beforehand, gets a fresh decompressor: no picture is decoded with another one's tables. Where it brings no Huffman
+/// tables at all, as Motion JPEG may, those of the standard serve.
 ///
 /// `Begin`, then `Finish` or `Abandon`. What it is given is not trusted: pictures are bounded in size and in scans, and
 /// a picture that does not decode without a sign of damage is refused as a whole.
@@ -49,7 +54,10 @@ class JpegCodec {
   jpeg_error_mgr errors_{};
   jpeg_progress_mgr progress_{};
   std::jmp_buf failed_{};
+  bool created_ = false;  ///< Else there was no memory for it.
   int max_scans_ = 0;
+  std::optional<std::uint32_t> tables_;  ///< Those that the decompressor holds, a bit each; none where that is unknown.
+  std::optional<std::uint32_t> brought_;  ///< Those of the picture that is being read.
 };
 
 }  // namespace orbelcast

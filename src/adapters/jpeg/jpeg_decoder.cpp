@@ -29,6 +29,16 @@ constexpr std::int64_t kMaxThumbnailPixels = 256 * 256;
 /// Rows of it that are made at once, while the picture's rows that they take are still in the cache.
 constexpr int kThumbnailRows = 8;
 
+/// Pixels that all surfaces of the process may have together, for one more picture to be decoded: the largest one is
+/// shown, kept at its own size, and decoded anew.
+constexpr std::int64_t kMaxPixelsInUse = 3LL * 64 * 1024 * 1024;
+/// A picture of an ordinary camera, 3840 × 2160, is decoded all the same: those that are large keep out no others.
+constexpr std::int64_t kMaxOrdinaryPixels = 3840LL * 2160;
+
+bool HasRoom(std::int64_t pixels) {
+  return pixels <= kMaxOrdinaryPixels || pixels_in_use + pixels <= kMaxPixelsInUse;
+}
+
 int ScaledSize(int size, unsigned eighths) {
   return (size * static_cast<int>(eighths) + 7) / 8;
 }
@@ -75,6 +85,7 @@ bool TurboJpegDecoder::Decode(Surface& target, const FrameBytes& jpeg, Rectangle
                     target.Width() == width && target.Height() == height;
   serial_ = 0;
   BeginThumbnail();
+  if (!HasRoom(std::int64_t{width} * height)) return codec_.Abandon();
   Surface growing = pool_.Take(width, height);
   if (growing.Empty() || !DecodeInto(growing, eighths)) {
     codec_.Abandon();

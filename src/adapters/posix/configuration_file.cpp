@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <fstream>
 #include <iostream>
 #include <string_view>
 #include <utility>
 
+#include "adapters/posix/named_file.h"
 #include "platform/ascii.h"
+#include "platform/visible_text.h"
 
 namespace orbelcast {
 
@@ -43,25 +44,20 @@ bool IsHost(std::string_view text) {
 // What was written goes back to a terminal.
 std::string Printable(std::string_view text) {
   constexpr std::size_t kEnough = 60;
-  return "'" + WithoutControls(std::string(text.substr(0, kEnough))) + (text.size() > kEnough ? "…'" : "'");
+  return "'" + WithoutControls(text.substr(0, kEnough)) + (text.size() > kEnough ? "…'" : "'");
 }
 
 class Loader {
  public:
   void ReadFile(const std::string& path, bool must_exist) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
-      if (must_exist) Report(path + ": cannot be read (" + kFileVariable + " names it)");
-      return;
+    const FileContent file = ReadNamedFile(path, kMaxFileBytes);
+    if (file.missing && !must_exist) return;
+    if (!file.problem.empty()) {
+      Report(path + ": cannot be read: " + file.problem +
+             (must_exist ? std::string(" (") + kFileVariable + " names it)" : ""));
+    } else {
+      ReadLines(path, file.text);
     }
-    std::string text(kMaxFileBytes + 1, '\0');
-    file.read(text.data(), static_cast<std::streamsize>(text.size()));
-    text.resize(static_cast<std::size_t>(std::max<std::streamsize>(file.gcount(), 0)));
-    if (text.size() > kMaxFileBytes) {
-      Report(path + ": is no configuration file: it is larger than 64 KiB");
-      return;
-    }
-    ReadLines(path, text);
   }
 
   void Set(const Setting& setting, std::string_view value, const std::string& where) {

@@ -7,10 +7,8 @@
 
 #include <cerrno>
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <iterator>
 #include <nlohmann/json.hpp>
@@ -18,6 +16,8 @@
 #include <thread>
 
 #include "adapters/posix/configuration_file.h"
+#include "adapters/posix/descriptor.h"
+#include "adapters/posix/named_file.h"
 
 namespace orbelcast {
 
@@ -30,7 +30,7 @@ using Json = nlohmann::ordered_json;
 constexpr std::chrono::milliseconds kLockPatience{2000};
 constexpr std::chrono::milliseconds kLockPause{2};
 /// Settings of a user are a few kilobytes; a file beyond this was not written here.
-constexpr std::uintmax_t kLargestFile = 16u * 1024 * 1024;
+constexpr std::size_t kLargestFile = 16u * 1024 * 1024;
 constexpr int kMostDamagedKept = 100;  ///< Copies of damaged files; then the newest stays where it is.
 constexpr mode_t kFolderMode = 0700;
 constexpr mode_t kFileMode = 0600;
@@ -55,27 +55,11 @@ std::string DefaultPath() {
   return settings + "/orbelcast/registry.json";
 }
 
-/// An open file, closed at its end.
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() {
-    if (number_ >= 0) ::close(number_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int Number() const { return number_; }
-  bool IsOpen() const { return number_ >= 0; }
-
- private:
-  const int number_;
-};
-
 /// The right to change the file, for as long as it lives. The lock file itself stays.
 class Lock {
  public:
   explicit Lock(const std::string& path)
-      : file_(::open((path + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kFileMode)) {
+      : file_(::open((path + ".lock").c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, kFileMode)) {
     const auto end = std::chrono::steady_clock::now() + kLockPatience;
     while (file_.IsOpen() && !(held_ = ::flock(file_.Number(), LOCK_EX | LOCK_NB) == 0)) {
       if ((errno != EWOULDBLOCK && errno != EINTR) || std::chrono::steady_clock::now() >= end) return;
@@ -107,17 +91,12 @@ bool HasForm(const Json& registry) {
 
 Finding Read(const std::string& path, Json& registry) {
   registry = Json::object();
-  std::error_code error;
-  if (!std::filesystem::exists(path, error)) return error ? Finding::kUnreadable : Finding::kMissing;
-  std::ifstream file(path, std::ios::binary);
-  if (!file) return Finding::kUnreadable;
-  const std::uintmax_t size = std::filesystem::file_size(path, error);
-  if (error) return Finding::kUnreadable;
-  if (size > kLargestFile) return Finding::kDamaged;
-  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  if (file.bad()) return Finding::kUnreadable;
-  if (text.empty()) return Finding::kMissing;  // A name that somebody reserved.
-  Json read = Json::parse(text, nullptr, /*allow_exceptions=*/false);
+  const FileContent content = ReadNamedFile(path, kLargestFile);
+  if (content.missing) return Finding::kMissing;
+  if (content.too_large) return Finding::kDamaged;
+  if (!content.problem.empty()) return Finding::kUnreadable;
+  if (content.text.empty()) return Finding::kMissing;  // A name that somebody reserved.
+  Json read = Json::parse(content.text, nullptr, /*allow_exceptions=*/false);
   if (!HasForm(read)) return Finding::kDamaged;
   registry = std::move(read);
   return Finding::kGood;
@@ -140,35 +119,9 @@ bool KeepDamagedAside(const std::string& path) {
   return false;
 }
 
-bool WriteAll(int file, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t written = ::write(file, bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return true;
-}
-
-bool WriteNew(const std::string& path, std::string_view bytes) {
-  const Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kFileMode));
-  return file.IsOpen() && WriteAll(file.Number(), bytes) && ::fsync(file.Number()) == 0;
-}
-
-void SyncFolder(const std::filesystem::path& folder) {
-  const Descriptor opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (opened.IsOpen()) ::fsync(opened.Number());
-}
-
 bool Replace(const std::string& path, const Json& registry) {
   const std::string text = registry.dump(2) + '\n';
-  const std::string beside = path + ".new";
-  if (!WriteNew(beside, text) || ::rename(beside.c_str(), path.c_str()) != 0) {
-    ::unlink(beside.c_str());
-    return false;
-  }
-  SyncFolder(std::filesystem::path(path).parent_path());
-  return true;
+  return WriteNamedFile(path, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}, kFileMode).empty();
 }
 
 /// The file itself where the name is a link to it, so that the link survives a replacement.

@@ -12,12 +12,12 @@ namespace orbelcast {
 ///     {"HKEY_LOCAL_MACHINE": {"Software\\Name": {"FPS": "7"}}}
 ///
 /// Any number of processes may use one file. It is read anew at each call. A change is made under a lock (the file
-/// NAME.lock beside it, flock(2)) on what the file holds then, and replaces the file as a whole (written beside as
-/// NAME.new, synced, renamed), so no process loses another's values and a crash leaves the old file or the new one.
+/// NAME.lock beside it, flock(2)) on what the file holds then, and replaces the file as a whole (named_file.h), so no
+/// process loses another's values and a crash leaves the old file or the new one.
 ///
 /// A file that cannot be understood is kept aside as NAME.damaged, or NAME.damaged.2 and so on, and reported on
-/// standard error; the registry begins anew. Where the file, its folder or the lock cannot be had, reading finds
-/// nothing and writing answers false. Texts that are not UTF-8 are refused.
+/// standard error; the registry begins anew. Where the file, its folder or the lock cannot be had, or something else
+/// than a file has its name, reading finds nothing and writing answers false. Texts that are not UTF-8 are refused.
 class FileRegistry final : public Registry {
  public:
   /// The user's registry: the file that the environment variable ORBELCAST_REGISTRY names, else orbelcast/registry.json

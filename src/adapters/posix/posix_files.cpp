@@ -1,10 +1,13 @@
 #include "adapters/posix/posix_files.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <initializer_list>
 #include <optional>
+#include <string>
 #include <system_error>
 
 #include "adapters/posix/configuration_file.h"
@@ -14,16 +17,22 @@ namespace orbelcast {
 namespace {
 
 constexpr mode_t kForThisUserAlone = 0700;
+/// A folder that nothing can be written to, whoever tries.
+constexpr const char* kNowhere = "/dev/null/";
 
 std::string WithSeparator(std::string directory) {
   if (directory.back() != '/') directory += '/';
   return directory;
 }
 
-std::string UserDataFolder() {
-  if (auto folder = ProcessEnvironment("XDG_DATA_HOME"); folder && folder->front() == '/')
-    return WithSeparator(*folder);
-  return WithSeparator(ProcessEnvironment("HOME").value_or("/")) + ".local/share/";
+/// Whether the folder is this user's, and takes files; makes it where it is missing.
+bool MakeFolder(const std::string& folder) {
+  std::error_code ignored;
+  std::filesystem::create_directories(std::filesystem::path(folder).parent_path().parent_path(), ignored);
+  ::mkdir(folder.c_str(), kForThisUserAlone);
+  struct stat about {};
+  return ::stat(folder.c_str(), &about) == 0 && S_ISDIR(about.st_mode) && about.st_uid == ::geteuid() &&
+         ::access(folder.c_str(), W_OK | X_OK) == 0;
 }
 
 }  // namespace
@@ -36,12 +45,21 @@ std::string PosixFiles::TemporaryDirectory() const {
 }
 
 std::string PosixFiles::ModuleFolder() const {
-  std::string folder =
-      WithSeparator(ProcessEnvironment("ORBELCAST_MODULE_FOLDER").value_or(UserDataFolder() + "orbelcast"));
+  if (const auto named = ProcessEnvironment("ORBELCAST_MODULE_FOLDER")) {
+    std::string folder = WithSeparator(*named);
+    if (MakeFolder(folder)) return folder;
+  }
+  if (own_folder_.empty()) {
+    std::string folder = TemporaryDirectory() + "orbelcast-XXXXXX";
+    if (::mkdtemp(folder.data()) == nullptr) return kNowhere;
+    own_folder_ = WithSeparator(folder);
+  }
+  return own_folder_;
+}
+
+PosixFiles::~PosixFiles() {
   std::error_code ignored;
-  std::filesystem::create_directories(std::filesystem::path(folder).parent_path().parent_path(), ignored);
-  ::mkdir(folder.c_str(), kForThisUserAlone);
-  return folder;
+  if (!own_folder_.empty()) std::filesystem::remove_all(own_folder_, ignored);
 }
 
 }  // namespace orbelcast

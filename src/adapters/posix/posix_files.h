@@ -9,11 +9,22 @@ namespace orbelcast {
 /// The file system of a POSIX machine.
 class PosixFiles final : public Files {
  public:
+  PosixFiles() = default;
+  /// Removes the module folder that it made.
+  ~PosixFiles() override;
+  PosixFiles(const PosixFiles&) = delete;
+  PosixFiles& operator=(const PosixFiles&) = delete;
+
   /// The environment variable "temp", else "TMPDIR", else "/tmp"; with a slash at its end.
   std::string TemporaryDirectory() const override;
-  /// The environment variable "ORBELCAST_MODULE_FOLDER", else "orbelcast" in the user's data folder. Where it cannot be
-  /// made, what is written there fails.
+  /// The folder that the environment variable "ORBELCAST_MODULE_FOLDER" names, where it is this user's and can be
+  /// written to: what another one left there must not be taken for a picture. Otherwise a new folder below the
+  /// temporary directory, so that no two programs mix up their pictures; it is made when it is first asked for. Where
+  /// that cannot be, what is written there fails.
   std::string ModuleFolder() const override;
+
+ private:
+  mutable std::string own_folder_;
 };
 
 }  // namespace orbelcast

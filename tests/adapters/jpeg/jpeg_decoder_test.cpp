@@ -195,7 +195,15 @@ TEST_F(JpegDecoderTest, DamagedPicturesLeaveTheSurfaceAsItWas) {
       break;
     }
   }
-  const std::pair<const char*, std::vector<std::uint8_t>> files[] = {{"ends in the middle", cut(good.size() / 2)},
+  // Its first quantization table under another number: the one that it goes by would be that of a picture before.
+  auto without_table = good;
+  for (std::size_t i = 0; i + 4 < good.size(); ++i) {
+    if (good[i] == 0xff && good[i + 1] == 0xdb && good[i + 4] == 0) without_table[i + 4] = 3;
+  }
+  Surface shown(320, 240);
+  ASSERT_TRUE(decoder.DrawJpeg(shown, Frame(good), 320, 240));
+  const std::pair<const char*, std::vector<std::uint8_t>> files[] = {{"without a table of its own", without_table},
+                                                                     {"ends in the middle", cut(good.size() / 2)},
                                                                      {"ends in the header", cut(100)},
                                                                      {"no end marker", cut(good.size() - 30)},
                                                                      {"garbage", std::vector<std::uint8_t>(5000, 0x5a)},
@@ -213,6 +221,18 @@ TEST_F(JpegDecoderTest, DamagedPicturesLeaveTheSurfaceAsItWas) {
   Surface target(320, 240);
   EXPECT_TRUE(decoder.DrawJpeg(target, Frame(good), 320, 240));
   EXPECT_EQ(decoder.JpegWidth(), 320);
+}
+
+TEST_F(JpegDecoderTest, LargePicturesHaveALimitTogetherAndKeepOutNoOrdinaryOne) {
+  const FrameBytes large = Frame(Encode({"grey", JCS_GRAYSCALE, 1, 1}, 4000, 2100));
+  const FrameBytes ordinary = Frame(Encode({"grey", JCS_GRAYSCALE, 1, 1}, 400, 210));
+  Surface target(4000, 2100);
+  const std::int64_t others = 3 * Surface::kMaxPixels - pixels_in_use - 4000 * 2100 + 1;
+  pixels_in_use += others;
+  EXPECT_FALSE(decoder.DrawJpeg(target, large, 0, 0));
+  EXPECT_TRUE(decoder.DrawJpeg(target, ordinary, 0, 0));
+  pixels_in_use -= others;
+  EXPECT_TRUE(decoder.DrawJpeg(target, large, 0, 0));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -140,19 +141,15 @@ TEST_F(FileRegistryTest, ADamagedFileIsKeptAsideAndReported) {
 
 TEST_F(FileRegistryTest, WhatCannotBeWrittenAnswersFalse) {
   std::ofstream(folder_ + "/file") << "not a folder";
-  FileRegistry registry(folder_ + "/file/registry.json");
-  EXPECT_FALSE(registry.SetValue(kHive, kKey, "FPS", "7"));
-  EXPECT_FALSE(registry.DeleteKey(kHive, kKey));
-  EXPECT_FALSE(registry.Values(kHive, kKey));
-}
-
-TEST_F(FileRegistryTest, ALinkToTheFileStaysOne) {
-  ASSERT_TRUE(FileRegistry(path_).SetValue(kHive, kKey, "FPS", "7"));
-  const std::string link = folder_ + "/link.json";
-  std::filesystem::create_symlink(path_, link);
-  EXPECT_TRUE(FileRegistry(link).SetValue(kHive, kKey, "FPS", "8"));
-  EXPECT_TRUE(std::filesystem::is_symlink(link));
-  EXPECT_EQ(Text("FPS"), "8");
+  ::mkfifo((folder_ + "/pipe").c_str(), 0600);
+  std::filesystem::create_symlink(folder_ + "/elsewhere", folder_ + "/locked.lock");
+  for (const std::string name : {"/file/registry.json", "/pipe", "", "/locked"}) {
+    FileRegistry registry(folder_ + name);
+    EXPECT_FALSE(registry.SetValue(kHive, kKey, "FPS", "7")) << name;
+    EXPECT_FALSE(registry.DeleteKey(kHive, kKey));
+    EXPECT_FALSE(registry.Values(kHive, kKey));
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder_ + "/elsewhere"));
 }
 
 TEST_F(FileRegistryTest, TheEnvironmentNamesTheFile) {

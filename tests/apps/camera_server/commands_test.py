@@ -47,6 +47,12 @@ class Switches(unittest.TestCase):
             self.assertEqual(log(server)[:4], ["ann,Login,", "ann,Output,Siren: on", "ann,Output,Porch light: off",
                                                "ann,Output,there is none '0'"])
 
+    def test_steering_is_asked_for_by_the_machines_own_name(self):
+        with Server() as server:
+            for host, status in (("localhost:1", 200), ("[::1]", 200), ("127.evil.example", 403), ("example.org:80", 403)):
+                request = "GET /control/input HTTP/1.1\r\nHost: %s\r\nConnection: close\r\n\r\n" % host
+                self.assertIn(b" %d " % status, server.raw(request)[:15])
+
     def test_alerts(self):
         with Server() as server:
             self.assertEqual(states(server, "ALT:"), ["0", "0", "0"])

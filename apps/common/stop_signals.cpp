@@ -23,7 +23,7 @@ void NoteSignal(int) {
 }  // namespace
 
 StopSignals::StopSignals(EventQueue& queue, std::function<void()> on_stop) : queue_(queue) {
-  if (::pipe2(pipe_, O_CLOEXEC | O_NONBLOCK) != 0) return;  // Ctrl-C then ends the program as it always does.
+  if (::pipe2(pipe_.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;  // Ctrl-C then ends the program as it always does.
   g_pipe_end = pipe_[1];
   queue_.WatchSocket(pipe_[0], {.readable = true},
                      [end = pipe_[0], on_stop = std::move(on_stop)](EventQueue::SocketEvents) {
@@ -35,14 +35,16 @@ StopSignals::StopSignals(EventQueue& queue, std::function<void()> on_stop) : que
   struct sigaction action = {};
   action.sa_handler = NoteSignal;
   action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
-  ::sigaction(SIGINT, &action, &old_interrupt_);
-  ::sigaction(SIGTERM, &action, &old_terminate_);
+  for (std::size_t i = 0; i < kSignals.size(); ++i) {
+    ::sigaction(kSignals[i], nullptr, &old_[i]);
+    const bool ignored = kSignals[i] == SIGHUP && old_[i].sa_handler == SIG_IGN;
+    if (!ignored) ::sigaction(kSignals[i], &action, nullptr);
+  }
 }
 
 StopSignals::~StopSignals() {
   if (pipe_[0] < 0) return;
-  ::sigaction(SIGINT, &old_interrupt_, nullptr);
-  ::sigaction(SIGTERM, &old_terminate_, nullptr);
+  for (std::size_t i = 0; i < kSignals.size(); ++i) ::sigaction(kSignals[i], &old_[i], nullptr);
   queue_.UnwatchSocket(pipe_[0]);
   g_pipe_end = -1;
   ::close(pipe_[0]);
