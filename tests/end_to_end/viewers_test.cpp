@@ -78,38 +78,6 @@ TEST_F(ViewersTest, DeadCamerasTakeNothingFromLiveOnes) {
   for (int i = 0; i < 2 * kEach; i += 2) EXPECT_FALSE(viewers[static_cast<std::size_t>(i)]->VideoStream.Visible);
 }
 
-TEST_F(ViewersTest, AViewerThatWaitsOnTheHostsOwnStackLetsOthersRun) {
-  ScriptedServer live(Answer(SmallJpeg()));
-  ScriptedServer slow([](const std::string&, ScriptedServer::Connection& to) {
-    to.Pause(milliseconds(700));
-    to.Send("HTTP/1.1 503 Busy\r\nContent-Length: 0\r\n\r\n");
-  });
-  const auto watching = Viewer(20);
-  watching->Connect(live.Url());
-  int frames = 0;
-  watching->VideoStream.Refreshed.Listen([&frames] { ++frames; });
-  const auto waiting = Viewer(1);
-  waiting->Connect(slow.Url());
-  EXPECT_EQ(waiting->lStatus.Caption.Get(), "Connection failed.  (503)");
-  EXPECT_GE(frames, 11);
-}
-
-TEST_F(ViewersTest, ReleasedWhileItWaitsItEndsAtOnce) {
-  ScriptedServer dead([](const std::string&, ScriptedServer::Connection& to) { to.Never(); });
-  auto viewer = Viewer(20);
-  ConnectInHandler(viewer.get(), dead.Url());
-  Run(milliseconds(100));
-  const std::weak_ptr<VideoServerPush> watch = viewer;
-  viewer.reset();
-  Run(milliseconds(100));
-  EXPECT_TRUE(watch.expired());
-
-  // And with a viewer that is still there when the loop ends.
-  viewer = Viewer(20);
-  ConnectInHandler(viewer.get(), dead.Url());
-  Run(milliseconds(50));
-}
-
 // Ten minutes of thirty pictures a second, stepped by hand, each decoded and scanned for motion.
 TEST(LongStreamTest, GrowsNoMemory) {
   fakes::FakePlatform world;

@@ -394,22 +394,6 @@ void NeverAnswer(const std::string&, fakes::ScriptedServer::Connection& to) {
   to.Never();
 }
 
-TEST_F(ControlServerTest, ReleasedWhileConnectWaitsOnTheHostsStack) {
-  const fakes::ScriptedServer silent(NeverAnswer);
-  EventQueue& queue = server.GetPlatform().loop.Queue();
-  queue.ArmTimer(std::chrono::milliseconds(50), [&] { control.Release(); });
-  IDispatch* const raw = control.Get();
-  const std::string address = silent.Url();
-  Variant url = MakeText(address);
-  Arguments arguments{};
-  arguments.values = &url;
-  arguments.count = 1;
-  const auto start = queue.Now();
-  raw->Invoke(kConnect, kMethod, &arguments, nullptr, nullptr);
-  EXPECT_LT(queue.Now() - start, std::chrono::seconds(3)) << "it waited for an answer that nobody wants any more";
-  EXPECT_FALSE(control);
-}
-
 TEST_F(ControlServerTest, AConnectInsideAnEventHoldsUpNobodyElse) {
   const fakes::ScriptedServer silent(NeverAnswer);
   auto other = Create("VideoServerPush");

@@ -11,11 +11,9 @@
 #include <cmath>
 #include <csignal>
 #include <cstring>
-#include <fstream>
 #include <opencv2/core.hpp>
 
-#include "adapters/ffmpeg/avi_muxer.h"
-#include "clips/clip_reader.h"
+#include "adapters/ffmpeg/clip_reader.h"
 
 namespace orbelcast {
 namespace {
@@ -261,28 +259,6 @@ TEST_F(AviFilesTest, HonoursTheKeyFrameInterval) {
   }
 }
 
-TEST_F(AviFilesTest, HonoursTheDataRate) {
-  const auto clip_size = [&](const std::string& codec, int kilobytes_per_second) {
-    const auto file = Begin({.codec = codec, .kilobytes_per_second = kilobytes_per_second}, 160, 120, 10);
-    for (int position = 0; position < 100; ++position) {
-      // Faint noise under a moving edge: something to spend the bits on.
-      Picture picture = Noise(160, 120, position);
-      const Picture edge(160, 120, position);
-      for (std::size_t i = 0; i < picture.pixels.size(); ++i) {
-        picture.pixels[i] = static_cast<std::uint8_t>((edge.pixels[i] * 7 + picture.pixels[i]) / 8);
-      }
-      EXPECT_TRUE(file->Write(position, picture.Sample()));
-    }
-    file->Release();
-    return static_cast<double>(std::filesystem::file_size(Path()));
-  };
-  for (const char* codec : {"MPEG-4", "Motion JPEG"}) {
-    for (const int kilobytes : {25, 50}) {
-      EXPECT_NEAR(clip_size(codec, kilobytes) / (kilobytes * 1024 * 10), 1, 0.25) << codec << ' ' << kilobytes;
-    }
-  }
-}
-
 TEST_F(AviFilesTest, RefusesWhatCannotBeAClip) {
   EXPECT_FALSE(files_.Create(Path("missing/clip.avi").string()));
   EXPECT_FALSE(files_.Create(Path("").string()));
@@ -319,78 +295,6 @@ TEST_F(AviFilesTest, LeavesNoFileOfAClipThatNeverBegan) {
   const auto next = Begin({.codec = "Motion JPEG"}, 16, 16);
   given_up.reset();
   EXPECT_TRUE(std::filesystem::exists(Path()));
-}
-
-long ResidentKilobytes() {
-  std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);) {
-    if (line.starts_with("VmRSS:")) return std::atol(line.c_str() + 6);
-  }
-  return 0;
-}
-
-TEST_F(AviFilesTest, TenThousandFramesTakeNoMoreMemory) {
-  const auto file = Begin({.codec = "MPEG-4"}, 48, 32, 25);
-  const auto write = [&](int from, int to) {
-    for (int position = from; position < to; ++position) {
-      ASSERT_TRUE(file->Write(position, Picture(48, 32, position).Sample()));
-    }
-  };
-  write(0, 1000);
-  [[maybe_unused]] const long before = ResidentKilobytes();
-  write(1000, 11'000);
-#if !defined(__SANITIZE_ADDRESS__)               // which keeps freed memory for a while
-  EXPECT_LT(ResidentKilobytes() - before, 600);  // the index: 16 bytes a frame, a quarter megabyte at a time
-#endif
-  file->Release();
-  EXPECT_EQ(tests::Probe(Path(), "packets")["nb_read_packets"], "11000");
-}
-
-/// A file whose bytes are mostly zeros, which it leaves out: large and yet soon written.
-class SparseFile final : public ClipFile {
- public:
-  using ClipFile::ClipFile;
-  bool Reserve(std::int64_t) override { return true; }
-  bool Write(std::span<const std::uint8_t> bytes) override {
-    const bool empty =
-        bytes.size() >= 4096 && bytes[0] == 0 && std::memcmp(bytes.data(), &bytes[1], bytes.size() - 1) == 0;
-    if (!empty) return ClipFile::Write(bytes);
-    Seek(Place() + static_cast<std::int64_t>(bytes.size()));
-    return true;
-  }
-};
-
-// 1 GiB is where the file's first part ends, 2 GiB where older programs' numbers do.
-TEST_F(AviFilesTest, OpensPast1And2Gibibytes) {
-  constexpr int kSide = 4096;
-  constexpr int kFrames = 46;
-  {
-    SparseFile file(Path().string());
-    ASSERT_TRUE(file.IsOpen());
-    AviMuxer muxer(file);
-    AVCodecParameters& stream = *muxer.Stream()->codecpar;
-    stream.codec_type = AVMEDIA_TYPE_VIDEO;
-    stream.codec_id = AV_CODEC_ID_RAWVIDEO;
-    stream.format = AV_PIX_FMT_BGR24;
-    stream.bits_per_coded_sample = 24;
-    stream.width = stream.height = kSide;
-    muxer.Stream()->time_base = {1, 5};
-    ASSERT_TRUE(muxer.Begin());
-    std::vector<std::uint8_t> pixels(std::size_t{kSide} * kSide * 3);
-    for (int position = 0; position < kFrames; ++position) {
-      AVPacket packet{};
-      packet.data = pixels.data();
-      packet.size = static_cast<int>(pixels.size());
-      packet.flags = AV_PKT_FLAG_KEY;
-      ASSERT_TRUE(muxer.Write(packet, position));
-    }
-  }
-  EXPECT_GT(std::filesystem::file_size(Path()), std::uintmax_t{2} << 30);
-  // The last picture, in the last of the file's parts, is found by the index.
-  EXPECT_EQ(tests::OutputOf("ffprobe -v error -read_intervals '8.9%+#1' -show_entries stream=nb_frames:packet=pts,size "
-                            "-of csv=p=0 '" +
-                            Path().string() + "'"),
-            "45,50331648\n46\n");
 }
 
 }  // namespace
