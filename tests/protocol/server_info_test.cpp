@@ -4,7 +4,6 @@
 
 #include <gmock/gmock.h>
 
-#include <chrono>
 #include <optional>
 
 #include "adapters/curl/curl_http.h"
@@ -12,7 +11,6 @@
 #include "adapters/posix/headless_queue.h"
 #include "fakes/scripted_server.h"
 #include "protocol/relay.h"
-#include "protocol/server_address.h"
 
 namespace orbelcast {
 namespace {
@@ -20,8 +18,6 @@ namespace {
 using fakes::AnswerBytes;
 using fakes::ScriptedServer;
 using fakes::TargetOf;
-using std::chrono::milliseconds;
-using std::chrono::steady_clock;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -93,28 +89,6 @@ TEST_F(ServerInfoTest, AnotherStatusFillsNoFieldButTheHeadersWhole) {
   EXPECT_EQ(info.ServerHeader + info.DirectFileKey + info.Lines + info.SystemName, "");
   EXPECT_THAT(info.AllHeaders, HasSubstr("Gate/2"));
   EXPECT_EQ(server.Requests().size(), 1u);
-}
-
-TEST_F(ServerInfoTest, BlocksNoLongerThanItsLimits) {
-  ScriptedServer dead([](const std::string&, To& to) { to.Never(); });
-  ScriptedServer slow([](const std::string&, To& to) {
-    to.Send("HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\n");
-    while (to.Send("x") && to.Pause(milliseconds(20))) {
-    }
-  });
-  // The loop's own handlers wait: the thread stands still.
-  bool ran = false;
-  queue.ArmTimer(milliseconds(1), [&] { ran = true; });
-  for (const ScriptedServer* server : {&dead, &slow}) {
-    const auto begin = steady_clock::now();
-    const ServerInfo info = Query(HostOf(*server), "", "", 300);
-    const auto took = steady_clock::now() - begin;
-    EXPECT_GE(took, milliseconds(290));
-    EXPECT_LT(took, milliseconds(1500));
-    EXPECT_EQ(info.Status, 404);
-    EXPECT_EQ(info.AllHeaders + info.Lines + info.DirectFileKey, "");
-  }
-  EXPECT_FALSE(ran);
 }
 
 TEST_F(ServerInfoTest, NoAnswerIsStatus404) {
@@ -194,22 +168,6 @@ TEST_F(RelayTest, ServerInformationGoesByIt) {
     EXPECT_EQ(none.RelayPort, "");
   }
   EXPECT_EQ(camera.Requests().size(), 1u);
-}
-
-TEST_F(ServerInfoTest, CommandAddressesGoOutByteForByte) {
-  ScriptedServer server(AnswerBytes(200));
-  const std::string login = LoginBase("127.0.0.1", std::to_string(server.Port()), "a b", "p%20?x");
-  const std::string suffix = QualitySuffix(PictureCode(320, 240, "080"));
-  for (const std::string& address :
-       {ArchiveStepAddress(ArchiveAddress(login, "1"), ArchiveStep::kTop, suffix), MessageAddress(login, "fire! now"),
-        OutputSwitchAddress(OutputCommand(login), 3, true), server.Url("/a b?x=1?y=%20")}) {
-    const auto request = http.Create();
-    EXPECT_TRUE(request->Open("GET", address));
-    EXPECT_TRUE(request->Send());
-    const std::string target = address.substr(server.Url("").size());
-    EXPECT_EQ(server.Requests().back().substr(0, 4 + target.size() + 11), "GET " + target + " HTTP/1.1\r\n");
-  }
-  EXPECT_EQ(server.Connections(), 1);
 }
 
 }  // namespace
