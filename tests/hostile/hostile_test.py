@@ -24,8 +24,9 @@ import time
 
 ORBELCAST, CAMERA_SERVER, *WORDS = sys.argv[1:]
 AT_ONCE = 8
-PATIENCE = 12  # seconds until a command is asked to end, and then is given before that counts as hanging
+PATIENCE = 14  # seconds until a command is asked to end, and then is given before that counts as hanging
 GRACE = 10
+ENDS_BY_ITSELF = ("watch", "mosaic", "info", "doctor")  # the others wait as long as the controls do
 MOST_KILOBYTES = 600 * 1024  # a body of 64 MiB on its way through a sanitizer's program
 MOST_FLOOD = 300 * 2**20
 OPTIONS = {"ASAN_OPTIONS": "exitcode=99:quarantine_size_mb=16:detect_leaks=1", "UBSAN_OPTIONS": "print_stacktrace=1"}
@@ -96,7 +97,7 @@ KINDS = {
     # Headers.
     "header-first-folds": [answer(JPEG, b" A: AAAAAA")],
     "header-folds": [answer(JPEG, b"RC_TCR: 2024", b" 0131", b"\t1200", b"X:", b" ")],
-    "header-fold-flood": [b"HTTP/1.1 200 OK\r\nX: 1\r\n", Flood(b" folded\r\n")],
+    "header-fold-flood": [b"HTTP/1.1 200 OK\r\nX: 1\r\n", Flood(b" " + b"x" * 300 + b"\r\n")],
     "header-endless": [b"HTTP/1.1 200 OK\r\nX: ", Flood(b"x" * 65536)],
     "header-nameless": [answer(JPEG, b": odd", b"no colon", b":")],
     "header-nul": [answer(JPEG, b"RC_TCR: 2024\x00131")],
@@ -271,11 +272,11 @@ run 500
 destroy p
 """
     return {
-        "watch": ([url, "--auto-reconnect", "--frame-rate=20", f"--seconds={PATIENCE - 2 if goes_on else 2}"] +
+        "watch": ([url, "--auto-reconnect", "--frame-rate=20", f"--seconds={8 if goes_on else 2}"] +
                   (["--frames=4"] if goes_on else []), ""),
         "snapshot": ([url, f"{folder}/now.jpg"], ""),
         "record": ([url, f"{folder}/clip.avi", "--auto-reconnect", "--frame-rate=20", "--seconds=1"], ""),
-        "mosaic": ([url, url, "--rounds=2", f"--output={folder}/grid.png"], ""),
+        "mosaic": ([url, url, f"--rounds={2 if goes_on else 1}", f"--output={folder}/grid.png"], ""),
         "info": ([server, "--timeout=1"], ""),
         "doctor": ([server, "--timeout=1", "--seconds=0.5"], ""),
         "script": ([], script),
@@ -283,7 +284,7 @@ destroy p
 
 
 def run(command, script, environment):
-    """What the command printed, its status (or how it failed) and its most kilobytes."""
+    """What the command printed, its status (or "hangs"), whether it was asked to end, and its most kilobytes."""
     with tempfile.TemporaryFile() as output:
         process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=output, stderr=output, env=environment)
         with contextlib.suppress(BrokenPipeError):
@@ -302,11 +303,11 @@ def run(command, script, environment):
             if waited > PATIENCE + GRACE:
                 process.kill()
                 process.wait()
-                return "", "hangs", 0
+                return "", "hangs", True, 0
             time.sleep(0.02)
         output.seek(0)
         status = 0 if asked and process.returncode == -signal.SIGINT else process.returncode
-        return output.read().decode(errors="replace"), status, used.ru_maxrss
+        return output.read().decode(errors="replace"), status, asked, used.ru_maxrss
 
 
 def try_one(kind, client):
@@ -318,12 +319,14 @@ def try_one(kind, client):
         environment = {**os.environ, **OPTIONS, "ORBELCAST_USER": "ann", "ORBELCAST_PASSWORD": "s3cret",
                        "ORBELCAST_REGISTRY": f"{folder}/own/registry", "ORBELCAST_MODULE_FOLDER": f"{folder}/own"}
         words, script = words_of(client, server.port, folder, goes_on)
-        output, status, kilobytes = run([ORBELCAST, client, *words], script, environment)
+        output, status, asked, kilobytes = run([ORBELCAST, client, *words], script, environment)
         left = {each.name for each in pathlib.Path(folder).iterdir()}
         server.end()
     wrong = []
     if status not in (0, 1):
         wrong.append(f"ends with {status}")
+    if asked and client in ENDS_BY_ITSELF:
+        wrong.append("does not end by itself")
     if "Sanitizer" in output or "runtime error" in output:
         wrong.append("sanitizer")
     if kilobytes > MOST_KILOBYTES:

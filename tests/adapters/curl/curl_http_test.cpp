@@ -145,31 +145,6 @@ TEST_F(CurlHttpTest, TheTargetGoesOutByteForByte) {
   EXPECT_EQ(server.Connections(), 1);
 }
 
-TEST_F(CurlHttpTest, ALimitBoundsTheWholeExchange) {
-  ScriptedServer drips([](const std::string&, To& to) {
-    to.Pause(milliseconds(150));
-    to.Send("HTTP/1.1 200 OK\r\nContent-Length: 999\r\n\r\n");
-    while (to.Send("x") && to.Pause(milliseconds(20))) {
-    }
-  });
-  for (const bool async : {true, false}) {
-    const auto begin = queue.Now();
-    ASSERT_TRUE(request->Open("GET", drips.Url("/"), async));
-    EXPECT_FALSE(request->LimitExchange(milliseconds(0)));
-    EXPECT_TRUE(request->LimitExchange(milliseconds(300)));
-    request->Send();
-    EXPECT_FALSE(request->WaitForResponse());
-    EXPECT_GE(Since(begin), milliseconds(295));
-    EXPECT_LT(Since(begin), milliseconds(1500));
-  }
-  // The limit is forgotten by the next Open.
-  ScriptedServer late([](const std::string&, To& to) {
-    to.Pause(milliseconds(400));
-    to.Send(AnswerBytes(200));
-  });
-  EXPECT_EQ(Get(*request, late.Url("/"), false), 200);
-}
-
 TEST_F(CurlHttpTest, HeadersGoOutAsGivenAndNothingElseIsAsked) {
   ScriptedServer server(AnswerBytes(200));
   setenv("http_proxy", "http://127.0.0.1:1/", 1);
@@ -294,15 +269,6 @@ TEST_F(CurlHttpTest, FramesShareOneConnectionAndBuffersAreUsedAgain) {
   EXPECT_EQ(server.Connections(), 1);
 }
 
-TEST_F(CurlHttpTest, AServerThatClosedMeanwhileIsConnectedAnew) {
-  ScriptedServer server([](const std::string&, To& to) {
-    to.Send(AnswerBytes(200, "frame"));
-    to.Close();
-  });
-  for (int frame = 0; frame < 3; ++frame) EXPECT_EQ(Get(*request, server.Url()), 200);
-  EXPECT_EQ(server.Connections(), 3);
-}
-
 TEST_F(CurlHttpTest, WhatIsNoCompleteAnswerFails) {
   const std::vector<ScriptedServer::Script> faults = {
       [](const std::string&, To& to) { to.Send("no HTTP at all\r\n\r\n"); },
@@ -335,22 +301,32 @@ TEST_F(CurlHttpTest, WhatIsNoCompleteAnswerFails) {
   EXPECT_EQ(Get(*request, "http://127.0.0.1:1/"), 0);  // nobody listens there
 }
 
-TEST_F(CurlHttpTest, TheReceiveLimitBoundsTheWholeAnswer) {
+TEST_F(CurlHttpTest, LimitsBoundTheWholeAnswerAndTheWholeExchange) {
   ScriptedServer server([](const std::string& received, To& to) {
     if (TargetOf(received) == "/never") to.Never();
+    to.Pause(milliseconds(60));
+    if (TargetOf(received) == "/late") return static_cast<void>(to.Send(AnswerBytes(200)));
     to.Send("HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n\r\n");
     while (to.Send("x") && to.Pause(milliseconds(10))) {
     }
   });
   EXPECT_FALSE(request->SetTimeouts(-1, 0, 0, 0));
-  EXPECT_TRUE(request->SetTimeouts(1000, 1000, 1000, 100));
-  for (const char* target : {"/never", "/drop by drop"}) {
-    for (const bool async : {true, false}) {
-      const auto begin = queue.Now();
-      EXPECT_EQ(Get(*request, server.Url(target), async), 0);
-      EXPECT_THAT(Since(begin), AllOf(testing::Ge(milliseconds(100)), testing::Lt(milliseconds(1000))));
+  for (const int receive : {100, 0}) {
+    EXPECT_TRUE(request->SetTimeouts(1000, 1000, 1000, receive));
+    for (const char* target : {"/never", "/drop by drop"}) {
+      for (const bool async : {true, false}) {
+        const auto begin = queue.Now();
+        ASSERT_TRUE(request->Open("GET", server.Url(target), async));
+        EXPECT_FALSE(request->LimitExchange(milliseconds(0)));
+        if (receive == 0) request->LimitExchange(milliseconds(100));
+        request->Send();
+        EXPECT_FALSE(request->WaitForResponse());
+        EXPECT_THAT(Since(begin), AllOf(testing::Ge(milliseconds(100)), testing::Lt(milliseconds(1000))));
+      }
     }
   }
+  ASSERT_TRUE(request->Open("GET", server.Url("/late")) && request->LimitExchange(milliseconds(10)));
+  EXPECT_EQ(Get(*request, server.Url("/late"), false), 200);  // the limit was forgotten
 }
 
 TEST_F(CurlHttpTest, ResolvingAndConnectingHaveALimitEach) {
