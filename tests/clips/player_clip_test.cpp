@@ -12,6 +12,7 @@
 #include "assembly/headless_platform.h"
 #include "clips/clip_reader.h"
 #include "fakes/fake_dialogs.h"
+#include "fakes/run_loop.h"
 #include "fakes/scripted_server.h"
 #include "player/user_control1.h"
 
@@ -74,15 +75,9 @@ class PlayerClipTest : public testing::Test {
     return player;
   }
   void Click(UserControl1& player, std::size_t tool) { player.Player[tool].OnClick(); }
-  void Run(
+  bool Run(
       milliseconds time, const std::function<bool()>& done = [] { return false; }) {
-    EventQueue& queue = platform_.loop.Queue();
-    const auto end = queue.Now() + time;
-    while (queue.Now() < end && !done()) {
-      const auto pulse = queue.ArmTimer(milliseconds(10), [] {});
-      queue.HandleNext();
-      queue.CancelTimer(pulse);
-    }
+    return fakes::RunLoop(platform_.loop.Queue(), time, done);
   }
 
   Camera camera_;

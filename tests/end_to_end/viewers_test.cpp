@@ -13,6 +13,7 @@
 
 #include "assembly/headless_platform.h"
 #include "fakes/fake_platform.h"
+#include "fakes/run_loop.h"
 #include "fakes/scripted_server.h"
 #include "fakes/small_jpeg.h"
 #include "viewer/video_server_push.h"
@@ -40,18 +41,9 @@ class ViewersTest : public testing::Test {
   void ConnectInHandler(VideoServerPush* viewer, const std::string& url) {
     host.Get().loop.RunHandler([viewer, url] { viewer->Connect(url); });
   }
-  /// Runs the loop for `time`, or until `done`; answers whether it was done.
   bool Run(
       milliseconds time, const std::function<bool()>& done = [] { return false; }) {
-    EventQueue& queue = host.Get().loop.Queue();
-    const auto end = queue.Now() + time;
-    // A pulse, so that a quiet loop looks at the time as well.
-    while (queue.Now() < end && !done()) {
-      const auto pulse = queue.ArmTimer(milliseconds(10), [] {});
-      queue.HandleNext();
-      queue.CancelTimer(pulse);
-    }
-    return done();
+    return fakes::RunLoop(host.Get().loop.Queue(), time, done);
   }
 
   HeadlessPlatform host;
@@ -77,22 +69,6 @@ TEST_F(ViewersTest, DeadCamerasTakeNothingFromLiveOnes) {
   Run(milliseconds(static_cast<int>(kSeconds * 1000)));
   EXPECT_GE(frames, 0.95 * kEach * kRate * kSeconds);
   for (int i = 0; i < 2 * kEach; i += 2) EXPECT_FALSE(viewers[static_cast<std::size_t>(i)]->VideoStream.Visible);
-}
-
-TEST_F(ViewersTest, AViewerThatWaitsOnTheHostsOwnStackLetsOthersRun) {
-  ScriptedServer live(Answer(SmallJpeg()));
-  ScriptedServer slow([](const std::string&, ScriptedServer::Connection& to) {
-    to.Pause(milliseconds(700));
-    to.Send("HTTP/1.1 503 Busy\r\nContent-Length: 0\r\n\r\n");
-  });
-  const auto watching = Viewer(20);
-  watching->Connect(live.Url());
-  int frames = 0;
-  watching->VideoStream.Refreshed.Listen([&frames] { ++frames; });
-  const auto waiting = Viewer(1);
-  waiting->Connect(slow.Url());
-  EXPECT_EQ(waiting->lStatus.Caption.Get(), "Connection failed.  (503)");
-  EXPECT_GE(frames, 11);
 }
 
 TEST_F(ViewersTest, WhateverAPeerDoesTheNextGoodFrameShows) {
