@@ -1,27 +1,20 @@
 #!/usr/bin/env python3
-"""The example scripts against the camera server, in seconds: example_scripts_test.py ORBELCAST SERVER."""
+"""The example scripts against the camera server, in seconds: example_scripts_test.py SERVER ORBELCAST."""
 
-import ctypes
 import os
 import pathlib
-import re
-import signal
 import subprocess
 import sys
 import tempfile
 import unittest
 
-ORBELCAST, SERVER = sys.argv[1:]
+sys.path.insert(0, str(pathlib.Path(__file__).parent / "camera_server"))
+from camera_server import TIMEOUT, Server  # noqa: E402
+
+ORBELCAST = sys.argv[1]
 SCRIPTS = pathlib.Path(__file__).parent.parent.parent / "examples/scripts"
-TIMEOUT = 60
 # A login that a shell and a script's line could both trip over.
 USER, PASSWORD = "ann", 'a "b" \\c $HOME'
-
-
-def end_with_parent():
-    """A server does not outlive a test that was killed."""
-    set_parent_death_signal = 1
-    ctypes.CDLL(None).prctl(set_parent_death_signal, signal.SIGKILL)
 
 
 class ExampleScriptsTest(unittest.TestCase):
@@ -29,11 +22,9 @@ class ExampleScriptsTest(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.folder = pathlib.Path(folder.name)
-        server = subprocess.Popen([SERVER, "--port", "0", "--auth", "basic", "--user", USER, "--password", PASSWORD],
-                                  stdout=subprocess.PIPE, text=True, preexec_fn=end_with_parent)
-        self.addCleanup(server.communicate)
-        self.addCleanup(server.kill)
-        self.server = re.search(r"http://(\S+)/", server.stdout.readline())[1]
+        server = Server("--auth", "basic", "--user", USER, "--password", PASSWORD)
+        self.addCleanup(server.end)
+        self.server = f"127.0.0.1:{server.port}"
 
     def run_script(self, name, *words):
         """The files that it says it saved."""

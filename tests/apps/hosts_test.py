@@ -1,26 +1,19 @@
 #!/usr/bin/env python3
 """The example hosts against the camera server: hosts_test.py SERVER_PROGRAM LIBRARY HOST..."""
 
-import ctypes
 import pathlib
-import re
 import shutil
-import signal
 import subprocess
 import sys
 import tempfile
 import unittest
 
-SERVER, LIBRARY, *HOSTS = sys.argv[1:]
+sys.path.insert(0, str(pathlib.Path(__file__).parent / "camera_server"))
+from camera_server import TIMEOUT, Server  # noqa: E402
+
+LIBRARY, *HOSTS = sys.argv[1:]
 ROOT = pathlib.Path(__file__).parent.parent.parent
 PICTURE = ROOT / "tests/fuzz/corpus/jpeg/420.jpg"
-TIMEOUT = 30
-
-
-def end_with_parent():
-    """A server does not outlive a test that was killed."""
-    set_parent_death_signal = 1
-    ctypes.CDLL(None).prctl(set_parent_death_signal, signal.SIGKILL)
 
 
 class HostsTest(unittest.TestCase):
@@ -29,16 +22,10 @@ class HostsTest(unittest.TestCase):
             pictures = pathlib.Path(folder, "pictures")
             pictures.mkdir()
             shutil.copy(PICTURE, pictures)
-            server = subprocess.Popen([SERVER, "--port", "0", "--folder", pictures], stdout=subprocess.PIPE, text=True,
-                                      preexec_fn=end_with_parent)
-            try:
-                address = re.search(r"http://\S+/", server.stdout.readline())[0] + "live/1"
+            with Server("--folder", str(pictures)) as server:
                 for host in HOSTS:
                     with self.subTest(host=host):
-                        self.watch(host, address, pathlib.Path(folder, "saved.jpg"))
-            finally:
-                server.kill()
-                server.communicate()
+                        self.watch(host, f"http://127.0.0.1:{server.port}/live/1", pathlib.Path(folder, "saved.jpg"))
 
     def test_the_readme_shows_the_python_host_as_it_is(self):
         self.assertIn((ROOT / "examples/host.py").read_text(), (ROOT / "README.md").read_text())

@@ -12,6 +12,7 @@
 
 #include "assembly/headless_platform.h"
 #include "fakes/fake_platform.h"
+#include "fakes/run_loop.h"
 #include "fakes/scripted_server.h"
 #include "fakes/small_jpeg.h"
 #include "viewer/video_server_push.h"
@@ -39,18 +40,9 @@ class ViewersTest : public testing::Test {
   void ConnectInHandler(VideoServerPush* viewer, const std::string& url) {
     host.Get().loop.RunHandler([viewer, url] { viewer->Connect(url); });
   }
-  /// Runs the loop for `time`, or until `done`; answers whether it was done.
   bool Run(
       milliseconds time, const std::function<bool()>& done = [] { return false; }) {
-    EventQueue& queue = host.Get().loop.Queue();
-    const auto end = queue.Now() + time;
-    // A pulse, so that a quiet loop looks at the time as well.
-    while (queue.Now() < end && !done()) {
-      const auto pulse = queue.ArmTimer(milliseconds(10), [] {});
-      queue.HandleNext();
-      queue.CancelTimer(pulse);
-    }
-    return done();
+    return fakes::RunLoop(host.Get().loop.Queue(), time, done);
   }
 
   HeadlessPlatform host;

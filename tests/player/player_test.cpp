@@ -96,16 +96,6 @@ TEST_F(PlayerTest, AServerWithoutAPort) {
   EXPECT_EQ(player->SystemName(), "House");
 }
 
-TEST_F(PlayerTest, AListLoadedAgainForgetsTheOneBefore) {
-  Create();
-  LoadServer({{"Device", "d2"}});
-  texts = {{"$rdxviewer", TextAnswer("no", 401)}};
-  player->Connect2Server("srv", "u", "wrong");
-  EXPECT_THAT(player->CamList.List(), IsEmpty());
-  EXPECT_EQ(player->CamList.ListIndex(), -1);
-  EXPECT_EQ(player->SystemName(), "srv");
-}
-
 // The toolbar's room ends to the twip, and a list's height between two twips counts as the nearer one, the even one of
 // two as near.
 TEST_F(PlayerTest, TheLayoutCountsTwips) {

@@ -185,16 +185,5 @@ TEST_F(QuestionsTest, NoCameraIsLeftToChooseWhileAnotherServerIsAsked) {
   EXPECT_THAT(Asked(), Not(Contains(HasSubstr("cam/old/mallory"))));
 }
 
-TEST_F(QuestionsTest, ReleasedWhileAQuestionWaitsThePlayerEndsWithoutAnotherStep) {
-  Press(kInputsAndOutputs);
-  std::vector<int> pointers;
-  player->MousePointer.Changed.Listen([&](int pointer) { pointers.push_back(pointer); });
-  player.reset();
-  world.queue.Advance(2 * kSlow);
-  EXPECT_THAT(opened, IsEmpty());
-  EXPECT_THAT(pointers, IsEmpty());
-  EXPECT_EQ(world.loop.Handlers(), 0u);
-}
-
 }  // namespace
 }  // namespace orbelcast

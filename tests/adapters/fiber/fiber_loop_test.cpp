@@ -28,29 +28,6 @@ class FiberLoopTest : public testing::Test {
   std::vector<std::string> log;
 };
 
-TEST_F(FiberLoopTest, AWaitingHandlerHoldsUpNobodyElse) {
-  Completion first;
-  Completion second;
-  loop.RunHandler([&] {
-    Note("a begins");
-    loop.Wait(first);
-    Note("a ends");
-  });
-  loop.RunHandler([&] {
-    Note("b begins");
-    loop.Wait(second);
-    Note("b ends");
-  });
-  Note("both wait");
-  second.Complete();
-  EXPECT_EQ(log.back(), "both wait");  // waking only makes a note
-  queue.HandleDue();
-  first.Complete();
-  queue.HandleDue();
-  EXPECT_THAT(log, ElementsAre("a begins", "b begins", "both wait", "b ends", "a ends"));
-  EXPECT_EQ(loop.Handlers(), 0u);
-}
-
 TEST_F(FiberLoopTest, WhatACallSetsGoingCanBeWaitedFor) {
   Completion gate;
   Completion other;

@@ -10,18 +10,16 @@
 #include <QLabel>
 #include <QMainWindow>
 #include <QMenu>
-#include <QMetaProperty>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPointer>
 #include <QTabWidget>
-#include <QTimer>
 #include <array>
-#include <atomic>
-#include <cstring>
 
+#include "adapters/qt/expect_members.h"
 #include "adapters/qt/mirrors.h"
 #include "assembly_qt/qt_platform.h"
+#include "fakes/run_loop.h"
 #include "fakes/scripted_server.h"
 #include "viewer/interface.h"
 #include "viewer/video_server_push.h"
@@ -34,15 +32,9 @@ using std::chrono::milliseconds;
 
 class WidgetTest : public testing::Test {
  protected:
-  void Run(
+  bool Run(
       milliseconds time, const std::function<bool()>& done = [] { return false; }) {
-    EventQueue& queue = platform.Get().loop.Queue();
-    const auto end = queue.Now() + time;
-    while (queue.Now() < end && !done()) {
-      const auto pulse = queue.ArmTimer(milliseconds(10), [] {});
-      queue.HandleNext();
-      queue.CancelTimer(pulse);
-    }
+    return fakes::RunLoop(platform.Get().loop.Queue(), time, done);
   }
   template <typename Widget>
   Widget* Child(const char* name) {
@@ -59,26 +51,10 @@ class WidgetTest : public testing::Test {
 };
 
 TEST_F(WidgetTest, HasEveryMemberOfTheInterface) {
-  const QMetaObject* meta = widget->metaObject();
-  for (const PropertyEntry& entry : video_server_push_interface::Properties()) {
-    const int index = meta->indexOfProperty(std::string(entry.name).c_str());
-    ASSERT_GE(index, 0) << entry.name;
-    EXPECT_EQ(meta->property(index).isWritable(), entry.writable) << entry.name;
-  }
-  const auto expect_all = [meta](const auto& entries, QMetaMethod::MethodType type) {
-    for (const auto& entry : entries) {
-      bool found = false;
-      for (int i = 0; i < meta->methodCount(); ++i) {
-        const QMetaMethod method = meta->method(i);
-        found |= method.methodType() == type &&
-                 method.name() == QByteArray(entry.name.data(), static_cast<int>(entry.name.size())) &&
-                 static_cast<std::size_t>(method.parameterCount()) == entry.arguments.size();
-      }
-      EXPECT_TRUE(found) << entry.name;
-    }
-  };
-  expect_all(video_server_push_interface::Events(), QMetaMethod::Signal);
-  expect_all(video_server_push_interface::Methods(), QMetaMethod::Slot);
+  const QMetaObject& meta = *widget->metaObject();
+  ExpectProperties(meta, video_server_push_interface::Properties());
+  ExpectMembers(meta, video_server_push_interface::Events(), QMetaMethod::Signal);
+  ExpectMembers(meta, video_server_push_interface::Methods(), QMetaMethod::Slot);
   widget->setProperty("FrameRate", 99);
   EXPECT_EQ(widget->property("FrameRate").toInt(), 30);
 }
@@ -130,16 +106,6 @@ TEST_F(WidgetTest, ARightClickOnTheStripOpensTheMenuWhoseChoiceIsTaken) {
   menu->actions()[1]->trigger();
   EXPECT_TRUE(widget->Control().Menux[1].Checked);
   menu->close();
-}
-
-TEST_F(WidgetTest, TheStripFollowsTheWindowAtTheBottom) {
-  widget->setShowBandwidth(true);
-  widget->resize(500, 400);
-  widget->show();
-  QApplication::processEvents();
-  const QRect strip = Child<QWidget>("StatusDisplay")->geometry();
-  EXPECT_EQ(strip, QRect(0, 400 - 26, 500, 26));
-  EXPECT_EQ(Child<QWidget>("VideoStream")->size(), QSize(500, 400));
 }
 
 TEST_F(WidgetTest, DeletedInTheMiddleOfAWaitOrASignalItEndsCleanly) {

@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "assembly_qt/qt_platform.h"
+#include "fakes/run_loop.h"
 #include "fakes/scripted_server.h"
 #include "fakes/small_jpeg.h"
 
@@ -31,14 +32,7 @@ class ViewerWindowTest : public testing::Test {
     window->Start();
   }
   bool RunUntil(const std::function<bool()>& done, milliseconds limit = milliseconds(10'000)) {
-    EventQueue& queue = platform.Get().loop.Queue();
-    const auto end = queue.Now() + limit;
-    while (!done() && queue.Now() < end) {
-      const auto pulse = queue.ArmTimer(milliseconds(10), [] {});
-      queue.HandleNext();
-      queue.CancelTimer(pulse);
-    }
-    return done();
+    return fakes::RunLoop(platform.Get().loop.Queue(), limit, done);
   }
   /// What the notice says; empty while it is hidden.
   std::string Notice() const {
