@@ -268,21 +268,6 @@ class CommandLineTest(unittest.TestCase):
             self.assertIn("cannot write to standard output", watch.stderr.read())
             self.assertNotEqual(watch.wait(TIMEOUT), 0)
 
-    def test_every_program_tells_its_version_and_its_options(self):
-        for program in (ORBELCAST, SERVER, *PLAYER):
-            version, options = run("--version", program=program), run("--help", program=program)
-            self.assertRegex(version.stdout, r"^\d+\.\d+\.\d+\n$", program)
-            self.assertIn("--version", options.stdout)
-            self.assertEqual((version.returncode, options.returncode), (0, 0))
-
-    def test_programs_read_what_was_saved(self):
-        camera = f"http://{self.server()}/live/1"
-        picture, clip = self.folder / "a.jpg", self.folder / "a.avi"
-        told = json.loads(run("snapshot", camera, picture, "--json").stdout)
-        self.assertEqual(told, {"file": str(picture), "bytes": picture.stat().st_size, "width": 640, "height": 480})
-        told = json.loads(run("record", camera, clip, "--frames", "3", "--json").stdout)
-        self.assertEqual((told["file"], told["pictures"], told["bytes"]), (str(clip), 3, clip.stat().st_size))
-
     @unittest.skipUnless(PLAYER, "the player is not built")
     def test_the_player_tells_of_a_device_that_is_not_there(self):
         def play(*words):

@@ -11,7 +11,6 @@
 #include <cmath>
 #include <csignal>
 #include <cstring>
-#include <fstream>
 #include <opencv2/core.hpp>
 
 #include "adapters/ffmpeg/avi_muxer.h"
@@ -261,28 +260,6 @@ TEST_F(AviFilesTest, HonoursTheKeyFrameInterval) {
   }
 }
 
-TEST_F(AviFilesTest, HonoursTheDataRate) {
-  const auto clip_size = [&](const std::string& codec, int kilobytes_per_second) {
-    const auto file = Begin({.codec = codec, .kilobytes_per_second = kilobytes_per_second}, 160, 120, 10);
-    for (int position = 0; position < 100; ++position) {
-      // Faint noise under a moving edge: something to spend the bits on.
-      Picture picture = Noise(160, 120, position);
-      const Picture edge(160, 120, position);
-      for (std::size_t i = 0; i < picture.pixels.size(); ++i) {
-        picture.pixels[i] = static_cast<std::uint8_t>((edge.pixels[i] * 7 + picture.pixels[i]) / 8);
-      }
-      EXPECT_TRUE(file->Write(position, picture.Sample()));
-    }
-    file->Release();
-    return static_cast<double>(std::filesystem::file_size(Path()));
-  };
-  for (const char* codec : {"MPEG-4", "Motion JPEG"}) {
-    for (const int kilobytes : {25, 50}) {
-      EXPECT_NEAR(clip_size(codec, kilobytes) / (kilobytes * 1024 * 10), 1, 0.25) << codec << ' ' << kilobytes;
-    }
-  }
-}
-
 TEST_F(AviFilesTest, RefusesWhatCannotBeAClip) {
   EXPECT_FALSE(files_.Create(Path("missing/clip.avi").string()));
   EXPECT_FALSE(files_.Create(Path("").string()));
@@ -319,31 +296,6 @@ TEST_F(AviFilesTest, LeavesNoFileOfAClipThatNeverBegan) {
   const auto next = Begin({.codec = "Motion JPEG"}, 16, 16);
   given_up.reset();
   EXPECT_TRUE(std::filesystem::exists(Path()));
-}
-
-long ResidentKilobytes() {
-  std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);) {
-    if (line.starts_with("VmRSS:")) return std::atol(line.c_str() + 6);
-  }
-  return 0;
-}
-
-TEST_F(AviFilesTest, TenThousandFramesTakeNoMoreMemory) {
-  const auto file = Begin({.codec = "MPEG-4"}, 48, 32, 25);
-  const auto write = [&](int from, int to) {
-    for (int position = from; position < to; ++position) {
-      ASSERT_TRUE(file->Write(position, Picture(48, 32, position).Sample()));
-    }
-  };
-  write(0, 1000);
-  [[maybe_unused]] const long before = ResidentKilobytes();
-  write(1000, 11'000);
-#if !defined(__SANITIZE_ADDRESS__)               // which keeps freed memory for a while
-  EXPECT_LT(ResidentKilobytes() - before, 600);  // the index: 16 bytes a frame, a quarter megabyte at a time
-#endif
-  file->Release();
-  EXPECT_EQ(tests::Probe(Path(), "packets")["nb_read_packets"], "11000");
 }
 
 /// A file whose bytes are mostly zeros, which it leaves out: large and yet soon written.
