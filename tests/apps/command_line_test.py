@@ -280,6 +280,13 @@ class CommandLineTest(unittest.TestCase):
         self.assertEqual(no_display.returncode, 1)
         self.assertIn("there is no display", no_display.stderr)
 
+        with subprocess.Popen([PLAYER[0], f"http://{self.server()}/live/1", "--time-first-picture"], text=True,
+                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, preexec_fn=end_with_parent,
+                              env={**ENVIRONMENT, "QT_QPA_PLATFORM": "offscreen", "ASAN_OPTIONS": "detect_leaks=0"}) as shown:
+            self.assertIn("first picture", shown.stdout.readline())
+            shown.send_signal(signal.SIGTERM)
+            self.assertEqual(shown.wait(TIMEOUT), 0, "it ends orderly")
+
         done = subprocess.run(["bash", "-c", 'ulimit -n 32; exec "$0" 127.0.0.1:1', PLAYER[0]], capture_output=True,
                               text=True, timeout=TIMEOUT, env={**ENVIRONMENT, "QT_QPA_PLATFORM": "offscreen"})
         self.assertEqual(done.returncode, 1)
