@@ -268,21 +268,6 @@ class CommandLineTest(unittest.TestCase):
             self.assertIn("cannot write to standard output", watch.stderr.read())
             self.assertNotEqual(watch.wait(TIMEOUT), 0)
 
-    def test_every_program_tells_its_version_and_its_options(self):
-        for program in (ORBELCAST, SERVER, *PLAYER):
-            version, options = run("--version", program=program), run("--help", program=program)
-            self.assertRegex(version.stdout, r"^\d+\.\d+\.\d+\n$", program)
-            self.assertIn("--version", options.stdout)
-            self.assertEqual((version.returncode, options.returncode), (0, 0))
-
-    def test_programs_read_what_was_saved(self):
-        camera = f"http://{self.server()}/live/1"
-        picture, clip = self.folder / "a.jpg", self.folder / "a.avi"
-        told = json.loads(run("snapshot", camera, picture, "--json").stdout)
-        self.assertEqual(told, {"file": str(picture), "bytes": picture.stat().st_size, "width": 640, "height": 480})
-        told = json.loads(run("record", camera, clip, "--frames", "3", "--json").stdout)
-        self.assertEqual((told["file"], told["pictures"], told["bytes"]), (str(clip), 3, clip.stat().st_size))
-
     @unittest.skipUnless(PLAYER, "the player is not built")
     def test_the_player_tells_of_a_device_that_is_not_there(self):
         def play(*words):
@@ -294,6 +279,13 @@ class CommandLineTest(unittest.TestCase):
         no_display = run("127.0.0.1:1", program=PLAYER[0], DISPLAY="", WAYLAND_DISPLAY="", QT_QPA_PLATFORM="")
         self.assertEqual(no_display.returncode, 1)
         self.assertIn("there is no display", no_display.stderr)
+
+        with subprocess.Popen([PLAYER[0], f"http://{self.server()}/live/1", "--time-first-picture"], text=True,
+                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, preexec_fn=end_with_parent,
+                              env={**ENVIRONMENT, "QT_QPA_PLATFORM": "offscreen", "ASAN_OPTIONS": "detect_leaks=0"}) as shown:
+            self.assertIn("first picture", shown.stdout.readline())
+            shown.send_signal(signal.SIGTERM)
+            self.assertEqual(shown.wait(TIMEOUT), 0, "it ends orderly")
 
         done = subprocess.run(["bash", "-c", 'ulimit -n 32; exec "$0" 127.0.0.1:1', PLAYER[0]], capture_output=True,
                               text=True, timeout=TIMEOUT, env={**ENVIRONMENT, "QT_QPA_PLATFORM": "offscreen"})

@@ -2,7 +2,6 @@
 """The information text and the relay lookup: info_test.py SERVER_PROGRAM"""
 
 import base64
-import tempfile
 import unittest
 
 from camera_server import Server, split
@@ -39,31 +38,6 @@ class Information(unittest.TestCase):
             for name in ("GPS-Lat", "GPS-Lon", "GPS-Alt", "Server", "Date"):
                 self.assertTrue(headers[name], name)
             self.assertEqual(headers["RC_QUERY"], "2")
-
-    def test_what_options_choose(self):
-        with Server("--name", "Yard", "--cameras", "2", "--alert", "Flood", "--inputs", "0", "--output", "Lamp=on",
-                    "--output", "Gate", "--system-name", "Site B", "--gps", "-1.5,2,3", "--rc-query", "1", "--flags",
-                    "AES,ADM", "--info", "UPS=12.5 h", "--info", "CPU=") as server:
-            lines = lines_of(server)
-            at = "http://127.0.0.1:%d/live/" % server.port
-            self.assertEqual(values(lines, "CAM:"), ["1\tYard\t%s1" % at, "2\tMill Lane\t%s2" % at])
-            self.assertEqual(values(lines, "ALT:"), ["1\tFlood\t0"])
-            self.assertEqual(values(lines, "HWI:"), [])
-            self.assertEqual(values(lines, "HWO:"), ["1\tLamp\t1", "2\tGate\t0"])
-            self.assertEqual(values(lines, "SNM:") + values(lines, "UPS:") + values(lines, "CPU:"),
-                             ["Site B", "12.5 h", ""])
-            flags = ("AES:", "CST:", "ADM:")  # a machine's load may be 1, too
-            self.assertEqual([line for line in lines if line.startswith(flags)], ["AES:1", "ADM:1"])
-            headers = server.get(INFO)[1]
-            self.assertEqual([headers[name] for name in ("GPS-Lat", "GPS-Lon", "GPS-Alt", "RC_QUERY")],
-                             ["-1.5", "2", "3", "1"])
-        with tempfile.NamedTemporaryFile() as file:
-            file.write(b"RDXVIEWER\r\nSNM:no end\x00")
-            file.flush()
-            with Server("--info-text", file.name, "--gps", "none", "--rc-query", "", "--flags", "none") as server:
-                _, headers, body = server.get(INFO)
-                self.assertEqual(body, b"RDXVIEWER\r\nSNM:no end\x00")
-                self.assertFalse({"GPS-Lat", "GPS-Lon", "GPS-Alt", "RC_QUERY"} & set(headers))
 
     def test_live_base_is_where_the_client_came(self):
         with Server() as server:
