@@ -49,7 +49,7 @@ enum class InfoMode : int { kCameras = 1, kAlerts = 2, kAllLines = 3 };
 
 /// Asks the server at `address` (a host, host:port, either behind "http://", or a relay account's address) what it is.
 /// Blocks the thread until the answer is there or one of the time-outs has ended it: `time_out` (milliseconds, 0 is
-/// none) limits resolving and connecting, sending, and the answer, each. Asking the relay service has no limit.
+/// none) limits resolving, connecting, sending and the answer, each. Asking the relay service has no limit.
 ///
 /// `user_name` and `password` are sent with the request where either is not empty. Never fails: what went wrong shows
 /// in the record.
