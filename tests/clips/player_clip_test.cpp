@@ -4,8 +4,6 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <atomic>
-#include <cstdlib>
 #include <mutex>
 #include <opencv2/imgcodecs.hpp>
 
@@ -25,7 +23,6 @@ constexpr int kWidth = 322;  // Rows of a bitmap of this width are filled up.
 constexpr int kHeight = 240;
 constexpr std::size_t kSaveAvi = 9;
 constexpr std::size_t kStopAvi = 8;
-constexpr std::size_t kFullScreen = 16;
 
 /// A camera whose pictures differ; it remembers what it has sent.
 class Camera {
@@ -135,47 +132,6 @@ TEST_F(PlayerClipTest, IsReadBackPictureByPicture) {
     EXPECT_GT(cv::PSNR(cv::imdecode(*from, cv::IMREAD_COLOR), picture), 35);  // as another decoder has it
     ++from;
   }
-}
-
-// Everything at once, for ORBELCAST_STRESS_SECONDS (2 where not given). Sanitizers watch.
-TEST_F(PlayerClipTest, IsRecordedBesideFourViewersAndAFullScreen) {
-  const char* asked = std::getenv("ORBELCAST_STRESS_SECONDS");
-  const milliseconds time(1000 * std::max(asked != nullptr ? std::atoi(asked) : 0, 2));
-
-  std::vector<std::shared_ptr<VideoServerPush>> viewers;
-  int frames = 0;
-  for (int i = 0; i < 4; ++i) {
-    viewers.push_back(VideoServerPush::Create(platform_));
-    viewers.back()->Resize(400 * 15, 300 * 15);
-    std::int16_t rate = 15;
-    viewers.back()->FrameRate(rate);
-    viewers.back()->MotionDetector(i % 2 == 0);
-    viewers.back()->VideoStream.Refreshed.Listen([&frames] { ++frames; });
-    platform_.loop.RunHandler([this, viewer = viewers.back().get()] { viewer->Connect(camera_.Url()); });
-  }
-  const auto recorded = Player(25);
-  const auto shown = Player(10);
-  shown->XFullScreen.Opened.Listen([&] {
-    shown->XFullScreen.Width = 1024 * 15;
-    shown->XFullScreen.Height = 768 * 15;
-    shown->XFullScreen.OnResize();
-  });
-  dialogs_.names = {Clip().string()};
-  dialogs_.compressions = {Dialogs::Compression{.codec = "MPEG-4"}};
-  Click(*recorded, kSaveAvi);
-  Click(*shown, kFullScreen);
-  Run(time);
-  ASSERT_TRUE(shown->XFullScreen.IsOpen());
-  EXPECT_TRUE(shown->XFullScreen.vs->VideoStream.Visible);
-  shown->XFullScreen.vs->VideoStream.OnMouseDown(kLeftButton);
-  Run(milliseconds(500), [&] { return !shown->XFullScreen.IsOpen(); });
-  EXPECT_FALSE(shown->XFullScreen.IsOpen());
-  ASSERT_TRUE(recorded->Player[kStopAvi].Visible);
-  Click(*recorded, kStopAvi);
-  Run(milliseconds(1000), [&] { return recorded->Player[kSaveAvi].Visible.Get(); });
-
-  EXPECT_GT(frames, time.count() / 1000 * 4);
-  EXPECT_GE(tests::ReadPictures(Clip()).size(), static_cast<std::size_t>(time.count() / 1000 - 1));
 }
 
 // A host that goes away in the middle of a clip leaves a clip.

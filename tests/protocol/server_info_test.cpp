@@ -4,15 +4,11 @@
 
 #include <gmock/gmock.h>
 
-#include <chrono>
-#include <optional>
-
 #include "adapters/curl/curl_http.h"
 #include "adapters/fiber/fiber_loop.h"
 #include "adapters/posix/headless_queue.h"
 #include "fakes/scripted_server.h"
 #include "protocol/relay.h"
-#include "protocol/server_address.h"
 
 namespace orbelcast {
 namespace {
@@ -20,8 +16,6 @@ namespace {
 using fakes::AnswerBytes;
 using fakes::ScriptedServer;
 using fakes::TargetOf;
-using std::chrono::milliseconds;
-using std::chrono::steady_clock;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -93,28 +87,6 @@ TEST_F(ServerInfoTest, AnotherStatusFillsNoFieldButTheHeadersWhole) {
   EXPECT_EQ(info.ServerHeader + info.DirectFileKey + info.Lines + info.SystemName, "");
   EXPECT_THAT(info.AllHeaders, HasSubstr("Gate/2"));
   EXPECT_EQ(server.Requests().size(), 1u);
-}
-
-TEST_F(ServerInfoTest, BlocksNoLongerThanItsLimits) {
-  ScriptedServer dead([](const std::string&, To& to) { to.Never(); });
-  ScriptedServer slow([](const std::string&, To& to) {
-    to.Send("HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\n");
-    while (to.Send("x") && to.Pause(milliseconds(20))) {
-    }
-  });
-  // The loop's own handlers wait: the thread stands still.
-  bool ran = false;
-  queue.ArmTimer(milliseconds(1), [&] { ran = true; });
-  for (const ScriptedServer* server : {&dead, &slow}) {
-    const auto begin = steady_clock::now();
-    const ServerInfo info = Query(HostOf(*server), "", "", 300);
-    const auto took = steady_clock::now() - begin;
-    EXPECT_GE(took, milliseconds(290));
-    EXPECT_LT(took, milliseconds(1500));
-    EXPECT_EQ(info.Status, 404);
-    EXPECT_EQ(info.AllHeaders + info.Lines + info.DirectFileKey, "");
-  }
-  EXPECT_FALSE(ran);
 }
 
 TEST_F(ServerInfoTest, NoAnswerIsStatus404) {
