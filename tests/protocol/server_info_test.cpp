@@ -4,8 +4,6 @@
 
 #include <gmock/gmock.h>
 
-#include <optional>
-
 #include "adapters/curl/curl_http.h"
 #include "adapters/fiber/fiber_loop.h"
 #include "adapters/posix/headless_queue.h"
