@@ -48,8 +48,8 @@ struct PixelAllocator {
   explicit PixelAllocator(const PixelAllocator<U>&) {}
 
   T* allocate(std::size_t count) {
-    pixels_in_use += static_cast<std::int64_t>(count);
     void* memory = ::operator new(count * sizeof(T) + kBeside, kBoundary);
+    pixels_in_use += static_cast<std::int64_t>(count);
     return reinterpret_cast<T*>(static_cast<std::byte*>(memory) + kBeside);
   }
   void deallocate(T* pixels, std::size_t count) noexcept {
