@@ -48,7 +48,7 @@ std::string_view WithoutLineEnd(std::string_view line) {
 
 std::string MaskRequestLine(std::string_view line) {
   const std::size_t end = std::min(line.rfind(" HTTP/"), line.size());
-  const std::size_t target = std::min(line.find(' '), end);
+  const std::size_t target = std::min(line.find_first_not_of(' ', line.find(' ')), end);
   return std::string(line.substr(0, target))
       .append(HidePasswordsOfAddress(line.substr(target, end - target)))
       .append(line.substr(end));

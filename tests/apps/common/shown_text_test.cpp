@@ -15,6 +15,8 @@ TEST(ShownText, AnAddressHasNoPassword) {
       {"http://ann:pw@h/live/1", "http://ann:***@h/live/1"},
       {"http://ann:p/w?x:y@z@h:80/live/1", "http://ann:***@h:80/live/1"},
       {"ann:pw@h:80", "ann:***@h:80"},
+      {"http://ann:p@w/x@h/live/1", "http://ann:***@h/live/1"},
+      {"/live/1/ann:p http://h:1/x?live-special0160x0120020", "/live/1/ann:***?live-special0160x0120020"},
       {"http://h:8080/live/ann@example.org", "http://h:8080/live/ann@example.org"},
       {"http://[::1]:80/live/1", "http://[::1]:80/live/1"},
       {"http://h/live/1/ann:p/w?s:x?live-special0160x0120020", "http://h/live/1/ann:***?live-special0160x0120020"},
