@@ -130,9 +130,6 @@ TEST_F(QuestionsTest, AWindowIsNotClosedByTheAnswerToAnotherOnesButton) {
 
 // Whatever waits for the server before: the camera list for the host, for its properties, a button of the toolbar.
 TEST_F(QuestionsTest, ANewServerMakesTheAnswersOfTheOneBeforeVoid) {
-  world.dialogs.texts = {"hello"};
-  world.configuration.relay_host = "relay";
-  world.configuration.relay_lookup_host = "srv";
   const std::vector<std::function<void()>> waits{
       [&] { player->Connect2Server("srv", "a", "secret"); },
       [&] {
@@ -155,6 +152,7 @@ TEST_F(QuestionsTest, ANewServerMakesTheAnswersOfTheOneBeforeVoid) {
     EXPECT_EQ(player->SystemName(), "new");
     EXPECT_THAT(player->CamList.List(), ElementsAre("new"));
     EXPECT_EQ(player->CamList.ListIndex(), 0);
+    EXPECT_EQ(world.http.Count("SetTimeouts 20000 "), 1);  // the choice alone connects
     EXPECT_THAT(Asked(), testing::Each("http://cam/new/b:own" + std::string(kLive)));
     // The place is free again.
     Press(kAlerts);
@@ -164,9 +162,23 @@ TEST_F(QuestionsTest, ANewServerMakesTheAnswersOfTheOneBeforeVoid) {
     Begin([&] { Load({{"Server", "srv"}, {"Username", "u"}, {"Password", "secret"}}); });
     world.queue.Advance(2 * kSlow);
   }
-  // A message whose server is still looked up when the player turns to another one goes nowhere.
+}
+
+// While an account's server is looked up: what follows goes to the old server with its own login, or not at all.
+TEST_F(QuestionsTest, ANewServersLoginIsNotForTheAccountThatIsStillLookedUp) {
+  world.configuration.relay_host = "relay";
+  world.configuration.relay_lookup_host = "lookup";
+  world.dialogs.texts = {"hello"};
+  texts.insert(texts.begin(), {{"//lookup/", Slow("http://1.2.3.4/")}, {"//1.2.3.4/", TextAnswer(InfoText("old"))}});
   Begin([&] { player->Connect2Server("relay/joe", "a", "secret"); });
-  world.queue.Advance(3 * kSlow);
+  ConnectTo("new");
+  world.queue.Advance(2 * kSlow);
+  for (const char* login : {"Yjpvd24=" /* b:own */, "YTpzZWNyZXQ=" /* a:secret */}) {
+    EXPECT_EQ(world.http.Count(std::string("SetRequestHeader Authorization:  Basic ") + login), 1);
+  }
+
+  Begin([&] { player->Connect2Server("relay/joe", "a", "secret"); });
+  world.queue.Advance(2 * kSlow);
   Asked();
   Press(kMessage);
   ConnectTo("new");
