@@ -17,8 +17,8 @@ namespace orbelcast {
 /// A suspended handler is resumed by a posted call. Whoever resumed it (the toolkit's loop, a wait on the host's stack,
 /// a dialog that runs a loop of its own inside another handler) gets control back when it suspends again.
 ///
-/// The queue must outlive the loop. Destroying the loop ends its handlers (`EndHandlers`). It must not be destroyed from
-/// inside a handler.
+/// The queue must outlive the loop. Destroying the loop ends its handlers (`EndHandlers`). It must not be destroyed
+/// from inside a handler.
 class FiberLoop final : public MessageLoop {
  public:
   /// Stacks that are kept for the next handler, the last used first.
