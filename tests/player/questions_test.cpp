@@ -27,7 +27,7 @@ std::string InfoText(const std::string& camera) {
 /// every other one at once.
 class QuestionsTest : public PlayerWorld {
  protected:
-  static constexpr std::size_t kLog = 11, kMessage = 13, kInputsAndOutputs = 14, kAlerts = 15, kCameras = 17;
+  static constexpr std::size_t kLog = 11, kMessage = 13, kInputsAndOutputs = 14, kAlerts = 15;
 
   QuestionsTest() {
     world.http.block = [this](EventQueue::Nanoseconds delay) {
