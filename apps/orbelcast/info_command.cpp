@@ -158,9 +158,7 @@ std::string WhyNoInformation(const InfoOptions& options, const Configuration& co
            " does not answer, or knows no server of this account";
   }
   if (!answered) return "it does not answer; 'orbelcast doctor' finds out where it fails";
-  if (info.Status == kUnauthorized) {
-    return "it asks for another user name or password; give --credentials FILE, or --user and ORBELCAST_PASSWORD";
-  }
+  if (info.Status == kUnauthorized) return kAsksForAnotherLogin;
   if (info.Status == kNotFound)
     return "it has no server information (404), so it is no camera server; 'orbelcast doctor' tells more";
   if (info.Status != kHttpOk) return "it answers with status " + std::to_string(info.Status);
@@ -171,14 +169,7 @@ std::string WhyNoInformation(const InfoOptions& options, const Configuration& co
 }  // namespace
 
 void AddInfoOptions(CLI::App& command, InfoOptions& options) {
-  command
-      .add_option(
-          "SERVER", options.server,
-          "The camera server: a host, host:port, or a relay account's address; http:// before it may be left out")
-      ->required()
-      ->check(CheckServer)
-      ->each(KeepSecretsOf)
-      ->type_name("");
+  AddServerOption(command, options.server);
   AddAccessOptions(command, options.access, "User name, sent with the request (default: none)");
   AddSecondsOption(command, "--timeout", options.time_out,
                    "Seconds that connecting and that the answer may take each; may have decimals (default: 10)",

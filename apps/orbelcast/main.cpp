@@ -11,6 +11,7 @@
 #include "doctor_command.h"
 #include "exit_status.h"
 #include "info_command.h"
+#include "log_command.h"
 #include "mosaic_command.h"
 #include "platform/version.h"
 #include "play_command.h"
@@ -40,6 +41,10 @@ constexpr const char* kDoctorFooter =
 constexpr const char* kSnapshotFooter =
     "Exit status: 0 the picture is in FILE; 1 no picture came, and FILE is as it was; 2 wrong\n"
     "usage, or a file that cannot be written.";
+
+constexpr const char* kLogFooter =
+    "Exit status: 0 the log is in FILE; 1 no log came, and FILE is as it was; 2 wrong usage,\n"
+    "or a file that cannot be written.";
 
 constexpr const char* kRegisterFooter =
     "The registry file is the one that ORBELCAST_REGISTRY names, else the user's own; the\n"
@@ -102,6 +107,11 @@ int Run(int argc, char** argv) {
   snapshot->footer(kSnapshotFooter);
   AddSnapshotOptions(*snapshot, snapshot_options);
 
+  LogOptions log_options;
+  CLI::App* log = app.add_subcommand("log", "Saves a camera server's whole activity log as the server sent it");
+  log->footer(kLogFooter);
+  AddLogOptions(*log, log_options);
+
   CLI::App* write_classes = app.add_subcommand("register", "Writes the controls' classes into the registry file");
   write_classes->footer(kRegisterFooter);
   CLI::App* remove_classes = app.add_subcommand("unregister", "Removes the controls' classes from the registry file");
@@ -123,6 +133,7 @@ int Run(int argc, char** argv) {
   if (mosaic->parsed()) return Mosaic(mosaic_options, std::cout, std::cerr);
   if (record->parsed()) return Record(record_options, std::cout, std::cerr);
   if (snapshot->parsed()) return Snapshot(snapshot_options, std::cout, std::cerr);
+  if (log->parsed()) return Log(log_options, std::cerr);
   if (write_classes->parsed()) return Register(Registration::kWrite, std::cout, std::cerr);
   if (remove_classes->parsed()) return Register(Registration::kRemove, std::cout, std::cerr);
   if (script->parsed()) return RunScript(script_file, std::cin, std::cout, std::cerr);

@@ -1,8 +1,11 @@
 #include "server_entries.h"
 
+#include <CLI/CLI.hpp>
+
 #include "platform/ascii.h"
 #include "protocol/limits.h"
 #include "protocol/text.h"
+#include "shown_text.h"
 
 namespace orbelcast {
 
@@ -39,6 +42,17 @@ std::string CheckServer(const std::string& server) {
   }
   if (HasControlCharacter(server)) return "the address holds a line break or another control character";
   return {};
+}
+
+void AddServerOption(CLI::App& command, std::string& server) {
+  command
+      .add_option(
+          "SERVER", server,
+          "The camera server: a host, host:port, or a relay account's address; http:// before it may be left out")
+      ->required()
+      ->check(CheckServer)
+      ->each(KeepSecretsOf)
+      ->type_name("");
 }
 
 }  // namespace orbelcast

@@ -6,6 +6,10 @@
 
 #include "protocol/server_info.h"
 
+namespace CLI {
+class App;
+}
+
 namespace orbelcast {
 
 /// A line of a list that a camera server tells: a camera, an alert, an output or an input.
@@ -24,5 +28,12 @@ std::string WhatWasNotRead(const ServerInfo& info);
 
 /// Empty for a camera server's address; else what is wrong with it.
 std::string CheckServer(const std::string& server);
+
+/// Declares SERVER, a camera server's address, of which `server` gets what was written.
+void AddServerOption(CLI::App& command, std::string& server);
+
+/// Why a server that answers with status 401 does, and what to do.
+inline constexpr const char* kAsksForAnotherLogin =
+    "it asks for another user name or password; give --credentials FILE, or --user and ORBELCAST_PASSWORD";
 
 }  // namespace orbelcast

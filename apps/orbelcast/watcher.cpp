@@ -6,6 +6,7 @@
 #include "event_json.h"
 #include "picture_file.h"
 #include "seconds.h"
+#include "server_entries.h"
 #include "shown_text.h"
 #include "stop_signals.h"
 
@@ -159,8 +160,7 @@ std::string Watcher::WhyNoPicture() const {
   const auto told = [this](std::string_view part) { return status_.find(part) != std::string::npos; };
   if (!failed_) return connected_ ? "what it sent is no picture that can be read" : "it had not answered";
   if (told("(0)")) return "it does not answer as a web server; 'orbelcast doctor' finds out why";
-  if (told("(401)"))
-    return "it asks for another user name or password; give --credentials FILE, or --user and ORBELCAST_PASSWORD";
+  if (told("(401)")) return kAsksForAnotherLogin;
   if (told("(404)"))
     return "the server has nothing at this address (404); 'orbelcast info' lists its cameras' addresses";
   if (told("not found")) return "the camera server has no such camera; 'orbelcast info' lists those it has";

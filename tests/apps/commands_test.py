@@ -127,6 +127,20 @@ class Info(Commands):
                 self.assertNotIn("%733cret", done.stdout + done.stderr)
 
 
+class Log(Commands):
+    def test_the_whole_log_becomes_a_file(self):
+        file = self.folder / "log.csv"
+        done = orbelcast("log", self.address(self.guarded), file, **LOGIN)
+        self.assertEqual((done.returncode, done.stdout + done.stderr), (0, ""))
+        self.assertTrue(file.read_bytes().startswith(b"Date,Time,Address,User,Event,Detail\r\n"))
+        file.write_text("old")
+        for server, why in ((self.dead, "does not answer"), (self.address(self.guarded), "another user name or password")):
+            done = orbelcast("log", server, file, "--user", "nobody")
+            self.assertEqual(done.returncode, 1)
+            self.assertIn(why, done.stderr)
+        self.assertEqual(file.read_text(), "old")
+
+
 class Snapshot(Commands):
     def test_success_is_byte_for_byte_what_the_server_sent(self):
         file = self.folder / "now.jpg"
