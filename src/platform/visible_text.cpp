@@ -64,7 +64,7 @@ std::string WithoutControls(std::string_view text, char with) {
 std::string JsonWithoutControls(std::string_view json) {
   return Replaced(json, [](const Character& character, std::string& shown) {
     if (character.code < 0x7f || !character.valid) return false;
-    std::array<char, 8> escape{};
+    std::array<char, 16> escape{};  // room for any number, though these have four digits
     std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(character.code));
     shown += escape.data();
     return true;
