@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <optional>
+#include <ranges>
 #include <vector>
 
 #include "platform/ascii.h"
@@ -123,9 +124,8 @@ std::vector<Part> PasswordsIn(std::string_view address) {
 std::string HideParts(std::string_view address) {
   std::string text(address);
   const std::vector<Part> parts = PasswordsIn(address);
-  for (auto part = parts.rbegin(); part != parts.rend(); ++part) {
-    text.replace(part->first, part->last - part->first, kMask);
-  }
+  // The last first, so that the places of the others stay.
+  for (const Part& part : std::views::reverse(parts)) text.replace(part.first, part.last - part.first, kMask);
   return text;
 }
 

@@ -31,7 +31,7 @@ QueueUnderTest MakerOf(const char* name) {
 class EventQueueContract : public testing::TestWithParam<QueueUnderTest> {
  protected:
   using SocketEvents = EventQueue::SocketEvents;
-  using milliseconds = std::chrono::milliseconds;
+  using milliseconds = std::chrono::milliseconds;  // NOLINT(readability-identifier-naming): the library's name
 
   EventQueueContract() { EXPECT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()), 0); }
   ~EventQueueContract() override {

@@ -4,10 +4,8 @@
 
 #include "fakes/event_queue_contract.h"
 
-namespace orbelcast {
-namespace fakes {
+namespace orbelcast::fakes {
 
 INSTANTIATE_TEST_SUITE_P(Headless, EventQueueContract, testing::Values(MakerOf<HeadlessQueue>("HeadlessQueue")));
 
-}  // namespace fakes
-}  // namespace orbelcast
+}  // namespace orbelcast::fakes
