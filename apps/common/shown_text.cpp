@@ -4,7 +4,6 @@
 #include <array>
 #include <charconv>
 #include <optional>
-#include <ranges>
 #include <vector>
 
 #include "platform/ascii.h"
@@ -125,7 +124,8 @@ std::string HideParts(std::string_view address) {
   std::string text(address);
   const std::vector<Part> parts = PasswordsIn(address);
   // The last first, so that the places of the others stay.
-  for (const Part& part : std::views::reverse(parts)) text.replace(part.first, part.last - part.first, kMask);
+  std::for_each(parts.rbegin(), parts.rend(),
+                [&](const Part& part) { text.replace(part.first, part.last - part.first, kMask); });
   return text;
 }
 

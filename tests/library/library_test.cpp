@@ -16,7 +16,6 @@
 #include <sstream>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include "orbelcast/orbelcast.h"
 
@@ -155,9 +154,9 @@ TEST_F(LibraryTest, BelongsToTheThreadThatCameFirst) {
   std::atomic<int> first = 0;
   std::atomic<int> refused = 0;
   std::barrier all(4);
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 4; ++i) {
-    threads.emplace_back([&] {
+  std::array<std::thread, 4> threads;
+  for (auto& thread : threads) {
+    thread = std::thread([&] {
       Held<IClassFactory> factory;
       all.arrive_and_wait();
       const Result result = library.GetClassObject(kVideoServerPushClass, IClassFactory::kId, factory.Put());

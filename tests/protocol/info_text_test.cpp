@@ -78,7 +78,7 @@ TEST(InfoTextTest, LongTextsLongLinesAndZerosLoseNothingUpToTheBounds) {
     EXPECT_TRUE(info.Lines.ends_with("49999\tname\tbase\r\n"));
     EXPECT_EQ(info.UnreadBytes, unread);
   }
-  const std::string with_zeros = "a\0b\rc\nd" + std::string(1'000'000, 'x') + std::string(1, '\0');
+  const std::string with_zeros = std::string("a\0b\rc\nd", 7) + std::string(1'000'000, 'x') + std::string(1, '\0');
   const ServerInfo info = Parse("CAM:" + with_zeros + "\r\nSNM:" + with_zeros);  // without a last line end
   EXPECT_EQ(info.Lines, with_zeros + "\r\n");
   EXPECT_EQ(info.SystemName, with_zeros);

@@ -67,7 +67,7 @@ std::string OwnPath() {
 }
 
 /// Found when the library is loaded: the host may have named it from a folder that it leaves.
-const std::string own_path = OwnPath();
+const std::string kOwnPath = OwnPath();
 
 }  // namespace
 
@@ -98,7 +98,7 @@ extern "C" Result DllRegisterServer() {
   using namespace orbelcast::server;
   return Guarded([] {
     orbelcast::FileRegistry registry;
-    return !own_path.empty() && RegisterClasses(registry, own_path) ? S_OK : SELFREG_E_CLASS;
+    return !kOwnPath.empty() && RegisterClasses(registry, kOwnPath) ? S_OK : SELFREG_E_CLASS;
   });
 }
 

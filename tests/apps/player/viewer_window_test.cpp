@@ -45,7 +45,7 @@ class ViewerWindowTest : public testing::Test {
 };
 
 TEST_F(ViewerWindowTest, SaysWhyThereIsNoPicture) {
-  const std::pair<std::string, const char*> kAnswers[] = {
+  const std::pair<std::string, const char*> answers[] = {
       {AnswerBytes(200, "<html>a camera server's page</html>"), "is no JPEG picture"},
       {AnswerBytes(401), "does not accept this user name"},
       {AnswerBytes(404), "There is no picture at"},
@@ -53,10 +53,11 @@ TEST_F(ViewerWindowTest, SaysWhyThereIsNoPicture) {
       {AnswerBytes(503), "status 503"},
       {"no HTTP at all\r\n\r\n", "does not answer"},
   };
-  for (const auto& [answer, told] : kAnswers) {
+  for (const auto& [answer, why] : answers) {
     const ScriptedServer server(answer);
     Open(server.Url());
-    EXPECT_TRUE(RunUntil([&] { return Notice().find(told) != std::string::npos; })) << told << ", not: " << Notice();
+    EXPECT_TRUE(RunUntil([&, told = why] { return Notice().find(told) != std::string::npos; }))
+        << why << ", not: " << Notice();
   }
 }
 
