@@ -28,7 +28,6 @@ class FrameInHand final : public HttpRequest {
   std::string ResponseText() override { return {}; }
   FrameBytes ResponseBody() override { return frame_; }
   void Abort() override {}
-  bool Failed() const override { return false; }
 
  private:
   const FrameBytes& frame_;
