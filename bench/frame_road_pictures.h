@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "platform/frame_bytes.h"
-#include "platform/surface.h"
+#include "toolkit/surface.h"
 
 /// Pictures to measure with, and how good what came out of them is.
 namespace orbelcast::bench {

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "platform/frame_bytes.h"
-#include "platform/surface.h"
+#include "toolkit/surface.h"
 
 /// The road of one frame, from its bytes to the picture shown and what moved in it, by the viewer and by what a user
 /// would pick instead.

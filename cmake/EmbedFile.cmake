@@ -1,14 +1,12 @@
-# Writes OUTPUT, a C++ file that holds the bytes of INPUT as orbelcast::resources::SYMBOL and SYMBOL_size.
+# Writes OUTPUT, a C++ file that holds the bytes of INPUT as orbelcast::resources::SYMBOL.
 file(READ "${INPUT}" hex HEX)
-string(LENGTH "${hex}" digits)
-math(EXPR size "${digits} / 2")
 string(REGEX REPLACE "([0-9a-f][0-9a-f])" "0x\\1," bytes "${hex}")
 file(WRITE "${OUTPUT}"
-"#include <cstddef>
+"#include <cstdint>
+#include <span>
 namespace orbelcast::resources {
-extern const unsigned char ${SYMBOL}[];
-extern const std::size_t ${SYMBOL}_size;
-const unsigned char ${SYMBOL}[] = {${bytes}};
-const std::size_t ${SYMBOL}_size = ${size};
+static const std::uint8_t ${SYMBOL}_bytes[] = {${bytes}};
+extern const std::span<const std::uint8_t> ${SYMBOL};
+constinit const std::span<const std::uint8_t> ${SYMBOL}{${SYMBOL}_bytes};
 }  // namespace orbelcast::resources
 ")

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "bounds.h"
-#include "platform/visible_text.h"
 #include "shown_text.h"
+#include "toolkit/visible_text.h"
 
 namespace orbelcast::camera_server {
 

@@ -11,7 +11,7 @@
 #include <stdexcept>
 
 #include "hexadecimal.h"
-#include "platform/ascii.h"
+#include "toolkit/ascii.h"
 
 namespace orbelcast::camera_server {
 

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/ascii.h"
 #include "query.h"
+#include "toolkit/ascii.h"
 
 namespace orbelcast::camera_server {
 

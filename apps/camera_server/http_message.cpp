@@ -5,7 +5,7 @@
 
 #include "bounds.h"
 #include "http_status.h"
-#include "platform/ascii.h"
+#include "toolkit/ascii.h"
 
 namespace orbelcast::camera_server {
 

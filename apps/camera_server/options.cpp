@@ -19,9 +19,9 @@
 #include "bounds.h"
 #include "credentials_file.h"
 #include "faults.h"
-#include "platform/ascii.h"
-#include "platform/version.h"
 #include "shown_text.h"
+#include "toolkit/ascii.h"
+#include "toolkit/version.h"
 #include "usage.h"
 #include "within.h"
 

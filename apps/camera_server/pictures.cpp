@@ -11,7 +11,7 @@
 #include "bounds.h"
 #include "http_message.h"
 #include "jpeg_writer.h"
-#include "platform/ascii.h"
+#include "toolkit/ascii.h"
 
 namespace orbelcast::camera_server {
 

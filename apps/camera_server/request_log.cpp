@@ -8,10 +8,10 @@
 #include <utility>
 
 #include "bounds.h"
-#include "platform/ascii.h"
-#include "platform/visible_text.h"
 #include "shown_text.h"
 #include "time_text.h"
+#include "toolkit/ascii.h"
+#include "toolkit/visible_text.h"
 
 namespace orbelcast::camera_server {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "adapters/posix/named_file.h"
-#include "platform/ascii.h"
+#include "toolkit/ascii.h"
 
 namespace orbelcast {
 

@@ -6,8 +6,8 @@
 #include <optional>
 #include <vector>
 
-#include "platform/ascii.h"
-#include "platform/visible_text.h"
+#include "toolkit/ascii.h"
+#include "toolkit/visible_text.h"
 
 namespace orbelcast {
 

@@ -21,7 +21,6 @@
 #include "http_status.h"
 #include "network_steps.h"
 #include "option_values.h"
-#include "platform/ascii.h"
 #include "protocol/relay.h"
 #include "protocol/server_address.h"
 #include "protocol/server_info.h"
@@ -29,6 +28,7 @@
 #include "seconds.h"
 #include "server_entries.h"
 #include "shown_text.h"
+#include "toolkit/ascii.h"
 #include "watcher.h"
 
 namespace orbelcast {

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "platform/jpeg_decoder.h"
+#include "toolkit/surface.h"
 
 namespace orbelcast {
 

@@ -6,8 +6,8 @@
 #include <utility>
 #include <variant>
 
-#include "platform/visible_text.h"
 #include "shown_text.h"
+#include "toolkit/visible_text.h"
 
 namespace orbelcast {
 

@@ -13,12 +13,12 @@
 #include "event_json.h"
 #include "http_status.h"
 #include "option_values.h"
-#include "platform/ascii.h"
 #include "protocol/relay.h"
 #include "protocol/server_info.h"
 #include "protocol/text.h"
 #include "server_entries.h"
 #include "shown_text.h"
+#include "toolkit/ascii.h"
 
 namespace orbelcast {
 

@@ -6,6 +6,7 @@
 #include <ostream>
 #include <set>
 
+#include "adapters/http/yielding_http.h"
 #include "assembly/headless_platform.h"
 #include "event_json.h"
 #include "mosaic/mosaic_tile.h"
@@ -42,25 +43,6 @@ class DrawnTiles final : public ForwardingJpegDecoder {
 
  private:
   std::set<std::pair<int, int>> corners_;
-};
-
-/// Requests that are waited for where a control would hold up the thread: so a signal ends the program while a camera
-/// does not answer.
-class AwaitedHttp final : public HttpRequestFactory {
- public:
-  explicit AwaitedHttp(HttpRequestFactory& http) : http_(http) {}
-  std::shared_ptr<HttpRequest> Create() override { return std::make_shared<Request>(http_.Create()); }
-
- private:
-  class Request final : public ForwardingHttpRequest {
-   public:
-    using ForwardingHttpRequest::ForwardingHttpRequest;
-    bool Open(std::string_view method, std::string_view url, bool /*async*/) override {
-      return ForwardingHttpRequest::Open(method, url, true);
-    }
-  };
-
-  HttpRequestFactory& http_;
 };
 
 /// A host without a window: one viewer that goes round the cameras.
@@ -158,7 +140,7 @@ class MosaicHost {
 
   std::unique_ptr<HeadlessPlatform> services_;
   DrawnTiles drawn_;
-  AwaitedHttp requests_;
+  YieldingHttp requests_;
   Platform platform_;  ///< The services, with `drawn_` before the decoder and `requests_` before the requests.
   std::shared_ptr<VideoServerPush> viewer_;
 

@@ -4,9 +4,9 @@
 #include <algorithm>
 
 #include "adapters/posix/named_file.h"
-#include "platform/ascii.h"
 #include "protocol/text.h"
 #include "shown_text.h"
+#include "toolkit/ascii.h"
 
 namespace orbelcast {
 

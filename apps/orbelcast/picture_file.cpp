@@ -1,8 +1,8 @@
 #include "picture_file.h"
 
 #include "adapters/posix/named_file.h"
-#include "platform/ascii.h"
 #include "recording/picture_file.h"
+#include "toolkit/ascii.h"
 
 namespace orbelcast {
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/picture_codec.h"
+#include "toolkit/surface.h"
 
 namespace orbelcast {
 

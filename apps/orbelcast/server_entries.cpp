@@ -2,10 +2,10 @@
 
 #include <CLI/CLI.hpp>
 
-#include "platform/ascii.h"
 #include "protocol/limits.h"
 #include "protocol/text.h"
 #include "shown_text.h"
+#include "toolkit/ascii.h"
 
 namespace orbelcast {
 

@@ -19,15 +19,15 @@
 #include <vector>
 
 #include "adapters/posix/named_file.h"
-#include "assembly_qt/qt_platform.h"
-#include "platform/version.h"
 #include "player_options.h"
 #include "player_window.h"
 #include "program.h"
 #include "server_dialog.h"
 #include "stop_signals.h"
+#include "toolkit/version.h"
 #include "usage.h"
 #include "viewer_window.h"
+#include "widgets/qt_platform.h"
 
 namespace {
 

@@ -7,10 +7,10 @@
 #include <QShortcut>
 #include <iostream>
 
-#include "adapters/qt/control_widgets.h"
 #include "http_status.h"
 #include "player/user_control1.h"
 #include "shown_text.h"
+#include "widgets/control_widgets.h"
 
 namespace orbelcast {
 

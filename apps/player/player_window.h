@@ -3,7 +3,7 @@
 #include <QMainWindow>
 #include <QTimer>
 
-#include "adapters/qt/yielding_http.h"
+#include "adapters/http/yielding_http.h"
 #include "notice.h"
 #include "orbelcast/player_widget.h"
 #include "player_options.h"

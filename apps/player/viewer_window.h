@@ -5,8 +5,8 @@
 
 #include "notice.h"
 #include "orbelcast/video_server_push_widget.h"
-#include "platform/signal.h"
 #include "player_options.h"
+#include "toolkit/signal.h"
 
 namespace orbelcast {
 

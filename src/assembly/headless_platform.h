@@ -1,6 +1,7 @@
 #pragma once
 
 #include "adapters/posix/headless_queue.h"
+#include "adapters/posix/memory_clipboard.h"
 #include "assembly/services.h"
 
 namespace orbelcast {
@@ -20,7 +21,7 @@ class HeadlessPlatform {
  private:
   HeadlessQueue queue_;
   Screen screen_;
-  Clipboard clipboard_;
+  MemoryClipboard clipboard_;
   Dialogs nobody_;
   Services services_;
 };

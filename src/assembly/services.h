@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adapters/clip_library/clip_library.h"
 #include "adapters/curl/curl_http.h"
 #include "adapters/fiber/fiber_loop.h"
 #include "adapters/jpeg/jpeg_decoder.h"
@@ -8,7 +9,6 @@
 #include "adapters/posix/file_registry.h"
 #include "adapters/posix/posix_files.h"
 #include "adapters/posix/system_clock.h"
-#include "assembly/clip_library.h"
 #include "platform/platform.h"
 
 /// The one place where a set of services is chosen.

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <limits>
 
-#include "platform/rounding.h"
+#include "toolkit/rounding.h"
 
 namespace orbelcast {
 

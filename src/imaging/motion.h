@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/surface.h"
+#include "toolkit/surface.h"
 
 /// Pictures and places as values: motion detection, where the viewer's children sit, its status icons, bitmaps. Values
 /// in, values out: nothing here knows the viewer.

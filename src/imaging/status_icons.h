@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "platform/surface.h"
+#include "toolkit/surface.h"
 
 namespace orbelcast {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/rounding.h"
+#include "toolkit/rounding.h"
 
 namespace orbelcast {
 

@@ -1,21 +1,18 @@
 #pragma once
 
-#include "platform/surface.h"
-
 namespace orbelcast {
 
-/// The clipboard, as far as pictures go. This one keeps the picture in memory, for a program without a screen.
+class Surface;
+
+/// The clipboard, as far as pictures go.
 class Clipboard {
  public:
   virtual ~Clipboard() = default;
-  virtual void Clear() { picture_ = {}; }
+  virtual void Clear() = 0;
   /// Puts a copy of `picture` there, as a bitmap.
-  virtual void SetPicture(const Surface& picture) { picture_ = picture; }
+  virtual void SetPicture(const Surface& picture) = 0;
   /// The picture; empty where the clipboard holds none.
-  virtual Surface Picture() const { return picture_; }
-
- private:
-  Surface picture_;
+  virtual Surface Picture() const = 0;
 };
 
 }  // namespace orbelcast

@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <map>
 
-#include "platform/surface.h"
-
 namespace orbelcast {
+
+class Surface;
 
 /// The surfaces that a host lends for drawing, each under the number that stands for its device context.
 class DeviceContexts {

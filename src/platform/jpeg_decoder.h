@@ -1,9 +1,10 @@
 #pragma once
 
 #include "platform/frame_bytes.h"
-#include "platform/surface.h"
 
 namespace orbelcast {
+
+class Surface;
 
 /// Draws JPEG pictures onto surfaces.
 ///

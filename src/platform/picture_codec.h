@@ -4,9 +4,9 @@
 #include <span>
 #include <vector>
 
-#include "platform/surface.h"
-
 namespace orbelcast {
+
+class Surface;
 
 /// Pictures that are not frames: the ones the controls carry with them, and screenshots. PNG.
 class PictureCodec {

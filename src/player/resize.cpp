@@ -1,8 +1,8 @@
 // Where the children sit.
 
-#include "platform/rounding.h"
 #include "player/toolbar.h"
 #include "player/user_control1.h"
+#include "toolkit/rounding.h"
 
 namespace orbelcast {
 

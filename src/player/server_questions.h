@@ -4,8 +4,8 @@
 #include <type_traits>
 #include <utility>
 
-#include "platform/generation.h"
-#include "platform/property.h"
+#include "toolkit/generation.h"
+#include "toolkit/property.h"
 
 namespace orbelcast {
 

@@ -4,9 +4,6 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/ascii.h"
-#include "platform/rounding.h"
-#include "platform/version.h"
 #include "player/limits.h"
 #include "player/quality.h"
 #include "player/registry_text.h"
@@ -14,6 +11,9 @@
 #include "player/user_control1.h"
 #include "protocol/server_info.h"
 #include "protocol/text.h"
+#include "toolkit/ascii.h"
+#include "toolkit/rounding.h"
+#include "toolkit/version.h"
 
 namespace orbelcast {
 

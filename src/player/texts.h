@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/controls.h"
+#include "toolkit/controls.h"
 
 namespace orbelcast {
 

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "platform/resources.h"
 #include "player/toolbar.h"
+#include "player/toolbar_pictures.h"
 
 namespace orbelcast {
 
@@ -105,7 +105,7 @@ void UserControl1::PlaceChildren() {
   for (std::size_t i = 0; i < Player.size(); ++i) {
     Place(Player[i], kTools[i].left, kTools[i].top, kTools[i].width, kToolHeight);
     Player[i].ToolTipText = kTools[i].tip;
-    Player[i].SetPicture(platform_.pictures.Decode(resources::ToolbarPicture(static_cast<int>(i))));
+    Player[i].SetPicture(platform_.pictures.Decode(toolbar::PictureOf(static_cast<std::int16_t>(i))));
   }
   Player[toolbar::kStopAvi].Visible = false;
   for (const std::int16_t extended : toolbar::kExtended) Player[extended].Visible = false;

@@ -10,13 +10,13 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/controls.h"
 #include "platform/platform.h"
 #include "player/server_questions.h"
 #include "player/windows.h"
 #include "protocol/server_address.h"
 #include "protocol/server_info.h"
 #include "recording/clip_recorder.h"
+#include "toolkit/controls.h"
 #include "viewer/video_server_push.h"
 
 /// The player around a stream viewer: its state and members in user_control1.h, its doings in settings, lists, toolbar,

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/controls.h"
-#include "platform/generation.h"
 #include "platform/http_request.h"
 #include "player/server_questions.h"
+#include "toolkit/controls.h"
+#include "toolkit/generation.h"
 #include "viewer/video_server_push.h"
 
 namespace orbelcast {

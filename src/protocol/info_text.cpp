@@ -2,9 +2,9 @@
 
 #include <limits>
 
-#include "platform/rounding.h"
 #include "protocol/limits.h"
 #include "protocol/text.h"
+#include "toolkit/rounding.h"
 
 namespace orbelcast {
 

@@ -2,9 +2,9 @@
 
 #include <optional>
 
-#include "platform/ascii.h"
 #include "protocol/server_address.h"
 #include "protocol/text.h"
+#include "toolkit/ascii.h"
 
 namespace orbelcast {
 

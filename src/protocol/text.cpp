@@ -4,7 +4,7 @@
 #include <charconv>
 #include <system_error>
 
-#include "platform/ascii.h"
+#include "toolkit/ascii.h"
 
 namespace orbelcast {
 

@@ -8,9 +8,10 @@
 
 #include "imaging/dib.h"
 #include "platform/avi_file.h"
-#include "platform/controls.h"
 #include "platform/platform.h"
 #include "recording/picture_file.h"
+#include "toolkit/controls.h"
+#include "toolkit/surface.h"
 
 /// What is shown, kept: pictures as files, and AVI clips. Who owns a recorder gives it the pictures.
 namespace orbelcast {

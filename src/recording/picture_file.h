@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/frame_bytes.h"
-#include "platform/surface.h"
+#include "toolkit/surface.h"
 
 namespace orbelcast {
 

@@ -5,8 +5,8 @@
 #include <optional>
 #include <vector>
 
-#include "platform/ascii.h"
 #include "server/returned.h"
+#include "toolkit/ascii.h"
 
 namespace orbelcast::server {
 

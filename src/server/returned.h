@@ -5,10 +5,10 @@
 #include <utility>
 
 #include "orbelcast/orbelcast.h"
-#include "platform/controls.h"
-#include "platform/surface.h"
 #include "server/object.h"
 #include "server/value.h"
+#include "toolkit/controls.h"
+#include "toolkit/surface.h"
 
 /// What members return to hosts, as objects that the host ends.
 namespace orbelcast::server {

@@ -6,8 +6,8 @@
 #include <limits>
 #include <string_view>
 
-#include "platform/ascii.h"
-#include "platform/rounding.h"
+#include "toolkit/ascii.h"
+#include "toolkit/rounding.h"
 
 namespace orbelcast::server {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "orbelcast/orbelcast.h"
-#include "platform/surface.h"
+#include "toolkit/surface.h"
 #include "viewer/interface.h"
 
 namespace orbelcast::server {

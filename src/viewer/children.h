@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "platform/controls.h"
+#include "toolkit/controls.h"
 
 namespace orbelcast {
 

@@ -4,7 +4,7 @@
 #include <optional>
 #include <utility>
 
-#include "platform/ascii.h"
+#include "toolkit/ascii.h"
 #include "viewer/video_server_push.h"
 
 namespace orbelcast {

@@ -5,7 +5,7 @@
 #include <optional>
 #include <utility>
 
-#include "platform/rounding.h"
+#include "toolkit/rounding.h"
 #include "viewer/video_server_push.h"
 
 namespace orbelcast {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <variant>
 
-#include "platform/controls.h"
+#include "toolkit/controls.h"
 
 namespace orbelcast {
 

@@ -3,9 +3,9 @@
 #include <chrono>
 #include <optional>
 
-#include "platform/rounding.h"
 #include "protocol/server_address.h"
 #include "protocol/text.h"
+#include "toolkit/rounding.h"
 #include "viewer/video_server_push.h"
 
 namespace orbelcast {

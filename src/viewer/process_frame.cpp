@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "platform/rounding.h"
+#include "toolkit/rounding.h"
 #include "viewer/video_server_push.h"
 
 namespace orbelcast {

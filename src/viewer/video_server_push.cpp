@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "platform/resources.h"
-#include "platform/rounding.h"
-#include "platform/version.h"
+#include "toolkit/rounding.h"
+#include "toolkit/version.h"
+#include "viewer/pictures.h"
 
 namespace orbelcast {
 
@@ -93,12 +93,12 @@ void VideoServerPush::PlaceChildren() {
           static_cast<float>(picture.Height() * platform_.screen.TwipsPerPixelY()));
     box.SetPicture(picture);
   };
-  load(IconNet, resources::NoAnswer());
-  load(RecIcon, resources::RecordingIcon());
-  load(StopIcon, resources::StopIcon());
-  load(ConnectIcon, resources::ConnectIcon());
-  load(DisconnectIcon, resources::DisconnectIcon());
-  test_card_ = std::make_shared<Surface>(platform_.pictures.Decode(resources::TestCard()));
+  load(IconNet, resources::no_answer_png);
+  load(RecIcon, resources::recording_png);
+  load(StopIcon, resources::stop_png);
+  load(ConnectIcon, resources::connect_png);
+  load(DisconnectIcon, resources::disconnect_png);
+  test_card_ = std::make_shared<Surface>(platform_.pictures.Decode(resources::test_card_png));
 
   MainMenu.Caption = "Ghost";
   constexpr std::array<const char*, 5> kCaptions{"Time", "Server", "Status", "-", "Reconnect"};

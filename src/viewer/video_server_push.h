@@ -12,11 +12,12 @@
 #include "imaging/status_icons.h"
 #include "mosaic/mosaic_round.h"
 #include "mosaic/mosaic_tile.h"
-#include "platform/controls.h"
-#include "platform/generation.h"
 #include "platform/platform.h"
-#include "platform/timer_driver.h"
 #include "recording/picture_file.h"
+#include "toolkit/controls.h"
+#include "toolkit/generation.h"
+#include "toolkit/surface.h"
+#include "toolkit/timer_driver.h"
 
 /// The stream viewer: its state and members in video_server_push.h, each of its doings in a file of its own (connect,
 /// frame_loop, process_frame, disconnect, multi_cam_view, picture_export, resize, status_line), the table of its

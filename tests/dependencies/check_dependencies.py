@@ -32,10 +32,10 @@ def headers_of(module):
 
 
 def undeclared_folders(modules):
-    """Folders with sources that are neither a module nor the part of one that is linked apart."""
+    """Folders with sources that are neither a module nor a module's plugin, which is linked apart."""
     folders = {path.parent.relative_to(SOURCE / "src") for path in (SOURCE / "src").rglob("*.cpp")}
     return [f"src/{each} is no module of the build" for each in map(str, sorted(folders))
-            if each not in modules and not each.endswith("/module")]
+            if each not in modules and not each.endswith("/plugin")]
 
 
 def found_by_the_compiler(module, modules):

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "adapters/fiber/fiber_loop.h"
+#include "adapters/posix/memory_clipboard.h"
 #include "fakes/fake_avi_files.h"
 #include "fakes/fake_dialogs.h"
 #include "fakes/fake_http.h"
@@ -61,7 +62,7 @@ struct FakePlatform {
   FakeHttp http{loop};
   FakeJpegDecoder jpeg_decoder;
   FakePictures pictures;
-  Clipboard clipboard;
+  MemoryClipboard clipboard;
   DeviceContexts device_contexts;
   Registry registry;
   FakeDialogs dialogs{loop};

@@ -6,7 +6,7 @@
 
 #include "adapters/curl/http_address.h"
 #include "adapters/curl/http_login.h"
-#include "platform/ascii.h"
+#include "toolkit/ascii.h"
 
 using namespace orbelcast;
 

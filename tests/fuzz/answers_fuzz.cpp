@@ -11,9 +11,9 @@
 #include "adapters/curl/curl_http.h"
 #include "adapters/fiber/fiber_loop.h"
 #include "fakes/fake_platform.h"
-#include "platform/ascii.h"
 #include "protocol/relay.h"
 #include "protocol/server_info.h"
+#include "toolkit/ascii.h"
 #include "viewer/video_server_push.h"
 #include "wire.h"
 

@@ -13,9 +13,9 @@
 #include "adapters/posix/configuration_file.h"
 #include "adapters/posix/file_registry.h"
 #include "credentials_file.h"
-#include "platform/ascii.h"
-#include "platform/visible_text.h"
 #include "shown_text.h"
+#include "toolkit/ascii.h"
+#include "toolkit/visible_text.h"
 
 using namespace orbelcast;
 

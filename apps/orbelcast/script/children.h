@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "event_json.h"
-#include "platform/controls.h"
-#include "platform/surface.h"
+#include "toolkit/controls.h"
+#include "toolkit/surface.h"
 
 /// Child controls as a script reaches them: what they show, and what a person does to them.
 namespace orbelcast {

@@ -16,9 +16,9 @@
 #include "event_json.h"
 #include "host_control.h"
 #include "line_reader.h"
-#include "platform/controls.h"
 #include "script_dialogs.h"
 #include "subject.h"
+#include "toolkit/controls.h"
 
 namespace orbelcast {
 

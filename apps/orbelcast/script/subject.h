@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "event_json.h"
-#include "platform/controls.h"
+#include "toolkit/controls.h"
 
 namespace orbelcast {
 

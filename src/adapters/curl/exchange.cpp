@@ -4,7 +4,7 @@
 #include <climits>
 #include <utility>
 
-#include "platform/ascii.h"
+#include "toolkit/ascii.h"
 
 namespace orbelcast {
 

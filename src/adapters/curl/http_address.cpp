@@ -6,7 +6,7 @@
 #include <cctype>
 #include <memory>
 
-#include "platform/ascii.h"
+#include "toolkit/ascii.h"
 
 namespace orbelcast {
 

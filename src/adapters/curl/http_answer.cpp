@@ -6,8 +6,8 @@
 #include <optional>
 #include <utility>
 
-#include "platform/ascii.h"
 #include "platform/http_request.h"
+#include "toolkit/ascii.h"
 
 namespace orbelcast {
 

@@ -9,7 +9,7 @@
 #include <span>
 #include <utility>
 
-#include "platform/ascii.h"
+#include "toolkit/ascii.h"
 
 namespace orbelcast {
 

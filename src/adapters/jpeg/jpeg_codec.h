@@ -10,7 +10,7 @@
 
 #include <jpeglib.h>
 
-#include "platform/surface.h"
+#include "toolkit/surface.h"
 
 namespace orbelcast {
 

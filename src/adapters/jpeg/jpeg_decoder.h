@@ -7,6 +7,7 @@
 #include "adapters/jpeg/jpeg_codec.h"
 #include "adapters/jpeg/surface_pool.h"
 #include "platform/jpeg_decoder.h"
+#include "toolkit/surface.h"
 
 /// Pictures decoded by libjpeg-turbo and scaled by libyuv.
 namespace orbelcast {

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "platform/surface.h"
+#include "toolkit/surface.h"
 
 namespace orbelcast {
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/picture_codec.h"
+#include "toolkit/surface.h"
 
 /// Pictures on libpng's simplified interface.
 namespace orbelcast {

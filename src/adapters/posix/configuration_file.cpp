@@ -8,8 +8,8 @@
 #include <utility>
 
 #include "adapters/posix/named_file.h"
-#include "platform/ascii.h"
-#include "platform/visible_text.h"
+#include "toolkit/ascii.h"
+#include "toolkit/visible_text.h"
 
 namespace orbelcast {
 

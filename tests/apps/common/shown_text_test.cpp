@@ -5,7 +5,7 @@
 #include <tuple>
 #include <vector>
 
-#include "platform/visible_text.h"
+#include "toolkit/visible_text.h"
 
 namespace orbelcast {
 namespace {

@@ -9,10 +9,10 @@
 #include <algorithm>
 #include <memory>
 
-#include "assembly_qt/qt_platform.h"
 #include "fakes/scripted_server.h"
 #include "fakes/small_jpeg.h"
 #include "player/user_control1.h"
+#include "widgets/qt_platform.h"
 
 namespace orbelcast {
 namespace {

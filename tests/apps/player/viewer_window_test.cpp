@@ -9,10 +9,10 @@
 #include <functional>
 #include <memory>
 
-#include "assembly_qt/qt_platform.h"
 #include "fakes/run_loop.h"
 #include "fakes/scripted_server.h"
 #include "fakes/small_jpeg.h"
+#include "widgets/qt_platform.h"
 
 namespace orbelcast {
 namespace {

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+/// The pictures that the viewer carries with it, as the bytes of PNG files.
+namespace orbelcast::resources {
+
+extern const std::span<const std::uint8_t> test_card_png;  ///< 454 × 340, shown while there is no video.
+extern const std::span<const std::uint8_t> no_answer_png;  ///< 100 × 100, painted when a frame request failed.
+// The status icons: 16 × 16, with transparent pixels.
+extern const std::span<const std::uint8_t> recording_png;
+extern const std::span<const std::uint8_t> stop_png;
+extern const std::span<const std::uint8_t> connect_png;
+extern const std::span<const std::uint8_t> disconnect_png;
+
+}  // namespace orbelcast::resources

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QDialog>
+#include <QPoint>
+#include <QSize>
+#include <QTimer>
+#include <vector>
+
+#include "widgets/mirrors.h"
+
+namespace orbelcast {
+
+/// A window of the controls as a dialog, modal to the window that its parent is on. Its children are mirrored; its
+/// close box asks the window to close. A window whose control wants to know its size can be sized by the user.
+///
+/// A window that covers the screen covers the one that its parent is on, and hides the pointer while it rests; the
+/// keyboard does not close it.
+class WindowWidget : public QDialog {
+ public:
+  /// How long the pointer rests until it is hidden.
+  static constexpr int kPointerRestMilliseconds = 3000;
+
+  /// `window` outlives the widget; `parent` is on the window that waits for this one.
+  WindowWidget(Window& window, const Screen& screen, QWidget* parent);
+  /// A window that is open ends with its dialog: nobody could close it any more.
+  ~WindowWidget() override;
+
+  void reject() override;
+
+ protected:
+  /// The window is about to be shown, or was closed: for what it shows besides its children.
+  virtual void Fill() {}
+  virtual void Empty() {}
+
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void Present();
+  void Shut();
+  void TakeSize();
+  void CoverScreen();
+  void TellSize();
+  void ShowPointer(bool shown);
+
+  Window& window_;
+  const Screen& screen_;
+  QSize told_;  // the size that the control knows, in pixels
+  QTimer size_settles_;
+  QTimer pointer_rests_;
+  QPoint pointer_;
+  std::vector<Connection> connections_;
+};
+
+}  // namespace orbelcast
