@@ -123,11 +123,10 @@ bool ClipRecorder::LoadIntoConv(const FrameBytes& jpeg) {
 }
 
 Surface& ClipRecorder::SizeConv(int width, int height) {
-  const int twips_x = platform_.screen.TwipsPerPixelX();
-  const int twips_y = platform_.screen.TwipsPerPixelY();
-  Conv.SetScale(twips_x, twips_y);
-  Conv.Width = static_cast<float>(width * twips_x);
-  Conv.Height = static_cast<float>(height * twips_y);
+  const auto scale = TwipsScale::Of(platform_.screen);
+  Conv.SetScale(scale);
+  Conv.Width = scale.TwipsX(width);
+  Conv.Height = scale.TwipsY(height);
   return Conv.Canvas();
 }
 

@@ -1,20 +1,11 @@
 #include "toolkit/controls.h"
 
-#include <algorithm>
 #include <utility>
-
-#include "toolkit/rounding.h"
 
 namespace orbelcast {
 
-void PictureBox::SetScale(int twips_x, int twips_y) {
-  twips_x_ = std::max(twips_x, 1);
-  twips_y_ = std::max(twips_y, 1);
-}
-
 Surface& PictureBox::Sized() const {
-  surface_.Resize(RoundToEven(Width / static_cast<float>(twips_x_)), RoundToEven(Height / static_cast<float>(twips_y_)),
-                  BackColor);
+  surface_.Resize(scale_.PixelsX(Width), scale_.PixelsY(Height), BackColor);
   return surface_;
 }
 

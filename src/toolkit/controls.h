@@ -12,6 +12,7 @@
 #include "platform/message_loop.h"
 #include "toolkit/property.h"
 #include "toolkit/surface.h"
+#include "toolkit/twips.h"
 
 /// Child controls as plain values: what a control's surface is made of, without a toolkit.
 ///
@@ -88,8 +89,8 @@ struct Frame : ChildControl {};
 struct PictureBox : ChildControl {
   Property<Color> BackColor{Rgb(255, 255, 255)};
 
-  /// Sets the screen's twips per pixel, by which the surface is sized; 15 each unless it is told.
-  void SetScale(int twips_x, int twips_y);
+  /// Sets the screen's scale, by which the surface is sized.
+  void SetScale(TwipsScale scale) { scale_ = scale; }
   /// The surface to draw on. Valid until the box changes its size.
   Surface& Canvas() {
     drawn_ = true;
@@ -115,8 +116,7 @@ struct PictureBox : ChildControl {
  private:
   Surface& Sized() const;
 
-  int twips_x_ = 15;
-  int twips_y_ = 15;
+  TwipsScale scale_;
   bool drawn_ = false;
   mutable Surface surface_;  // sized when it is asked for
   Surface picture_;

@@ -63,7 +63,7 @@ VideoServerPush::~VideoServerPush() = default;
 void VideoServerPush::PlaceChildren() {
   for (PictureBox* box : {&BuffPic, &IconNet, &DisconnectIcon, &ConnectIcon, &StopIcon, &RecIcon, &MotionPicture[0],
                           &MotionPicture[1], &MotionPicture[2], &StatusDisplay, &VideoStream}) {
-    box->SetScale(platform_.screen.TwipsPerPixelX(), platform_.screen.TwipsPerPixelY());
+    box->SetScale(TwipsScale::Of(platform_.screen));
   }
   Place(BuffPic, 2400, 120, 1035, 915);
   Place(WarningFrame, 840, 1440, 4455, 495);
