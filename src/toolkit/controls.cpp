@@ -1,5 +1,6 @@
 #include "toolkit/controls.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace orbelcast {
