@@ -20,7 +20,7 @@ elseif(ORBELCAST_SANITIZE STREQUAL "thread")
 endif()
 
 if(ORBELCAST_FUZZ)
-  # What the fuzzers call is instrumented too, so that they see which bytes lead where.
+  # The code under a fuzzer is instrumented too, so that it sees which bytes lead where.
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 

@@ -1,4 +1,4 @@
-# What is installed, by component: "runtime" (the command line, the camera server, the library that hosts load), "qt" (the
+# The installation, by component: "runtime" (the command line, the camera server, the library that hosts load), "qt" (the
 # player, the widgets' library, the Designer plug-in) and "development" (headers, CMake and pkg-config packages).
 include(CMakePackageConfigHelpers)
 
@@ -62,7 +62,7 @@ if(ORBELCAST_QT)
             DESTINATION "${icons_dir}/${size}x${size}/apps" COMPONENT qt)
   endforeach()
   if(TARGET orbelcast_designer)
-    # Where Qt looks, for an installation below /usr; elsewhere QT_PLUGIN_PATH names the folder above it.
+    # Qt's own folder, for an installation below /usr; elsewhere QT_PLUGIN_PATH names the folder above it.
     install(TARGETS orbelcast_designer LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/qt6/plugins/designer" COMPONENT qt)
     if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
       set_target_properties(orbelcast_designer PROPERTIES INSTALL_RPATH "$ORIGIN/../../..")

@@ -18,7 +18,7 @@ set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
-# What a package is made of besides its component: its name's folder of documents, and overrides where lintian is wrong.
+# Files of a package besides its component's: its name's folder of documents, and overrides where lintian is wrong.
 function(orbelcast_package component name)
   install(FILES "${PROJECT_SOURCE_DIR}/packaging/copyright" "${PROJECT_BINARY_DIR}/packaging/changelog.gz"
           DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/${name}" COMPONENT ${component})

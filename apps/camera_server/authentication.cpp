@@ -10,8 +10,8 @@
 #include <span>
 #include <stdexcept>
 
-#include "hexadecimal.h"
 #include "toolkit/ascii.h"
+#include "toolkit/hexadecimal.h"
 
 namespace orbelcast::camera_server {
 

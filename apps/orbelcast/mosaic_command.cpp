@@ -9,6 +9,7 @@
 #include "adapters/http/yielding_http.h"
 #include "assembly/headless_platform.h"
 #include "event_json.h"
+#include "interface/events.h"
 #include "mosaic/mosaic_tile.h"
 #include "option_values.h"
 #include "picture_file.h"
@@ -17,7 +18,6 @@
 #include "shown_text.h"
 #include "stop_signals.h"
 #include "timed_clip.h"
-#include "viewer/interface.h"
 #include "viewer/video_server_push.h"
 
 namespace orbelcast {

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
+#include "interface/video_server_push_interface.h"
 #include "option_values.h"
 #include "protocol/text.h"
-#include "viewer/interface.h"
 #include "within.h"
 
 namespace orbelcast {
@@ -48,7 +48,7 @@ void ParseZones(const std::string& text, WatchOptions& options) {
 
 std::string EventNames() {
   std::string names;
-  for (const EventEntry& event : video_server_push_interface::Events()) {
+  for (const EventEntry& event : interface::kVideoServerPush.events) {
     names += (names.empty() ? "" : ", ") + std::string(event.name);
   }
   return names;
@@ -57,7 +57,7 @@ std::string EventNames() {
 void ParseEvents(const std::string& text, WatchOptions& options) {
   options.events.emplace();
   if (text == kNoEvents) return;
-  const auto known = video_server_push_interface::Events();
+  const auto known = interface::kVideoServerPush.events;
   for (const std::string_view part : Split(text, ",")) {
     const std::string name(part);
     if (std::none_of(known.begin(), known.end(), [&](const EventEntry& event) { return event.name == name; })) {

@@ -8,7 +8,7 @@
 #include "assembly/headless_platform.h"
 #include "drawn_frames.h"
 #include "exit_status.h"
-#include "viewer/interface.h"
+#include "interface/events.h"
 #include "viewer/video_server_push.h"
 #include "watch_options.h"
 

@@ -20,7 +20,7 @@
 /// IHostServices::RunLoop and HandleNext (a host with a loop of its own calls HandleNext(0) every 10 ms or so) and
 /// inside members that wait.
 ///
-/// What may block. `Connect` waits for the server, at most about a minute. The player's `Connect2Server` and camera
+/// Blocking. `Connect` waits for the server, at most about a minute. The player's `Connect2Server` and camera
 /// choices wait at most about ten seconds for each question to the server. Everything else returns at once, apart from
 /// a yield to the loop. Called on the host's own stack, a member that waits runs the loop, so events come meanwhile.
 /// Called inside an event, it suspends that event's handler, which has a stack of its own (1 MiB), and all else goes
@@ -33,7 +33,7 @@
 /// Failure. Every function answers a result code and lets no exception out; what a host's sink throws must not leave
 /// the sink. A control reports failures of the network as events, never as a result code.
 ///
-/// What it does to the process. No signal handler, no locale, no standard output. Memory and sockets are given back
+/// The process. No signal handler, no locale, no standard output of the library's. Memory and sockets are given back
 /// when the last object is released; when DllCanUnloadNow answers S_OK the library may be closed, and loaded again.
 ///
 /// The binary form. An interface is a pointer to an object whose first word points to a table of function pointers:
@@ -102,7 +102,7 @@ inline constexpr Guid kUserControl1Class{0x118b9212, 0x7be2, 0x49c5, {0x98, 0x81
 struct IUnknown;
 struct Variant;
 
-/// What a variant holds.
+/// The type of a variant's value.
 enum VariantType : std::uint16_t {
   kEmpty = 0,  ///< Nothing. As an argument 0, False or an empty text.
   kNull = 1,
@@ -156,7 +156,7 @@ struct Arguments {
 
 // ---- Objects --------------------------------------------------------------------------------------------------------
 
-/// What every object has: reference counting, and the way to its other interfaces.
+/// Reference counting, and the way to an object's other interfaces. Every object has it.
 struct IUnknown {
   static constexpr Guid kId{0x7a813f10, 0x089f, 0x4c3b, {0xbf, 0xd0, 0x72, 0x4c, 0x04, 0x87, 0x3c, 0xc5}};
 
@@ -184,12 +184,12 @@ struct IClassFactory : IUnknown {
   ~IClassFactory() = default;
 };
 
-/// What to do with a member. A call that may be either of two (`x.Name` in a script) adds them.
+/// The kind of a call to a member. A call that may be either of two (`x.Name` in a script) adds them.
 enum InvokeKind : std::uint16_t { kMethod = 1, kPropertyGet = 2, kPropertyPut = 4 };
 
 /// The name under which the new value of a property may be given.
 inline constexpr std::int32_t kPropertyPutId = -3;
-/// What GetIDsOfNames gives for a name that it does not know.
+/// The id that GetIDsOfNames gives for an unknown name.
 inline constexpr std::int32_t kUnknownId = -1;
 
 /// A control's properties and methods, reached by name or dispatch id.
@@ -276,7 +276,7 @@ struct IEventSink : IUnknown {
   ~IEventSink() = default;
 };
 
-/// Where event sinks are connected.
+/// The connection point of event sinks.
 struct IConnectionPoint : IUnknown {
   static constexpr Guid kId{0xe64049ee, 0xe8ec, 0x4711, {0x98, 0xe3, 0x9e, 0x2b, 0x4c, 0xcc, 0xf4, 0xc6}};
 
@@ -311,7 +311,7 @@ struct PersistedProperty {
   const char* text;
 };
 
-/// What the window does that a control stands on.
+/// The calls of a container, the window that a control stands on.
 struct IControl : IUnknown {
   static constexpr Guid kId{0xdd06299a, 0xad7a, 0x4394, {0x86, 0x6a, 0x43, 0x5a, 0x5e, 0x2d, 0x1a, 0xbe}};
 
@@ -351,7 +351,7 @@ struct ISurface : IPicture {
   ~ISurface() = default;
 };
 
-/// What was dropped on a control, a form at a time, as the event `OLEDragDrop` hands it on.
+/// Dropped data, one format at a time, as the event `OLEDragDrop` hands it on.
 struct IDataObject : IUnknown {
   static constexpr Guid kId{0x074fb0d9, 0x4a2c, 0x4d9b, {0x94, 0x67, 0x5a, 0x3c, 0x37, 0x71, 0x9a, 0x17}};
 
@@ -412,7 +412,8 @@ class Held {
   }
   ~Held() { Release(); }
 
-  /// Where a function puts a counted reference: `factory->CreateInstance(nullptr, &IDispatch::kId, control.Put())`.
+  /// The place for a function to put a counted reference: `factory->CreateInstance(nullptr, &IDispatch::kId,
+  /// control.Put())`.
   void** Put() {
     Release();
     return reinterpret_cast<void**>(&object_);

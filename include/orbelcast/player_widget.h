@@ -15,7 +15,7 @@ class UserControl1;
 /// The player as an ordinary widget: the stream viewer with a list of the server's cameras and a toolbar, its members
 /// under the interface's own names.
 ///
-/// What a host keeps for a player (`Server`, `Device`, …) is set before the widget is shown; it is read once, when the
+/// The persisted properties (`Server`, `Device`, …) are set before the widget is shown; they are read once, when the
 /// widget is shown or one of its methods is called, whichever comes first. Texts are as the interface has them: "Yes"
 /// switches on, anything else does not.
 ///
@@ -50,7 +50,7 @@ class PlayerWidget final : public QWidget {
   /// Runs `handler` on a stack of its own, as VideoServerPushWidget::RunHandler does.
   void RunHandler(std::function<void()> handler);
 
-  /// What the server calls itself; its address where it did not say.
+  /// The server's name for itself; its address where it did not say.
   QString SystemName() const;
   /// Whether the toolbar has its extended buttons.
   bool ShowExtendedFeatures() const;
@@ -82,7 +82,7 @@ class PlayerWidget final : public QWidget {
   /// The id of the camera to begin with, in any letter case. Empty: none is chosen.
   QString Device() const { return Kept("Device"); }
   void setDevice(const QString& value) { Keep("Device", value); }
-  /// Where both extents are set, everything stays at its place when the widget changes its size; `Resize` "Yes" lets it
+  /// With both extents set, everything stays at its place when the widget changes its size; `Resize` "Yes" lets it
   /// follow all the same.
   QString ExtentX() const { return Kept("_ExtentX"); }
   void setExtentX(const QString& value) { Keep("_ExtentX", value); }
@@ -121,7 +121,7 @@ class PlayerWidget final : public QWidget {
   void Load();
 
  Q_SIGNALS:
-  /// What the host has kept was read; the server, if one is named, has told its cameras or has failed to.
+  /// The persisted properties were read; the server, if one is named, has told its cameras or has failed to.
   void Loaded();
 
  protected:

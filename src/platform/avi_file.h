@@ -10,8 +10,9 @@
 
 namespace orbelcast {
 
-/// What a video stream is, before its first sample. The buffer size that its header suggests to players is the largest
-/// frame's, which whoever writes the file knows at its end; where key frames stand is the compression's affair.
+/// The parameters of a video stream, set before its first sample. The buffer size that its header suggests to players
+/// is the largest frame's, which whoever writes the file knows at its end; where key frames stand is the compression's
+/// affair.
 struct AviStreamInfo {
   std::int32_t scale = 1;  ///< `rate` / `scale` frames a second.
   std::int32_t rate = 1;

@@ -4,7 +4,7 @@
 
 namespace orbelcast {
 
-/// What a product that carries the controls decides, and a user does not. The defaults resolve nowhere.
+/// Settings of the product that carries the controls, not of its users. The defaults resolve nowhere.
 struct Configuration {
   /// Host name of the relay service: an address that begins with it and "/" names an account instead of a server.
   std::string relay_host = "relay.invalid";

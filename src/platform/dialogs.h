@@ -14,7 +14,7 @@ class Dialogs {
  public:
   struct SaveRequest {
     std::string title;
-    /// What the files are and how their names end, as pairs: "JPEG Image (*.jpg)|*.jpg".
+    /// Kinds of files and their names' endings, as pairs: "JPEG Image (*.jpg)|*.jpg".
     std::string filter;
   };
   enum class Icon { kNone, kExclamation, kInformation };

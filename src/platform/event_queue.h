@@ -6,11 +6,11 @@
 
 namespace orbelcast {
 
-/// What a toolkit or an operating system must provide so that a message loop can be built on it: timers, sockets,
+/// The services of a toolkit or an operating system on which a message loop is built: timers, sockets,
 /// posted calls, and "handle what is due". One queue belongs to one thread, and everything here is called on that
 /// thread.
 ///
-/// What to know when writing one for another platform:
+/// Rules for an implementation:
 /// - Callbacks run on the stack of HandleDue, HandleNext or the toolkit's own loop, never inside ArmTimer, Post or
 ///   WatchSocket. HandleDue may be called from inside a callback (nested), and a callback may arm, cancel, watch and
 ///   unwatch anything, its own timer and socket included.

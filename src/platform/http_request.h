@@ -60,7 +60,7 @@ class HttpRequest {
   virtual bool Send() = 0;
   /// Waits for the end of the exchange that is under way now, letting the message loop run, and returns its outcome,
   /// whatever began since: true when its answer came, false when it failed, was aborted or gave way to another `Open`.
-  /// Where none is under way it returns at once: true when answered. A `limit` that runs out ends the exchange, which
+  /// With none under way it returns at once: true when answered. A `limit` that runs out ends the exchange, which
   /// fails.
   virtual bool WaitForResponse(std::optional<std::chrono::milliseconds> limit = std::nullopt) = 0;
 
@@ -124,7 +124,7 @@ class HttpRequestFactory {
   virtual std::shared_ptr<HttpRequest> Create() = 0;
 };
 
-/// What any peer is held to, however it behaves.
+/// Bounds for every peer, however it behaves.
 namespace http_limits {
 /// A picture of 64 megapixels at a high quality still fits.
 inline constexpr std::size_t kMaxBodyBytes = 64u * 1024 * 1024;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 
 #include "platform/event_queue.h"
@@ -66,6 +67,10 @@ class MessageLoop {
   /// Calls `action` and returns when every handler that it started has ended, waiting where one of them does: what a
   /// person's click sets going has then happened. A loop without stacks of their own has nothing to wait for.
   virtual void RunToEnd(const std::function<void()>& action) { action(); }
+
+  /// Handlers that have begun and not ended, and whether the caller is one of them.
+  virtual std::size_t Handlers() const { return 0; }
+  virtual bool InHandler() const { return false; }
 
   /// Lets everything that is due be handled, then returns. Cheap when the queue was looked at just now.
   virtual void Yield() = 0;

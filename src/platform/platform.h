@@ -15,7 +15,7 @@
 #include "platform/screen.h"
 #include "platform/text_mapper.h"
 
-/// What the logic needs of the world, one small header a service, and the value types they share.
+/// The services that the controls need of the world, one small header each, and the value types they share.
 ///
 /// A control is given one Platform and keeps the reference: the services live longer than every control made on them.
 /// Everything is called on the one thread of the message loop. A service reports failure by its result (false, an empty

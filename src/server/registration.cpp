@@ -3,7 +3,7 @@
 #include <array>
 #include <cstdio>
 
-#include "server/control_class.h"
+#include "dispatch/control_class.h"
 
 namespace orbelcast::server {
 
@@ -24,13 +24,13 @@ std::string ClassKey(const ControlClass& each) {
 }
 
 std::string NameKey(const ControlClass& each) {
-  return "Orbelcast." + std::string(each.name);
+  return "Orbelcast." + std::string(each.interface.name);
 }
 
 bool Register(Registry& registry, const ControlClass& each, const std::string& library_path) {
   const std::string key = ClassKey(each);
   const std::string name = NameKey(each);
-  const std::string description(each.description);
+  const std::string description(each.interface.text);
   return registry.SetValue(kHive, key, "", description) &&
          registry.SetValue(kHive, key + "\\InprocServer32", "", library_path) &&
          registry.SetValue(kHive, key + "\\InprocServer32", "ThreadingModel", "Apartment") &&

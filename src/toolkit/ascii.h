@@ -30,7 +30,7 @@ constexpr std::string_view Trimmed(std::string_view text, std::string_view blank
   return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-/// What could begin a new line, or drive a terminal.
+/// A character that could begin a new line, or drive a terminal.
 constexpr bool IsControl(char letter) {
   const auto byte = static_cast<unsigned char>(letter);
   return byte < 0x20 || byte == 0x7f;

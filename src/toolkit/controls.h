@@ -23,7 +23,7 @@
 /// server sent is bytes of unknown quality, which a front end shows as well as it can.
 namespace orbelcast {
 
-/// What was dropped onto a control: each format's bytes under its media type, passed through unread.
+/// Data dropped onto a control: each format's bytes under its media type, passed through unread.
 struct DropData {
   std::vector<std::pair<std::string, std::string>> formats;
 
@@ -53,7 +53,7 @@ inline constexpr std::int16_t kLeftButton = 1;
 inline constexpr std::int16_t kRightButton = 2;
 inline constexpr std::int16_t kMiddleButton = 4;
 
-/// What every child control has.
+/// The properties of every child control.
 struct ChildControl {
   Property<float> Left;
   Property<float> Top;
@@ -98,7 +98,7 @@ struct PictureBox : ChildControl {
   }
   /// Whether anything was drawn on it yet.
   bool Drawn() const { return drawn_; }
-  /// What was drawn so far, on the background colour. Valid until the box changes its size.
+  /// The drawing so far, on the background colour. Valid until the box changes its size.
   const Surface& Image() const { return Sized(); }
 
   /// Brings back the background colour everywhere.
@@ -177,7 +177,7 @@ struct Button : ChildControl {
   Surface picture_;
 };
 
-/// What lists have in common: texts, one of which is selected.
+/// The items of a list control: texts, one of which is selected.
 ///
 /// `ListIndex` counts from 0, −1 is no selection. Giving it another item runs the list's click handling (`OnClick`)
 /// exactly as a user's choice does, and returns when that has ended; clearing the selection (−1) only clears it. An
@@ -233,7 +233,7 @@ struct TextBox : ChildControl {
   bool MultiLine = false;
   std::string Font = "Arial";
 
-  /// What a user types: the text as far as the box takes it.
+  /// Takes in a text that a user types, as far as the box takes it.
   void Type(const std::string& text);
   /// The user leaves the box.
   std::function<void()> OnLostFocus;

@@ -13,7 +13,7 @@ namespace orbelcast {
 /// A colour as the interface counts it: red + 256 × green + 65536 × blue.
 using Color = std::int32_t;
 
-/// What reading a pixel outside a surface gives.
+/// The colour of a pixel outside a surface.
 inline constexpr Color kNoColor = -1;
 
 constexpr Color Rgb(int red, int green, int blue) {

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "viewer/interface.h"
+#include "interface/events.h"
 #include "viewer/video_server_push.h"
 
 namespace orbelcast::fakes {

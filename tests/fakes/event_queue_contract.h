@@ -14,7 +14,7 @@
 
 #include "platform/event_queue.h"
 
-/// What every event queue on the real clock must do, as tests: instantiate EventQueueContract for a new one.
+/// The contract of every event queue on the real clock, as tests: instantiate EventQueueContract for a new one.
 namespace orbelcast::fakes {
 
 struct QueueUnderTest {

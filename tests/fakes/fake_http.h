@@ -13,7 +13,7 @@
 
 namespace orbelcast::fakes {
 
-/// What a fake server answers to one request.
+/// A fake server's answer to one request.
 struct Answer {
   int status = 200;
   std::map<std::string, std::string> headers;
@@ -34,7 +34,7 @@ class FakeHttp final : public HttpRequestFactory {
   /// "SetTimeouts 1 2 3 4", "Open GET http://… async", "SetCredentials user password 0", "Send", "Abort" and so
   /// on, in order.
   std::vector<std::string> log;
-  /// Where it is set and names an answer for an address, that one is given, and none of the list is used up.
+  /// Set, it may name an answer for an address; that one is given, and none of the list is used up.
   std::function<std::optional<Answer>(const std::string& url)> route;
   /// How a synchronous request lets its answer's delay pass. Unset, it answers at once.
   std::function<void(EventQueue::Nanoseconds)> block;

@@ -34,7 +34,7 @@ bool ManualQueue::RunNextTimer(Nanoseconds until) {
 }
 
 void ManualQueue::HandleDue() {
-  // What the callbacks add is for the next look: a yield must not chase a handler that yields in turn.
+  // Calls that the callbacks add are for the next look: a yield must not chase a handler that yields in turn.
   std::size_t timers_due = 0;
   for (const auto& timer : timers_) timers_due += timer.first.first <= now_ ? 1 : 0;
   while (timers_due-- > 0 && RunNextTimer(now_)) {

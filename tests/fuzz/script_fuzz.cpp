@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "script_error.h"
-#include "words.h"
+#include "remote/script_error.h"
+#include "remote/words.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view line(reinterpret_cast<const char*>(data), size);

@@ -121,7 +121,7 @@ class WireServer {
     if (at_ >= script_.size()) return Close(end);
     while (at_ < script_.size()) {
       const std::size_t step = std::min(script_.find('\0', at_), script_.size());
-      // What does not fit, or comes after the client has gone, is lost.
+      // Bytes that do not fit, or come after the client has gone, are lost.
       static_cast<void>(send(end, script_.data() + at_, step - at_, MSG_NOSIGNAL | MSG_DONTWAIT));
       at_ = std::min(step + 2, script_.size());
       switch (step + 1 < script_.size() ? script_[step + 1] : 'n') {

@@ -13,7 +13,7 @@ void ExpectProperties(const QMetaObject& meta, const auto& entries) {
   for (const auto& entry : entries) {
     const int index = meta.indexOfProperty(std::string(entry.name).c_str());
     ASSERT_GE(index, 0) << entry.name;
-    EXPECT_EQ(meta.property(index).isWritable(), entry.writable) << entry.name;
+    EXPECT_EQ(meta.property(index).isWritable(), entry.Writable()) << entry.name;
   }
 }
 

@@ -25,7 +25,7 @@
 #include <algorithm>
 
 #include "fakes/scripted_server.h"
-#include "player/interface.h"
+#include "interface/user_control1_interface.h"
 #include "player/user_control1.h"
 #include "widgets/expect_members.h"
 #include "widgets/qt_platform.h"
@@ -154,8 +154,8 @@ class PlayerWidgetTest : public testing::Test {
 };
 
 TEST_F(PlayerWidgetTest, HasEveryMemberOfTheInterface) {
-  ExpectProperties(PlayerWidget::staticMetaObject, user_control1_interface::Properties());
-  ExpectMembers(PlayerWidget::staticMetaObject, user_control1_interface::Methods(), QMetaMethod::Slot);
+  ExpectProperties(PlayerWidget::staticMetaObject, interface::kUserControl1.properties);
+  ExpectMembers(PlayerWidget::staticMetaObject, interface::kUserControl1.methods, QMetaMethod::Slot);
 }
 
 TEST_F(PlayerWidgetTest, ACameraIsChosenByKeyboardAndTheFrameRateByAClickInTheList) {

@@ -18,7 +18,7 @@
 
 #include "fakes/run_loop.h"
 #include "fakes/scripted_server.h"
-#include "viewer/interface.h"
+#include "interface/video_server_push_interface.h"
 #include "viewer/video_server_push.h"
 #include "widgets/expect_members.h"
 #include "widgets/mirrors.h"
@@ -52,9 +52,9 @@ class WidgetTest : public testing::Test {
 
 TEST_F(WidgetTest, HasEveryMemberOfTheInterface) {
   const QMetaObject& meta = *widget->metaObject();
-  ExpectProperties(meta, video_server_push_interface::Properties());
-  ExpectMembers(meta, video_server_push_interface::Events(), QMetaMethod::Signal);
-  ExpectMembers(meta, video_server_push_interface::Methods(), QMetaMethod::Slot);
+  ExpectProperties(meta, interface::kVideoServerPush.properties);
+  ExpectMembers(meta, interface::kVideoServerPush.events, QMetaMethod::Signal);
+  ExpectMembers(meta, interface::kVideoServerPush.methods, QMetaMethod::Slot);
   widget->setProperty("FrameRate", 99);
   EXPECT_EQ(widget->property("FrameRate").toInt(), 30);
 }

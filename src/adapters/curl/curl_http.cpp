@@ -7,8 +7,8 @@ namespace orbelcast {
 
 namespace {
 
-/// What the caller holds. The exchange behind it lives on while somebody waits in it, so a request may be dropped by
-/// whoever owns it in the middle of a wait.
+/// The caller's side of a request. The exchange behind it lives on while somebody waits in it, so a request may be
+/// dropped by whoever owns it in the middle of a wait.
 class CurlRequest final : public ForwardingHttpRequest {
  public:
   explicit CurlRequest(std::shared_ptr<Multiplexer> multiplexer)

@@ -16,7 +16,8 @@ namespace orbelcast {
 
 using HeaderLines = std::vector<std::pair<std::string, std::string>>;
 
-/// What a transfer tells while it runs. Called inside libcurl: nothing here may begin, end or drop a transfer.
+/// Receives the parts of a transfer while it runs. Called inside libcurl: nothing here may begin, end or drop a
+/// transfer.
 class TransferWatcher {
  public:
   virtual ~TransferWatcher() = default;
@@ -34,10 +35,10 @@ class TransferWatcher {
 ///
 /// A handle is used once: at the start of a second transfer libcurl 7.88 frees the headers of the first, keeps a
 /// pointer to the last of them, and writes through it where the new answer's first header line begins with a blank.
-/// What is worth keeping, the connections, belongs to the multi handle.
+/// Connections, which are worth keeping, belong to the multi handle.
 ///
-/// What goes out is what was asked for and nothing else: no proxy, cookie, .netrc or compression from anywhere. libcurl
-/// follows no redirect and answers no login: either would be a second transfer.
+/// A request goes out as it was asked for, with nothing added: no proxy, cookie, .netrc or compression from anywhere.
+/// libcurl follows no redirect and answers no login: either would be a second transfer.
 class EasyTransfer {
  public:
   /// `connect_limit`: milliseconds that looking up the name and connecting may take together; 0 is no limit. The

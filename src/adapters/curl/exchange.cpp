@@ -140,7 +140,7 @@ void Exchange::Abort() {
 // ---- The chain of transfers ----------------------------------------------------------------------------------------
 
 // A login that the server has asked for is answered from then on with each request to it, until other credentials come.
-// What a caller has put into the header itself goes before it.
+// A header of the caller's own takes precedence.
 void Exchange::RememberLogin() {
   const bool written = std::ranges::any_of(
       wanted_.headers, [](const auto& header) { return EqualIgnoringCase(header.first, "Authorization"); });
@@ -153,7 +153,7 @@ void Exchange::RememberLogin() {
   login_address_ = wanted_.address;
 }
 
-// What proves who asks stays with the server that was asked.
+// Credentials stay with the server that was asked.
 HeaderLines Exchange::HeadersFor(const HttpAddress& address) {
   HeaderLines headers = wanted_.headers;
   if (!address.SameServer(wanted_.address)) {

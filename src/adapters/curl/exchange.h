@@ -17,8 +17,8 @@
 
 namespace orbelcast {
 
-/// What stands behind a request object: one exchange after another, each a chain of transfers (the request, and again
-/// where the server redirects it or asks who it is). The states are those of HttpRequest, and these move them:
+/// The implementation of a request object: one exchange after another, each a chain of transfers (the request, and
+/// again where the server redirects it or asks who it is). The states are those of HttpRequest, and these move them:
 ///
 ///   Open             any                          -> kOpened, kClosed where it is refused
 ///   Send             kOpened, kAnswered, kFailed  -> kUnderWay, kFailed where it cannot begin
@@ -29,7 +29,7 @@ namespace orbelcast {
 /// EnterState alone changes the state. What leaves kUnderWay ends the transfer and wakes whoever waits, with the
 /// outcome of just that exchange.
 ///
-/// Who waits for an answer keeps the exchange alive.
+/// A waiter for an answer keeps the exchange alive.
 class Exchange final : public HttpRequest, public MultiplexedTransfer, private TransferWatcher {
  public:
   explicit Exchange(std::shared_ptr<Multiplexer> multiplexer);
@@ -80,7 +80,7 @@ class Exchange final : public HttpRequest, public MultiplexedTransfer, private T
     Time Next() const;
   };
 
-  /// What is to be sent next.
+  /// The request to be sent next.
   struct Settings {
     std::string method;
     HttpAddress address;
@@ -90,7 +90,7 @@ class Exchange final : public HttpRequest, public MultiplexedTransfer, private T
     std::optional<std::chrono::milliseconds> limit;
   };
 
-  /// What one exchange may do on its way.
+  /// The redirects and logins that one exchange may still follow.
   struct Allowance {
     int redirects = 0;
     int logins = 0;

@@ -17,7 +17,7 @@ struct HttpAddress {
   /// Empty where the text is no address that can be asked: another scheme, no host, a control character.
   static std::optional<HttpAddress> Parse(std::string_view url);
 
-  /// Where `location` leads from here, as a redirect names it: a whole address or a part of one, blanks escaped, the
+  /// The target of a redirect to `location` from here: a whole address or a part of one, blanks escaped, the
   /// fragment left out. Empty where that is no address that can be asked.
   std::optional<HttpAddress> Resolve(const std::string& location) const;
 

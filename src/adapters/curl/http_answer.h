@@ -12,7 +12,7 @@
 
 namespace orbelcast {
 
-/// What comes back in one transfer: the status, the header block and the body of the last answer in it (it has several
+/// The answer of one transfer: the status, the header block and the body of the last answer in it (it has several
 /// where a server says first that it goes on), within http_limits.
 class HttpAnswer {
  public:

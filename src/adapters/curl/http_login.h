@@ -15,7 +15,7 @@ struct Credentials {
   bool operator==(const Credentials&) const = default;
 };
 
-/// What a server asks a Digest client to compute with (RFC 7616, and RFC 2617 before it), out of its challenge.
+/// A server's Digest challenge (RFC 7616, and RFC 2617 before it).
 struct DigestChallenge {
   enum class Hash { kMd5, kSha256 };
 
@@ -39,7 +39,7 @@ struct DigestChallenge {
 /// True where a WWW-Authenticate header's value asks for Basic, among others perhaps.
 bool AsksForBasic(std::string_view header);
 
-/// What the Authorization header says after its name: the answer to a Digest challenge. `count` is that of the requests
+/// The Authorization header's value: the answer to a Digest challenge. `count` is that of the requests
 /// sent with this nonce, this one included; `client_nonce` is random, and the same for one nonce's requests, which
 /// "-sess" needs. Empty where the hash is not available.
 std::string DigestAuthorization(const DigestChallenge& challenge, const Credentials& credentials,

@@ -8,13 +8,14 @@ namespace orbelcast {
 namespace {
 
 constexpr std::size_t kBufferBytes = 64 * 1024;
-/// What a packet costs besides its bytes: its chunk's header and fill byte, and its place in both kinds of index.
+/// Bytes of a packet besides its own: its chunk's header and fill byte, and its place in both kinds of index.
 constexpr std::int64_t kBytesPerPacket = 9 + 16 + 8;
 /// Headers, the list of indices, the fill up to the next part.
 constexpr std::int64_t kBytesBeside = 128 * 1024;
 /// The longest run of empty frames that can be meant: days at any frame rate.
 constexpr std::int64_t kLongestGap = 1 << 24;
-/// Where the header has the clip's number of frames and the stream's: an AVI file's first bytes always have this order.
+/// Offsets of the clip's and the stream's number of frames in the header: an AVI file's first bytes always have this
+/// order.
 constexpr std::int64_t kFileLengthAt = 48;
 constexpr std::int64_t kStreamLengthAt = 140;
 

@@ -70,7 +70,7 @@ class FfmpegAviFile final : public AviFile {
     if (!muxer_ || position < muxer_->NextPosition()) return false;
     const AVFrame* picture = fitter_->Fit(sample);
     if (picture == nullptr) return false;
-    // What follows a picture that did not get into the file cannot build on it.
+    // A picture after one that did not get into the file cannot build on it.
     AVPacket* packet = encoder_->Encode(*picture, position, !last_written_);
     last_written_ = packet != nullptr && muxer_->Write(*packet, position);
     return last_written_;

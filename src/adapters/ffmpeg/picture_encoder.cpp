@@ -81,7 +81,7 @@ std::unique_ptr<PictureEncoder> PictureEncoder::Open(const Dialogs::Compression&
   codec->time_base = {stream.scale, stream.rate};
   codec->thread_count = 1;  // Several would keep pictures back.
   codec->max_b_frames = 0;
-  // What it finds worth telling of itself is not worth a line on a user's terminal; warnings still are.
+  // Its informational messages do not belong on a user's terminal; warnings do.
   codec->log_level_offset = AV_LOG_VERBOSE - AV_LOG_INFO;
   if (offer->loses_some) ChooseQuality(*codec, choice);
   if (avcodec_open2(codec.get(), library_codec, nullptr) < 0) return nullptr;

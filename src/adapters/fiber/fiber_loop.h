@@ -41,10 +41,8 @@ class FiberLoop final : public MessageLoop {
   void Yield() override;
   void Wait(Completion& completion) override;
 
-  /// Handlers that have begun and not ended.
-  std::size_t Handlers() const { return busy_.size(); }
-  /// Whether the caller is one of them.
-  bool InHandler() const { return current_ != nullptr; }
+  std::size_t Handlers() const override { return busy_.size(); }
+  bool InHandler() const override { return current_ != nullptr; }
 
  private:
   using Started = std::vector<std::shared_ptr<Completion>>;

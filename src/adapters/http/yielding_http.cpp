@@ -16,7 +16,7 @@ class YieldingHttp::Request final : public ForwardingHttpRequest {
 
   bool Send() override {
     if (!in_one_go_) return ForwardingHttpRequest::Send();
-    // Whatever happens to this object while it waits.
+    // Copies: this object may end while it waits.
     const auto request = Forwarded();
     const auto news = news_;
     const bool sent = request->Send();

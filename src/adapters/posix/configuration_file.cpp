@@ -41,7 +41,7 @@ bool IsHost(std::string_view text) {
   });
 }
 
-// What was written goes back to a terminal.
+// The text goes to a terminal.
 std::string Printable(std::string_view text) {
   constexpr std::size_t kEnough = 60;
   return "'" + WithoutControls(text.substr(0, kEnough)) + (text.size() > kEnough ? "…'" : "'");

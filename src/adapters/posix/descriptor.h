@@ -7,7 +7,7 @@ namespace orbelcast {
 /// An open file, closed at its end.
 class Descriptor {
  public:
-  /// What open(2) answered: negative where it failed.
+  /// `number` is the result of open(2): negative where it failed.
   explicit Descriptor(int number) : number_(number) {}
   ~Descriptor() {
     if (number_ >= 0) ::close(number_);

@@ -31,7 +31,7 @@ std::string Reason(int error) {
   return std::generic_category().message(error);
 }
 
-/// What stands where a file is expected.
+/// The kind of a name's object that is no regular file, for people.
 std::string Kind(mode_t mode) {
   if (S_ISDIR(mode)) return "it is a folder";
   if (S_ISFIFO(mode)) return "it is a pipe";
@@ -48,7 +48,7 @@ bool WriteAll(int descriptor, std::span<const std::uint8_t> bytes) {
   return true;
 }
 
-/// What is opened without waiting is read and written as usual.
+/// Reads and writes of a descriptor that was opened without waiting wait from here on.
 bool MakeBlocking(int descriptor) {
   const int flags = ::fcntl(descriptor, F_GETFL);
   return flags >= 0 && ::fcntl(descriptor, F_SETFL, flags & ~O_NONBLOCK) == 0;

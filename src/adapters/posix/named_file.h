@@ -12,7 +12,7 @@
 /// and written. A problem is a text for people, empty where there is none.
 namespace orbelcast {
 
-/// What a file that is read as a whole holds.
+/// The content of a file that was read as a whole.
 struct FileContent {
   std::string problem{};   ///< Why it could not be read.
   bool missing = false;    ///< There is nothing of that name. Also a problem.
@@ -35,7 +35,7 @@ FileContent ReadNamedFile(const std::filesystem::path& name, std::size_t most_by
 /// of room, say, the old file is as it was and nothing else is left. A file that this user may not write to is refused.
 std::string WriteNamedFile(const std::filesystem::path& name, std::span<const std::uint8_t> bytes, mode_t mode = 0666);
 
-/// What keeps `name` from being written to, as far as can be told without trying. Writes nothing.
+/// The reason why `name` cannot be written to, as far as can be told without trying. Writes nothing.
 std::string WhyUnwritable(const std::filesystem::path& name);
 
 /// The file that `name` leads to: itself where it is no link. It need not exist.

@@ -7,7 +7,8 @@
 #include <system_error>
 
 #include "adapters/posix/file_registry.h"
-#include "server/control_server.h"
+#include "assembly/headless_platform.h"
+#include "dispatch/control_server.h"
 #include "server/registration.h"
 
 /// The library that hosts load: the four entry points, and the one control server that they share.
@@ -15,42 +16,48 @@ namespace orbelcast::server {
 
 namespace {
 
+/// A control server with the platform that its controls run on. Controls ask nobody: every dialog is cancelled.
+struct HostedServer {
+  HeadlessPlatform platform;
+  ControlServer server{platform.Get()};
+};
+
 /// The server while anything of it is used: of the thread that asked first, and of it alone until all is given back. A
 /// host that ends with objects alive leaves it to the system: their memory must stay good until the last instruction.
 class Library {
  public:
   ~Library() {
-    if (!EndServerIfIdle()) static_cast<void>(server_.release());  // NOLINT(bugprone-unused-return-value): see above.
+    if (!EndServerIfIdle()) static_cast<void>(hosted_.release());  // NOLINT(bugprone-unused-return-value): see above.
   }
 
   /// The server, made where there is none. Null on any thread but its own.
   ControlServer* Server() {
     const std::lock_guard lock(mutex_);
-    if (!server_) {
-      server_ = std::make_unique<ControlServer>();
-      server_->OnUnused = [this] { EndServerIfIdle(); };
+    if (!hosted_) {
+      hosted_ = std::make_unique<HostedServer>();
+      hosted_->server.OnUnused = [this] { EndServerIfIdle(); };
     }
-    return server_->OnOwnThread() ? server_.get() : nullptr;
+    return hosted_->server.OnOwnThread() ? &hosted_->server : nullptr;
   }
 
   /// False where it is in use. Only its own thread ends it, so that what that one has of it stays good.
   bool EndServerIfIdle() {
     if (ControlServer* const server = OwnServer()) server->EndReleased();
-    std::unique_ptr<ControlServer> ending;
+    std::unique_ptr<HostedServer> ending;
     const std::lock_guard lock(mutex_);
-    if (server_ && (!server_->OnOwnThread() || !server_->Idle())) return false;
-    ending = std::move(server_);
+    if (hosted_ && (!hosted_->server.OnOwnThread() || !hosted_->server.Idle())) return false;
+    ending = std::move(hosted_);
     return true;
   }
 
  private:
   ControlServer* OwnServer() {
     const std::lock_guard lock(mutex_);
-    return server_ && server_->OnOwnThread() ? server_.get() : nullptr;
+    return hosted_ && hosted_->server.OnOwnThread() ? &hosted_->server : nullptr;
   }
 
   std::mutex mutex_;
-  std::unique_ptr<ControlServer> server_;
+  std::unique_ptr<HostedServer> hosted_;
 };
 
 Library& TheLibrary() {

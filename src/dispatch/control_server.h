@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "dispatch/control_class.h"
+#include "dispatch/object.h"
+#include "orbelcast/orbelcast.h"
+#include "platform/platform.h"
+
+namespace orbelcast::server {
+
+/// The classes, the platform that their controls run on, and the count of what is alive.
+///
+/// Outlives every object that it made, and is outlived by its platform.
+class ControlServer final : public ObjectCount {
+ public:
+  explicit ControlServer(Platform& platform) : platform_(platform) {}
+  ~ControlServer() override;
+  ControlServer(const ControlServer&) = delete;
+  ControlServer& operator=(const ControlServer&) = delete;
+
+  /// Gives the class factory of `class_id`, as the entry point does.
+  Result GetClassObject(const Guid* class_id, const Guid* interface_id, void** object);
+
+  /// Nothing of it is in use: no object, no lock, and nobody is inside a handler of its loop.
+  bool Idle() const { return objects_ == 0 && locks_ == 0 && !platform_.loop.InHandler(); }
+  /// Called whenever the last object or lock has gone, as the last thing: it may end the server.
+  std::function<void()> OnUnused;
+
+  /// A control as hosts reach it; its last reference lets go of `control`, which is of that class.
+  Held<IDispatch> Host(const ControlClass& control_class, std::shared_ptr<void> control,
+                       Raises raises = Raises::kEvents);
+
+  Platform& GetPlatform() { return platform_; }
+
+  // ---- What its objects hand on to their hosts --------------------------------------------------------------------
+
+  bool OnOwnThread() const override { return std::this_thread::get_id() == thread_; }
+  void EndLater(std::function<void()> end) override;
+  /// Ends the objects whose last reference went on another thread. As with any object's end, the server may be gone
+  /// afterwards, unless the caller holds an object of it.
+  void EndReleased();
+  void Lock(bool lock);
+  Result RunLoop(std::int32_t milliseconds);
+  Result HandleNext(std::int32_t milliseconds);
+  Result CreateSurface(std::int32_t width, std::int32_t height, ISurface** surface);
+  Result GetClipboardPicture(IPicture** picture);
+
+  void ObjectMade() override { ++objects_; }
+  void ObjectGone() override;
+
+ private:
+  Platform& platform_;
+  const std::thread::id thread_ = std::this_thread::get_id();
+  std::uint32_t objects_ = 0;
+  std::uint32_t locks_ = 0;
+  std::mutex released_mutex_;
+  std::vector<std::function<void()>> released_;  // the ends that wait for this server's thread
+};
+
+}  // namespace orbelcast::server

@@ -1,0 +1,97 @@
+#include "remote/script_dialogs.h"
+
+#include <algorithm>
+
+#include "remote/script_error.h"
+
+namespace orbelcast {
+
+namespace {
+
+constexpr std::string_view kCancel = "cancel";
+
+std::string Joined(const std::vector<std::string>& names) {
+  std::string joined;
+  for (const std::string& name : names) joined += (joined.empty() ? "" : ", ") + name;
+  return joined;
+}
+
+void CheckOneOf(const std::string& answer, const std::vector<std::string>& possible) {
+  if (std::find(possible.begin(), possible.end(), answer) != possible.end()) return;
+  throw ScriptError("'" + answer + "' is no answer to it; there are " + Joined(possible));
+}
+
+/// Adds what the dialog has; an empty text is something that it does not have.
+void AddText(Json& line, const char* field, const std::string& text) {
+  if (!text.empty()) line[field] = text;
+}
+
+}  // namespace
+
+void ScriptDialogs::Answer(std::string_view kind, const std::string& answer, const std::vector<std::string>& codecs) {
+  const auto found = std::find(kKinds.begin(), kKinds.end(), kind);
+  if (found == kKinds.end()) {
+    throw ScriptError("there is no dialog '" + std::string(kind) + "'; there are save, message, input and compression");
+  }
+  const auto index = static_cast<std::size_t>(found - kKinds.begin());
+  if (index == kMessage) CheckOneOf(answer, {"Yes", "No", "OK"});
+  if (index == kCompression && answer != kCancel) CheckOneOf(answer, codecs);
+  answers_[index].push_back(answer);
+}
+
+std::optional<std::string> ScriptDialogs::AskSaveName(const SaveRequest& request) {
+  auto answer = Next(kSave);
+  Json line = Line(kSave);
+  AddText(line, "title", request.title);
+  AddText(line, "filter", request.filter);
+  Tell(std::move(line), answer);
+  return answer;
+}
+
+Dialogs::Answer ScriptDialogs::ShowMessage(const MessageRequest& request) {
+  const bool asks = request.buttons == Buttons::kYesNo;
+  const auto answer = Next(kMessage);
+  const auto given = !asks ? Dialogs::Answer::kOk : answer == "Yes" ? Dialogs::Answer::kYes : Dialogs::Answer::kNo;
+  Json line = Line(kMessage);
+  AddText(line, "title", request.title);
+  line["text"] = request.text;
+  line["buttons"] = asks ? Json::array({"Yes", "No"}) : Json::array({"OK"});
+  if (request.icon == Icon::kExclamation) line["icon"] = "exclamation";
+  if (request.icon == Icon::kInformation) line["icon"] = "information";
+  Tell(std::move(line), given == Dialogs::Answer::kOk ? "OK" : given == Dialogs::Answer::kYes ? "Yes" : "No");
+  return given;
+}
+
+std::string ScriptDialogs::AskText(const InputRequest& request) {
+  const auto answer = Next(kInput);
+  Json line = Line(kInput);
+  AddText(line, "title", request.title);
+  line["text"] = request.prompt;
+  Tell(std::move(line), answer);
+  return answer.value_or("");
+}
+
+std::optional<Dialogs::Compression> ScriptDialogs::ChooseCompression(const CompressionRequest& request) {
+  auto answer = Next(kCompression);
+  Json line = Line(kCompression);
+  line["choices"] = request.codecs;
+  Tell(std::move(line), answer);
+  if (!answer) return std::nullopt;
+  return Compression{.codec = *answer};
+}
+
+std::optional<std::string> ScriptDialogs::Next(Kind kind) {
+  auto& waiting = answers_[kind];
+  if (waiting.empty()) return std::nullopt;
+  std::string answer = std::move(waiting.front());
+  waiting.pop_front();
+  if (answer == kCancel) return std::nullopt;
+  return answer;
+}
+
+void ScriptDialogs::Tell(Json line, const std::optional<std::string>& answer) {
+  line["answer"] = answer.value_or(std::string(kCancel));
+  print_(line);
+}
+
+}  // namespace orbelcast

@@ -1,0 +1,149 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <list>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "remote/children.h"
+#include "remote/host_control.h"
+#include "remote/json.h"
+#include "remote/script_dialogs.h"
+#include "remote/subject.h"
+#include "toolkit/controls.h"
+
+namespace orbelcast {
+
+/// A host application that does what lines of text say, and tells what the controls do as JSON lines.
+///
+/// Each line is carried out as a handler of its own, so that one that waits (for a stream, for a window that it opened)
+/// can be suspended while the next lines act on the window. The session's memory stays until its last handler has
+/// returned.
+class Session : public std::enable_shared_from_this<Session> {
+ public:
+  /// The front end's side: what it does with the session's output.
+  struct FrontEnd {
+    std::function<void(const Json& line)> print;
+    /// Writes a picture under the name that a line gave. Throws ScriptError where that cannot be.
+    std::function<void(const Surface& picture, const std::string& name)> write_picture;
+  };
+
+  /// `platform`, whose dialogs are `dialogs`, outlives the session.
+  static std::shared_ptr<Session> Create(Platform& platform, ScriptDialogs& dialogs, FrontEnd front_end);
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  /// Begins to carry out a line; `number` is told with its errors. What is returned becomes true when it is done.
+  std::shared_ptr<const bool> Begin(const std::string& line, int number);
+  /// A window that a line has opened, once each: lines that act on it are to come before the line that opened it is
+  /// done. Null where there is none.
+  Window* TakeNewWindow();
+  bool IsOpen(const Window* window) const;
+
+  /// Releases every control and ends every wait. Nothing is told any more.
+  void End();
+  /// A line was wrong.
+  bool Wrong() const { return wrong_; }
+
+ private:
+  using Words = std::span<const std::string>;
+  struct Command;
+  struct HostSurface;
+  /// A `run` or an `until` in progress.
+  struct Wait {
+    std::string event;  ///< What `until` waits for; empty for `run`.
+    bool came = false;
+    Completion over;
+  };
+  /// An `on` whose event has not come yet.
+  struct Reaction {
+    std::string event;
+    std::vector<std::string> words;
+    int line = 0;
+  };
+  struct OpenWindow {
+    Window* window = nullptr;
+    std::string name;
+    bool taken = false;  ///< The front end knows of it.
+  };
+
+  Session(Platform& platform, ScriptDialogs& dialogs, FrontEnd front_end);
+
+  // Lines.
+  static std::span<const Command> Commands();
+  static const Command& FindCommand(const std::string& name);
+  void Execute(const std::vector<std::string>& words, int line);
+  void Print(const Json& line);
+  void PrintError(const std::string& text, int line);
+
+  // The controls' doings.
+  void Adopt(const std::string& name, const HostControl& control);
+  void AdoptViewer(VideoServerPush& viewer, const std::string& name);
+  void AdoptWindow(Window& window, const std::string& name);
+  void WindowOpened(Window& window, const std::string& name);
+  void AdoptInnerViewer(VideoServerPush& viewer, const std::string& name);
+  void EventCame(const Json& line);
+  /// Runs the loop until the event has come (true) or the time has passed.
+  bool WaitFor(const std::string& event, std::chrono::milliseconds limit);
+
+  // Names.
+  Subject Find(const std::string& name);
+  Child FindChild(const std::string& name, const std::string& child);
+  HostControl& FindControl(const std::string& name);
+  LateBound MembersOf(const std::string& name);
+  const Surface& FindPicture(const std::string& name, const std::string& child);
+  void CheckEvent(const std::string& event) const;
+  void CheckNew(const std::string& name) const;
+  MessageLoop& Loop() { return platform_.loop; }
+
+  // The commands.
+  void Create(Words words);
+  void Place(Words words);
+  void Load(Words words);
+  void Get(Words words);
+  void Set(Words words);
+  void Call(Words words);
+  void Members(Words words);
+  void Hide(Words words);
+  void Destroy(Words words);
+  void Control(Words words);
+  void Click(Words words);
+  void Watch(Words words);
+  void Select(Words words);
+  void Type(Words words);
+  void Leave(Words words);
+  void Press(Words words);
+  void Drop(Words words);
+  void ChooseMenu(Words words);
+  void Pixel(Words words);
+  void Picture(Words words);
+  void Close(Words words);
+  void RunFor(Words words);
+  void Until(Words words);
+  void On(Words words);
+  void Answer(Words words);
+  void ShowClipboard(Words words);
+  void MakeSurface(Words words);
+  void ReadRegistry(Words words);
+  void PrintText(Words words);
+
+  Platform& platform_;
+  ScriptDialogs& dialogs_;
+  const FrontEnd front_end_;
+  bool wrong_ = false;
+  bool silent_ = false;    ///< The session has ended.
+  int line_ = 0;           ///< The line whose command begins.
+  std::list<Wait> waits_;  ///< What `run` and `until` wait for.
+  std::list<Reaction> reactions_;
+  std::list<OpenWindow> windows_;  ///< The open ones, the newest last.
+  server::ControlServer server_;
+  std::map<std::string, std::unique_ptr<HostSurface>> surfaces_;
+  std::map<std::string, std::unique_ptr<HostControl>> controls_;
+};
+
+}  // namespace orbelcast

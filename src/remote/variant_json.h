@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+#include "orbelcast/orbelcast.h"
+#include "remote/json.h"
+
+namespace orbelcast {
+
+/// A value as scripts print it: texts, numbers and Booleans as themselves, bytes as {"bytes":N,"sha256":HEX}, a picture
+/// as {"width":W,"height":H} in pixels, dropped data as its forms by media type, nothing as null.
+Json ToJson(const server::Variant& value);
+
+/// The size in pixels as scripts print it.
+Json SizeToJson(int width, int height);
+
+/// The word as a value of `type`, a server::VariantType. A text's characters stay the word's. Throws ScriptError where
+/// the word is none; `what` tells the person what it was to be.
+server::Variant ToVariant(const std::string& word, std::uint16_t type, const std::string& what);
+
+}  // namespace orbelcast
