@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "addresses.h"
 #include "archive.h"
-#include "archive_query.h"
 
 using namespace orbelcast::camera_server;
 

@@ -6,10 +6,8 @@
 #include <string_view>
 #include <variant>
 
+#include "addresses.h"
 #include "http_message.h"
-#include "live_address.h"
-#include "login_base.h"
-#include "query.h"
 #include "request_log.h"
 
 using namespace orbelcast::camera_server;
