@@ -119,7 +119,7 @@ void Options::AddCameraOptions() {
       "Numeric address to listen on; 0.0.0.0 is every network of this machine");
   group_ = "Cameras";
   AddNames(cameras_, "TEXT", ", and so on");
-  Add("--size", size_, "WIDTHxHEIGHT [640x480]", "Size of a picture that is asked for without one",
+  Add("--size", typed_.size, "WIDTHxHEIGHT [640x480]", "Size of a picture that is asked for without one",
       SizeInto(settings_.form));
   Add("--quality", settings_.form.quality, "QUALITY [80]", "JPEG quality of such a picture, 1 to 100",
       Within(kMinQuality, kMaxQuality));
@@ -140,7 +140,7 @@ void Options::AddSiteOptions() {
   AddNames(alerts_, "TEXT", ", and so on");
   AddNames(inputs_, "NAME[=on]", ", and so on; with =on it is on at first");
   AddNames(outputs_, "NAME[=on]", ", and so on; with =on it is on at first");
-  Add("--account", accounts_, "NAME[=HOST[:PORT]] ... [demo]",
+  Add("--account", typed_.accounts, "NAME[=HOST[:PORT]] ... [demo]",
       "An account of the relay lookup, and the address that it leads to: this server without one", LineText());
 }
 
@@ -152,13 +152,13 @@ void Options::AddAnswerOptions() {
   Add("--vigilbox-info", settings_.vigilbox_info, "TEXT",
       "Send a VigilboxInfo header; viewers heed one that begins with 1", LineText());
   Add("--plugins", settings_.plug_ins, "TEXT", "Send a PlugIns header", LineText());
-  Add("--gps", gps_, "LAT,LON,ALT [47.3769,8.5417,408]", "Latitude, longitude and height; 'none' sends none",
+  Add("--gps", typed_.gps, "LAT,LON,ALT [47.3769,8.5417,408]", "Latitude, longitude and height; 'none' sends none",
       LineText());
   Add("--rc-query", settings_.rc_query, "TEXT [2]", "Value of the RC_QUERY header; empty sends none", LineText());
-  Add("--flags", flags_, "LIST [AES,CST,ADM]", "Which of AES, CST and ADM the information sets, or 'none'");
-  Add("--info", values_, "KEY=TEXT ...", "A value of the information instead of the server's own, such as UPS=12.5",
-      LineText());
-  Add("--info-text", info_file_, "FILE", "Send this file as the information, as it is", CLI::ExistingFile);
+  Add("--flags", typed_.flags, "LIST [AES,CST,ADM]", "Which of AES, CST and ADM the information sets, or 'none'");
+  Add("--info", typed_.values, "KEY=TEXT ...",
+      "A value of the information instead of the server's own, such as UPS=12.5", LineText());
+  Add("--info-text", typed_.info_file, "FILE", "Send this file as the information, as it is", CLI::ExistingFile);
 }
 
 void Options::AddUserOptions() {
@@ -166,15 +166,16 @@ void Options::AddUserOptions() {
   AddChoice<AuthenticationScheme>("--auth", settings_.scheme,
                                   {{"basic", AuthenticationScheme::kBasic}, {"digest", AuthenticationScheme::kDigest}},
                                   "SCHEME", "Ask for a user name and a password: basic or digest");
-  Add("--user", users_, "NAME ...", "A user's name; may be given several times, each with its --password");
-  Add("--password", passwords_, "TEXT ...", "The user's password; others can read a command line, but not a file");
-  Add("--credentials", credentials_files_, "FILE ...",
+  Add("--user", typed_.users, "NAME ...", "A user's name; may be given several times, each with its --password");
+  Add("--password", typed_.passwords, "TEXT ...",
+      "The user's password; others can read a command line, but not a file");
+  Add("--credentials", typed_.credentials_files, "FILE ...",
       "A user from a file with the lines 'user = NAME' and 'password = TEXT'; may be given several times");
 }
 
 void Options::AddTestOptions() {
   group_ = "For tests";
-  Add("--fault", faults_, "PLACE=FAULT ...",
+  Add("--fault", typed_.faults, "PLACE=FAULT ...",
       "How a camera misbehaves, such as 2=status:503, all=delay:200 or 1=reset@5");
   Add("--log", settings_.log_file, "FILE", "Write every request, byte for byte, as a line of JSON");
   app_.add_flag("--log-passwords", settings_.shows_passwords,
@@ -220,9 +221,9 @@ std::vector<Contact> Options::ContactsOf(const NameList& list) const {
 }
 
 void Options::ReadAccounts() {
-  Require(accounts_.size() <= kMaxItems, "--account", "there can be no more than " + std::to_string(kMaxItems));
-  if (accounts_.empty()) accounts_.emplace_back("demo");
-  for (const std::string& text : accounts_) {
+  Require(typed_.accounts.size() <= kMaxItems, "--account", "there can be no more than " + std::to_string(kMaxItems));
+  if (typed_.accounts.empty()) typed_.accounts.emplace_back("demo");
+  for (const std::string& text : typed_.accounts) {
     const auto [name, address] = CutAtEquals(text);
     Require(!name.empty() && name.find_first_of("/&?# ") == std::string::npos &&
                 address.find_first_of("/ ") == std::string::npos,
@@ -232,16 +233,16 @@ void Options::ReadAccounts() {
 }
 
 void Options::ReadInfo() {
-  if (!gps_.empty()) settings_.gps = CLI::detail::split(gps_, ',');
-  if (gps_ == "none") settings_.gps.clear();
-  Require(settings_.gps.size() == 3 || gps_ == "none", "--gps", "give LATITUDE,LONGITUDE,HEIGHT or 'none'");
-  if (!flags_.empty()) settings_.info_flags = CLI::detail::split(flags_, ',');
-  if (flags_ == "none") settings_.info_flags.clear();
+  if (!typed_.gps.empty()) settings_.gps = CLI::detail::split(typed_.gps, ',');
+  if (typed_.gps == "none") settings_.gps.clear();
+  Require(settings_.gps.size() == 3 || typed_.gps == "none", "--gps", "give LATITUDE,LONGITUDE,HEIGHT or 'none'");
+  if (!typed_.flags.empty()) settings_.info_flags = CLI::detail::split(typed_.flags, ',');
+  if (typed_.flags == "none") settings_.info_flags.clear();
   for (const std::string& flag : settings_.info_flags) {
     Require(flag == "AES" || flag == "CST" || flag == "ADM", "--flags",
             "there is no flag '" + flag + "'; there are AES, CST and ADM");
   }
-  for (const std::string& text : values_) {
+  for (const std::string& text : typed_.values) {
     constexpr std::string_view kKeys = "SNM SVR SYN CPU RAM AME CPN CPS UPS ";
     const auto [key, value] = CutAtEquals(text);
     const bool is_key = key.size() == 3 && kKeys.find(key + " ") != std::string_view::npos;
@@ -249,42 +250,42 @@ void Options::ReadInfo() {
             "give one of SNM, SVR, SYN, CPU, RAM, AME, CPN, CPS and UPS, and =TEXT");
     settings_.info_values[key] = value;
   }
-  if (info_file_.empty()) return;
+  if (typed_.info_file.empty()) return;
   try {
-    settings_.info_text = ReadFile(info_file_, kMaxInfoTextBytes);
+    settings_.info_text = ReadFile(typed_.info_file, kMaxInfoTextBytes);
   } catch (const std::exception&) {
     throw CLI::ValidationError("--info-text", "the file cannot be read, or is too large");
   }
 }
 
 void Options::ReadUsers() {
-  for (const std::string& file : credentials_files_) {
+  for (const std::string& file : typed_.credentials_files) {
     try {
       const Credentials credentials = ReadCredentials(file);
       if (!credentials.user || !credentials.password) {
         throw CredentialsError(file + " must have both lines, 'user = NAME' and 'password = TEXT'");
       }
       if (credentials.readable_by_others) WarnOfReaders(app_, file);
-      users_.push_back(*credentials.user);
-      passwords_.push_back(*credentials.password);
+      typed_.users.push_back(*credentials.user);
+      typed_.passwords.push_back(*credentials.password);
     } catch (const CredentialsError& error) {
       throw CLI::ValidationError("--credentials", error.what());
     }
   }
   const bool is_open = settings_.scheme == AuthenticationScheme::kNone;
-  Require(!is_open || users_.empty(), "--user", "needs --auth basic or --auth digest");
-  Require(is_open || !users_.empty(), "--auth", "needs a --credentials FILE, or a --user and a --password");
-  Require(users_.size() == passwords_.size(), "--user", "each needs one --password");
-  for (std::size_t i = 0; i < users_.size(); ++i) {
-    Require(users_[i].find(':') == std::string::npos, "--user", "a name holds no colon");
-    settings_.users.push_back({users_[i], passwords_[i]});
-    if (!settings_.shows_passwords) KeepSecret(passwords_[i]);
+  Require(!is_open || typed_.users.empty(), "--user", "needs --auth basic or --auth digest");
+  Require(is_open || !typed_.users.empty(), "--auth", "needs a --credentials FILE, or a --user and a --password");
+  Require(typed_.users.size() == typed_.passwords.size(), "--user", "each needs one --password");
+  for (std::size_t i = 0; i < typed_.users.size(); ++i) {
+    Require(typed_.users[i].find(':') == std::string::npos, "--user", "a name holds no colon");
+    settings_.users.push_back({typed_.users[i], typed_.passwords[i]});
+    if (!settings_.shows_passwords) KeepSecret(typed_.passwords[i]);
   }
 }
 
 void Options::ReadFaults() {
   FaultPlan plan(static_cast<int>(settings_.camera_names.size()));
-  for (const std::string& text : faults_) {
+  for (const std::string& text : typed_.faults) {
     Require(text.find('=') != std::string::npos, "--fault", "give PLACE=FAULT, such as 2=status:503");
     settings_.faults.push_back(CutAtEquals(text));
     try {

@@ -62,16 +62,20 @@ class Options {
   NameList alerts_{"alert", "--alert", {"Fire", "Burglar", "Call for help"}, 0, kMaxItems};
   NameList inputs_{"input", "--input", {"Motion sensor", "Garage door=on"}, 0, kMaxItems};
   NameList outputs_{"output", "--output", {"Porch light=on", "Garden gate", "Siren"}, 0, kMaxItems};
-  std::string size_;
-  std::vector<std::string> accounts_;
-  std::string gps_;
-  std::string flags_;
-  std::vector<std::string> values_;
-  std::string info_file_;
-  std::vector<std::string> users_;
-  std::vector<std::string> passwords_;
-  std::vector<std::string> credentials_files_;
-  std::vector<std::string> faults_;
+  /// What is read after the parse, as it was typed.
+  struct Typed {
+    std::string size;
+    std::vector<std::string> accounts;
+    std::string gps;
+    std::string flags;
+    std::vector<std::string> values;
+    std::string info_file;
+    std::vector<std::string> users;
+    std::vector<std::string> passwords;
+    std::vector<std::string> credentials_files;
+    std::vector<std::string> faults;
+  };
+  Typed typed_;
 };
 
 }  // namespace orbelcast::camera_server
