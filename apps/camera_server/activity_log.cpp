@@ -1,10 +1,10 @@
-#include "activity_log.h"
+#include "camera_server/activity_log.h"
 
 #include <algorithm>
 #include <utility>
 
+#include "common/shown_text.h"
 #include "platform/visible_text.h"
-#include "shown_text.h"
 
 namespace orbelcast::camera_server {
 

@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "bounds.h"
-#include "recent.h"
-#include "time_text.h"
+#include "camera_server/bounds.h"
+#include "camera_server/recent.h"
+#include "camera_server/time_text.h"
 
 namespace orbelcast::camera_server {
 

@@ -1,4 +1,4 @@
-#include "addresses.h"
+#include "camera_server/addresses.h"
 
 #include <algorithm>
 #include <charconv>

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "settings.h"
+#include "camera_server/settings.h"
 
 /// What the targets of requests say. Everything is taken as raw bytes: nothing is decoded. What is read of a target
 /// points into it.

@@ -1,4 +1,4 @@
-#include "archive.h"
+#include "camera_server/archive.h"
 
 #include <chrono>
 #include <ctime>

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "addresses.h"
-#include "recent.h"
+#include "camera_server/addresses.h"
+#include "camera_server/recent.h"
 
 namespace orbelcast::camera_server {
 

@@ -1,4 +1,4 @@
-#include "authentication.h"
+#include "camera_server/authentication.h"
 
 #include <openssl/crypto.h>
 #include <openssl/evp.h>
@@ -11,7 +11,7 @@
 #include <span>
 #include <stdexcept>
 
-#include "hexadecimal.h"
+#include "common/hexadecimal.h"
 #include "platform/ascii.h"
 
 namespace orbelcast::camera_server {

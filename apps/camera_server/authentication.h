@@ -10,8 +10,8 @@
 #include <string_view>
 #include <utility>
 
-#include "http_message.h"
-#include "settings.h"
+#include "camera_server/http_message.h"
+#include "camera_server/settings.h"
 
 namespace orbelcast::camera_server {
 

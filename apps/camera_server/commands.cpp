@@ -1,4 +1,4 @@
-#include "commands.h"
+#include "camera_server/commands.h"
 
 #include <map>
 #include <memory>
@@ -6,9 +6,9 @@
 #include <stdexcept>
 #include <string>
 
-#include "addresses.h"
-#include "content.h"
-#include "http_status.h"
+#include "camera_server/addresses.h"
+#include "camera_server/content.h"
+#include "common/http_status.h"
 #include "platform/ascii.h"
 
 namespace orbelcast::camera_server {

@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-#include "http_server.h"
-#include "services.h"
+#include "camera_server/http_server.h"
+#include "camera_server/services.h"
 
 namespace orbelcast::camera_server {
 

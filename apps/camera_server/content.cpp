@@ -1,4 +1,4 @@
-#include "content.h"
+#include "camera_server/content.h"
 
 #include <algorithm>
 #include <cstdlib>

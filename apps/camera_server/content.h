@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "http_message.h"
-#include "services.h"
+#include "camera_server/http_message.h"
+#include "camera_server/services.h"
 
 /// What the server tells and shows.
 namespace orbelcast::camera_server {

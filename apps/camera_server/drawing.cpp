@@ -1,4 +1,4 @@
-#include "drawing.h"
+#include "camera_server/drawing.h"
 
 #include <cairo.h>
 #include <turbojpeg.h>
@@ -195,19 +195,19 @@ void DrawPanel(cairo_t* cr, const View& view, int width, int height) {
   cairo_set_source_rgba(cr, .04, .06, .10, .58);
   cairo_rectangle(cr, 0, 0, kWidth, kHeight);
   cairo_fill(cr);
-  constexpr double kRoom = kWidth - 2 * kInset;
-  Write(cr, kInset, 63, 38, "DejaVu Sans Mono", LocalTime(view.time) + Fraction(view.time, 1), kRoom);
-  const double date = Write(cr, kInset, 83, 16, "DejaVu Sans Mono", LocalDate(view.time), kRoom);
+  constexpr double kTextWidth = kWidth - 2 * kInset;
+  Write(cr, kInset, 63, 38, "DejaVu Sans Mono", LocalTime(view.time) + Fraction(view.time, 1), kTextWidth);
+  const double date = Write(cr, kInset, 83, 16, "DejaVu Sans Mono", LocalDate(view.time), kTextWidth);
   if (view.mark != Mark::kNone) {
     const bool is_recording = view.mark == Mark::kRecording;
-    Write(cr, kInset + date + 30, 83, 14, "DejaVu Sans", is_recording ? "REC" : "ARCHIVE", kRoom - date - 30);
+    Write(cr, kInset + date + 30, 83, 14, "DejaVu Sans", is_recording ? "REC" : "ARCHIVE", kTextWidth - date - 30);
     cairo_new_path(cr);
     cairo_set_source_rgb(cr, is_recording ? 1 : .5, is_recording ? .23 : .82, is_recording ? .19 : .55);
     cairo_arc(cr, kInset + date + 19, 78, 5, 0, 7);
     cairo_fill(cr);
   }
   // Last: a name that is no UTF-8 ends this context's drawing.
-  Write(cr, kInset, 25, 16, "DejaVu Sans", view.name, kRoom);
+  Write(cr, kInset, 25, 16, "DejaVu Sans", view.name, kTextWidth);
 }
 
 }  // namespace

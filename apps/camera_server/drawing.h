@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "settings.h"
+#include "camera_server/settings.h"
 
 namespace orbelcast::camera_server {
 

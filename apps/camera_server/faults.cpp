@@ -1,4 +1,4 @@
-#include "faults.h"
+#include "camera_server/faults.h"
 
 #include <algorithm>
 #include <array>
@@ -10,7 +10,7 @@
 #include <memory>
 #include <stdexcept>
 
-#include "http_server.h"
+#include "camera_server/http_server.h"
 
 namespace orbelcast::camera_server {
 

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "http_message.h"
+#include "camera_server/http_message.h"
 
 /// Misbehaviour on request, a word each: what a camera, or another part of the server, does instead of answering as it
 /// should.

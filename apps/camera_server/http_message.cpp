@@ -1,11 +1,11 @@
-#include "http_message.h"
+#include "camera_server/http_message.h"
 
 #include <algorithm>
 #include <charconv>
 #include <map>
 
-#include "bounds.h"
-#include "http_status.h"
+#include "camera_server/bounds.h"
+#include "common/http_status.h"
 #include "platform/ascii.h"
 
 namespace orbelcast::camera_server {

@@ -1,4 +1,4 @@
-#include "http_server.h"
+#include "camera_server/http_server.h"
 
 #include <arpa/inet.h>
 #include <netdb.h>
@@ -21,8 +21,8 @@
 #include <utility>
 #include <variant>
 
-#include "bounds.h"
-#include "time_text.h"
+#include "camera_server/bounds.h"
+#include "camera_server/time_text.h"
 
 namespace orbelcast::camera_server {
 

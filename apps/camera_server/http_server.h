@@ -9,8 +9,8 @@
 #include <thread>
 #include <utility>
 
-#include "connection.h"
-#include "http_message.h"
+#include "camera_server/connection.h"
+#include "camera_server/http_message.h"
 
 /// A small HTTP/1.1 server on POSIX sockets, a thread a client.
 ///

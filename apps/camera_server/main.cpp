@@ -12,11 +12,11 @@
 #include <iostream>
 #include <stdexcept>
 
-#include "http_server.h"
-#include "options.h"
-#include "program.h"
-#include "router.h"
-#include "services.h"
+#include "camera_server/http_server.h"
+#include "camera_server/options.h"
+#include "camera_server/router.h"
+#include "camera_server/services.h"
+#include "common/program.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "options.h"
+#include "camera_server/options.h"
 
 #include <algorithm>
 #include <optional>
@@ -7,16 +7,16 @@
 #include <type_traits>
 #include <utility>
 
-#include "access.h"
-#include "addresses.h"
-#include "credentials_file.h"
-#include "faults.h"
-#include "pictures.h"
+#include "camera_server/addresses.h"
+#include "camera_server/faults.h"
+#include "camera_server/pictures.h"
+#include "common/access.h"
+#include "common/credentials_file.h"
+#include "common/shown_text.h"
+#include "common/usage.h"
+#include "common/within.h"
 #include "platform/ascii.h"
 #include "platform/version.h"
-#include "shown_text.h"
-#include "usage.h"
-#include "within.h"
 
 namespace orbelcast::camera_server {
 

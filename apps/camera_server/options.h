@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "settings.h"
+#include "camera_server/settings.h"
 
 namespace orbelcast::camera_server {
 

@@ -1,4 +1,4 @@
-#include "pictures.h"
+#include "camera_server/pictures.h"
 
 #include <algorithm>
 #include <chrono>
@@ -7,7 +7,7 @@
 #include <system_error>
 #include <utility>
 
-#include "drawing.h"
+#include "camera_server/drawing.h"
 #include "platform/ascii.h"
 
 namespace orbelcast::camera_server {

@@ -11,7 +11,7 @@
 #include <tuple>
 #include <vector>
 
-#include "settings.h"
+#include "camera_server/settings.h"
 
 namespace orbelcast::camera_server {
 

@@ -1,4 +1,4 @@
-#include "request_log.h"
+#include "camera_server/request_log.h"
 
 #include <algorithm>
 #include <chrono>
@@ -7,11 +7,11 @@
 #include <stdexcept>
 #include <utility>
 
-#include "bounds.h"
+#include "camera_server/bounds.h"
+#include "camera_server/time_text.h"
+#include "common/shown_text.h"
 #include "platform/ascii.h"
 #include "platform/visible_text.h"
-#include "shown_text.h"
-#include "time_text.h"
 
 namespace orbelcast::camera_server {
 

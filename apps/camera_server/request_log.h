@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "http_server.h"
+#include "camera_server/http_server.h"
 
 namespace orbelcast::camera_server {
 

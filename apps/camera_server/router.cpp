@@ -1,14 +1,14 @@
-#include "router.h"
+#include "camera_server/router.h"
 
 #include <algorithm>
 #include <memory>
 #include <optional>
 #include <utility>
 
-#include "addresses.h"
-#include "commands.h"
-#include "content.h"
-#include "http_status.h"
+#include "camera_server/addresses.h"
+#include "camera_server/commands.h"
+#include "camera_server/content.h"
+#include "common/http_status.h"
 
 namespace orbelcast::camera_server {
 

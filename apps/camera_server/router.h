@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "authentication.h"
-#include "http_server.h"
-#include "services.h"
+#include "camera_server/authentication.h"
+#include "camera_server/http_server.h"
+#include "camera_server/services.h"
 
 namespace orbelcast::camera_server {
 

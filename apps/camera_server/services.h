@@ -2,13 +2,13 @@
 
 #include <memory>
 
-#include "activity_log.h"
-#include "archive.h"
-#include "faults.h"
-#include "pictures.h"
-#include "request_log.h"
-#include "settings.h"
-#include "site.h"
+#include "camera_server/activity_log.h"
+#include "camera_server/archive.h"
+#include "camera_server/faults.h"
+#include "camera_server/pictures.h"
+#include "camera_server/request_log.h"
+#include "camera_server/settings.h"
+#include "camera_server/site.h"
 
 namespace orbelcast::camera_server {
 

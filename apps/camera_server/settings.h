@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "bounds.h"
-#include "time_text.h"
+#include "camera_server/bounds.h"
+#include "camera_server/time_text.h"
 
 namespace orbelcast::camera_server {
 

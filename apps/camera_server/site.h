@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "settings.h"
+#include "camera_server/settings.h"
 
 namespace orbelcast::camera_server {
 

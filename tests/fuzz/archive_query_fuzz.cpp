@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "addresses.h"
-#include "archive.h"
+#include "camera_server/addresses.h"
+#include "camera_server/archive.h"
 
 using namespace orbelcast::camera_server;
 

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <variant>
 
-#include "addresses.h"
-#include "http_message.h"
-#include "request_log.h"
+#include "camera_server/addresses.h"
+#include "camera_server/http_message.h"
+#include "camera_server/request_log.h"
 
 using namespace orbelcast::camera_server;
 
