@@ -67,9 +67,9 @@ class Server:
         with self.open(request) as link:
             return b"".join(iter(lambda: link.recv(65536), b""))
 
-    def asked(self):
-        """The requests that the server remembers, as (request line, header lines). It forgets them."""
-        entries = [json.loads(line) for line in self.get("/control/requests?clear=yes")[2].splitlines()]
+    def asked(self, clear="no"):
+        """The requests that the server remembers, as (request line, header lines)."""
+        entries = [json.loads(line) for line in self.get("/control/requests?clear=" + clear)[2].splitlines()]
         return [(entry["request"], entry["headers"]) for entry in entries]
 
     def fault(self, camera, fault):

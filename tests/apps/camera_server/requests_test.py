@@ -61,13 +61,13 @@ class Log(unittest.TestCase):
                 self.assertEqual([(entry["request"], entry["headers"]) for entry in entries], asked)
                 self.assertEqual([entry["connection"] for entry in entries], [1, 2])
                 self.assertRegex(entries[0]["time"], r"^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}$")
-                self.assertEqual([server.asked(), server.asked()], [asked, []])
+                self.assertEqual([server.asked("yes"), server.asked()], [asked, []])
 
     def test_passwords_are_masked(self):
         with Server("--auth", "basic", "--user", "ann", "--password", "s3cret") as server:
             def shown(target, header="X: y"):
                 server.raw("GET %s HTTP/1.0\r\n%s\r\n\r\n" % (target, header))
-                line, headers = server.asked()[0]
+                line, headers = server.asked("yes")[0]
                 return line[len("GET "):-len(" HTTP/1.0")], headers[0]
 
             self.assertEqual(shown(LOGIN)[0], "/$openlogin/a b/***/srv_vigilbox$message?msg=x y&Send=Send+Message")
@@ -78,7 +78,7 @@ class Log(unittest.TestCase):
     def test_memory_is_bounded(self):
         with Server() as server:
             server.raw("GET /1 HTTP/1.1\r\n\r\n" * 5 + "GET /x HTTP/1.1\r\n\r\n" * 995 + "GET /last HTTP/1.0\r\n\r\n")
-            lines = [line for line, _ in server.asked()]
+            lines = [line for line, _ in server.asked("yes")]
             self.assertEqual((len(lines), lines[3], lines[4]), (1000, "GET /1 HTTP/1.1", "GET /x HTTP/1.1"))
             for _ in range(80):
                 server.raw("GET /%s HTTP/1.0\r\n\r\n" % ("x" * 60000))
