@@ -55,12 +55,7 @@ if(ORBELCAST_QT)
   install(TARGETS orbelcast-player RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT qt)
   install(FILES packaging/orbelcast.bash-completion RENAME orbelcast-player DESTINATION "${bash_dir}" COMPONENT qt)
   install(FILES packaging/orbelcast-player.desktop DESTINATION "${CMAKE_INSTALL_DATADIR}/applications" COMPONENT qt)
-  set(icons_dir "${CMAKE_INSTALL_DATADIR}/icons/hicolor")
-  install(FILES resources/icons/orbelcast-player.svg DESTINATION "${icons_dir}/scalable/apps" COMPONENT qt)
-  foreach(size 32 48 64 128 256)
-    install(FILES "resources/icons/orbelcast-player-${size}.png" RENAME orbelcast-player.png
-            DESTINATION "${icons_dir}/${size}x${size}/apps" COMPONENT qt)
-  endforeach()
+  orbelcast_install_icon(icons/orbelcast-player qt)
   if(TARGET orbelcast_designer)
     # Qt's own folder, for an installation below /usr; elsewhere QT_PLUGIN_PATH names the folder above it.
     install(TARGETS orbelcast_designer LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/qt6/plugins/designer" COMPONENT qt)

@@ -1,10 +1,9 @@
-#include "activity_log.h"
+#include "camera_server/activity_log.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "bounds.h"
-#include "shown_text.h"
+#include "common/shown_text.h"
 #include "toolkit/visible_text.h"
 
 namespace orbelcast::camera_server {
@@ -13,9 +12,8 @@ namespace {
 
 /// `text` as it can stand in a line: short, and without what would end the line or be taken for more than text.
 std::string OneLine(std::string_view text, std::size_t most) {
-  std::string line = WithoutControls(HidePasswords(text), ' ');
-  if (line.size() <= most) return line;
-  return line.substr(0, most) + "...";
+  const std::string line = WithoutControls(HidePasswords(text), ' ');
+  return line.size() <= most ? line : line.substr(0, most) + "...";
 }
 
 std::string Fields(const Actor& actor, std::string_view event, std::string_view detail) {
@@ -26,32 +24,26 @@ std::string Fields(const Actor& actor, std::string_view event, std::string_view 
 
 }  // namespace
 
-ActivityLog::ActivityLog() : going_on_(kMaxSessions, kActivityPause) {}
-
 void ActivityLog::Record(const Actor& actor, std::string_view event, std::string_view detail) {
   const std::lock_guard lock(mutex_);
   Add(Fields(actor, event, detail));
 }
 
 void ActivityLog::RecordBeginning(const Actor& actor, std::string_view event, std::string_view subject,
-                                  std::string_view doing) {
-  std::string detail(subject);
-  if (!doing.empty()) detail.append(": ").append(doing);
+                                  const std::string& doing) {
   const std::lock_guard lock(mutex_);
-  const auto last = going_on_.Use(Fields(actor, event, subject), std::chrono::steady_clock::now());
-  if (!last.is_new && last.value == doing) return;
-  last.value = doing;
-  Add(Fields(actor, event, detail));
+  auto& last = going_on_.Use(Fields(actor, event, subject));
+  if (last == doing) return;
+  last = doing;
+  Add(Fields(actor, event, doing.empty() ? std::string(subject) : std::string(subject) + ": " + doing));
 }
 
 void ActivityLog::Add(std::string fields) {
-  const WallClock::time_point now = WallClock::now();
-  if (!lines_.empty() && lines_.back().fields == fields) {
-    lines_.back().time = now;
-    ++lines_.back().count;
-    return;
+  if (lines_.empty() || lines_.back().fields != fields) {
+    lines_.push_back({.time = {}, .fields = std::move(fields)});
   }
-  lines_.push_back({.time = now, .fields = std::move(fields)});
+  lines_.back().time = WallClock::now();
+  ++lines_.back().count;
   if (lines_.size() > kMaxActivityLines) lines_.pop_front();
 }
 

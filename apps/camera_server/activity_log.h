@@ -1,13 +1,14 @@
 #pragma once
 
-#include <cstddef>
 #include <deque>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 
-#include "recent.h"
-#include "time_text.h"
+#include "camera_server/bounds.h"
+#include "camera_server/recent.h"
+#include "camera_server/time_text.h"
 
 namespace orbelcast::camera_server {
 
@@ -21,13 +22,12 @@ struct Actor {
 /// Holds the newest kMaxActivityLines, and never a password. Thread-safe.
 class ActivityLog {
  public:
-  ActivityLog();
-
   /// An event that is the same as the one before it is counted there instead of taking a line of its own.
   void Record(const Actor& actor, std::string_view event, std::string_view detail);
   /// Records what the actor begins to do with a subject, such as to play a camera's archive: not again before it does
   /// something else with it, or has paused for kActivityPause.
-  void RecordBeginning(const Actor& actor, std::string_view event, std::string_view subject, std::string_view doing);
+  void RecordBeginning(const Actor& actor, std::string_view event, std::string_view subject = "",
+                       const std::string& doing = "");
 
   /// "Date,Time,Address,User,Event,Detail" and the lines, the oldest first, each with CR LF. Only the last field may
   /// hold commas.
@@ -37,13 +37,13 @@ class ActivityLog {
   struct Line {
     WallClock::time_point time;
     std::string fields;  // from the address on
-    int count = 1;
+    int count = 0;
   };
   void Add(std::string fields);
 
   mutable std::mutex mutex_;
   std::deque<Line> lines_;
-  Recent<std::string> going_on_;  // what is done, by actor, event and subject
+  Recent<std::optional<std::string>> going_on_{kMaxSessions, kActivityPause};  // what is done, by the line's fields
 };
 
 }  // namespace orbelcast::camera_server

@@ -4,10 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "archive_query.h"
-#include "recent.h"
-#include "settings.h"
-#include "time_text.h"
+#include "camera_server/addresses.h"
+#include "camera_server/recent.h"
 
 namespace orbelcast::camera_server {
 
@@ -16,7 +14,7 @@ namespace orbelcast::camera_server {
 class Archive {
  public:
   /// `settings` outlives this.
-  explicit Archive(const Settings& settings);
+  explicit Archive(const Settings& settings) : settings_(settings) {}
 
   /// Moves the visitor and gives the time of the picture where it then is.
   ///
@@ -26,10 +24,9 @@ class Archive {
   WallClock::time_point Move(const std::string& visitor, const ArchiveQuery& query, WallClock::time_point now);
 
  private:
-  using Position = std::optional<WallClock::time_point>;
   const Settings& settings_;
   std::mutex mutex_;
-  Recent<Position> positions_;
+  Recent<std::optional<WallClock::time_point>> positions_{kMaxSessions, kSessionTime};
 };
 
 /// Makes a typed time whole: a missing part, and a year, month or day of 0, is that of `base`; a part too large is the

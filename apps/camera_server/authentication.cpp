@@ -1,4 +1,4 @@
-#include "authentication.h"
+#include "camera_server/authentication.h"
 
 #include <openssl/crypto.h>
 #include <openssl/evp.h>
@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <map>
 #include <span>
 #include <stdexcept>
 
@@ -20,8 +21,9 @@ namespace {
 constexpr std::string_view kRealm = "Orbelcast cameras";
 /// How long a nonce is taken, by the server's clock: a client that comes later is asked again, with a fresh one.
 constexpr std::chrono::minutes kNonceLife{5};
-/// Nonces whose counts are remembered: some hundred clients' of several minutes.
-constexpr std::size_t kMaxUsedNonces = 4096;
+/// Uses of nonces that are remembered: ten clients' at thirty pictures a second, for a nonce's life.
+constexpr std::size_t kMaxUses = 100'000;
+/// Of the microseconds since 1970, until the year 2286.
 constexpr std::size_t kTimeDigits = 16;
 
 std::string Md5(std::string_view text) {
@@ -57,51 +59,31 @@ std::optional<std::string> DecodeBase64(std::string_view text) {
   return bytes;
 }
 
-/// The parameters of Digest credentials, such as username="u", nc=00000001. Stops at what cannot be read.
-class Parameters {
- public:
-  explicit Parameters(std::string_view text) : rest_(text) {
-    while (ReadOne()) {
-    }
-  }
+using Parameters = std::map<std::string, std::string>;
 
-  std::string_view operator[](std::string_view name) const {
-    const auto found = std::find_if(values_.begin(), values_.end(),
-                                    [&](const auto& value) { return EqualIgnoringCase(value.first, name); });
-    return found == values_.end() ? std::string_view() : std::string_view(found->second);
-  }
-
- private:
-  bool ReadOne() {
-    rest_.remove_prefix(std::min(rest_.find_first_not_of(" \t,"), rest_.size()));
-    const std::size_t equals = rest_.find('=');
-    if (equals == std::string_view::npos) return false;
-    std::string name(rest_.substr(0, equals));
-    rest_.remove_prefix(equals + 1);
-    values_.emplace_back(std::move(name), rest_.starts_with('"') ? ReadQuoted() : ReadToken());
-    return true;
-  }
-
-  std::string ReadQuoted() {
+/// The parameters of Digest credentials, such as username="u", nc=00000001, by their names in small letters; of two of
+/// one name the first. Stops at what cannot be read.
+Parameters ParseParameters(std::string_view text) {
+  Parameters parameters;
+  for (std::size_t equals = text.find('='); equals != std::string_view::npos; equals = text.find('=')) {
+    const std::string name = LowerCase(std::string(Trimmed(text.substr(0, equals), " \t,")));
+    text.remove_prefix(equals + 1);
     std::string value;
-    std::size_t at = 1;
-    for (; at < rest_.size() && rest_[at] != '"'; ++at) {
-      if (rest_[at] == '\\' && at + 1 < rest_.size()) ++at;
-      value += rest_[at];
+    std::size_t at = 0;
+    if (text.starts_with('"')) {
+      for (at = 1; at < text.size() && text[at] != '"'; ++at) {
+        if (text[at] == '\\' && at + 1 < text.size()) ++at;
+        value += text[at];
+      }
+    } else {
+      at = std::min(text.find_first_of(", \t"), text.size());
+      value = text.substr(0, at);
     }
-    rest_.remove_prefix(std::min(at + 1, rest_.size()));
-    return value;
+    text.remove_prefix(std::min(at + 1, text.size()));
+    parameters.emplace(name, value);
   }
-
-  std::string ReadToken() {
-    std::string value(rest_.substr(0, rest_.find_first_of(", \t")));
-    rest_.remove_prefix(value.size());
-    return value;
-  }
-
-  std::string_view rest_;
-  std::vector<std::pair<std::string, std::string>> values_;
-};
+  return parameters;
+}
 
 /// What follows the scheme's name, or nothing when the credentials are of another scheme.
 std::optional<std::string_view> AfterScheme(std::string_view credentials, std::string_view scheme) {
@@ -118,53 +100,33 @@ Nonces::Nonces() {
   if (RAND_bytes(secret_.data(), static_cast<int>(secret_.size())) != 1) throw std::runtime_error("no random bytes");
 }
 
-std::string Nonces::Sign(std::string_view time) const {
+std::string Nonces::Signed(std::string time) const {
   std::array<unsigned char, EVP_MAX_MD_SIZE> hash{};
   unsigned size = 0;
   HMAC(EVP_sha256(), secret_.data(), static_cast<int>(secret_.size()),
        reinterpret_cast<const unsigned char*>(time.data()), time.size(), hash.data(), &size);
-  return Hexadecimal(std::span(hash).first(size)).substr(0, 32);
+  return std::move(time) + Hexadecimal(std::span(hash).first(size)).substr(0, 32);
 }
 
 std::string Nonces::Make(Clock::time_point now) const {
-  const auto microseconds = std::chrono::duration_cast<std::chrono::microseconds>(now.time_since_epoch()).count();
-  std::array<unsigned char, kTimeDigits / 2> bytes{};
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    bytes.at(i) = static_cast<unsigned char>(microseconds >> (8 * (bytes.size() - 1 - i)));
-  }
-  const std::string time = Hexadecimal(bytes);
-  return time + Sign(time);
+  return Signed(std::to_string(now.time_since_epoch() / std::chrono::microseconds(1)));
 }
 
 bool Nonces::IsGood(std::string_view nonce, Clock::time_point now) const {
-  if (nonce.size() < kTimeDigits || !Same(nonce.substr(kTimeDigits), Sign(nonce.substr(0, kTimeDigits)))) return false;
-  std::int64_t microseconds = 0;
-  std::from_chars(nonce.data(), nonce.data() + kTimeDigits, microseconds, 16);
-  const auto age = now.time_since_epoch() - std::chrono::microseconds(microseconds);
+  const std::string time(nonce.substr(0, kTimeDigits));
+  if (!Same(nonce, Signed(time))) return false;
+  const auto age = now.time_since_epoch() - std::chrono::microseconds(std::stoll(time));
   return age >= -kNonceLife && age <= kNonceLife;
 }
 
 bool Nonces::Use(const std::string& nonce, std::uint32_t count) {
-  constexpr std::uint32_t kRemembered = 64;
   const std::lock_guard lock(mutex_);
-  while (used_.size() >= kMaxUsedNonces) used_.erase(used_.begin());
-  Used& used = used_[nonce];
-  if (count > used.highest) {
-    const std::uint32_t step = count - used.highest;
-    used.seen = (step < kRemembered ? used.seen << step : 0) | 1;
-    used.highest = count;
-    return true;
-  }
-  const std::uint32_t behind = used.highest - count;
-  const std::uint64_t bit = behind < kRemembered ? std::uint64_t{1} << behind : 0;
-  if (bit == 0 || (used.seen & bit) != 0) return false;
-  used.seen |= bit;
-  return true;
+  while (used_.size() >= kMaxUses) used_.erase(used_.begin());
+  return used_.emplace(nonce, count).second;
 }
 
 std::optional<Refusal> Authenticator::Refuse(const Request& request) {
-  if (settings_.scheme == AuthenticationScheme::kNone) return std::nullopt;
-  if (settings_.scheme == AuthenticationScheme::kBasic) return RefuseUnlessBasic(request);
+  if (settings_.scheme != AuthenticationScheme::kDigest) return RefuseUnlessBasic(request);
   const std::string_view credentials = request.Header("Authorization");
   const Verdict verdict = CheckDigest(request, credentials);
   if (verdict == Verdict::kGood) return std::nullopt;
@@ -173,35 +135,27 @@ std::optional<Refusal> Authenticator::Refuse(const Request& request) {
 
 std::optional<Refusal> Authenticator::RefuseUnlessBasic(const Request& request) const {
   const std::string_view credentials = request.Header("Authorization");
-  if (settings_.users.empty() || CheckBasic(credentials)) return std::nullopt;
+  const auto encoded = AfterScheme(credentials, "Basic");
+  const auto login = encoded ? DecodeBase64(*encoded) : std::nullopt;
+  if (settings_.users.empty() || (login && FindUser(*login, ':') != nullptr)) return std::nullopt;
   return Refusal{Challenge(AuthenticationScheme::kBasic, Verdict::kBad), !credentials.empty()};
 }
 
 std::optional<Refusal> Authenticator::RefuseLoginBase(std::string_view login) const {
-  bool is_login = settings_.users.empty();
-  for (const User& user : settings_.users) is_login |= SameSecret(login, user.name + "/" + user.password);
-  if (is_login) return std::nullopt;
+  if (settings_.users.empty() || FindUser(login, '/') != nullptr) return std::nullopt;
   return Refusal{Challenge(AuthenticationScheme::kBasic, Verdict::kBad), true};
 }
 
-bool Authenticator::IsLogin(std::string_view login) const {
-  bool is_login = false;
-  for (const User& user : settings_.users) is_login |= SameSecret(login, user.name + ":" + user.password);
-  return is_login;
-}
-
-std::string Authenticator::UserOfLoginBase(std::string_view login) const {
-  return UserBefore(login, '/');
-}
-
-std::string Authenticator::UserOfLogin(std::string_view login) const {
-  return UserBefore(login, ':');
-}
-
-std::string Authenticator::UserBefore(std::string_view login, char separator) const {
+const User* Authenticator::FindUser(std::string_view login, char separator) const {
+  const User* found = nullptr;
   for (const User& user : settings_.users) {
-    if (SameSecret(login, user.name + separator + user.password)) return user.name;
+    if (SameSecret(login, user.name + separator + user.password)) found = &user;
   }
+  return found;
+}
+
+std::string Authenticator::NameIn(std::string_view login, char separator) const {
+  if (const User* user = FindUser(login, separator)) return user->name;
   const std::size_t end = login.find(separator);
   // Without a separator it may as well be a password.
   return end == std::string_view::npos ? std::string() : std::string(login.substr(0, end));
@@ -209,56 +163,44 @@ std::string Authenticator::UserBefore(std::string_view login, char separator) co
 
 std::string Authenticator::UserOf(const Request& request) {
   const std::string_view credentials = request.Header("Authorization");
-  if (const auto digest = AfterScheme(credentials, "Digest")) return std::string(Parameters(*digest)["username"]);
+  if (const auto digest = AfterScheme(credentials, "Digest")) return ParseParameters(*digest)["username"];
   const auto encoded = AfterScheme(credentials, "Basic");
   const std::string login = (encoded ? DecodeBase64(*encoded) : std::nullopt).value_or("");
   const std::size_t colon = login.find(':');
   return colon == std::string::npos ? std::string() : login.substr(0, colon);
 }
 
-bool Authenticator::CheckBasic(std::string_view credentials) const {
-  const auto encoded = AfterScheme(credentials, "Basic");
-  const auto login = encoded ? DecodeBase64(*encoded) : std::nullopt;
-  return login && IsLogin(*login);
-}
-
 Authenticator::Verdict Authenticator::CheckDigest(const Request& request, std::string_view credentials) {
-  const auto text = AfterScheme(credentials, "Digest");
-  if (!text) return Verdict::kBad;
-  const Parameters given(*text);
-  const std::string nonce(given["nonce"]);
-  const std::string nc(given["nc"]);
+  Parameters given = ParseParameters(AfterScheme(credentials, "Digest").value_or(""));
+  const std::string& nc = given["nc"];
   std::uint32_t count = 0;
   const auto [end, error] = std::from_chars(nc.data(), nc.data() + nc.size(), count, 16);
   if (error != std::errc() || end != nc.data() + nc.size() || nc.size() != 8) return Verdict::kBad;
-  const std::string_view algorithm = given["algorithm"];
-  if (!algorithm.empty() && !EqualIgnoringCase(algorithm, "MD5")) return Verdict::kBad;
+  if (!given["algorithm"].empty() && !EqualIgnoringCase(given["algorithm"], "MD5")) return Verdict::kBad;
   if (given["qop"] != "auth" || given["cnonce"].empty() || given["realm"] != kRealm) return Verdict::kBad;
   if (given["uri"] != request.target) return Verdict::kOtherAddress;
-  if (!nonces_.IsGood(nonce, Nonces::Clock::now())) return Verdict::kStale;
+  if (!nonces_.IsGood(given["nonce"], Nonces::Clock::now())) return Verdict::kStale;
 
-  const std::string proven = ":" + nonce + ":" + nc + ":" + std::string(given["cnonce"]) +
-                             ":auth:" + Md5(request.method + ":" + request.target);
+  const std::string proven =
+      ":" + given["nonce"] + ":" + nc + ":" + given["cnonce"] + ":auth:" + Md5(request.method + ":" + request.target);
   bool is_good = false;
   for (const User& user : settings_.users) {
     const std::string user_hash = Md5(user.name + ":" + std::string(kRealm) + ":" + user.password);
     is_good |= user.name == given["username"] && Same(Md5(user_hash + proven), given["response"]);
   }
   if (!is_good) return Verdict::kBad;
-  return nonces_.Use(nonce, count) ? Verdict::kGood : Verdict::kStale;
+  return nonces_.Use(given["nonce"], count) ? Verdict::kGood : Verdict::kStale;
 }
 
 Response Authenticator::Challenge(AuthenticationScheme scheme, Verdict verdict) const {
   if (verdict == Verdict::kOtherAddress) return TextResponse(400, "The credentials were made for another address.");
   Response response = TextResponse(401, "A user name and a password are needed.");
   const std::string realm = "realm=\"" + std::string(kRealm) + "\"";
-  if (scheme == AuthenticationScheme::kBasic) {
-    response.headers.emplace_back("WWW-Authenticate", "Basic " + realm + ", charset=\"UTF-8\"");
-  } else {
-    response.headers.emplace_back("WWW-Authenticate", "Digest " + realm + ", qop=\"auth\", algorithm=MD5, nonce=\"" +
-                                                          nonces_.Make(Nonces::Clock::now()) + "\"" +
-                                                          (verdict == Verdict::kStale ? ", stale=true" : ""));
-  }
+  const std::string basic = "Basic " + realm + ", charset=\"UTF-8\"";
+  const std::string digest = "Digest " + realm + ", qop=\"auth\", algorithm=MD5, nonce=\"" +
+                             nonces_.Make(Nonces::Clock::now()) + "\"" +
+                             (verdict == Verdict::kStale ? ", stale=true" : "");
+  response.headers.emplace_back("WWW-Authenticate", scheme == AuthenticationScheme::kBasic ? basic : digest);
   return response;
 }
 

@@ -2,23 +2,21 @@
 
 #include <array>
 #include <chrono>
-#include <cstddef>
 #include <cstdint>
-#include <map>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
-#include <vector>
+#include <utility>
 
-#include "http_message.h"
-#include "settings.h"
+#include "camera_server/http_message.h"
+#include "camera_server/settings.h"
 
 namespace orbelcast::camera_server {
 
 /// Digest's nonces: made of the time and a keyed hash of it, so that none has to be remembered before it is used, and
-/// good for five minutes. Of a used nonce the highest count and the 63 counts before it are remembered, so that no
-/// count serves twice although requests of several connections may overtake each other. Thread-safe.
+/// good for five minutes. Each count of a nonce serves once, in whatever order they come. Thread-safe.
 class Nonces {
  public:
   using Clock = std::chrono::system_clock;
@@ -27,19 +25,15 @@ class Nonces {
   std::string Make(Clock::time_point now) const;
   /// Whether the nonce is ours and young enough.
   bool IsGood(std::string_view nonce, Clock::time_point now) const;
-  /// Uses a count of a good nonce; false when it was used already or is too far behind.
+  /// Uses a count of a good nonce; false when it was used already.
   bool Use(const std::string& nonce, std::uint32_t count);
 
  private:
-  struct Used {
-    std::uint32_t highest = 0;
-    std::uint64_t seen = 0;  // bit n: the count `highest` - n
-  };
-  std::string Sign(std::string_view time) const;
+  std::string Signed(std::string time) const;
 
   std::array<unsigned char, 32> secret_{};
   std::mutex mutex_;
-  std::map<std::string, Used> used_;  // the oldest first, since a nonce begins with its time
+  std::set<std::pair<std::string, std::uint32_t>> used_;  // the oldest first, since a nonce begins with its time
 };
 
 /// Why a request is not answered.
@@ -58,23 +52,20 @@ class Authenticator {
   std::optional<Refusal> Refuse(const Request& request);
   /// The same where only Basic serves, whatever the scheme: viewers send it unasked for the info text.
   std::optional<Refusal> RefuseUnlessBasic(const Request& request) const;
-  /// Whether `login` is "user:password" of a user; viewers write it into a live address.
-  bool IsLogin(std::string_view login) const;
   /// Nothing when `login` is "user/password" of a user, as a login base has it.
   std::optional<Refusal> RefuseLoginBase(std::string_view login) const;
-  /// The name of the user whose "user/password" this is, where it is nobody's what stands before its first slash.
-  std::string UserOfLoginBase(std::string_view login) const;
-  /// The same of a live address's "user:password".
-  std::string UserOfLogin(std::string_view login) const;
+  /// The user whose name, `separator` and password `login` is: ':' where viewers write it into a live address. Null
+  /// where it is nobody's.
+  const User* FindUser(std::string_view login, char separator) const;
+  /// That user's name; where it is nobody's, what stands before its first separator.
+  std::string NameIn(std::string_view login, char separator) const;
   /// The user that the request's credentials name, whether they are right or not; empty without any.
   static std::string UserOf(const Request& request);
 
  private:
   enum class Verdict { kGood, kBad, kStale, kOtherAddress };
-  bool CheckBasic(std::string_view credentials) const;
   Verdict CheckDigest(const Request& request, std::string_view credentials);
   Response Challenge(AuthenticationScheme scheme, Verdict verdict) const;
-  std::string UserBefore(std::string_view login, char separator) const;
 
   const Settings& settings_;
   Nonces nonces_;

@@ -63,8 +63,6 @@ inline constexpr int kMaxArchiveHours = 24 * 366;
 inline constexpr int kMaxArchiveStep = 3600;
 /// The largest text that --info-text sends: large enough to try a client's patience.
 inline constexpr std::size_t kMaxInfoTextBytes = 256 * 1024 * 1024;
-/// Drawn backgrounds that are kept: some fifty of 640x480.
-inline constexpr std::size_t kMaxBackgroundBytes = 64 * 1024 * 1024;
 
 /// Files of a folder of pictures; the rest is left out.
 inline constexpr std::size_t kMaxFolderFiles = 10000;

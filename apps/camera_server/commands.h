@@ -2,25 +2,10 @@
 
 #include <string_view>
 
-#include "activity_log.h"
-#include "archive.h"
-#include "faults.h"
-#include "http_message.h"
-#include "pictures.h"
-#include "settings.h"
-#include "site.h"
+#include "camera_server/http_server.h"
+#include "camera_server/services.h"
 
 namespace orbelcast::camera_server {
-
-/// What the server works with and shows.
-struct Rooms {
-  const Settings& settings;
-  PictureSource& pictures;
-  FaultPlan& faults;
-  Site& site;
-  Archive& archive;
-  ActivityLog& activity;
-};
 
 /// Carries out what stands behind a login base, such as "output=3+1", for somebody who was let in.
 ///
@@ -29,8 +14,12 @@ struct Rooms {
 ///   message?msg=TEXT&Send=Send+Message
 ///   output=N+1, output=N+0            switches an output
 ///   activatealert=N
-///
-/// Everything is taken as raw bytes: nothing is decoded.
-Reply AnswerCommand(Rooms& rooms, const Actor& actor, std::string_view command);
+Response AnswerCommand(Services& services, const Actor& actor, std::string_view command);
+
+/// What a test steers and watches the server with, for clients on this machine alone:
+///   /control/fault     how all places stand; ?camera=PLACE&fault=FAULT plans one
+///   /control/input     how the inputs stand; ?input=N&state=1 or 0 switches one
+///   /control/requests  what was asked; ?clear=yes forgets what it shows
+Response AnswerControl(Services& services, const Request& request, const Client& client);
 
 }  // namespace orbelcast::camera_server

@@ -1,4 +1,4 @@
-#include "connection.h"
+#include "camera_server/connection.h"
 
 #include <fcntl.h>
 #include <netinet/in.h>
@@ -11,7 +11,7 @@
 #include <array>
 #include <cerrno>
 
-#include "bounds.h"
+#include "camera_server/bounds.h"
 
 namespace orbelcast::camera_server {
 

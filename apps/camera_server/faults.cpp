@@ -1,4 +1,4 @@
-#include "faults.h"
+#include "camera_server/faults.h"
 
 #include <algorithm>
 #include <array>
@@ -9,69 +9,22 @@
 #include <cstdint>
 #include <memory>
 #include <stdexcept>
-#include <utility>
+
+#include "camera_server/http_server.h"
 
 namespace orbelcast::camera_server {
 
-namespace {
-
-struct Word {
+struct FaultKind {
   std::string_view name;
-  FaultKind kind;
   std::string_view value_name;  ///< empty: the word takes none
   int least;
   int most;
-  std::optional<int> fallback;  ///< of a value that may be left out; a negative one is told from the picture
+  std::optional<int> fallback;  ///< of a value that may be left out
   std::string_view help;
+  void (*apply)(Response& response, int value);
 };
 
-constexpr std::array<std::pair<std::string_view, FaultPlace>, 3> kPlaces{
-    {{"info", kInfoPlace}, {"command", kCommandPlace}, {"relay", kRelayPlace}}};
-
-constexpr int kTenMinutes = 600'000;
-constexpr int kHalf = -1;
-
-constexpr std::array<Word, 14> kWords{{
-    {"none", FaultKind::kNone, "", 0, 0, {}, "answer as it should"},
-    {"status", FaultKind::kStatus, "CODE", 200, 599, {}, "that HTTP status, with a line of text"},
-    {"delay", FaultKind::kDelay, "MS", 0, kTenMinutes, {}, "the right answer, so many milliseconds late"},
-    {"never", FaultKind::kNever, "", 0, 0, {}, "no answer; the connection stays open"},
-    {"cut", FaultKind::kCut, "BYTES", 0, INT_MAX, kHalf, "closed after so many bytes of the body (half of it)"},
-    {"jpegcut", FaultKind::kJpegCut, "BYTES", 0, INT_MAX, kHalf, "complete HTTP; the picture ends early (after half)"},
-    {"reset", FaultKind::kReset, "", 0, 0, {}, "the connection is reset"},
-    {"garbage", FaultKind::kGarbage, "", 0, 0, {}, "bytes that are no HTTP, then closed"},
-    {"junkbody", FaultKind::kJunkBody, "", 0, 0, {}, "status 200 with bytes that are no JPEG"},
-    {"endless", FaultKind::kEndless, "", 0, 0, {}, "a body without length that does not end"},
-    {"endless-chunked", FaultKind::kEndlessChunked, "", 0, 0, {}, "a chunked body that does not end"},
-    {"trickle", FaultKind::kTrickle, "MS", 0, kTenMinutes, 1000, "the body at a byte each so many milliseconds (1000)"},
-    {"headers", FaultKind::kHeaders, "COUNT", 0, 1'000'000, {}, "so many header lines more"},
-    {"huge", FaultKind::kHuge, "", 0, 0, {}, "a picture whose header promises 65535x65535 pixels"},
-}};
-
-const Word& WordOf(FaultKind kind) {
-  return *std::find_if(kWords.begin(), kWords.end(), [&](const Word& word) { return word.kind == kind; });
-}
-
-int ValueOf(const Fault& fault) {
-  return fault.value.value_or(WordOf(fault.kind).fallback.value_or(0));
-}
-
-int ParseCount(std::string_view text, int least, int most, const std::string& what) {
-  int count = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
-  if (error != std::errc() || end != text.data() + text.size() || count < least || count > most) {
-    throw std::invalid_argument(what + " a number from " + std::to_string(least) + " to " + std::to_string(most));
-  }
-  return count;
-}
-
-const Word& FindWord(std::string_view name) {
-  const auto word = std::find_if(kWords.begin(), kWords.end(), [&](const Word& each) { return each.name == name; });
-  if (word != kWords.end()) return *word;
-  std::string names;
-  for (const Word& each : kWords) names += (names.empty() ? "" : ", ") + std::string(each.name);
-  throw std::invalid_argument("there is no fault '" + std::string(name) + "'; there are " + names);
-}
+namespace {
 
 /// The same bytes each time; no two neighbours make an HTTP line or a JPEG marker.
 std::string Junk(std::size_t count) {
@@ -88,217 +41,224 @@ void ReplaceBody(Response& response, std::string body) {
   response.body = std::make_shared<const std::string>(std::move(body));
 }
 
-std::size_t ShortLength(const Fault& fault, std::size_t whole) {
-  const int value = ValueOf(fault);
-  return value == kHalf ? whole / 2 : std::min(whole, static_cast<std::size_t>(value));
+constexpr int kHalf = -1;
+std::string Shortened(const std::string& body, int bytes) {
+  return body.substr(0, bytes == kHalf ? body.size() / 2 : static_cast<std::size_t>(bytes));
+}
+
+void AnswerStatus(Response& response, int status) {
+  response = TextResponse(status, StatusText(status));
+}
+
+void AnswerLate(Response& response, int milliseconds) {
+  response.delivery = [milliseconds](Connection& connection, const Request& request, const Response& answer) {
+    return connection.Pause(std::chrono::milliseconds(milliseconds)) && SendResponse(connection, request, answer);
+  };
+}
+
+void AnswerNever(Response& response, int /*value*/) {
+  response.delivery = [](Connection& connection, const Request&, const Response&) {
+    connection.WaitUntilGone();
+    return false;
+  };
+}
+
+void Cut(Response& response, int bytes) {
+  response.delivery = [bytes](Connection& connection, const Request&, const Response& answer) {
+    connection.Send(HeadBytes(answer, true) + Shortened(*answer.body, bytes));
+    return false;
+  };
+}
+
+void CutJpeg(Response& response, int bytes) {
+  ReplaceBody(response, Shortened(*response.body, bytes));
+}
+
+void Reset(Response& response, int /*value*/) {
+  response.delivery = [](Connection& connection, const Request&, const Response&) {
+    connection.Reset();
+    return false;
+  };
+}
+
+void AnswerGarbage(Response& response, int /*value*/) {
+  response.delivery = [](Connection& connection, const Request&, const Response&) {
+    constexpr std::size_t kBytes = 512;
+    connection.Send(Junk(kBytes));
+    return false;
+  };
+}
+
+void ReplaceByJunk(Response& response, int /*value*/) {
+  ReplaceBody(response, Junk(response.body->size()));
+}
+
+constexpr std::size_t kPiece = 0x10000;
+
+bool SendWithoutEnd(Connection& connection, const std::string& head, const std::string& piece) {
+  bool is_open = connection.Send(head + "Connection: close\r\n\r\n");
+  while (is_open) is_open = connection.Send(piece);
+  return false;
+}
+
+void AnswerWithoutEnd(Response& response, int /*value*/) {
+  response.delivery = [](Connection& connection, const Request&, const Response& answer) {
+    return SendWithoutEnd(connection, HeadLines(answer), Junk(kPiece));
+  };
+}
+
+void SendChunksWithoutEnd(Response& response, int /*value*/) {
+  response.delivery = [](Connection& connection, const Request&, const Response& answer) {
+    return SendWithoutEnd(connection, HeadLines(answer) + "Transfer-Encoding: chunked\r\n",
+                          "10000\r\n" + Junk(kPiece) + "\r\n");
+  };
+}
+
+void Trickle(Response& response, int milliseconds) {
+  response.delivery = [milliseconds](Connection& connection, const Request& request, const Response& answer) {
+    bool is_open = connection.Send(HeadBytes(answer, request.keep_alive));
+    for (std::size_t i = 0; is_open && i < answer.body->size(); ++i) {
+      is_open = connection.Pause(std::chrono::milliseconds(milliseconds)) && connection.Send(answer.body->substr(i, 1));
+    }
+    return is_open && request.keep_alive;
+  };
+}
+
+void AddHeaders(Response& response, int count) {
+  for (int i = 1; i <= count; ++i) response.headers.emplace_back("X-Filler-" + std::to_string(i), "filler");
 }
 
 /// Writes 65535 by 65535 into the frame header of a JPEG; leaves other bytes as they are.
-std::string PromiseHugeSize(std::string jpeg) {
+void PromiseHugeSize(Response& response, int /*value*/) {
+  std::string jpeg = *response.body;
   const auto at = [&](std::size_t index) { return static_cast<unsigned char>(jpeg[index]); };
   for (std::size_t marker = 2; marker + 9 <= jpeg.size() && at(marker) == 0xff;) {
-    const unsigned code = at(marker + 1);
-    if (code >= 0xc0 && code <= 0xc2) {  // the frame header: length, precision, height, width
+    if (at(marker + 1) >= 0xc0 && at(marker + 1) <= 0xc2) {  // the frame header: length, precision, height, width
       std::fill_n(jpeg.begin() + static_cast<std::ptrdiff_t>(marker) + 5, 4, '\xff');
       break;
     }
     marker += 2 + at(marker + 2) * 256u + at(marker + 3);
   }
-  return jpeg;
+  ReplaceBody(response, std::move(jpeg));
 }
 
-bool SendLate(Connection& connection, const Request& request, const Response& response,
-              std::chrono::milliseconds time) {
-  return connection.Pause(time) && SendResponse(connection, request, response);
-}
+constexpr int kLongest = 600'000;  // ten minutes
+constexpr std::array<FaultKind, 14> kKinds{{
+    {"none", "", 0, 0, {}, "answer as it should", [](Response&, int) {}},
+    {"status", "CODE", 200, 599, {}, "that HTTP status, with a line of text", AnswerStatus},
+    {"delay", "MS", 0, kLongest, {}, "the right answer, so many milliseconds late", AnswerLate},
+    {"never", "", 0, 0, {}, "no answer; the connection stays open", AnswerNever},
+    {"cut", "BYTES", 0, INT_MAX, kHalf, "closed after so many bytes of the body (half of it)", Cut},
+    {"jpegcut", "BYTES", 0, INT_MAX, kHalf, "complete HTTP; the picture ends early (after half)", CutJpeg},
+    {"reset", "", 0, 0, {}, "the connection is reset", Reset},
+    {"garbage", "", 0, 0, {}, "bytes that are no HTTP, then closed", AnswerGarbage},
+    {"junkbody", "", 0, 0, {}, "status 200 with bytes that are no JPEG", ReplaceByJunk},
+    {"endless", "", 0, 0, {}, "a body without length that does not end", AnswerWithoutEnd},
+    {"endless-chunked", "", 0, 0, {}, "a chunked body that does not end", SendChunksWithoutEnd},
+    {"trickle", "MS", 0, kLongest, 1000, "the body at a byte each so many milliseconds (1000)", Trickle},
+    {"headers", "COUNT", 0, 1'000'000, {}, "so many header lines more", AddHeaders},
+    {"huge", "", 0, 0, {}, "a picture whose header promises 65535x65535 pixels", PromiseHugeSize},
+}};
+constexpr const FaultKind* kNone = kKinds.data();
 
-bool SendNothing(Connection& connection) {
-  connection.WaitUntilGone();
-  return false;
-}
-
-bool SendCut(Connection& connection, const Response& response, std::size_t count) {
-  connection.Send(HeadBytes(response, true) + response.body->substr(0, count));
-  return false;
-}
-
-bool SendReset(Connection& connection) {
-  connection.Reset();
-  return false;
-}
-
-bool SendGarbage(Connection& connection) {
-  constexpr std::size_t kBytes = 512;
-  connection.Send(Junk(kBytes));
-  return false;
-}
-
-bool SendEndless(Connection& connection, const Response& response, bool is_chunked) {
-  constexpr std::size_t kPiece = 64 * 1024;  // 0x10000
-  const std::string piece = is_chunked ? "10000\r\n" + Junk(kPiece) + "\r\n" : Junk(kPiece);
-  bool is_open = connection.Send(HeadLines(response) + (is_chunked ? "Transfer-Encoding: chunked\r\n" : "") +
-                                 "Connection: close\r\n\r\n");
-  while (is_open) is_open = connection.Send(piece);
-  return false;
-}
-
-bool SendTrickle(Connection& connection, const Request& request, const Response& response,
-                 std::chrono::milliseconds pause) {
-  bool is_open = connection.Send(HeadBytes(response, request.keep_alive));
-  for (std::size_t i = 0; is_open && i < response.body->size(); ++i) {
-    is_open = connection.Pause(pause) && connection.Send(std::string_view(*response.body).substr(i, 1));
+int ParseCount(std::string_view text, int least, int most, const std::string& what) {
+  int count = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
+  if (error != std::errc() || end != text.data() + text.size() || count < least || count > most) {
+    throw std::invalid_argument(what + " a number from " + std::to_string(least) + " to " + std::to_string(most));
   }
-  return is_open && request.keep_alive;
+  return count;
 }
 
-}  // namespace
+const FaultKind& FindKind(std::string_view name) {
+  const auto* const kind = std::ranges::find(kKinds, name, &FaultKind::name);
+  if (kind != kKinds.end()) return *kind;
+  std::string names;
+  for (const FaultKind& each : kKinds) names += (names.empty() ? "" : ", ") + std::string(each.name);
+  throw std::invalid_argument("there is no fault '" + std::string(name) + "'; there are " + names);
+}
 
 Fault ParseFault(std::string_view text) {
-  Fault fault;
+  Fault fault{.kind = kNone};
   if (const std::size_t mark = text.find_first_of("@*"); mark != std::string_view::npos) {
     const int count = ParseCount(text.substr(mark + 1), 1, INT_MAX, "what follows @ or * in a fault is");
-    if (text[mark] == '@') {
-      fault.every = count;
-    } else {
-      fault.times = count;
-    }
+    if (text[mark] == '@') fault.every = count;
+    if (text[mark] == '*') fault.times = count;
     text = text.substr(0, mark);
   }
   const std::size_t colon = text.find(':');
-  const Word& word = FindWord(text.substr(0, colon));
-  const std::string name(word.name);
-  fault.kind = word.kind;
+  fault.kind = &FindKind(text.substr(0, colon));
+  const std::string what = "the fault '" + std::string(fault.kind->name) + "'";
   if (colon != std::string_view::npos) {
-    if (word.value_name.empty()) throw std::invalid_argument("the fault '" + name + "' takes no value");
-    fault.value = ParseCount(text.substr(colon + 1), word.least, word.most, "the value of the fault '" + name + "' is");
-  } else if (!word.value_name.empty() && !word.fallback) {
-    throw std::invalid_argument("the fault '" + name + "' needs a value: " + name + ":" + std::string(word.value_name));
+    if (fault.kind->value_name.empty()) throw std::invalid_argument(what + " takes no value");
+    fault.value =
+        ParseCount(text.substr(colon + 1), fault.kind->least, fault.kind->most, "the value of " + what + " is");
+  } else if (!fault.kind->value_name.empty() && !fault.kind->fallback) {
+    throw std::invalid_argument(what + " needs a value, as in " + std::string(fault.kind->name) + ":" +
+                                std::string(fault.kind->value_name));
   }
   return fault;
 }
 
 std::string FaultText(const Fault& fault) {
-  std::string text(WordOf(fault.kind).name);
+  std::string text(fault.kind->name);
   if (fault.value) text += ":" + std::to_string(*fault.value);
   if (fault.every > 1) text += "@" + std::to_string(fault.every);
   if (fault.times) text += "*" + std::to_string(*fault.times);
   return text;
 }
 
+}  // namespace
+
 std::string FaultHelp() {
   constexpr std::size_t kColumn = 18;
   std::string help;
-  for (const Word& word : kWords) {
-    std::string form(word.name);
-    if (!word.value_name.empty()) {
-      const std::string value = ":" + std::string(word.value_name);
-      form += word.fallback ? "[" + value + "]" : value;
-    }
+  for (const FaultKind& kind : kKinds) {
+    const std::string value = kind.value_name.empty() ? "" : ":" + std::string(kind.value_name);
+    std::string form = std::string(kind.name) + (kind.fallback ? "[" + value + "]" : value);
     form.resize(std::max(kColumn, form.size() + 1), ' ');
-    help += "  " + form + std::string(word.help) + "\n";
+    help += "  " + form + std::string(kind.help) + "\n";
   }
   return help;
 }
 
-void FaultPlan::Set(int place, const Fault& fault) {
-  const std::lock_guard lock(mutex_);
-  planned_[place] = {.fault = fault};
+FaultPlan::FaultPlan(int cameras) {
+  for (int camera = 1; camera <= cameras; ++camera) places_.push_back({std::to_string(camera), {.kind = kNone}});
+  for (const auto name : {kInfoPlace, kCommandPlace, kRelayPlace})
+    places_.push_back({std::string(name), {.kind = kNone}});
 }
 
-Fault FaultPlan::Next(int place) {
-  const std::lock_guard lock(mutex_);
-  const auto found = planned_.find(place);
-  if (found == planned_.end()) return {};
-  auto& [fault, requests] = found->second;
-  requests = (requests + 1) % fault.every;
-  if (requests != 0) return {};
-  const Fault now = fault;
-  if (fault.times && --*fault.times == 0) planned_.erase(found);
-  return now;
-}
-
-Fault FaultPlan::Current(int place) const {
-  const std::lock_guard lock(mutex_);
-  const auto found = planned_.find(place);
-  return found == planned_.end() ? Fault{} : found->second.fault;
-}
-
-void PlanFault(const Settings& settings, std::string_view place, std::string_view fault, FaultPlan& plan) {
+void FaultPlan::Set(std::string_view place, std::string_view fault) {
   const Fault parsed = ParseFault(fault);
-  const auto named =
-      std::find_if(kPlaces.begin(), kPlaces.end(), [&](const auto& each) { return each.first == place; });
-  if (named != kPlaces.end()) return plan.Set(named->second, parsed);
-  const int count = static_cast<int>(settings.camera_names.size());
-  const bool is_all = place == "all";
-  const int first = is_all ? 1 : ParseCount(place, 1, count, "a fault is for 'all', 'info', 'command', 'relay' or");
-  for (int each = first; each <= (is_all ? count : first); ++each) plan.Set(each, parsed);
+  const std::lock_guard lock(mutex_);
+  bool is_there = false;
+  for (Place& each : places_) {
+    const bool is_camera = each.name.front() <= '9';
+    if (each.name != place && !(place == "all" && is_camera)) continue;
+    each.fault = parsed;
+    each.requests = 0;
+    is_there = true;
+  }
+  if (!is_there) throw std::invalid_argument("a fault is for a camera's number, 'all', 'info', 'command' or 'relay'");
 }
 
-std::string FaultLines(const Settings& settings, const FaultPlan& plan) {
+Response FaultPlan::Apply(std::string_view place, Response response) {
+  std::unique_lock lock(mutex_);
+  Place& planned = *std::ranges::find(places_, place, &Place::name);
+  planned.requests = (planned.requests + 1) % planned.fault.every;
+  if (planned.requests != 0) return response;
+  const Fault now = planned.fault;
+  if (planned.fault.times && --*planned.fault.times == 0) planned.fault = {.kind = kNone};
+  lock.unlock();
+  now.kind->apply(response, now.value.value_or(now.kind->fallback.value_or(0)));
+  return response;
+}
+
+std::string FaultPlan::Lines() const {
+  const std::lock_guard lock(mutex_);
   std::string lines;
-  for (int each = 1; settings.HasCamera(each); ++each) {
-    lines += std::to_string(each) + "=" + FaultText(plan.Current(each)) + "\r\n";
-  }
-  for (const auto& [name, place] : kPlaces) lines.append(name).append("=" + FaultText(plan.Current(place)) + "\r\n");
-  return lines.substr(0, lines.size() - 2);
-}
-
-Reply Misbehave(const Fault& fault, Reply reply) {
-  Response& response = reply.response;
-  const int value = ValueOf(fault);
-  const std::chrono::milliseconds time(value);
-  switch (fault.kind) {
-    case FaultKind::kNone:
-      break;
-    case FaultKind::kStatus:
-      response = TextResponse(value, StatusText(value));
-      break;
-    case FaultKind::kJunkBody:
-      ReplaceBody(response, Junk(response.body->size()));
-      break;
-    case FaultKind::kJpegCut:
-      ReplaceBody(response, response.body->substr(0, ShortLength(fault, response.body->size())));
-      break;
-    case FaultKind::kHuge:
-      ReplaceBody(response, PromiseHugeSize(*response.body));
-      break;
-    case FaultKind::kHeaders:
-      for (int i = 1; i <= value; ++i) response.headers.emplace_back("X-Filler-" + std::to_string(i), "filler");
-      break;
-    case FaultKind::kDelay:
-      reply.delivery = [time](Connection& connection, const Request& request, const Response& answer) {
-        return SendLate(connection, request, answer, time);
-      };
-      break;
-    case FaultKind::kNever:
-      reply.delivery = [](Connection& connection, const Request&, const Response&) { return SendNothing(connection); };
-      break;
-    case FaultKind::kCut:
-      reply.delivery = [count = ShortLength(fault, response.body->size())](Connection& connection, const Request&,
-                                                                           const Response& answer) {
-        return SendCut(connection, answer, count);
-      };
-      break;
-    case FaultKind::kReset:
-      reply.delivery = [](Connection& connection, const Request&, const Response&) { return SendReset(connection); };
-      break;
-    case FaultKind::kGarbage:
-      reply.delivery = [](Connection& connection, const Request&, const Response&) { return SendGarbage(connection); };
-      break;
-    case FaultKind::kEndless:
-    case FaultKind::kEndlessChunked:
-      reply.delivery = [is_chunked = fault.kind == FaultKind::kEndlessChunked](Connection& connection, const Request&,
-                                                                               const Response& answer) {
-        return SendEndless(connection, answer, is_chunked);
-      };
-      break;
-    case FaultKind::kTrickle:
-      reply.delivery = [time](Connection& connection, const Request& request, const Response& answer) {
-        return SendTrickle(connection, request, answer, time);
-      };
-      break;
-  }
-  return reply;
+  for (const Place& each : places_) lines += (lines.empty() ? "" : "\r\n") + each.name + "=" + FaultText(each.fault);
+  return lines;
 }
 
 }  // namespace orbelcast::camera_server

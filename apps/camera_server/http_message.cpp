@@ -1,10 +1,11 @@
-#include "http_message.h"
+#include "camera_server/http_message.h"
 
 #include <algorithm>
 #include <charconv>
+#include <map>
 
-#include "bounds.h"
-#include "http_status.h"
+#include "camera_server/bounds.h"
+#include "common/http_status.h"
 #include "toolkit/ascii.h"
 
 namespace orbelcast::camera_server {
@@ -23,15 +24,6 @@ bool IsToken(std::string_view text) {
     return (lower >= 'a' && lower <= 'z') || (letter >= '0' && letter <= '9') ||
            kMarks.find(letter) != std::string_view::npos;
   });
-}
-
-/// Takes the next line, without its end, off the front of `text`.
-std::string_view TakeLine(std::string_view& text) {
-  const std::size_t end = text.find('\n');
-  std::string_view line = text.substr(0, end);
-  text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-  if (line.ends_with('\r')) line.remove_suffix(1);
-  return line;
 }
 
 std::string_view WithoutAuthority(std::string_view target) {
@@ -77,6 +69,14 @@ int ReadBodySize(Request& request) {
 
 }  // namespace
 
+std::string_view TakeLine(std::string_view& text) {
+  const std::size_t end = std::min(text.find('\n'), text.size());
+  std::string_view line = text.substr(0, end);
+  text.remove_prefix(std::min(end + 1, text.size()));
+  if (line.ends_with('\r')) line.remove_suffix(1);
+  return line;
+}
+
 std::string_view Request::Header(std::string_view name) const {
   const auto found = std::find_if(headers.begin(), headers.end(),
                                   [&](const auto& line) { return EqualIgnoringCase(line.first, name); });
@@ -110,50 +110,33 @@ std::optional<std::size_t> FindEndOfHead(std::string_view bytes) {
   return std::nullopt;
 }
 
-Response TextResponse(int status, std::string text) {
-  Response response;
-  response.status = status;
-  response.headers.emplace_back("Content-Type", "text/plain; charset=utf-8");
-  response.body = std::make_shared<const std::string>(std::move(text) + "\r\n");
-  return response;
+Response TextResponse(int status, const std::string& text) {
+  return {.status = status,
+          .headers = {{"Content-Type", "text/plain; charset=utf-8"}},
+          .body = std::make_shared<const std::string>(text + "\r\n")};
+}
+
+Response FreshResponse(const std::string& type, std::shared_ptr<const std::string> body) {
+  return {.headers = {{"Content-Type", type}, {"Cache-Control", "no-store"}}, .body = std::move(body)};
 }
 
 std::string StatusText(int status) {
-  const auto phrase = [status] {
-    switch (status) {
-      case 200:
-        return "OK";
-      case 400:
-        return "Bad Request";
-      case 401:
-        return "Unauthorized";
-      case 403:
-        return "Forbidden";
-      case 404:
-        return "Not Found";
-      case 405:
-        return "Method Not Allowed";
-      case 408:
-        return "Request Timeout";
-      case 413:
-        return "Content Too Large";
-      case 431:
-        return "Request Header Fields Too Large";
-      case 500:
-        return "Internal Server Error";
-      case 501:
-        return "Not Implemented";
-      case 503:
-        return "Service Unavailable";
-      case 505:
-        return "HTTP Version Not Supported";
-      case 506:
-        return "Video Not Found";
-      default:
-        return "Status";
-    }
-  };
-  return std::to_string(status) + " " + phrase();
+  static const std::map<int, const char*> phrases{{200, "OK"},
+                                                  {kBadRequest, "Bad Request"},
+                                                  {kUnauthorized, "Unauthorized"},
+                                                  {kForbidden, "Forbidden"},
+                                                  {kNotFound, "Not Found"},
+                                                  {405, "Method Not Allowed"},
+                                                  {408, "Request Timeout"},
+                                                  {kTooLarge, "Content Too Large"},
+                                                  {kHeadTooLarge, "Request Header Fields Too Large"},
+                                                  {500, "Internal Server Error"},
+                                                  {kNotImplemented, "Not Implemented"},
+                                                  {503, "Service Unavailable"},
+                                                  {kVersionNotSupported, "HTTP Version Not Supported"},
+                                                  {kVideoNotFound, "Video Not Found"}};
+  const auto found = phrases.find(status);
+  return std::to_string(status) + " " + (found == phrases.end() ? "Status" : found->second);
 }
 
 std::string HeadLines(const Response& response) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -31,23 +32,32 @@ struct Request {
   std::string_view Path() const;
 };
 
+/// Takes the next line, without its end, off the front of `text`.
+std::string_view TakeLine(std::string_view& text);
+
 /// Reads what stands from the method to the empty line; gives the status to refuse it with when it is no request.
 std::variant<Request, int> ParseRequest(std::string_view head);
 
 /// How many bytes of `bytes` make a complete request head, the empty line included; none while it is incomplete.
 std::optional<std::size_t> FindEndOfHead(std::string_view bytes);
 
+struct Response;
+class Connection;
+/// Hands an answer to a client in a way of its own. Returns whether the connection may serve a further request.
+using Delivery = std::function<bool(Connection&, const Request&, const Response&)>;
+
 struct Response {
   int status = 200;
-  Headers headers;
+  Headers headers{};
   /// Shared, because several clients may be sent one picture. Never null.
   std::shared_ptr<const std::string> body = std::make_shared<const std::string>();
-  /// False ends the connection after this answer.
-  bool keep_alive = true;
+  Delivery delivery{};  ///< empty: as HTTP has it
 };
 
 /// An answer of one line of text.
-Response TextResponse(int status, std::string text);
+Response TextResponse(int status, const std::string& text);
+/// An answer that shows how things stand now, so that nobody keeps it.
+Response FreshResponse(const std::string& type, std::shared_ptr<const std::string> body);
 
 /// "404 Not Found"; 506 has the reason phrase of the viewers' protocol.
 std::string StatusText(int status);

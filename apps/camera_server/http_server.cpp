@@ -1,4 +1,4 @@
-#include "http_server.h"
+#include "camera_server/http_server.h"
 
 #include <arpa/inet.h>
 #include <netdb.h>
@@ -21,8 +21,8 @@
 #include <utility>
 #include <variant>
 
-#include "bounds.h"
-#include "time_text.h"
+#include "camera_server/bounds.h"
+#include "camera_server/time_text.h"
 
 namespace orbelcast::camera_server {
 
@@ -111,11 +111,9 @@ std::string Reason() {
 }  // namespace
 
 bool SendResponse(Connection& connection, const Request& request, const Response& response) {
-  const bool keep_alive = request.keep_alive && response.keep_alive;
-  const bool has_body = HasBody(request, response);
-  return connection.Send(HeadBytes(response, keep_alive),
-                         has_body ? Connection::More::kFollows : Connection::More::kNo) &&
-         (!has_body || connection.Send(*response.body)) && keep_alive;
+  const std::string head = HeadBytes(response, request.keep_alive);
+  if (!HasBody(request, response)) return connection.Send(head) && request.keep_alive;
+  return connection.Send(head, Connection::More::kFollows) && connection.Send(*response.body) && request.keep_alive;
 }
 
 HttpServer::HttpServer(std::string name, RequestHandler& handler)
@@ -199,14 +197,11 @@ void HttpServer::Accept() {
 }
 
 void HttpServer::ForgetEnded() {
-  for (auto worker = workers_.begin(); worker != workers_.end();) {
-    if (worker->done) {
-      worker->thread.join();
-      worker = workers_.erase(worker);
-    } else {
-      ++worker;
-    }
-  }
+  workers_.remove_if([](Worker& worker) {
+    if (!worker.done) return false;
+    worker.thread.join();
+    return true;
+  });
 }
 
 void HttpServer::Serve(int socket, const Client& client, bool is_refused) {
@@ -231,24 +226,23 @@ void HttpServer::AnswerRequests(Connection& connection, const Client& client) {
 }
 
 bool HttpServer::AnswerRequest(Connection& connection, const Request& request, const Client& client) {
+  Response response = AnswerOf(request, client);
+  Complete(response);
+  return response.delivery ? response.delivery(connection, request, response)
+                           : SendResponse(connection, request, response);
+}
+
+Response HttpServer::AnswerOf(const Request& request, const Client& client) {
   if (request.method != "GET" && request.method != "HEAD") {
     Response response = TextResponse(405, "This server answers GET and HEAD.");
     response.headers.emplace_back("Allow", "GET, HEAD");
-    Complete(response);
-    return SendResponse(connection, request, response);
+    return response;
   }
-  Reply reply = AnswerOf(request, client);
-  Complete(reply.response);
-  if (reply.delivery) return reply.delivery(connection, request, reply.response);
-  return SendResponse(connection, request, reply.response);
-}
-
-Reply HttpServer::AnswerOf(const Request& request, const Client& client) {
   try {
     return handler_.Answer(request, client);
   } catch (const std::exception& error) {  // such as a picture's file that has gone
     std::cerr << "orbelcast-camera-server: " + std::string(error.what()) + "\n";
-    return {TextResponse(500, error.what()), {}};
+    return TextResponse(500, error.what());
   }
 }
 

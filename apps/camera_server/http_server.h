@@ -9,8 +9,8 @@
 #include <thread>
 #include <utility>
 
-#include "connection.h"
-#include "http_message.h"
+#include "camera_server/connection.h"
+#include "camera_server/http_message.h"
 
 /// A small HTTP/1.1 server on POSIX sockets, a thread a client.
 ///
@@ -29,19 +29,6 @@ struct Client {
   bool is_local = false;  ///< it is on this machine
 };
 
-/// Hands an answer to a client in a way of its own. Returns whether the connection may serve a further request.
-using Delivery = std::function<bool(Connection&, const Request&, const Response&)>;
-
-struct Reply {
-  Response response;
-  Delivery delivery;  ///< empty: as HTTP has it
-};
-
-/// A line of text as the whole answer.
-inline Reply TextReply(int status, std::string text) {
-  return {TextResponse(status, std::move(text)), {}};
-}
-
 /// Sends an answer as HTTP has it. Returns whether the connection may serve a further request.
 bool SendResponse(Connection& connection, const Request& request, const Response& response);
 
@@ -52,7 +39,7 @@ class RequestHandler {
   /// A client sent `head`, all from the method to the empty line, which may be no request at all.
   virtual void Heard(std::string_view head, const Client& client) = 0;
   /// Answers a GET or HEAD.
-  virtual Reply Answer(const Request& request, const Client& client) = 0;
+  virtual Response Answer(const Request& request, const Client& client) = 0;
   /// The client's connection has ended.
   virtual void Gone(const Client& client) = 0;
 };
@@ -84,7 +71,7 @@ class HttpServer {
   void Serve(int socket, const Client& client, bool is_refused);
   void AnswerRequests(Connection& connection, const Client& client);
   bool AnswerRequest(Connection& connection, const Request& request, const Client& client);
-  Reply AnswerOf(const Request& request, const Client& client);
+  Response AnswerOf(const Request& request, const Client& client);
   void Complete(Response& response) const;
   void Refuse(Connection& connection, int status) const;
   void ForgetEnded();

@@ -1,11 +1,4 @@
 /// orbelcast-camera-server: cameras to try viewers against, and to test them with.
-///
-/// The folder's parts, from the wire inwards: connection (one socket), http_message (requests and answers as bytes),
-/// http_server (a thread a client), router (which request gets what), live_address, login_base and archive_query (what
-/// addresses say), commands (what stands behind a login base), control (what tests steer with), info_text and home_page
-/// (what the server says of itself), site (outputs, inputs, alerts), archive (where a client is in it), activity_log
-/// and request_log, pictures (drawn or from a folder; scene, scenery, actors, mood, overlay and paint draw, jpeg_writer
-/// encodes). bounds.h holds every bound.
 
 #include <cairo.h>
 #include <fontconfig/fontconfig.h>
@@ -14,19 +7,16 @@
 #include <CLI/CLI.hpp>
 
 #include <csignal>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
-#include <memory>
 #include <stdexcept>
 
-#include "exit_status.h"
-#include "faults.h"
-#include "http_server.h"
-#include "options.h"
-#include "pictures.h"
-#include "program.h"
-#include "request_log.h"
-#include "router.h"
+#include "camera_server/http_server.h"
+#include "camera_server/options.h"
+#include "camera_server/router.h"
+#include "camera_server/services.h"
+#include "common/program.h"
 
 namespace {
 
@@ -55,24 +45,11 @@ struct FontKeeper {
   }
 };
 
-int Serve(const Settings& settings) {
+void Serve(const Settings& settings) {
   const int end = WatchForEnd();
   const FontKeeper fonts;
-  const std::unique_ptr<PictureSource> pictures = MakePictureSource(settings);
-  FaultPlan faults;
-  for (const auto& [camera, fault] : settings.faults) PlanFault(settings, camera, fault, faults);
-  RequestLog requests(settings.log_file,
-                      settings.shows_passwords ? RequestLog::Credentials::kShown : RequestLog::Credentials::kMasked);
-  Site site(settings);
-  Archive archive(settings);
-  ActivityLog activity;
-  Router router({.settings = settings,
-                 .pictures = *pictures,
-                 .faults = faults,
-                 .site = site,
-                 .archive = archive,
-                 .activity = activity},
-                requests);
+  Services services(settings);
+  Router router(services);
   HttpServer server(kServerName, router);
   server.Listen(settings.address, settings.port);
   std::cout << "listening on " << server.Url() << std::endl;  // flushed: somebody waits for the line
@@ -80,7 +57,6 @@ int Serve(const Settings& settings) {
     throw std::runtime_error("cannot write to standard output; is the disk full, or has its reader gone?");
   server.Run(end);
   close(end);
-  return kEndedBySignal;
 }
 
 }  // namespace
@@ -90,11 +66,12 @@ int main(int argc, char** argv) {
   Options options;
   try {
     options.Parse(argc, argv);
-    return Serve(options.Result());
+    Serve(options.Result());
+    return EXIT_SUCCESS;
   } catch (const CLI::ParseError& error) {
     return orbelcast::EndOutput("orbelcast-camera-server", options.Report(error));
   } catch (const std::exception& error) {
     std::cerr << "orbelcast-camera-server: " << error.what() << '\n';
-    return kCannotServe;
+    return EXIT_FAILURE;  // such as an address that is taken or not ours, or a folder without pictures
   }
 }

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "settings.h"
+#include "camera_server/settings.h"
 
 namespace orbelcast::camera_server {
 
@@ -20,54 +20,62 @@ class Options {
   const Settings& Result() const { return settings_; }
 
  private:
-  /// Puts the options that were added since the last group into a group of the help.
-  void GroupNew(const std::string& group);
-  void AddServerOptions();
-  void AddCameraOptions();
-  void AddSiteOptions();
-  void AddHeaderOptions();
-  void AddUserOptions();
-  void AddTestOptions();
-  /// An option whose value is one of a few words.
-  template <typename Value>
-  CLI::Option* AddChoice(const std::string& name, Value& value, const std::map<std::string, Value>& words,
-                         const std::string& help);
   /// A list of things by their names, such as --outputs COUNT and --output NAME, and what one is called without.
   struct NameList {
-    std::string word;  ///< "output"
+    std::string word;    ///< "output"
+    std::string option;  ///< of a name: "--output"
     std::vector<std::string> good_names;
-    int least = 0;
-    int most = 0;
-    int count = 0;
+    int least;
+    int most;
     std::vector<std::string> names{};
+    int count = static_cast<int>(good_names.size());
   };
-  void AddNames(NameList& list, const std::string& count_help, const std::string& name_help,
-                const std::string& name_form);
+
+  /// An option in the group begun last; one that is a list takes a value each time it is given. `form` is how the help
+  /// shows its value and its default.
+  template <typename Value>
+  void Add(const std::string& name, Value& value, const std::string& form, const std::string& help,
+           const CLI::Validator& check = {});
+  /// An option whose value is one of a few words.
+  template <typename Value>
+  void AddChoice(const std::string& name, Value& value, const std::map<std::string, Value>& words,
+                 const std::string& form, const std::string& help);
+  void AddNames(NameList& list, const std::string& form, const std::string& help);
+  void AddCameraOptions();
+  void AddSiteOptions();
+  void AddAnswerOptions();
+  void AddUserOptions();
+  void AddTestOptions();
+
   /// Names for all that are to be there.
   std::vector<std::string> NamesOf(const NameList& list) const;
-  void ReadNames();
+  std::vector<Contact> ContactsOf(const NameList& list) const;
   void ReadAccounts();
   void ReadInfo();
-  void CheckUsers();
-  void ReadCredentialsFiles();
-  void CheckFaults();
+  void ReadUsers();
+  void ReadFaults();
 
-  CLI::App app_;
+  CLI::App app_{"A camera server for demonstrations and tests.", "orbelcast-camera-server"};
+  std::string group_;
   Settings settings_;
-  NameList cameras_;
-  NameList alerts_;
-  NameList inputs_;
-  NameList outputs_;
-  std::vector<std::string> accounts_;
-  std::string gps_;
-  std::string flags_;
-  std::vector<std::string> values_;
-  std::string info_file_;
-  std::string size_;
-  std::vector<std::string> users_;
-  std::vector<std::string> passwords_;
-  std::vector<std::string> credentials_files_;
-  std::vector<std::string> faults_;
+  NameList cameras_{"camera", "--name", {"Lime Street", "Mill Lane", "Harbour Road", "Orchard Way"}, 1, kMaxCameras};
+  NameList alerts_{"alert", "--alert", {"Fire", "Burglar", "Call for help"}, 0, kMaxItems};
+  NameList inputs_{"input", "--input", {"Motion sensor", "Garage door=on"}, 0, kMaxItems};
+  NameList outputs_{"output", "--output", {"Porch light=on", "Garden gate", "Siren"}, 0, kMaxItems};
+  /// What is read after the parse, as it was typed.
+  struct Typed {
+    std::string size;
+    std::vector<std::string> accounts;
+    std::string gps;
+    std::string flags;
+    std::vector<std::string> values;
+    std::string info_file;
+    std::vector<std::string> users;
+    std::vector<std::string> passwords;
+    std::vector<std::string> credentials_files;
+    std::vector<std::string> faults;
+  };
+  Typed typed_;
 };
 
 }  // namespace orbelcast::camera_server

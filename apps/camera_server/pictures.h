@@ -11,8 +11,7 @@
 #include <tuple>
 #include <vector>
 
-#include "scene.h"
-#include "settings.h"
+#include "camera_server/settings.h"
 
 namespace orbelcast::camera_server {
 
@@ -32,8 +31,8 @@ class PictureSource {
   virtual Picture TakeArchived(int camera, const PictureForm& form, WallClock::time_point time) = 0;
 };
 
-/// Draws the scene. A picture is that of the current tenth of a second; however many clients ask for it, it is drawn
-/// and encoded once.
+/// Draws its pictures. A live one is that of the current tenth of a second; however many clients ask for it, it is
+/// drawn and encoded once.
 class DrawnPictures final : public PictureSource {
  public:
   /// `settings` outlives this.
@@ -46,14 +45,10 @@ class DrawnPictures final : public PictureSource {
   using Tenth = std::chrono::time_point<WallClock, std::chrono::duration<std::int64_t, std::deci>>;
   using Key = std::tuple<int, int, int, int>;  // camera, width, height, quality
 
-  Jpeg Make(int camera, const PictureForm& form, const OverlayText& text, Light light);
-
   const Settings& settings_;
-  std::mutex made_mutex_;
+  std::mutex mutex_;
   Tenth tenth_;
   std::map<Key, std::shared_future<Jpeg>> made_;  // of that tenth of a second
-  std::mutex scene_mutex_;
-  Scene scene_;
 };
 
 /// Sends the JPEG files of a folder as they are, in the order of their names: each request for a camera gets its next
@@ -70,9 +65,12 @@ class FolderPictures final : public PictureSource {
   int archive_step_;  // seconds
   std::vector<std::filesystem::path> files_;
   std::mutex mutex_;
-  std::map<int, std::size_t> next_;  // by camera
+  std::map<int, std::size_t> taken_;  // files, by camera
 };
 
 std::unique_ptr<PictureSource> MakePictureSource(const Settings& settings);
+
+/// All of a regular file of at most `most` bytes; throws std::runtime_error where it cannot be read or is larger.
+std::shared_ptr<const std::string> ReadFile(const std::filesystem::path& file, std::size_t most);
 
 }  // namespace orbelcast::camera_server

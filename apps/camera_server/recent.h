@@ -1,11 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <cstddef>
-#include <list>
 #include <map>
 #include <string>
-#include <utility>
 
 namespace orbelcast::camera_server {
 
@@ -18,39 +17,26 @@ class Recent {
 
   Recent(std::size_t most, Clock::duration age) : most_(most), age_(age) {}
 
-  struct Found {
-    Value& value;  ///< stays until the next Use
-    bool is_new;   ///< it was not known, or not used for so long that it was forgotten
-  };
-  Found Use(const std::string& key, Clock::time_point now) {
-    while (!entries_.empty() && now - entries_.back().used > age_) ForgetOldest();
-    const auto place = places_.find(key);
-    if (place != places_.end()) {
-      entries_.splice(entries_.begin(), entries_, place->second);
-      entries_.front().used = now;
-      return {entries_.front().value, false};
+  /// The value remembered for `key`, or a new one. Stays until the next Use.
+  Value& Use(const std::string& key) {
+    const Clock::time_point now = Clock::now();
+    std::erase_if(entries_, [&](const auto& entry) { return now - entry.second.used > age_; });
+    if (entries_.size() >= most_ && !entries_.contains(key)) {
+      entries_.erase(std::ranges::min_element(entries_, {}, [](const auto& entry) { return entry.second.used; }));
     }
-    if (entries_.size() >= most_) ForgetOldest();
-    entries_.push_front({key, now, Value{}});
-    places_[key] = entries_.begin();
-    return {entries_.front().value, true};
+    Entry& entry = entries_[key];
+    entry.used = now;
+    return entry.value;
   }
 
  private:
   struct Entry {
-    std::string key;
     Clock::time_point used;
-    Value value;
+    Value value{};
   };
-  void ForgetOldest() {
-    places_.erase(entries_.back().key);
-    entries_.pop_back();
-  }
-
   std::size_t most_;
   Clock::duration age_;
-  std::list<Entry> entries_;  // the one used last first
-  std::map<std::string, typename std::list<Entry>::iterator> places_;
+  std::map<std::string, Entry> entries_;
 };
 
 }  // namespace orbelcast::camera_server

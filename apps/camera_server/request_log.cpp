@@ -1,4 +1,4 @@
-#include "request_log.h"
+#include "camera_server/request_log.h"
 
 #include <algorithm>
 #include <chrono>
@@ -7,17 +7,15 @@
 #include <stdexcept>
 #include <utility>
 
-#include "bounds.h"
-#include "shown_text.h"
-#include "time_text.h"
+#include "camera_server/bounds.h"
+#include "camera_server/time_text.h"
+#include "common/shown_text.h"
 #include "toolkit/ascii.h"
 #include "toolkit/visible_text.h"
 
 namespace orbelcast::camera_server {
 
 namespace {
-
-constexpr std::string_view kMask = "***";
 
 /// Each byte as the character of that number, so that any bytes make a JSON text and come back from it unchanged.
 std::string BytesAsText(std::string_view bytes) {
@@ -34,18 +32,7 @@ std::string BytesAsText(std::string_view bytes) {
   return text;
 }
 
-/// `line` with the bytes from `first` up to `last` masked.
-std::string MaskPart(std::string_view line, std::size_t first, std::size_t last) {
-  return std::string(line.substr(0, first)).append(kMask).append(line.substr(std::min(last, line.size())));
-}
-
-std::string_view WithoutLineEnd(std::string_view line) {
-  if (line.ends_with('\r')) line.remove_suffix(1);
-  return line;
-}
-
-}  // namespace
-
+/// The request line with every password in it replaced by "***".
 std::string MaskRequestLine(std::string_view line) {
   const std::size_t end = std::min(line.rfind(" HTTP/"), line.size());
   const std::size_t target = std::min(line.find_first_not_of(' ', line.find(' ')), end);
@@ -54,6 +41,8 @@ std::string MaskRequestLine(std::string_view line) {
       .append(line.substr(end));
 }
 
+/// The header line with the credentials in it, and what passwords stand in others, replaced by "***"; the credentials'
+/// scheme and the blanks before it stay.
 std::string MaskHeaderLine(std::string_view line) {
   const std::size_t colon = std::min(line.find(':'), line.size());
   const std::string_view name = line.substr(0, colon);
@@ -62,8 +51,10 @@ std::string MaskHeaderLine(std::string_view line) {
   }
   const std::size_t scheme = std::min(line.find_first_not_of(" \t", std::min(colon + 1, line.size())), line.size());
   const std::size_t blank = line.find(' ', scheme);
-  return MaskPart(line, blank == std::string_view::npos ? scheme : blank + 1, line.size());
+  return std::string(line.substr(0, blank == std::string_view::npos ? scheme : blank + 1)) + "***";
 }
+
+}  // namespace
 
 RequestLog::RequestLog(const std::string& file, Credentials credentials) : credentials_(credentials) {
   if (file.empty()) return;
@@ -73,19 +64,17 @@ RequestLog::RequestLog(const std::string& file, Credentials credentials) : crede
 
 void RequestLog::Record(std::string_view head, const Client& client) {
   const bool is_masked = credentials_ == Credentials::kMasked;
-  const std::size_t line_end = std::min(head.find('\n'), head.size());
-  const std::string_view line = WithoutLineEnd(head.substr(0, line_end));
+  const std::string_view line = TakeLine(head);
   if (line.find(" /control/") != std::string_view::npos) return;
   nlohmann::ordered_json entry;
-  entry["time"] = TimeStamp(WallClock::now());
+  const WallClock::time_point now = WallClock::now();
+  entry["time"] = LocalDate(now) + "T" + LocalTime(now) + Fraction(now, 3);
   entry["client"] = client.address;
   entry["connection"] = client.id;
   entry["request"] = BytesAsText(is_masked ? MaskRequestLine(line) : line);
   nlohmann::ordered_json& headers = entry["headers"] = nlohmann::ordered_json::array();
-  for (std::size_t at = line_end + 1; at < head.size();) {
-    const std::size_t end = std::min(head.find('\n', at), head.size());
-    const std::string_view header = WithoutLineEnd(head.substr(at, end - at));
-    at = end + 1;
+  while (!head.empty()) {
+    const std::string_view header = TakeLine(head);
     if (!header.empty()) headers.push_back(BytesAsText(is_masked ? MaskHeaderLine(header) : header));
   }
   std::string text = JsonWithoutControls(entry.dump());
@@ -112,22 +101,14 @@ void RequestLog::Write(const std::string& line) {
   }
 }
 
-std::string RequestLog::Lines() const {
+std::string RequestLog::Lines(bool forgets_them) {
   const std::lock_guard lock(mutex_);
-  return Joined();
-}
-
-std::string RequestLog::TakeLines() {
-  const std::lock_guard lock(mutex_);
-  std::string text = Joined();
-  lines_.clear();
-  kept_bytes_ = 0;
-  return text;
-}
-
-std::string RequestLog::Joined() const {
   std::string text;
   for (const std::string& line : lines_) text.append(line).append("\n");
+  if (forgets_them) {
+    lines_.clear();
+    kept_bytes_ = 0;
+  }
   return text;
 }
 

@@ -7,15 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "http_server.h"
+#include "camera_server/http_server.h"
 
 namespace orbelcast::camera_server {
-
-/// The request line with every password in it replaced by "***".
-std::string MaskRequestLine(std::string_view line);
-/// The header line with the credentials in it, and what passwords stand in others, replaced by "***"; the credentials'
-/// scheme and the blanks before it stay.
-std::string MaskHeaderLine(std::string_view line);
 
 /// What clients asked, byte for byte, one JSON object a line: the newest in memory, and all of them in a file if there
 /// is one. Requests for /control/ are not kept. Thread-safe.
@@ -28,17 +22,14 @@ class RequestLog {
   /// `head` is what came from the method to the empty line, whether it makes a request or not.
   void Record(std::string_view head, const Client& client);
   /// The lines in memory, the oldest first, each with a line feed.
-  std::string Lines() const;
-  /// The same, and forgets them.
-  std::string TakeLines();
+  std::string Lines(bool forgets_them = false);
 
  private:
-  std::string Joined() const;
   void Keep(std::string line);
   void Write(const std::string& line);
 
   const Credentials credentials_;
-  mutable std::mutex mutex_;
+  std::mutex mutex_;
   std::deque<std::string> lines_;
   std::size_t kept_bytes_ = 0;
   std::ofstream file_;

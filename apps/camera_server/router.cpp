@@ -1,19 +1,14 @@
-#include "router.h"
+#include "camera_server/router.h"
 
 #include <algorithm>
 #include <memory>
 #include <optional>
 #include <utility>
 
-#include "bounds.h"
-#include "control.h"
-#include "home_page.h"
-#include "http_status.h"
-#include "info_text.h"
-#include "live_address.h"
-#include "login_base.h"
-#include "picture_answer.h"
-#include "query.h"
+#include "camera_server/addresses.h"
+#include "camera_server/commands.h"
+#include "camera_server/content.h"
+#include "common/http_status.h"
 
 namespace orbelcast::camera_server {
 
@@ -22,115 +17,115 @@ namespace {
 constexpr std::string_view kInfoPath = "/secure/srv_vigilbox$rdxviewer";
 constexpr std::string_view kLookupPath = "/cgi-bin/relaypost.exe";
 
-std::string ViewerCount(int viewers) {
-  return std::to_string(viewers) + (viewers == 1 ? " viewer" : " viewers");
-}
-
 /// Host and port under which the client reached this server: as it says itself, since it may have come through a
 /// forwarded port, unless that is nothing that an address could hold.
 std::string AuthorityOf(const Request& request, const Client& client) {
+  constexpr std::string_view kFit = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-._:[]";
   const std::string_view host = request.Header("Host");
-  const auto is_fit = [](char letter) {
-    return (letter >= '0' && letter <= '9') || (letter >= 'A' && letter <= 'Z') || (letter >= 'a' && letter <= 'z') ||
-           std::string_view("-._:[]").find(letter) != std::string_view::npos;
-  };
-  const bool is_good = !host.empty() && host.size() <= kMaxHostBytes && std::all_of(host.begin(), host.end(), is_fit);
+  const bool is_good =
+      !host.empty() && host.size() <= kMaxHostBytes && host.find_first_not_of(kFit) == std::string_view::npos;
   return is_good ? std::string(host) : client.reached;
 }
 
 }  // namespace
 
-Reply Router::Answer(const Request& request, const Client& client) {
+Response Router::Answer(const Request& request, const Client& client) {
   const std::string_view path = request.Path();
-  if (path.starts_with("/control/")) return AnswerControl(rooms_, requests_, request, client);
+  if (path.starts_with("/control/")) return AnswerControl(services_, request, client);
   if (path.starts_with(kLivePath)) return AnswerLive(request, client);
   if (request.target.starts_with(kLoginBase)) return AnswerLoginBase(request, client);
   if (path == kInfoPath) return AnswerInfo(request, client);
-  if (path == kLookupPath) return AnswerRelayLookup(request, client);
+  if (path == kLookupPath) return services_.faults.Apply(kRelayPlace, AnswerRelayLookup(request, client));
+  return AnswerPage(request, client);
+}
+
+void Router::Gone(const Client& client) {
+  const std::lock_guard lock(watches_mutex_);
+  watches_.erase(client.id);
+}
+
+int Router::CountViewers(std::uint64_t client, int camera) {
+  // A stream slower than this is somebody looking now and then.
+  constexpr std::chrono::seconds kForgottenAfter{10};
+  const std::lock_guard lock(watches_mutex_);
+  const Clock::time_point now = Clock::now();
+  watches_[client] = {.camera = camera, .last = now};
+  return static_cast<int>(std::ranges::count_if(watches_, [&](const auto& entry) {
+    return entry.second.camera == camera && now - entry.second.last < kForgottenAfter;
+  }));
+}
+
+Response Router::Refuse(Refusal refusal, const Actor& actor, std::string_view what) {
+  if (refusal.was_wrong) services_.activity.Record(actor, "Refused", what);
+  return std::move(refusal.response);
+}
+
+Response Router::AnswerPage(const Request& request, const Client& client) {
   if (auto refusal = authenticator_.Refuse(request)) {
     return Refuse(std::move(*refusal), {client.address, Authenticator::UserOf(request)}, "page");
   }
-  return {HomeOrNothing(path), {}};
-}
-
-Reply Router::Refuse(Refusal refusal, const Actor& actor, std::string_view what) {
-  if (refusal.was_wrong) rooms_.activity.Record(actor, "Refused", what);
-  return {std::move(refusal.response), {}};
-}
-
-Response Router::HomeOrNothing(std::string_view path) const {
-  if (path != "/") {
-    return TextResponse(404, "There is nothing here. The cameras are at /live/1, /live/2, and so on; / lists them.");
+  if (request.Path() == "/") {
+    return FreshResponse("text/html; charset=utf-8", std::make_shared<const std::string>(HomePage(services_)));
   }
-  Response response;
-  response.headers = {{"Content-Type", "text/html; charset=utf-8"}, {"Cache-Control", "no-store"}};
-  response.body = std::make_shared<const std::string>(HomePage(rooms_.settings, rooms_.site));
-  return response;
+  return TextResponse(kNotFound,
+                      "There is nothing here. The cameras are at /live/1, /live/2, and so on; / lists them.");
 }
 
-Reply Router::AnswerLive(const Request& request, const Client& client) {
-  const LiveAddress address = ParseLiveAddress(request.target, rooms_.settings.form).value_or(LiveAddress{});
-  Actor actor{client.address, authenticator_.UserOfLogin(address.login)};
+Response Router::AnswerLive(const Request& request, const Client& client) {
+  const Settings& settings = services_.settings;
+  const LiveAddress address = ParseLiveAddress(request.target, settings.form).value_or(LiveAddress{});
+  Actor actor{client.address, authenticator_.NameIn(address.login, ':')};
   if (actor.user.empty()) actor.user = Authenticator::UserOf(request);
-  if (!authenticator_.IsLogin(address.login)) {
+  if (authenticator_.FindUser(address.login, ':') == nullptr) {
     if (auto refusal = authenticator_.Refuse(request)) {
       refusal->was_wrong |= !address.login.empty();
       return Refuse(std::move(*refusal), actor, "live picture");
     }
   }
-  if (!rooms_.settings.HasCamera(address.camera)) return {TextResponse(kVideoNotFound, "There is no such camera."), {}};
-  rooms_.activity.RecordBeginning(actor, "Live", rooms_.settings.NameOf(address.camera), "");
-  const std::string viewers = ViewerCount(viewers_.Note(client.id, address.camera));
-  const Picture picture = rooms_.pictures.Take(address.camera, address.form);
-  return Misbehave(rooms_.faults.Next(address.camera),
-                   {PictureAnswer(rooms_.settings, address.camera, picture, viewers), {}});
+  if (!settings.HasCamera(address.camera)) return TextResponse(kVideoNotFound, "There is no such camera.");
+  services_.activity.RecordBeginning(actor, "Live", settings.NameOf(address.camera));
+  const int viewers = CountViewers(client.id, address.camera);
+  const Picture picture = services_.pictures->Take(address.camera, address.form);
+  const std::string status = std::to_string(viewers) + (viewers == 1 ? " viewer" : " viewers");
+  return services_.faults.Apply(std::to_string(address.camera),
+                                PictureResponse(settings, address.camera, picture, status));
 }
 
-Reply Router::AnswerLoginBase(const Request& request, const Client& client) {
+Response Router::AnswerLoginBase(const Request& request, const Client& client) {
   const LoginBaseAddress address = ParseLoginBase(request.target).value_or(LoginBaseAddress{});
-  const Actor actor{client.address, authenticator_.UserOfLoginBase(address.login)};
-  if (auto refusal = authenticator_.RefuseLoginBase(address.login)) {
-    return Refuse(std::move(*refusal), actor, "command");
-  }
-  return AnswerCommand(rooms_, actor, address.command);
+  const Actor actor{client.address, authenticator_.NameIn(address.login, '/')};
+  auto refusal = authenticator_.RefuseLoginBase(address.login);
+  if (refusal) return Refuse(std::move(*refusal), actor, "command");
+  return AnswerCommand(services_, actor, address.command);
 }
 
-Reply Router::AnswerInfo(const Request& request, const Client& client) {
+Response Router::AnswerInfo(const Request& request, const Client& client) {
   const Actor actor{client.address, Authenticator::UserOf(request)};
-  if (auto refusal = authenticator_.RefuseUnlessBasic(request))
-    return Refuse(std::move(*refusal), actor, "information");
-  rooms_.activity.RecordBeginning(actor, "Login", "", "");
-  const Settings& settings = rooms_.settings;
-  Response response;
-  response.headers = {{"Content-Type", "text/plain; charset=utf-8"},
-                      {"Cache-Control", "no-store"},
-                      {"GPS-Lat", settings.gps.latitude},
-                      {"GPS-Lon", settings.gps.longitude},
-                      {"GPS-Alt", settings.gps.altitude},
-                      {"RC_QUERY", settings.rc_query}};
-  std::erase_if(response.headers, [](const auto& header) { return header.second.empty(); });
-  const auto running = std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - start_);
-  response.body =
-      settings.info_text
-          ? settings.info_text
-          : std::make_shared<const std::string>(InfoText(settings, rooms_.site, AuthorityOf(request, client), running));
-  return Misbehave(rooms_.faults.Next(kInfoPlace), {std::move(response), {}});
+  auto refusal = authenticator_.RefuseUnlessBasic(request);
+  if (refusal) return Refuse(std::move(*refusal), actor, "information");
+  services_.activity.RecordBeginning(actor, "Login");
+  const Settings& settings = services_.settings;
+  const auto running = std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - start_);
+  Response response = FreshResponse("text/plain; charset=utf-8", settings.info_text);
+  if (!response.body) {
+    response.body = std::make_shared<const std::string>(InfoText(services_, AuthorityOf(request, client), running));
+  }
+  for (std::size_t i = 0; i < settings.gps.size(); ++i) {
+    static constexpr std::array kNames{"GPS-Lat", "GPS-Lon", "GPS-Alt"};
+    if (!settings.gps.at(i).empty()) response.headers.emplace_back(kNames.at(i), settings.gps.at(i));
+  }
+  if (!settings.rc_query.empty()) response.headers.emplace_back("RC_QUERY", settings.rc_query);
+  return services_.faults.Apply(kInfoPlace, std::move(response));
 }
 
-Reply Router::AnswerRelayLookup(const Request& request, const Client& client) {
-  return Misbehave(rooms_.faults.Next(kRelayPlace), {RelayLookup(request, client), {}});
-}
-
-Response Router::RelayLookup(const Request& request, const Client& client) {
-  if (QueryValue(request.target, "op") != "rdxviewer") return TextResponse(400, "The lookup is op=rdxviewer.");
-  const std::string_view name = QueryValue(request.target, "account");
-  const auto& accounts = rooms_.settings.accounts;
-  const auto account =
-      std::find_if(accounts.begin(), accounts.end(), [&](const Account& each) { return each.name == name; });
-  if (account == accounts.end()) return TextResponse(404, "There is no such account.");
-  rooms_.activity.RecordBeginning({client.address, ""}, "Relay lookup", account->name, "");
-  return TextResponse(200,
-                      "http://" + (account->address.empty() ? AuthorityOf(request, client) : account->address) + "/");
+Response Router::AnswerRelayLookup(const Request& request, const Client& client) {
+  if (QueryValue(request.target, "op") != "rdxviewer") return TextResponse(kBadRequest, "The lookup is op=rdxviewer.");
+  const auto& accounts = services_.settings.accounts;
+  const auto account = std::ranges::find(accounts, QueryValue(request.target, "account"), &Account::name);
+  if (account == accounts.end()) return TextResponse(kNotFound, "There is no such account.");
+  services_.activity.RecordBeginning({client.address, ""}, "Relay lookup", account->name);
+  const std::string authority = account->address.empty() ? AuthorityOf(request, client) : account->address;
+  return TextResponse(200, "http://" + authority + "/");
 }
 
 }  // namespace orbelcast::camera_server

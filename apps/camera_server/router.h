@@ -1,43 +1,50 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
+#include <map>
+#include <mutex>
 #include <string>
 #include <string_view>
 
-#include "authentication.h"
-#include "commands.h"
-#include "http_server.h"
-#include "request_log.h"
-#include "viewers.h"
+#include "camera_server/authentication.h"
+#include "camera_server/http_server.h"
+#include "camera_server/services.h"
 
 namespace orbelcast::camera_server {
 
 /// Which request gets which answer.
 class Router final : public RequestHandler {
  public:
-  /// What `rooms` names, and `requests`, outlive the router.
-  Router(const Rooms& rooms, RequestLog& requests)
-      : rooms_(rooms), requests_(requests), authenticator_(rooms.settings) {}
+  /// `services` outlive the router.
+  explicit Router(Services& services) : services_(services), authenticator_(services.settings) {}
 
-  void Heard(std::string_view head, const Client& client) override { requests_.Record(head, client); }
-  Reply Answer(const Request& request, const Client& client) override;
-  void Gone(const Client& client) override { viewers_.Remove(client.id); }
+  void Heard(std::string_view head, const Client& client) override { services_.requests.Record(head, client); }
+  Response Answer(const Request& request, const Client& client) override;
+  void Gone(const Client& client) override;
 
  private:
-  Reply AnswerLive(const Request& request, const Client& client);
-  Reply AnswerLoginBase(const Request& request, const Client& client);
-  Reply AnswerInfo(const Request& request, const Client& client);
-  Reply AnswerRelayLookup(const Request& request, const Client& client);
-  Response RelayLookup(const Request& request, const Client& client);
-  Response HomeOrNothing(std::string_view path) const;
+  Response AnswerLive(const Request& request, const Client& client);
+  Response AnswerLoginBase(const Request& request, const Client& client);
+  Response AnswerInfo(const Request& request, const Client& client);
+  Response AnswerRelayLookup(const Request& request, const Client& client);
+  Response AnswerPage(const Request& request, const Client& client);
   /// The refusal as an answer; notes who tried when there were credentials.
-  Reply Refuse(Refusal refusal, const Actor& actor, std::string_view what);
+  Response Refuse(Refusal refusal, const Actor& actor, std::string_view what);
+  /// Notes that the client watches the camera now, and counts the connections that have lately done so.
+  int CountViewers(std::uint64_t client, int camera);
 
-  Rooms rooms_;
-  RequestLog& requests_;
+  using Clock = std::chrono::steady_clock;
+  struct Watch {
+    int camera;
+    Clock::time_point last;
+  };
+
+  Services& services_;
   Authenticator authenticator_;
-  Viewers viewers_;
-  const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+  const Clock::time_point start_ = Clock::now();
+  std::mutex watches_mutex_;
+  std::map<std::uint64_t, Watch> watches_;  // by client; no more than there are connections
 };
 
 }  // namespace orbelcast::camera_server

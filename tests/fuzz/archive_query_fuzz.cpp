@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "archive.h"
-#include "archive_query.h"
+#include "camera_server/addresses.h"
+#include "camera_server/archive.h"
 
 using namespace orbelcast::camera_server;
 

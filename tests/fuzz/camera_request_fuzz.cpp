@@ -6,11 +6,9 @@
 #include <string_view>
 #include <variant>
 
-#include "http_message.h"
-#include "live_address.h"
-#include "login_base.h"
-#include "query.h"
-#include "request_log.h"
+#include "camera_server/addresses.h"
+#include "camera_server/http_message.h"
+#include "camera_server/request_log.h"
 
 using namespace orbelcast::camera_server;
 

@@ -1,38 +1,37 @@
 #!/usr/bin/env python3
-"""Live pictures and their headers: pictures_test.py SERVER_PROGRAM"""
+"""Live pictures and those of the archive: pictures_test.py SERVER_PROGRAM"""
 
 import os
 import tempfile
 import time
 import unittest
 
-from camera_server import GET, Server, TIMEOUT, is_whole, jpeg_size, quantizer
+from camera_server import GET, Server, is_whole, jpeg_size
+
+CODE = "?live-special0160x0120050"
+DAY = 24 * 3600
+NOTHING = ("0",) * 6
 
 
-class Pictures(unittest.TestCase):
+class Live(unittest.TestCase):
     def test_sizes_and_qualities(self):
         with Server("--size", "320x240", "--quality", "70") as server:
-            def size(target):
+            def picture(target):
                 status, _, body = server.get(target)
-                self.assertEqual(status, 200)
-                self.assertTrue(is_whole(body))
-                return jpeg_size(body)
+                self.assertEqual((status, is_whole(body)), (200, True), target)
+                return body
 
-            self.assertEqual(size("/live/1"), (320, 240))
-            self.assertEqual(size("/live/2?live-special0160x0120020"), (160, 120))
-            self.assertEqual(size("/live/1/me:secret?live-special1280x0720080"), (1280, 720))
-            self.assertEqual(size("/live/1/me:pass?word?live-special0176x0144020"), (176, 144))
-            self.assertEqual(size("/live/3?width=200&height=90&quality=50"), (200, 90))
-            self.assertEqual(size("/live/3?height=100"), (320, 100))
-            # What is beyond the bounds gets the nearest, what cannot be read the default.
-            self.assertEqual(size("/live/1?live-special0000x9999090"), (16, 2160))
-            self.assertEqual(size("/live/1?live-special64x48"), (320, 240))
-            self.assertEqual(size("/live/1?width=99999999999&height=-3"), (320, 240))
-
-            tables = [quantizer(server.get("/live/1?live-special0320x0240%03d" % quality)[2]) for quality in (20, 70, 90)]
-            self.assertEqual(tables, sorted(tables, reverse=True))
-            self.assertEqual(len(set(tables)), 3)
-            self.assertEqual(quantizer(server.get("/live/1")[2]), tables[1])
+            for target, size in (("/live/2?live-special0160x0120020", (160, 120)),
+                                 ("/live/1/me:secret?live-special1280x0720080", (1280, 720)),
+                                 ("/live/1/me:pass?word?live-special0176x0144020", (176, 144)),
+                                 ("/live/3?width=200&height=90&quality=50", (200, 90)),
+                                 # What is beyond the bounds gets the nearest, what cannot be read the default.
+                                 ("/live/3?height=100", (320, 100)), ("/live/1?live-special0000x9999090", (16, 2160)),
+                                 ("/live/1?width=99999999999&height=-3", (320, 240))):
+                self.assertEqual(jpeg_size(picture(target)), size, target)
+            lengths = [len(picture("/live/1?live-special0320x0240%03d" % quality)) for quality in (20, 70, 90)]
+            self.assertLess(lengths[0] * 1.2, lengths[1])
+            self.assertLess(lengths[1] * 1.2, lengths[2])
 
     def test_cameras_differ_and_move(self):
         with Server("--cameras", "2") as server:
@@ -40,39 +39,20 @@ class Pictures(unittest.TestCase):
             self.assertNotEqual(first, server.get("/live/2")[2])
             time.sleep(0.12)
             self.assertNotEqual(first, server.get("/live/1")[2])
-            for target in ("/live/3", "/live/0", "/live/", "/live/x", "/live/99999999999999999999"):
-                self.assertEqual(server.get(target)[0], 506, target)
-            self.assertEqual(server.get("/else")[0], 404)
+            for camera in ("3", "0", "", "x", "99999999999999999999"):
+                self.assertEqual(server.get("/live/" + camera)[0], 506, camera)
 
     def test_headers(self):
-        with Server("--name", "Yard", "--vigilbox-info", "1 fine", "--plugins", "none", "--recording", "yes") as server:
-            _, headers, body = server.get("/live/1")
-            self.assertEqual(headers["Server"], "Orbelcast-Camera-Server/1.0")
+        with Server("--cameras", "2", "--name", "Yard", "--vigilbox-info", "1 fine", "--recording", "yes") as server:
+            _, headers, _ = server.get("/live/2")
             self.assertRegex(headers["Date"], r"^\w{3}, \d\d \w{3} \d{4} \d\d:\d\d:\d\d GMT$")
-            code = time.mktime(time.strptime(headers["RC_TCR"], "%Y%m%d%H%M%S"))
-            self.assertLess(abs(code - time.time()), 5)
-            self.assertEqual(len(headers["RC_TCR"]), 14)
-            self.assertEqual(headers["Recording"], "Yes")
-            self.assertEqual(headers["HolmvaneStatus"], "Yard: 1 viewer")
-            self.assertEqual(headers["VigilboxInfo"], "1 fine")
-            self.assertEqual(headers["PlugIns"], "none")
-            self.assertEqual(headers["Cache-Control"], "no-store")
-            self.assertEqual(headers["Content-Type"], "image/jpeg")
-            self.assertEqual(int(headers["Content-Length"]), len(body))
-            page = server.get("/")[2].decode()
-            self.assertIn("/live/1", page)
-            self.assertIn("Yard", page)
-        with Server("--recording", "no") as server:
-            _, headers, _ = server.get("/live/1")
-            self.assertEqual(headers["Recording"], "No")
-            self.assertIsNone(headers["VigilboxInfo"])
+            self.assertLess(abs(seconds(headers["RC_TCR"]) - time.time()), 5)
+            self.assertEqual([headers[name] for name in ("Recording", "VigilboxInfo", "PlugIns")],
+                             ["Yes", "1 fine", None])
             with server.open(GET) as one, server.open(GET) as two:
                 one.recv(1)
                 two.recv(1)
-                # The one before counts until the server has seen its connection's end.
-                deadline = time.monotonic() + TIMEOUT
-                while (status := server.get("/live/1")[1]["HolmvaneStatus"]) != "Lime Street: 3 viewers":
-                    self.assertLess(time.monotonic(), deadline, status)
+                self.assertEqual(server.get("/live/1")[1]["HolmvaneStatus"], "Yard: 3 viewers")
 
     def test_folder_in_turn(self):
         with tempfile.TemporaryDirectory() as folder:
@@ -85,6 +65,68 @@ class Pictures(unittest.TestCase):
                 os.remove(os.path.join(folder, "b.JPEG"))
                 self.assertEqual(server.get("/live/1")[0], 500)
                 self.assertEqual(server.get("/live/1")[2], b"first")
+
+
+def query(flag, moment=NOTHING, device="1", code=CODE, login="ann/pw"):
+    """What a player sends: two question marks, the picture code behind "Quality="."""
+    time_items = "Year=%s&Month=%s&Day=%s&Hour=%s&Minute=%s&Second=%s" % tuple(moment)
+    return "/$openlogin/%s/srv_vigilbox$img?Device=%s&%s&%s=0&Quality=%s" % (login, device, time_items, flag, code)
+
+
+def seconds(code):
+    return int(time.mktime(time.strptime(code, "%Y%m%d%H%M%S")))
+
+
+class Archive(unittest.TestCase):
+    def setUp(self):
+        self.server = Server("--archive-hours", "48")  # so that yesterday's noon is in it at any time of day
+        self.addCleanup(self.server.end)
+
+    def move(self, *arguments, **options):
+        """The time of the picture that is shown then, in seconds since 1970."""
+        status, headers, body = self.server.get(query(*arguments, **options))
+        self.assertEqual((status, is_whole(body)), (200, True), body[:80])
+        return seconds(headers["RC_TCR"])
+
+    def at(self, ago):
+        return time.strftime("%Y %m %d %H %M %S", time.localtime(time.time() - ago)).split()
+
+    def assert_ago(self, code, ago):
+        self.assertLess(abs(time.time() - ago - code), 3)
+
+    def test_ends_and_steps(self):
+        last = self.move("B")
+        self.assert_ago(last, 0)
+        self.assertEqual([self.move(flag) - last for flag in "RRRF"], [-1, -2, -3, -2])
+        self.assert_ago(self.move("T"), 2 * DAY)
+        self.assert_ago(self.move("R"), 2 * DAY)  # it stays at the end
+
+    def test_position(self):
+        typed = self.at(3 * 3600)
+        wanted = seconds("".join(typed))
+        self.assertEqual([self.move("P", typed), self.move("F")], [wanted, wanted + 1])
+        # Before and after what there is: the nearest.
+        self.assert_ago(self.move("P", self.at(3 * DAY)), 2 * DAY)
+        self.assert_ago(self.move("P", ["9999"] + ["99"] * 5), 0)
+        self.assert_ago(self.move("P", ("1", "1", "1", "0", "0", "0")), 2 * DAY)
+
+    def test_visitors_and_cameras_have_places_of_their_own(self):
+        wanted = self.move("P", self.at(7200))
+        self.assert_ago(self.move("R", login="bob/pw"), 0)  # without a place: from the end
+        self.assert_ago(self.move("F", device="2"), 2 * DAY)  # or from the beginning
+        self.assertEqual(self.move("F"), wanted + 1)
+
+    def test_pictures(self):
+        def picture(code=CODE, device="1"):
+            return self.server.get(query("P", (*self.at(DAY)[:3], "12", "30", "0"), device, code))
+
+        _, headers, noon = picture()
+        self.assertRegex(headers["HolmvaneStatus"], r"^Lime Street: archive of \d{4}-\d\d-\d\d 12:30:00$")
+        self.assertEqual(picture()[2], noon)  # the same picture whenever it is asked for
+        self.assertNotEqual(picture(device="2")[2], noon)
+        self.assertEqual(jpeg_size(picture("")[2]), (640, 480))
+        for target, status in ((query("P", device="9"), 506), (query("P", device=""), 506), (query("X"), 400)):
+            self.assertEqual(self.server.get(target)[0], status, target)
 
 
 if __name__ == "__main__":
