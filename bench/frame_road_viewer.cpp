@@ -81,8 +81,8 @@ class Parts final : public Road {
     settings_.Threshold = MotionThreshold(sensitivity);
   }
   void Show(const FrameBytes& frame) override {
-    decoder_.DrawJpeg(area_, frame, area_.Width(), area_.Height());
-    decoder_.DrawJpeg(current_, frame, kWholePicture, kWholePicture);
+    const JpegTarget targets[]{{area_, area_.Width(), area_.Height()}, {current_, kWholePicture, kWholePicture}};
+    decoder_.DrawOnAll(frame, targets);
     ScanMotion(current_, reference_, overlay_, settings_, [] { return true; });
   }
   Surface Shown() override { return area_; }

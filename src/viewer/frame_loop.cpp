@@ -89,8 +89,7 @@ bool VideoServerPush::OpenRequest(HttpRequest& request) const {
 void VideoServerPush::FailTick(const Generation& mine) {
   const float left = VideoStream.Width / 2 - IconNet.Width / 2;
   const float top = VideoStream.Height / 2 - IconNet.Height / 2;
-  VideoStream.Canvas().Draw(IconNet.Picture(), RoundToEven(left / static_cast<float>(TwipsPerPixelX)),
-                            RoundToEven(top / static_cast<float>(TwipsPerPixelY)));
+  VideoStream.Canvas().Draw(IconNet.Picture(), scale_.PixelsX(left), scale_.PixelsY(top));
   VideoStream.Refresh();
   if (auto_reconnect_) return;
   if (++FailureCount < kFailuresToBreak) return;

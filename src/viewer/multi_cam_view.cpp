@@ -5,7 +5,6 @@
 
 #include "protocol/server_address.h"
 #include "protocol/text.h"
-#include "toolkit/rounding.h"
 #include "viewer/video_server_push.h"
 
 namespace orbelcast {
@@ -61,8 +60,8 @@ void VideoServerPush::MultiCam_Timer() {
     Events.StreamInfo(bytes, rounds);
     if (!mine.IsCurrent()) return;
   }
-  const std::int32_t width = RoundToEven(VideoStream.Width / static_cast<float>(TwipsPerPixelX));
-  const std::int32_t height = RoundToEven(VideoStream.Height / static_cast<float>(TwipsPerPixelY));
+  const std::int32_t width = scale_.PixelsX(VideoStream.Width);
+  const std::int32_t height = scale_.PixelsY(VideoStream.Height);
   const std::int32_t index = mosaic_round_.Next();
   const auto tile = PlaceTile(index, cameras, width, height);
   if (!tile) return;
@@ -98,7 +97,7 @@ void VideoServerPush::PaintTile(const MosaicTile& tile, bool fetched) {
   if (!fetched) {
     area.FillBox(tile.x, tile.y, tile.x + tile.width, tile.y + tile.height, kBlack);
   } else if (tile.width > 0 && tile.height > 0) {
-    platform_.jpeg_decoder.DrawJpegAt(area, FrameBuffer, tile.x, tile.y, tile.width, tile.height);
+    platform_.jpeg_decoder.DrawOn({area, tile.width, tile.height, tile.x, tile.y}, FrameBuffer);
   }
 }
 

@@ -86,6 +86,10 @@ struct VideoServerPushEvents {
 /// a method of it waits, ends the control: what is under way is aborted, and no event is raised any more.
 class VideoServerPush {
  public:
+  /// The size in twips that a control has until its host gives it another.
+  static constexpr float kDesignWidth = 6015;
+  static constexpr float kDesignHeight = 3900;
+
   /// Makes a control with its defaults: test card, no stream, `FrameRate` 1. `platform` outlives it.
   static std::shared_ptr<VideoServerPush> Create(Platform& platform);
 
@@ -290,7 +294,7 @@ class VideoServerPush {
 
   // A frame on its way to the screen (process_frame.cpp).
   void ProcessFrame(bool SkipMotion);
-  bool DrawFrame();
+  void DrawFrame(bool with_thumbnail);
   bool DetectMotion();
   void CountFirstFrames();
 
@@ -347,8 +351,7 @@ class VideoServerPush {
   std::int16_t StatusLineMode = 0;  ///< TimeRetrieve shows: 0 the server's date, 1 its name, 2 its status.
   bool FirstFrameShown = false;
   bool ConnectedFlag = false;  ///< The server has answered 200. Nothing reads it.
-  std::int32_t TwipsPerPixelX = 15;
-  std::int32_t TwipsPerPixelY = 15;
+  TwipsScale scale_;           ///< The screen's, when the control was made.
   std::string StreamTempFile;  ///< A name only: no such file is made.
   bool Terminating = false;    ///< The host has released the control: no layout any more.
   int first_frames_ = 0;       ///< New frames since Connect, up to the second, which raises Connected again.
@@ -360,8 +363,8 @@ class VideoServerPush {
   MosaicRound mosaic_round_;          ///< Kept from one mosaic to the next.
   std::shared_ptr<const Surface> test_card_;
 
-  float width_ = 6015;  ///< The design size, until the host sites the control.
-  float height_ = 3900;
+  float width_ = kDesignWidth;  ///< Until the host sites the control.
+  float height_ = kDesignHeight;
 
   // Last, so that they end first.
   std::unique_ptr<TimerDriver> master_driver_;

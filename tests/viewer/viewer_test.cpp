@@ -280,6 +280,42 @@ TEST_F(ViewerTest, PicturesAreThereBeforeAnythingIsDrawnAndFollowTheirSizeAtOnce
   EXPECT_EQ(viewer->VideoStream.Image().Point(319, 599), Rgb(0, 0, 0));
 }
 
+TEST(ViewerScaleTest, PixelsAreTheScreensInEachDirection) {
+  FakePlatform world;
+  world.screen.twips_x = 12;
+  world.screen.twips_y = 20;
+  const auto viewer = VideoServerPush::Create(world.platform);
+  viewer->Resize(640 * 12, 480 * 20);
+  for (const PictureBox& picture : viewer->MotionPicture) {
+    EXPECT_EQ(picture.Width, 89 * 12);
+    EXPECT_EQ(picture.Height, 82 * 20);
+    EXPECT_EQ(picture.Left, -5 * 12);
+    EXPECT_EQ(picture.Top, -5 * 20);
+  }
+  EXPECT_EQ(viewer->StatusDisplay.Image().Height(), 26);
+  EXPECT_EQ(viewer->StatusDisplay.Top, (480 - 26) * 20);
+
+  const auto& area = viewer->VideoStream;
+  world.http.answers = {Good(Picture(5, 5, 5)), Good(Picture(5, 5, 5)), WithStatus(500)};
+  viewer->Connect(kUrl);
+  EXPECT_EQ(area.Image().Width(), 640);
+  EXPECT_EQ(area.Image().Point(639, 479), Rgb(5, 5, 5));
+  EXPECT_EQ(viewer->BuffPic.Width, 640 * 12);
+  EXPECT_EQ(viewer->BuffPic.Height, 480 * 20);
+  EXPECT_EQ(viewer->GetPicture()->Point(639, 479), Rgb(5, 5, 5));
+  world.queue.Advance(milliseconds(1000));  // The picture of a failed request, 16 × 16 here, in the middle.
+  EXPECT_EQ(area.Image().Point(312, 232), Rgb(1, 2, 3));
+  EXPECT_EQ(area.Image().Point(311, 232), Rgb(5, 5, 5));
+  EXPECT_EQ(area.Image().Point(328, 248), Rgb(5, 5, 5));
+
+  world.http.answers = {Good(Picture(7, 7, 7))};
+  viewer->MultiCamView("http://a/\r\nhttp://b/\r\nhttp://c/\r\nhttp://d/\r\n");
+  world.queue.Advance(milliseconds(2000));
+  EXPECT_EQ(world.http.Opened().back(), "http://d/?live-special0320x0200050");
+  EXPECT_EQ(area.Image().Point(639, 479), Rgb(7, 7, 7));
+  EXPECT_EQ(std::get<const Surface*>(viewer->PictureToSave())->Height(), 480);
+}
+
 TEST_F(ViewerTest, MotionIsToldInOrder) {
   viewer->MotionDetector(true);
   viewer->MotionByZones(true);
@@ -292,6 +328,7 @@ TEST_F(ViewerTest, MotionIsToldInOrder) {
   EXPECT_THAT(events.Take(),
               ElementsAre("MotionArea(0,0,88,80)", "MotionDetected(0,0,88,80)", "MotionDetectedArea(1)", "Connected"));
   EXPECT_EQ(viewer->MotionPicture[2].Image().Point(88, 40), Rgb(128, 128, 0));
+  EXPECT_EQ(viewer->MotionPicture[0].Image().Point(88, 81), Rgb(255, 255, 255));  // the newest frame's thumbnail
   Run(milliseconds(1000));
   EXPECT_THAT(events.Take(), IsEmpty());
 }
