@@ -23,6 +23,7 @@ class FrameInHand final : public HttpRequest {
   bool Send() override { return true; }
   bool WaitForResponse(std::optional<std::chrono::milliseconds>) override { return true; }
   int Status() override { return 200; }
+  HttpFailure Failure() override { return HttpFailure::kNone; }
   std::string_view GetResponseHeader(std::string_view) override { return {}; }
   std::string GetAllResponseHeaders() override { return {}; }
   std::string ResponseText() override { return {}; }

@@ -77,7 +77,8 @@ std::optional<bool> VideoServerPush::RequestFrame(HttpRequest& request, const Ge
   if (!Yield(mine)) return std::nullopt;
   const bool answered = request.WaitForResponse();
   if (!mine.IsCurrent()) return std::nullopt;
-  return opened && sent && answered && request.Status() == kHttpOk;
+  failure_ = FailureOf(request, opened && sent && answered);
+  return failure_.kind == FailureKind::kNone;
 }
 
 bool VideoServerPush::OpenRequest(HttpRequest& request) const {
@@ -171,6 +172,7 @@ void VideoServerPush::RequestEnd() {
   const Generation mine = generations_.Current();
   const std::shared_ptr<HttpRequest> request = request_under_way_ ? platform_.http.Create() : Requester;
   FrameBuffer = request->ResponseBody();
+  if (!request_under_way_) failure_ = FailureOf(*request, true);
   if (request->Status() != kHttpOk && ++FailureCount >= kFailuresToBreak) {
     Events.ConnectionBroken();
     if (!mine.IsCurrent()) return;

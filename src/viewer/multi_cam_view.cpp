@@ -86,8 +86,9 @@ std::optional<bool> VideoServerPush::FetchTile(const std::string& address, const
   request->Open("GET", address);
   request->LimitExchange(kTileLimit);
   request->Send();
-  request->WaitForResponse(kTileLimit);
+  const bool answered = request->WaitForResponse(kTileLimit);
   if (!mine.IsCurrent()) return std::nullopt;
+  failure_ = FailureOf(*request, answered);
   FrameBuffer = request->ResponseBody();
   return request->Status() == kHttpOk && FrameBuffer.Size() > 1;
 }
@@ -96,8 +97,10 @@ void VideoServerPush::PaintTile(const MosaicTile& tile, bool fetched) {
   Surface& area = VideoStream.Canvas();
   if (!fetched) {
     area.FillBox(tile.x, tile.y, tile.x + tile.width, tile.y + tile.height, kBlack);
+    NoteDrawing(false);
   } else if (tile.width > 0 && tile.height > 0) {
-    platform_.jpeg_decoder.DrawOn({area, tile.width, tile.height, tile.x, tile.y}, FrameBuffer);
+    const JpegTarget target{area, tile.width, tile.height, tile.x, tile.y};
+    NoteDrawing(platform_.jpeg_decoder.DrawOn(target, FrameBuffer).has_value());
   }
 }
 

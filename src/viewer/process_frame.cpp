@@ -26,7 +26,8 @@ void VideoServerPush::ProcessFrame(bool SkipMotion) {
   AddUnlessOverflow(BytesThisSecond, FrameBuffer.Size());
   AddUnlessOverflow(FramesThisSecond, 1);
   const bool watch = motion_detector_ && !SkipMotion;
-  DrawFrame(watch);
+  const bool drawn = DrawFrame(watch);
+  if (!SkipMotion) NoteDrawing(drawn);
   VideoStream.Refresh();
   if (!FirstFrameShown) VideoStream.Visible = true;
   FirstFrameShown = true;
@@ -35,17 +36,28 @@ void VideoServerPush::ProcessFrame(bool SkipMotion) {
 }
 
 // The thumbnail is drawn along with the picture, so that both come from one decoding.
-void VideoServerPush::DrawFrame(bool with_thumbnail) {
+bool VideoServerPush::DrawFrame(bool with_thumbnail) {
   const JpegTarget area{VideoStream.Canvas(), scale_.PixelsX(VideoStream.Width), scale_.PixelsY(VideoStream.Height)};
   const auto size =
       with_thumbnail
           ? platform_.jpeg_decoder.DrawOnAll(
                 FrameBuffer, std::array{area, JpegTarget{MotionPicture[0].Canvas(), kThumbnailSide, kThumbnailSide}})
           : platform_.jpeg_decoder.DrawOn(area, FrameBuffer);
-  if (!size) return;
+  if (!size) return false;
   const TwipsScale scale = TwipsScale::Of(platform_.screen);
   BuffPic.Width = scale.TwipsX(size->width);
   BuffPic.Height = scale.TwipsY(size->height);
+  return true;
+}
+
+// What is not drawn because there was no good answer has failed by that.
+void VideoServerPush::NoteDrawing(bool drawn) {
+  if (drawn) {
+    failure_ = {};
+  } else if (failure_.kind == FailureKind::kNone) {
+    const bool is_picture = platform_.jpeg_decoder.SizeOf(FrameBuffer).has_value();
+    failure_.kind = is_picture ? FailureKind::kDamagedPicture : FailureKind::kNoPicture;
+  }
 }
 
 // False where what showed the frame is void by now.

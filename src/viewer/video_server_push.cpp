@@ -275,6 +275,7 @@ VideoServerPush::Generation VideoServerPush::TakeOver() {
   request_under_way_ = false;
   doing_ = Doing::kNothing;
   WarningFrame.Visible = false;
+  failure_ = {};
   return generations_.Begin();
 }
 

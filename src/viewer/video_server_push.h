@@ -18,6 +18,7 @@
 #include "toolkit/generation.h"
 #include "toolkit/surface.h"
 #include "toolkit/timer_driver.h"
+#include "viewer/failure.h"
 
 /// The stream viewer: its state and members in video_server_push.h, each of its doings in a file of its own (connect,
 /// frame_loop, process_frame, disconnect, multi_cam_view, picture_export, resize, status_line), the table of its
@@ -205,6 +206,9 @@ class VideoServerPush {
   void Resize(float width, float height);
   /// What SaveImage saves, without a file: a stream's newest frame as received, else the mosaic or the test card.
   ShownPicture PictureToSave() const;
+  /// Why the newest request, of a stream or of a mosaic's tile, brought no picture. kNone where it brought one, and
+  /// from each new `Connect` or `MultiCamView` until its first answer. Set before the events that tell it.
+  Failure LastFailure() const { return failure_; }
   /// The container hides the control: the frame loop does nothing until the next successful Connect.
   void UserControl_Hide();
 
@@ -294,7 +298,8 @@ class VideoServerPush {
 
   // A frame on its way to the screen (process_frame.cpp).
   void ProcessFrame(bool SkipMotion);
-  void DrawFrame(bool with_thumbnail);
+  bool DrawFrame(bool with_thumbnail);
+  void NoteDrawing(bool drawn);
   bool DetectMotion();
   void CountFirstFrames();
 
@@ -347,6 +352,7 @@ class VideoServerPush {
   std::int32_t BytesThisSecond = 0;
   std::int32_t FramesThisSecond = 0;
   std::int32_t KilobytesPerSecond = 0;
+  Failure failure_;                 ///< Of the newest request.
   std::string LastSecondText;       ///< hh:mm:ss of the last once-a-second update.
   std::int16_t StatusLineMode = 0;  ///< TimeRetrieve shows: 0 the server's date, 1 its name, 2 its status.
   bool FirstFrameShown = false;

@@ -13,12 +13,12 @@
 namespace orbelcast::fakes {
 
 /// A decoder whose pictures are one colour: a "JPEG" is the bytes red, green, blue, width / 10, height / 10. Anything
-/// shorter cannot be read.
+/// shorter cannot be read; one without a height has a header, and cannot be drawn.
 class FakeJpegDecoder final : public JpegDecoder {
  public:
   std::optional<Size> DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets) override {
     const auto size = SizeOf(jpeg);
-    if (!size) return size;
+    if (!size || size->height == 0) return std::nullopt;
     const auto bytes = jpeg.Bytes();
     for (const JpegTarget& target : targets) {
       const int width = target.width == 0 ? size->width : target.width;

@@ -182,6 +182,50 @@ TEST_F(ViewerTest, WithAutoReconnectAFailingStreamIsSilentUntilItIsBack) {
   EXPECT_THAT(events.Take(), ElementsAre("Connected", "StreamInfo(2048,1)", "StreamInfo(2048,1)"));
 }
 
+TEST_F(ViewerTest, WhyThereIsNoPictureIsAValue) {
+  const auto failing = [](HttpFailure failure) {
+    return Answer{.headers = {}, .body = {}, .fails = true, .failure = failure};
+  };
+  const std::pair<Answer, Failure> cases[] = {
+      {failing(HttpFailure::kUnreachable), {FailureKind::kUnreachable}},
+      {failing(HttpFailure::kTimedOut), {FailureKind::kTimedOut}},
+      {failing(HttpFailure::kCutShort), {FailureKind::kCutShort}},
+      {failing(HttpFailure::kOther), {FailureKind::kNoAnswer}},
+      {WithStatus(404), {FailureKind::kStatus, 404}},
+      {Good({1, 2}), {FailureKind::kNoPicture}},
+      {Good({1, 2, 3, 64, 0}), {FailureKind::kDamagedPicture}},
+  };
+  SetFrameRate(30);  // Redraws, which count as frames, use up none of it here.
+  std::vector<Failure> told;
+  viewer->Events.ConnectionFailed.Listen([&] { told.push_back(viewer->LastFailure()); });
+  for (const auto& [answer, failure] : cases) {
+    world.http.answers = {answer};
+    viewer->Connect(kUrl);
+    EXPECT_EQ(viewer->LastFailure(), failure);
+    world.http.answers = {Good()};
+    viewer->Connect(kUrl);
+    EXPECT_EQ(viewer->LastFailure(), Failure());
+    world.http.answers = {answer};
+    Run(milliseconds(100));
+    viewer->Resize(9600, 7200);  // What was there is drawn once more, and is no newer.
+    EXPECT_EQ(viewer->LastFailure(), failure);
+    world.http.answers = {Good()};
+    Run(milliseconds(100));
+    EXPECT_EQ(viewer->LastFailure(), Failure());
+  }
+  EXPECT_THAT(told, ElementsAre(cases[0].second, cases[1].second, cases[2].second, cases[3].second, cases[4].second));
+
+  viewer->Connect("http://");
+  EXPECT_EQ(viewer->LastFailure(), (Failure{FailureKind::kUnreachable}));
+  viewer->MultiCamView("http://tile/\r\n");
+  EXPECT_EQ(viewer->LastFailure(), Failure());
+  world.http.answers = {WithStatus(404), Good()};
+  Run(milliseconds(500));
+  EXPECT_EQ(viewer->LastFailure(), (Failure{FailureKind::kStatus, 404}));
+  Run(milliseconds(500));
+  EXPECT_EQ(viewer->LastFailure(), Failure());
+}
+
 TEST_F(ViewerTest, StopGettingFramesShowsOneMoreFrame) {
   world.http.answers = {Good()};
   viewer->Connect(kUrl);
