@@ -394,10 +394,11 @@ class Examination {
     const FrameBytes body = request->ResponseBody();
     picture.bytes = body.Size();
     Surface unseen(1, 1);
-    picture.readable = platform_.jpeg_decoder.DrawJpeg(unseen, body, 1, 1);
+    const auto size = platform_.jpeg_decoder.DrawOn({unseen, 1, 1}, body);
+    picture.readable = size.has_value();
     if (!picture.readable) return picture;
-    picture.width = platform_.jpeg_decoder.JpegWidth();
-    picture.height = platform_.jpeg_decoder.JpegHeight();
+    picture.width = size->width;
+    picture.height = size->height;
     return picture;
   }
 

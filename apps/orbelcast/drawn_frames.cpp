@@ -2,16 +2,10 @@
 
 namespace orbelcast {
 
-bool DrawnFrames::DrawJpeg(Surface& target, const FrameBytes& jpeg, int width, int height) {
-  const bool drawn = ForwardingJpegDecoder::DrawJpeg(target, jpeg, width, height);
-  if (drawn) Note(jpeg);
-  return drawn;
-}
-
-bool DrawnFrames::DrawJpegAt(Surface& target, const FrameBytes& jpeg, int x, int y, int width, int height) {
-  const bool drawn = ForwardingJpegDecoder::DrawJpegAt(target, jpeg, x, y, width, height);
-  if (drawn) Note(jpeg);
-  return drawn;
+std::optional<Size> DrawnFrames::DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets) {
+  const auto size = ForwardingJpegDecoder::DrawOnAll(jpeg, targets);
+  if (size) Note(jpeg);
+  return size;
 }
 
 void DrawnFrames::Note(const FrameBytes& jpeg) {

@@ -20,8 +20,7 @@ class DrawnFrames final : public ForwardingJpegDecoder {
   /// The newest frame that was drawn, as received; empty before the first.
   const FrameBytes& Newest() const { return newest_; }
 
-  bool DrawJpeg(Surface& target, const FrameBytes& jpeg, int width, int height) override;
-  bool DrawJpegAt(Surface& target, const FrameBytes& jpeg, int x, int y, int width, int height) override;
+  std::optional<Size> DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets) override;
 
  private:
   void Note(const FrameBytes& jpeg);

@@ -32,10 +32,11 @@ class DrawnTiles final : public ForwardingJpegDecoder {
  public:
   using ForwardingJpegDecoder::ForwardingJpegDecoder;
 
-  bool DrawJpegAt(Surface& target, const FrameBytes& jpeg, int x, int y, int width, int height) override {
-    const bool drawn = ForwardingJpegDecoder::DrawJpegAt(target, jpeg, x, y, width, height);
-    if (drawn) corners_.emplace(x, y);
-    return drawn;
+  std::optional<Size> DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets) override {
+    const auto size = ForwardingJpegDecoder::DrawOnAll(jpeg, targets);
+    if (!size) return size;
+    for (const JpegTarget& target : targets) corners_.emplace(target.x, target.y);
+    return size;
   }
 
   bool Any() const { return !corners_.empty(); }

@@ -32,11 +32,11 @@ ExitStatus Snapshot(const SnapshotOptions& options, std::ostream& output, std::o
   Watcher watcher(options.watch, output, messages);
   const ExitStatus status = watcher.Run();
   if (status != kWorked || !options.json) return status;
-  const JpegDecoder& decoder = watcher.Services().jpeg_decoder;
+  const Size size = watcher.Services().jpeg_decoder.SizeOf(watcher.NewestFrame()).value_or(Size{});
   output << ToLine(Json{{"file", options.watch.picture.string()},
                         {"bytes", watcher.NewestFrame().Size()},
-                        {"width", decoder.JpegWidth()},
-                        {"height", decoder.JpegHeight()}})
+                        {"width", size.width},
+                        {"height", size.height}})
          << '\n';
   return kWorked;
 }

@@ -13,7 +13,6 @@
 #include "toolkit/controls.h"
 #include "toolkit/surface.h"
 
-/// What is shown, kept: pictures as files, and AVI clips. Who owns a recorder gives it the pictures.
 namespace orbelcast {
 
 /// Records what a viewer shows into an AVI clip: one picture each time its host says so.
@@ -71,7 +70,7 @@ class ClipRecorder {
   /// False, and Conv keeps the picture that it had, where the new one cannot be loaded.
   bool LoadIntoConv(const ShownPicture& shown);
   bool LoadIntoConv(const FrameBytes& jpeg);
-  Surface& SizeConv(int width, int height);
+  Surface& SizeConv(Size size);
   cDIB BitmapOfConv() const;
   AviStreamInfo StreamOf(const cDIB& bitmap) const;
   void Release();
@@ -81,6 +80,7 @@ class ClipRecorder {
   PictureBox& Conv;
   Host host_;
 
+  Surface loaded_;  ///< What the next picture is decoded into.
   std::unique_ptr<AviFile> file_;
   bool recording_ = false;
   std::int32_t frame_index_ = 0;
