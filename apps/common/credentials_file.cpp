@@ -1,4 +1,4 @@
-#include "credentials_file.h"
+#include "common/credentials_file.h"
 
 #include <sys/stat.h>
 

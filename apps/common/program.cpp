@@ -1,9 +1,9 @@
-#include "program.h"
+#include "common/program.h"
 
 #include <csignal>
 #include <iostream>
 
-#include "usage.h"
+#include "common/usage.h"
 
 namespace orbelcast {
 

@@ -1,11 +1,11 @@
-#include "usage.h"
+#include "common/usage.h"
 
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <string>
 #include <vector>
 
-#include "shown_text.h"
+#include "common/shown_text.h"
 
 namespace orbelcast {
 

@@ -1,4 +1,4 @@
-#include "clip_options.h"
+#include "orbelcast/clip_options.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -6,8 +6,8 @@
 #include <string_view>
 
 #include "adapters/posix/named_file.h"
+#include "common/within.h"
 #include "toolkit/ascii.h"
-#include "within.h"
 
 namespace orbelcast {
 

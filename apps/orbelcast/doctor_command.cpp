@@ -1,4 +1,4 @@
-#include "doctor_command.h"
+#include "orbelcast/doctor_command.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -17,19 +17,19 @@
 #include <vector>
 
 #include "assembly/headless_platform.h"
-#include "doctor_report.h"
-#include "http_status.h"
-#include "network_steps.h"
-#include "option_values.h"
+#include "common/http_status.h"
+#include "common/shown_text.h"
+#include "orbelcast/doctor_report.h"
+#include "orbelcast/network_steps.h"
+#include "orbelcast/option_values.h"
+#include "orbelcast/seconds.h"
+#include "orbelcast/server_entries.h"
+#include "orbelcast/watcher.h"
 #include "protocol/relay.h"
 #include "protocol/server_address.h"
 #include "protocol/server_info.h"
 #include "protocol/text.h"
-#include "seconds.h"
-#include "server_entries.h"
-#include "shown_text.h"
 #include "toolkit/ascii.h"
-#include "watcher.h"
 
 namespace orbelcast {
 

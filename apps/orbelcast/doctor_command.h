@@ -3,8 +3,8 @@
 #include <iosfwd>
 #include <string>
 
-#include "access.h"
-#include "exit_status.h"
+#include "common/access.h"
+#include "orbelcast/exit_status.h"
 
 namespace CLI {
 class App;

@@ -1,4 +1,4 @@
-#include "drawn_frames.h"
+#include "orbelcast/drawn_frames.h"
 
 namespace orbelcast {
 

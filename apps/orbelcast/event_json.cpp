@@ -1,4 +1,4 @@
-#include "event_json.h"
+#include "orbelcast/event_json.h"
 
 #include <array>
 #include <charconv>
@@ -6,7 +6,7 @@
 #include <utility>
 #include <variant>
 
-#include "shown_text.h"
+#include "common/shown_text.h"
 #include "toolkit/visible_text.h"
 
 namespace orbelcast {

@@ -1,4 +1,4 @@
-#include "info_command.h"
+#include "orbelcast/info_command.h"
 
 #include <unistd.h>
 #include <CLI/CLI.hpp>
@@ -9,15 +9,15 @@
 #include <vector>
 
 #include "assembly/headless_platform.h"
-#include "colours.h"
-#include "event_json.h"
-#include "http_status.h"
-#include "option_values.h"
+#include "common/colours.h"
+#include "common/http_status.h"
+#include "common/shown_text.h"
+#include "orbelcast/event_json.h"
+#include "orbelcast/option_values.h"
+#include "orbelcast/server_entries.h"
 #include "protocol/relay.h"
 #include "protocol/server_info.h"
 #include "protocol/text.h"
-#include "server_entries.h"
-#include "shown_text.h"
 #include "toolkit/ascii.h"
 
 namespace orbelcast {

@@ -1,4 +1,4 @@
-#include "log_command.h"
+#include "orbelcast/log_command.h"
 
 #include <CLI/CLI.hpp>
 #include <cstdint>
@@ -7,13 +7,13 @@
 
 #include "adapters/posix/named_file.h"
 #include "assembly/headless_platform.h"
-#include "http_status.h"
-#include "option_values.h"
+#include "common/http_status.h"
+#include "common/shown_text.h"
+#include "orbelcast/option_values.h"
+#include "orbelcast/server_entries.h"
 #include "protocol/relay.h"
 #include "protocol/server_address.h"
 #include "protocol/text.h"
-#include "server_entries.h"
-#include "shown_text.h"
 
 namespace orbelcast {
 

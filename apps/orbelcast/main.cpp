@@ -8,21 +8,21 @@
 #include <utility>
 #include <vector>
 
-#include "doctor_command.h"
-#include "exit_status.h"
-#include "info_command.h"
-#include "log_command.h"
-#include "mosaic_command.h"
-#include "play_command.h"
-#include "program.h"
-#include "record_command.h"
-#include "register_command.h"
-#include "script/script_command.h"
-#include "snapshot_command.h"
+#include "common/program.h"
+#include "common/usage.h"
+#include "orbelcast/doctor_command.h"
+#include "orbelcast/exit_status.h"
+#include "orbelcast/info_command.h"
+#include "orbelcast/log_command.h"
+#include "orbelcast/mosaic_command.h"
+#include "orbelcast/play_command.h"
+#include "orbelcast/record_command.h"
+#include "orbelcast/register_command.h"
+#include "orbelcast/script/script_command.h"
+#include "orbelcast/snapshot_command.h"
+#include "orbelcast/watch_options.h"
+#include "orbelcast/watcher.h"
 #include "toolkit/version.h"
-#include "usage.h"
-#include "watch_options.h"
-#include "watcher.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "mosaic_command.h"
+#include "orbelcast/mosaic_command.h"
 
 #include <CLI/CLI.hpp>
 #include <memory>
@@ -8,15 +8,15 @@
 
 #include "adapters/http/yielding_http.h"
 #include "assembly/headless_platform.h"
-#include "event_json.h"
+#include "common/shown_text.h"
+#include "common/stop_signals.h"
 #include "mosaic/mosaic_tile.h"
-#include "option_values.h"
-#include "picture_file.h"
-#include "play_command.h"
-#include "seconds.h"
-#include "shown_text.h"
-#include "stop_signals.h"
-#include "timed_clip.h"
+#include "orbelcast/event_json.h"
+#include "orbelcast/option_values.h"
+#include "orbelcast/picture_file.h"
+#include "orbelcast/play_command.h"
+#include "orbelcast/seconds.h"
+#include "orbelcast/timed_clip.h"
 #include "viewer/interface.h"
 #include "viewer/video_server_push.h"
 

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "access.h"
-#include "clip_options.h"
-#include "exit_status.h"
+#include "common/access.h"
+#include "orbelcast/clip_options.h"
+#include "orbelcast/exit_status.h"
 
 namespace CLI {
 class App;

@@ -1,4 +1,4 @@
-#include "network_steps.h"
+#include "orbelcast/network_steps.h"
 
 #include <netdb.h>
 #include <poll.h>

@@ -1,11 +1,11 @@
-#include "option_values.h"
+#include "orbelcast/option_values.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
 #include "adapters/posix/named_file.h"
+#include "common/shown_text.h"
 #include "protocol/text.h"
-#include "shown_text.h"
 #include "toolkit/ascii.h"
 
 namespace orbelcast {

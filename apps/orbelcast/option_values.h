@@ -10,9 +10,9 @@
 #include <string_view>
 #include <system_error>
 
-#include "access.h"
-#include "picture_file.h"
-#include "within.h"
+#include "common/access.h"
+#include "common/within.h"
+#include "orbelcast/picture_file.h"
 
 /// What the commands' options have in common. What is wrong with a value is a CLI::ValidationError that says what is
 /// expected.

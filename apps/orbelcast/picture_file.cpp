@@ -1,4 +1,4 @@
-#include "picture_file.h"
+#include "orbelcast/picture_file.h"
 
 #include "adapters/posix/named_file.h"
 #include "recording/picture_file.h"

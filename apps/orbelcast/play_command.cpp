@@ -1,4 +1,4 @@
-#include "play_command.h"
+#include "orbelcast/play_command.h"
 
 #include <unistd.h>
 

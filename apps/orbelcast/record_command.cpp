@@ -1,4 +1,4 @@
-#include "record_command.h"
+#include "orbelcast/record_command.h"
 
 #include <unistd.h>
 #include <CLI/CLI.hpp>
@@ -8,11 +8,11 @@
 #include <cstdio>
 #include <ostream>
 
-#include "event_json.h"
-#include "option_values.h"
-#include "seconds.h"
-#include "timed_clip.h"
-#include "watcher.h"
+#include "orbelcast/event_json.h"
+#include "orbelcast/option_values.h"
+#include "orbelcast/seconds.h"
+#include "orbelcast/timed_clip.h"
+#include "orbelcast/watcher.h"
 
 namespace orbelcast {
 

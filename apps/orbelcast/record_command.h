@@ -4,9 +4,9 @@
 #include <optional>
 #include <string>
 
-#include "access.h"
-#include "clip_options.h"
-#include "exit_status.h"
+#include "common/access.h"
+#include "orbelcast/clip_options.h"
+#include "orbelcast/exit_status.h"
 
 namespace CLI {
 class App;

@@ -1,4 +1,4 @@
-#include "register_command.h"
+#include "orbelcast/register_command.h"
 
 #include <dlfcn.h>
 #include <link.h>

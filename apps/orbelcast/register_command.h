@@ -2,7 +2,7 @@
 
 #include <iosfwd>
 
-#include "exit_status.h"
+#include "orbelcast/exit_status.h"
 
 namespace orbelcast {
 

@@ -1,10 +1,10 @@
-#include "server_entries.h"
+#include "orbelcast/server_entries.h"
 
 #include <CLI/CLI.hpp>
 
+#include "common/shown_text.h"
 #include "protocol/limits.h"
 #include "protocol/text.h"
-#include "shown_text.h"
 #include "toolkit/ascii.h"
 
 namespace orbelcast {

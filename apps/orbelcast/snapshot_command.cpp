@@ -1,11 +1,11 @@
-#include "snapshot_command.h"
+#include "orbelcast/snapshot_command.h"
 
 #include <CLI/CLI.hpp>
 #include <ostream>
 
-#include "event_json.h"
-#include "option_values.h"
-#include "watcher.h"
+#include "orbelcast/event_json.h"
+#include "orbelcast/option_values.h"
+#include "orbelcast/watcher.h"
 
 namespace orbelcast {
 

@@ -2,8 +2,8 @@
 
 #include <iosfwd>
 
-#include "exit_status.h"
-#include "watch_options.h"
+#include "orbelcast/exit_status.h"
+#include "orbelcast/watch_options.h"
 
 namespace CLI {
 class App;

@@ -1,4 +1,4 @@
-#include "timed_clip.h"
+#include "orbelcast/timed_clip.h"
 
 #include <algorithm>
 #include <chrono>

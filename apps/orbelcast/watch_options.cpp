@@ -1,14 +1,14 @@
-#include "watch_options.h"
+#include "orbelcast/watch_options.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <string_view>
 #include <vector>
 
-#include "option_values.h"
+#include "common/within.h"
+#include "orbelcast/option_values.h"
 #include "protocol/text.h"
 #include "viewer/interface.h"
-#include "within.h"
 
 namespace orbelcast {
 

@@ -7,7 +7,7 @@
 #include <set>
 #include <string>
 
-#include "access.h"
+#include "common/access.h"
 
 namespace CLI {
 class App;

@@ -1,14 +1,14 @@
-#include "watcher.h"
+#include "orbelcast/watcher.h"
 
 #include <chrono>
 #include <ostream>
 
-#include "event_json.h"
-#include "picture_file.h"
-#include "seconds.h"
-#include "server_entries.h"
-#include "shown_text.h"
-#include "stop_signals.h"
+#include "common/shown_text.h"
+#include "common/stop_signals.h"
+#include "orbelcast/event_json.h"
+#include "orbelcast/picture_file.h"
+#include "orbelcast/seconds.h"
+#include "orbelcast/server_entries.h"
 
 namespace orbelcast {
 

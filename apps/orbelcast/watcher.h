@@ -6,11 +6,11 @@
 #include <string>
 
 #include "assembly/headless_platform.h"
-#include "drawn_frames.h"
-#include "exit_status.h"
+#include "orbelcast/drawn_frames.h"
+#include "orbelcast/exit_status.h"
+#include "orbelcast/watch_options.h"
 #include "viewer/interface.h"
 #include "viewer/video_server_push.h"
-#include "watch_options.h"
 
 namespace orbelcast {
 

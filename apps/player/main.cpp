@@ -19,14 +19,14 @@
 #include <vector>
 
 #include "adapters/posix/named_file.h"
-#include "player_options.h"
-#include "player_window.h"
-#include "program.h"
-#include "server_dialog.h"
-#include "stop_signals.h"
+#include "common/program.h"
+#include "common/stop_signals.h"
+#include "common/usage.h"
+#include "player/player_options.h"
+#include "player/player_window.h"
+#include "player/server_dialog.h"
+#include "player/viewer_window.h"
 #include "toolkit/version.h"
-#include "usage.h"
-#include "viewer_window.h"
 #include "widgets/qt_platform.h"
 
 namespace {

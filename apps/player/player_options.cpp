@@ -1,4 +1,4 @@
-#include "player_options.h"
+#include "player/player_options.h"
 
 #include <CLI/CLI.hpp>
 #include <QStringList>
@@ -8,7 +8,7 @@
 #include <cstdio>
 
 #include "adapters/posix/named_file.h"
-#include "within.h"
+#include "common/within.h"
 
 namespace orbelcast {
 

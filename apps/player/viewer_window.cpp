@@ -1,4 +1,4 @@
-#include "viewer_window.h"
+#include "player/viewer_window.h"
 
 #include <QKeySequence>
 #include <QPointer>
@@ -12,7 +12,7 @@
 #include <iostream>
 #include <vector>
 
-#include "http_status.h"
+#include "common/http_status.h"
 #include "viewer/video_server_push.h"
 
 namespace orbelcast {
