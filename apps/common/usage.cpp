@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "common/exit_status.h"
 #include "common/shown_text.h"
 
 namespace orbelcast {
@@ -58,7 +59,7 @@ int ReportUsage(const CLI::App& app, const CLI::ParseError& error) {
   const CLI::App& command = CommandOf(app);
   std::cerr << app.get_name() << ": " << Shown(WhatIsWrong(app, error)) << "\nSee '" << FullName(app, command)
             << " --help'.\n";
-  return kWrongUsage;
+  return kBadUsage;
 }
 
 }  // namespace orbelcast

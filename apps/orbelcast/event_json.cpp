@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <ostream>
 #include <utility>
 #include <variant>
 
@@ -41,6 +42,11 @@ Json EventToJson(const EventEntry& event, std::string_view control, std::span<co
   line["from"] = control;
   line["args"] = std::move(values);
   return line;
+}
+
+bool PrintViewerEvent(std::ostream& output, const EventEntry& event, std::span<const EventArgument> arguments) {
+  output << ToLine(WithoutPasswords(EventToJson(event, "viewer", arguments))) << std::endl;
+  return output.good();
 }
 
 Json NumberToJson(float number) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <iosfwd>
 #include <nlohmann/json.hpp>
 #include <span>
 #include <string>
@@ -15,6 +16,10 @@ using Json = nlohmann::ordered_json;
 /// One event as it is told to people and programs: {"event":NAME,"from":CONTROL,"args":{ARG:VALUE,…}}, the arguments
 /// under the interface's own names, in its own order. `control` is the host's name of the control that raised it.
 Json EventToJson(const EventEntry& event, std::string_view control, std::span<const EventArgument> arguments);
+
+/// Prints an event of the one viewer of a host as a line, without passwords, at once: others read along. False where
+/// that cannot be written.
+bool PrintViewerEvent(std::ostream& output, const EventEntry& event, std::span<const EventArgument> arguments);
 
 /// A number as JSON: a whole one without decimals, others with no more digits than tell it apart from its neighbours.
 Json NumberToJson(float number);

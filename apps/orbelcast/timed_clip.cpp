@@ -23,12 +23,6 @@ std::string SizeText(std::uintmax_t bytes) {
   return text;
 }
 
-bool HasContent(const std::filesystem::path& file) {
-  std::error_code error;
-  const auto size = std::filesystem::file_size(file, error);
-  return !error && size > 0;
-}
-
 }  // namespace
 
 AviStreamInfo TimedClip::RateOfInterval(int milliseconds) {

@@ -1,4 +1,4 @@
-#include "orbelcast/doctor_report.h"
+#include "orbelcast/doctor/doctor_report.h"
 
 #include <unistd.h>
 
