@@ -23,6 +23,7 @@ class FrameInHand final : public HttpRequest {
   bool Send() override { return true; }
   bool WaitForResponse(std::optional<std::chrono::milliseconds>) override { return true; }
   int Status() override { return 200; }
+  HttpFailure Failure() override { return HttpFailure::kNone; }
   std::string_view GetResponseHeader(std::string_view) override { return {}; }
   std::string GetAllResponseHeaders() override { return {}; }
   std::string ResponseText() override { return {}; }
@@ -81,8 +82,8 @@ class Parts final : public Road {
     settings_.Threshold = MotionThreshold(sensitivity);
   }
   void Show(const FrameBytes& frame) override {
-    decoder_.DrawJpeg(area_, frame, area_.Width(), area_.Height());
-    decoder_.DrawJpeg(current_, frame, kWholePicture, kWholePicture);
+    const JpegTarget targets[]{{area_, area_.Width(), area_.Height()}, {current_, kWholePicture, kWholePicture}};
+    decoder_.DrawOnAll(frame, targets);
     ScanMotion(current_, reference_, overlay_, settings_, [] { return true; });
   }
   Surface Shown() override { return area_; }

@@ -21,11 +21,12 @@ ExitStatus Snapshot(const SnapshotOptions& options) {
   Watcher watcher(options.watch, std::cout, std::cerr);
   const ExitStatus status = watcher.Run();
   if (status != kWorked || !options.json) return status;
-  const JpegDecoder& decoder = watcher.Host().Services().jpeg_decoder;
+  const FrameBytes& picture = watcher.Host().Pictures().Newest();
+  const Size size = watcher.Host().Services().jpeg_decoder.SizeOf(picture).value_or(Size{});
   std::cout << ToLine(Json{{"file", options.watch.picture.string()},
-                           {"bytes", watcher.Host().Pictures().Newest().Size()},
-                           {"width", decoder.JpegWidth()},
-                           {"height", decoder.JpegHeight()}})
+                           {"bytes", picture.Size()},
+                           {"width", size.width},
+                           {"height", size.height}})
             << '\n';
   return kWorked;
 }

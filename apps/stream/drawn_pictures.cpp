@@ -2,25 +2,15 @@
 
 namespace orbelcast {
 
-bool DrawnPictures::DrawJpeg(Surface& target, const FrameBytes& jpeg, int width, int height) {
-  const bool drawn = ForwardingJpegDecoder::DrawJpeg(target, jpeg, width, height);
-  if (drawn) Note(jpeg);
-  return drawn;
-}
-
-bool DrawnPictures::DrawJpegAt(Surface& target, const FrameBytes& jpeg, int x, int y, int width, int height) {
-  const bool drawn = ForwardingJpegDecoder::DrawJpegAt(target, jpeg, x, y, width, height);
-  if (!drawn) return false;
-  corners_.emplace(x, y);
-  Note(jpeg);
-  return true;
-}
-
-void DrawnPictures::Note(const FrameBytes& jpeg) {
-  if (jpeg.Serial() == newest_.Serial()) return;
+std::optional<Size> DrawnPictures::DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets) {
+  const auto size = ForwardingJpegDecoder::DrawOnAll(jpeg, targets);
+  if (!size) return size;
+  for (const JpegTarget& target : targets) corners_.emplace(target.x, target.y);
+  if (jpeg.Serial() == newest_.Serial()) return size;
   newest_ = jpeg;
   ++count_;
   if (on_picture) on_picture();
+  return size;
 }
 
 }  // namespace orbelcast

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <set>
+#include <span>
 #include <utility>
 
 #include "platform/jpeg_decoder.h"
@@ -20,15 +22,12 @@ class DrawnPictures final : public ForwardingJpegDecoder {
   int Count() const { return count_; }
   /// The newest picture that was drawn, as received; empty before the first.
   const FrameBytes& Newest() const { return newest_; }
-  /// Whether one was drawn as a tile whose top-left corner is there, in pixels.
+  /// Whether one was drawn with its top-left corner there, in pixels.
   bool At(int x, int y) const { return corners_.contains({x, y}); }
 
-  bool DrawJpeg(Surface& target, const FrameBytes& jpeg, int width, int height) override;
-  bool DrawJpegAt(Surface& target, const FrameBytes& jpeg, int x, int y, int width, int height) override;
+  std::optional<Size> DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets) override;
 
  private:
-  void Note(const FrameBytes& jpeg);
-
   FrameBytes newest_;
   int count_ = 0;
   std::set<std::pair<int, int>> corners_;

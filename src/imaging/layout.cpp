@@ -2,15 +2,15 @@
 
 namespace orbelcast {
 
-Box ThumbnailBox(float overlay_width, float overlay_height, float twips_x, float twips_y) {
-  const float width = kMotionPictureWidth * twips_x;
-  const float height = kMotionPictureHeight * twips_y;
-  return {width - overlay_width - kMotionPictureMargin * twips_x,
-          height - overlay_height - kMotionPictureMargin * twips_y, width, height};
+Box ThumbnailBox(float overlay_width, float overlay_height, TwipsScale scale) {
+  const float width = scale.TwipsX(kMotionPictureWidth);
+  const float height = scale.TwipsY(kMotionPictureHeight);
+  return {width - overlay_width - scale.TwipsX(kMotionPictureMargin),
+          height - overlay_height - scale.TwipsY(kMotionPictureMargin), width, height};
 }
 
-Box OverlayBox(float twips_x, float twips_y) {
-  return ThumbnailBox(kMotionPictureWidth * twips_x, kMotionPictureHeight * twips_y, twips_x, twips_y);
+Box OverlayBox(TwipsScale scale) {
+  return ThumbnailBox(scale.TwipsX(kMotionPictureWidth), scale.TwipsY(kMotionPictureHeight), scale);
 }
 
 Box Centred(float width, float height, float area_width, float area_height) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "toolkit/twips.h"
+
 namespace orbelcast {
 
 /// A place in twips.
@@ -11,16 +13,16 @@ struct Box {
 };
 
 /// Size of the three motion pictures in pixels.
-inline constexpr float kMotionPictureWidth = 89;
-inline constexpr float kMotionPictureHeight = 82;
+inline constexpr int kMotionPictureWidth = 89;
+inline constexpr int kMotionPictureHeight = 82;
 /// How far the motion overlay stands out of the control's top-left corner, in pixels.
-inline constexpr float kMotionPictureMargin = 5;
+inline constexpr int kMotionPictureMargin = 5;
 
-/// Where a hidden thumbnail goes, given the overlay's size as it is at that moment.
-Box ThumbnailBox(float overlay_width, float overlay_height, float twips_x, float twips_y);
+/// Where a hidden thumbnail goes, given the overlay's size in twips as it is at that moment.
+Box ThumbnailBox(float overlay_width, float overlay_height, TwipsScale scale);
 
 /// Where the motion overlay goes: the top-left corner, its first five rows and columns outside.
-Box OverlayBox(float twips_x, float twips_y);
+Box OverlayBox(TwipsScale scale);
 
 /// A box of the given size in the middle of an area; outside it where the area is smaller.
 Box Centred(float width, float height, float area_width, float area_height);

@@ -14,6 +14,16 @@ namespace orbelcast {
 /// The status of an answer that has what was asked for.
 inline constexpr int kHttpOk = 200;
 
+/// Why an exchange ended without an answer.
+enum class HttpFailure {
+  kNone,         ///< It did not: there is an answer, or nothing was sent yet.
+  kUnreachable,  ///< The address cannot be asked, its host is unknown, or does not take the connection.
+  kTimedOut,     ///< One of the limits ran out.
+  kCutShort,     ///< The connection ended before the answer was complete, or what came is no answer within the limits.
+  kAborted,      ///< By `Abort`.
+  kOther,        ///< Too many redirects, no memory, and what else there is.
+};
+
 /// One HTTP exchange after another with one server, as the controls make them.
 ///
 /// A request is in one of five states, and each step says what it moves:
@@ -66,6 +76,9 @@ class HttpRequest {
 
   /// HTTP status of the answer; 0 in every state but answered. Reading changes nothing, here and below.
   virtual int Status() = 0;
+  /// Why there is no answer: of a request that failed what ended the exchange, of one whose address was refused
+  /// kUnreachable, else kNone.
+  virtual HttpFailure Failure() = 0;
   /// The value of a header of the answer, blanks around it removed; empty where it, or the answer, is absent. Names
   /// match in any letter case; the first of several wins. Valid until the next `Open` or `Send`.
   virtual std::string_view GetResponseHeader(std::string_view name) = 0;
@@ -103,6 +116,7 @@ class ForwardingHttpRequest : public HttpRequest {
     return alive->WaitForResponse(limit);
   }
   int Status() override { return request_->Status(); }
+  HttpFailure Failure() override { return request_->Failure(); }
   std::string_view GetResponseHeader(std::string_view name) override { return request_->GetResponseHeader(name); }
   std::string GetAllResponseHeaders() override { return request_->GetAllResponseHeaders(); }
   std::string ResponseText() override { return request_->ResponseText(); }

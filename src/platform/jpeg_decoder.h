@@ -1,30 +1,53 @@
 #pragma once
 
+#include <optional>
+#include <span>
+
 #include "platform/frame_bytes.h"
 
 namespace orbelcast {
 
 class Surface;
 
+/// A size in pixels.
+struct Size {
+  int width = 0;
+  int height = 0;
+};
+
+/// A place to draw a picture: stretched to `width` × `height` pixels with its top-left corner at (x, y), clipped to the
+/// surface. A width or height of 0 is the picture's own.
+struct JpegTarget {
+  Surface& surface;
+  int width = 0;
+  int height = 0;
+  int x = 0;
+  int y = 0;
+};
+
 /// Draws JPEG pictures onto surfaces.
 ///
-/// The entropy-coded data of one frame (one `FrameBytes::Serial`) is decoded once, however many surfaces it is drawn
-/// on. A picture that ends early, cannot be read, or has more than Surface::kMaxPixels draws nothing, and neither does
-/// a large one while the process has many pixels already: the call answers false and the surface keeps what it had.
+/// The entropy-coded data of one frame (one `FrameBytes::Serial`) is decoded once, at the smallest scale that serves
+/// all targets of a call; a later call draws from what an earlier one decoded, while that is there and large enough.
 class JpegDecoder {
  public:
   virtual ~JpegDecoder() = default;
 
-  /// Draws the picture stretched to `width` × `height` pixels at the top-left corner, clipped to the surface. Width and
-  /// height 0 mean the picture's own size.
-  virtual bool DrawJpeg(Surface& target, const FrameBytes& jpeg, int width, int height) = 0;
+  /// Draws the picture on every target, in their order; each is on a surface of its own. Returns the picture's own
+  /// size.
+  ///
+  /// Nothing is drawn and nothing returned for a picture that ends early, cannot be read or has more than
+  /// Surface::kMaxPixels, nor for a large one while the process has many pixels already: every surface keeps what it
+  /// had. A target whose width or height is negative or above Surface::kMaxSide is left out; without any other nothing
+  /// is returned.
+  virtual std::optional<Size> DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets) = 0;
 
-  /// Draws the picture stretched into the rectangle at (x, y), clipped to the surface.
-  virtual bool DrawJpegAt(Surface& target, const FrameBytes& jpeg, int x, int y, int width, int height) = 0;
+  /// The same with one target.
+  std::optional<Size> DrawOn(const JpegTarget& target, const FrameBytes& jpeg) { return DrawOnAll(jpeg, {&target, 1}); }
 
-  /// Native size in pixels of the last picture that was decoded; 0 before the first.
-  virtual int JpegWidth() const = 0;
-  virtual int JpegHeight() const = 0;
+  /// The picture's own size from its header, without decoding it; nothing where the header cannot be read or promises
+  /// more than Surface::kMaxPixels. The picture may turn out to be damaged all the same.
+  virtual std::optional<Size> SizeOf(const FrameBytes& jpeg) = 0;
 };
 
 /// Passes everything on to another decoder, which outlives it; what is derived from it changes a step or two.
@@ -32,14 +55,10 @@ class ForwardingJpegDecoder : public JpegDecoder {
  public:
   explicit ForwardingJpegDecoder(JpegDecoder& decoder) : decoder_(decoder) {}
 
-  bool DrawJpeg(Surface& target, const FrameBytes& jpeg, int width, int height) override {
-    return decoder_.DrawJpeg(target, jpeg, width, height);
+  std::optional<Size> DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets) override {
+    return decoder_.DrawOnAll(jpeg, targets);
   }
-  bool DrawJpegAt(Surface& target, const FrameBytes& jpeg, int x, int y, int width, int height) override {
-    return decoder_.DrawJpegAt(target, jpeg, x, y, width, height);
-  }
-  int JpegWidth() const override { return decoder_.JpegWidth(); }
-  int JpegHeight() const override { return decoder_.JpegHeight(); }
+  std::optional<Size> SizeOf(const FrameBytes& jpeg) override { return decoder_.SizeOf(jpeg); }
 
  private:
   JpegDecoder& decoder_;

@@ -108,25 +108,25 @@ bool ClipRecorder::LoadIntoConv(const ShownPicture& shown) {
   if (const auto* jpeg = std::get_if<FrameBytes>(&shown)) return LoadIntoConv(*jpeg);
   const Surface& picture = *std::get<const Surface*>(shown);
   if (picture.Empty()) return false;
-  SizeConv(picture.Width(), picture.Height()).Draw(picture, 0, 0);
+  SizeConv({picture.Width(), picture.Height()}).Draw(picture, 0, 0);
   return true;
 }
 
 bool ClipRecorder::LoadIntoConv(const FrameBytes& jpeg) {
-  // Its size is known once it was drawn somewhere, which costs least where it is smallest.
-  JpegDecoder& decoder = platform_.jpeg_decoder;
-  Surface anywhere(1, 1);
-  if (!decoder.DrawJpeg(anywhere, jpeg, 1, 1)) return false;
-  const int width = decoder.JpegWidth();
-  const int height = decoder.JpegHeight();
-  return std::int64_t{width} * height <= kMaxPixels && decoder.DrawJpeg(SizeConv(width, height), jpeg, 0, 0);
+  const auto size = platform_.jpeg_decoder.SizeOf(jpeg);
+  if (!size || std::int64_t{size->width} * size->height > kMaxPixels) return false;
+  // Beside Conv, which stays as it is where the picture turns out to be damaged.
+  loaded_.Resize(size->width, size->height, 0);
+  if (!platform_.jpeg_decoder.DrawOn({loaded_}, jpeg)) return false;
+  SizeConv(*size).Swap(loaded_);
+  return true;
 }
 
-Surface& ClipRecorder::SizeConv(int width, int height) {
+Surface& ClipRecorder::SizeConv(Size size) {
   const auto scale = TwipsScale::Of(platform_.screen);
   Conv.SetScale(scale);
-  Conv.Width = scale.TwipsX(width);
-  Conv.Height = scale.TwipsY(height);
+  Conv.Width = scale.TwipsX(size.width);
+  Conv.Height = scale.TwipsY(size.height);
   return Conv.Canvas();
 }
 
@@ -140,6 +140,7 @@ AviStreamInfo ClipRecorder::StreamOf(const cDIB& bitmap) const {
 void ClipRecorder::Release() {
   if (file_) file_->Release();
   file_.reset();
+  loaded_ = {};
 }
 
 void ClipRecorder::Fail(const std::string& text) {

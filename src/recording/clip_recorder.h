@@ -71,7 +71,7 @@ class ClipRecorder {
   /// False, and Conv keeps the picture that it had, where the new one cannot be loaded.
   bool LoadIntoConv(const ShownPicture& shown);
   bool LoadIntoConv(const FrameBytes& jpeg);
-  Surface& SizeConv(int width, int height);
+  Surface& SizeConv(Size size);
   cDIB BitmapOfConv() const;
   AviStreamInfo StreamOf(const cDIB& bitmap) const;
   void Release();
@@ -81,6 +81,7 @@ class ClipRecorder {
   PictureBox& Conv;
   Host host_;
 
+  Surface loaded_;  ///< What the next picture is decoded into.
   std::unique_ptr<AviFile> file_;
   bool recording_ = false;
   std::int32_t frame_index_ = 0;

@@ -80,8 +80,10 @@ std::optional<bool> VideoServerPush::SendFirstRequest(const std::string& msg, co
   const bool sent = request->Send();
   const bool answered = request->WaitForResponse();
   if (!mine.IsCurrent()) return std::nullopt;
+  const bool worked = opened && sent && answered;
+  failure_ = FailureOf(*request, worked);
   if (!msg.empty()) WarningFrame.Visible = false;
-  return opened && sent && answered;
+  return worked;
 }
 
 // False where the Connect is void, as of the following.

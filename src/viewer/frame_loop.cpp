@@ -77,7 +77,8 @@ std::optional<bool> VideoServerPush::RequestFrame(HttpRequest& request, const Ge
   if (!Yield(mine)) return std::nullopt;
   const bool answered = request.WaitForResponse();
   if (!mine.IsCurrent()) return std::nullopt;
-  return opened && sent && answered && request.Status() == kHttpOk;
+  failure_ = FailureOf(request, opened && sent && answered);
+  return failure_.kind == FailureKind::kNone;
 }
 
 bool VideoServerPush::OpenRequest(HttpRequest& request) const {
@@ -89,8 +90,7 @@ bool VideoServerPush::OpenRequest(HttpRequest& request) const {
 void VideoServerPush::FailTick(const Generation& mine) {
   const float left = VideoStream.Width / 2 - IconNet.Width / 2;
   const float top = VideoStream.Height / 2 - IconNet.Height / 2;
-  VideoStream.Canvas().Draw(IconNet.Picture(), RoundToEven(left / static_cast<float>(TwipsPerPixelX)),
-                            RoundToEven(top / static_cast<float>(TwipsPerPixelY)));
+  VideoStream.Canvas().Draw(IconNet.Picture(), scale_.PixelsX(left), scale_.PixelsY(top));
   VideoStream.Refresh();
   if (auto_reconnect_) return;
   if (++FailureCount < kFailuresToBreak) return;
@@ -172,6 +172,7 @@ void VideoServerPush::RequestEnd() {
   const Generation mine = generations_.Current();
   const std::shared_ptr<HttpRequest> request = request_under_way_ ? platform_.http.Create() : Requester;
   FrameBuffer = request->ResponseBody();
+  if (!request_under_way_) failure_ = FailureOf(*request, true);
   if (request->Status() != kHttpOk && ++FailureCount >= kFailuresToBreak) {
     Events.ConnectionBroken();
     if (!mine.IsCurrent()) return;

@@ -5,7 +5,6 @@
 
 #include "protocol/server_address.h"
 #include "protocol/text.h"
-#include "toolkit/rounding.h"
 #include "viewer/video_server_push.h"
 
 namespace orbelcast {
@@ -61,8 +60,8 @@ void VideoServerPush::MultiCam_Timer() {
     Events.StreamInfo(bytes, rounds);
     if (!mine.IsCurrent()) return;
   }
-  const std::int32_t width = RoundToEven(VideoStream.Width / static_cast<float>(TwipsPerPixelX));
-  const std::int32_t height = RoundToEven(VideoStream.Height / static_cast<float>(TwipsPerPixelY));
+  const std::int32_t width = scale_.PixelsX(VideoStream.Width);
+  const std::int32_t height = scale_.PixelsY(VideoStream.Height);
   const std::int32_t index = mosaic_round_.Next();
   const auto tile = PlaceTile(index, cameras, width, height);
   if (!tile) return;
@@ -87,8 +86,9 @@ std::optional<bool> VideoServerPush::FetchTile(const std::string& address, const
   request->Open("GET", address);
   request->LimitExchange(kTileLimit);
   request->Send();
-  request->WaitForResponse(kTileLimit);
+  const bool answered = request->WaitForResponse(kTileLimit);
   if (!mine.IsCurrent()) return std::nullopt;
+  failure_ = FailureOf(*request, answered);
   FrameBuffer = request->ResponseBody();
   return request->Status() == kHttpOk && FrameBuffer.Size() > 1;
 }
@@ -97,8 +97,10 @@ void VideoServerPush::PaintTile(const MosaicTile& tile, bool fetched) {
   Surface& area = VideoStream.Canvas();
   if (!fetched) {
     area.FillBox(tile.x, tile.y, tile.x + tile.width, tile.y + tile.height, kBlack);
+    NoteDrawing(false);
   } else if (tile.width > 0 && tile.height > 0) {
-    platform_.jpeg_decoder.DrawJpegAt(area, FrameBuffer, tile.x, tile.y, tile.width, tile.height);
+    const JpegTarget target{area, tile.width, tile.height, tile.x, tile.y};
+    NoteDrawing(platform_.jpeg_decoder.DrawOn(target, FrameBuffer).has_value());
   }
 }
 

@@ -33,13 +33,13 @@ std::vector<std::uint8_t> VideoServerPush::GetPictureArray() const {
 
 std::optional<Surface> VideoServerPush::GetPicture() {
   Surface& buffer = BuffPic.Canvas();
-  if (!platform_.jpeg_decoder.DrawJpeg(buffer, FrameBuffer, 0, 0)) return std::nullopt;
+  if (!platform_.jpeg_decoder.DrawOn({buffer}, FrameBuffer)) return std::nullopt;
   return buffer;
 }
 
 void VideoServerPush::RenderPicture(std::int32_t PictureHdc, std::int32_t sX, std::int32_t sY) {
   Surface* surface = platform_.device_contexts.Find(PictureHdc);
-  if (surface != nullptr) platform_.jpeg_decoder.DrawJpeg(*surface, FrameBuffer, sX, sY);
+  if (surface != nullptr) platform_.jpeg_decoder.DrawOn({*surface, sX, sY}, FrameBuffer);
 }
 
 }  // namespace orbelcast

@@ -1,8 +1,8 @@
 // The road of one frame from FrameBuffer to the screen, and what its motion is told as.
 
+#include <array>
 #include <limits>
 
-#include "toolkit/rounding.h"
 #include "viewer/video_server_push.h"
 
 namespace orbelcast {
@@ -22,31 +22,48 @@ void AddUnlessOverflow(std::int32_t& counter, std::size_t amount) {
 }  // namespace
 
 void VideoServerPush::ProcessFrame(bool SkipMotion) {
-  if (!DrawFrame() || SkipMotion) return;
-  if (motion_detector_ && !DetectMotion()) return;
-  CountFirstFrames();
-}
-
-bool VideoServerPush::DrawFrame() {
-  if (MultiCam.Enabled || StreamStopped) return false;
+  if (MultiCam.Enabled || StreamStopped) return;
   AddUnlessOverflow(BytesThisSecond, FrameBuffer.Size());
   AddUnlessOverflow(FramesThisSecond, 1);
-  const int width = RoundToEven(VideoStream.Width / static_cast<float>(TwipsPerPixelX));
-  const int height = RoundToEven(VideoStream.Height / static_cast<float>(TwipsPerPixelY));
-  platform_.jpeg_decoder.DrawJpeg(VideoStream.Canvas(), FrameBuffer, width, height);
-  BuffPic.Width = static_cast<float>(platform_.screen.TwipsPerPixelX() * platform_.jpeg_decoder.JpegWidth());
-  BuffPic.Height = static_cast<float>(platform_.screen.TwipsPerPixelY() * platform_.jpeg_decoder.JpegHeight());
+  const bool watch = motion_detector_ && !SkipMotion;
+  const bool drawn = DrawFrame(watch);
+  if (!SkipMotion) NoteDrawing(drawn);
   VideoStream.Refresh();
   if (!FirstFrameShown) VideoStream.Visible = true;
   FirstFrameShown = true;
+  if (watch && !DetectMotion()) return;
+  if (!SkipMotion) CountFirstFrames();
+}
+
+// The thumbnail is drawn along with the picture, so that both come from one decoding.
+bool VideoServerPush::DrawFrame(bool with_thumbnail) {
+  const JpegTarget area{VideoStream.Canvas(), scale_.PixelsX(VideoStream.Width), scale_.PixelsY(VideoStream.Height)};
+  const auto size =
+      with_thumbnail
+          ? platform_.jpeg_decoder.DrawOnAll(
+                FrameBuffer, std::array{area, JpegTarget{MotionPicture[0].Canvas(), kThumbnailSide, kThumbnailSide}})
+          : platform_.jpeg_decoder.DrawOn(area, FrameBuffer);
+  if (!size) return false;
+  const TwipsScale scale = TwipsScale::Of(platform_.screen);
+  BuffPic.Width = scale.TwipsX(size->width);
+  BuffPic.Height = scale.TwipsY(size->height);
   return true;
+}
+
+// What is not drawn because there was no good answer has failed by that.
+void VideoServerPush::NoteDrawing(bool drawn) {
+  if (drawn) {
+    failure_ = {};
+  } else if (failure_.kind == FailureKind::kNone) {
+    const bool is_picture = platform_.jpeg_decoder.SizeOf(FrameBuffer).has_value();
+    failure_.kind = is_picture ? FailureKind::kDamagedPicture : FailureKind::kNoPicture;
+  }
 }
 
 // False where what showed the frame is void by now.
 bool VideoServerPush::DetectMotion() {
   const Generation mine = generations_.Current();
   Surface& current = MotionPicture[0].Canvas();
-  platform_.jpeg_decoder.DrawJpeg(current, FrameBuffer, kThumbnailSide, kThumbnailSide);
   MotionPicture[0].Refresh();
   Surface& reference = MotionPicture[1].Canvas();
   Surface& overlay = MotionPicture[2].Canvas();

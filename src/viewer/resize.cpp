@@ -38,14 +38,13 @@ void VideoServerPush::UserControl_Resize() {
   Place(VideoStream, Mira.Left, Mira.Top, Mira.Width, Mira.Height);
   if (VideoStream.Visible) ProcessFrame(true);
 
-  const auto twips_x = static_cast<float>(platform_.screen.TwipsPerPixelX());
-  const auto twips_y = static_cast<float>(platform_.screen.TwipsPerPixelY());
+  const TwipsScale scale = TwipsScale::Of(platform_.screen);
   for (const std::size_t thumbnail : {0u, 1u}) {
     MotionPicture[thumbnail].Visible = false;
-    PlaceAt(MotionPicture[thumbnail], ThumbnailBox(MotionPicture[2].Width, MotionPicture[2].Height, twips_x, twips_y));
+    PlaceAt(MotionPicture[thumbnail], ThumbnailBox(MotionPicture[2].Width, MotionPicture[2].Height, scale));
   }
   MotionPicture[2].Visible = false;
-  PlaceAt(MotionPicture[2], OverlayBox(twips_x, twips_y));
+  PlaceAt(MotionPicture[2], OverlayBox(scale));
   const Box warning = Centred(WarningFrame.Width, WarningFrame.Height, width_, height_);
   WarningFrame.Left = warning.left;
   WarningFrame.Top = warning.top;

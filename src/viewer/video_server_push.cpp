@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "imaging/layout.h"
 #include "toolkit/rounding.h"
 #include "toolkit/version.h"
 #include "viewer/pictures.h"
@@ -61,9 +62,10 @@ VideoServerPush::VideoServerPush(Platform& platform) : platform_(platform) {
 VideoServerPush::~VideoServerPush() = default;
 
 void VideoServerPush::PlaceChildren() {
+  scale_ = TwipsScale::Of(platform_.screen);
   for (PictureBox* box : {&BuffPic, &IconNet, &DisconnectIcon, &ConnectIcon, &StopIcon, &RecIcon, &MotionPicture[0],
                           &MotionPicture[1], &MotionPicture[2], &StatusDisplay, &VideoStream}) {
-    box->SetScale(TwipsScale::Of(platform_.screen));
+    box->SetScale(scale_);
   }
   Place(BuffPic, 2400, 120, 1035, 915);
   Place(WarningFrame, 840, 1440, 4455, 495);
@@ -73,7 +75,9 @@ void VideoServerPush::PlaceChildren() {
   Place(TimeRetrieve, 870, kStripLineHeight, 0, kStripLineHeight);
   Place(VideoStream, 120, 1080, 1035, 795);
   Place(Mira, 120, 120, 1035, 855);
-  for (PictureBox& picture : MotionPicture) Place(picture, 0, 0, 89 * 15, 82 * 15);
+  for (PictureBox& picture : MotionPicture) {
+    Place(picture, 0, 0, scale_.TwipsX(kMotionPictureWidth), scale_.TwipsY(kMotionPictureHeight));
+  }
 
   WarningMsg.Font = "Verdana";
   WarningFrame.Visible = false;
@@ -89,8 +93,7 @@ void VideoServerPush::PlaceChildren() {
 
   const auto load = [&](PictureBox& box, std::span<const std::uint8_t> bytes) {
     const Surface picture = platform_.pictures.Decode(bytes);
-    Place(box, 0, 0, static_cast<float>(picture.Width() * platform_.screen.TwipsPerPixelX()),
-          static_cast<float>(picture.Height() * platform_.screen.TwipsPerPixelY()));
+    Place(box, 0, 0, scale_.TwipsX(picture.Width()), scale_.TwipsY(picture.Height()));
     box.SetPicture(picture);
   };
   load(IconNet, resources::no_answer_png);
@@ -185,11 +188,9 @@ void VideoServerPush::UserControl_Initialize() {
   StreamTempFile = platform_.files.TemporaryDirectory() + "FSTREAM" +
                    std::to_string(reinterpret_cast<std::uintptr_t>(this)) + ".tmp";
   Requester->SetTimeouts(kIdleTimeout, kIdleTimeout, kIdleTimeout, kIdleTimeout);
-  TwipsPerPixelX = platform_.screen.TwipsPerPixelX();
-  TwipsPerPixelY = platform_.screen.TwipsPerPixelY();
-  StatusDisplay.Height = static_cast<float>(kStripHeightPixels * TwipsPerPixelY);
+  StatusDisplay.Height = scale_.TwipsY(kStripHeightPixels);
   DockStatusDisplay();
-  lStatus.Top = static_cast<float>(5 * TwipsPerPixelY);
+  lStatus.Top = scale_.TwipsY(5);
   lStatus.Caption = "";
 }
 
@@ -274,6 +275,7 @@ VideoServerPush::Generation VideoServerPush::TakeOver() {
   request_under_way_ = false;
   doing_ = Doing::kNothing;
   WarningFrame.Visible = false;
+  failure_ = {};
   return generations_.Begin();
 }
 

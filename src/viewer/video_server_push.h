@@ -18,6 +18,7 @@
 #include "toolkit/generation.h"
 #include "toolkit/surface.h"
 #include "toolkit/timer_driver.h"
+#include "viewer/failure.h"
 
 /// The stream viewer: its state and members in video_server_push.h, each of its doings in a file of its own (connect,
 /// frame_loop, process_frame, disconnect, multi_cam_view, picture_export, resize, status_line), the table of its
@@ -86,6 +87,10 @@ struct VideoServerPushEvents {
 /// a method of it waits, ends the control: what is under way is aborted, and no event is raised any more.
 class VideoServerPush {
  public:
+  /// The size in twips that a control has until its host gives it another.
+  static constexpr float kDesignWidth = 6015;
+  static constexpr float kDesignHeight = 3900;
+
   /// Makes a control with its defaults: test card, no stream, `FrameRate` 1. `platform` outlives it.
   static std::shared_ptr<VideoServerPush> Create(Platform& platform);
 
@@ -201,6 +206,9 @@ class VideoServerPush {
   void Resize(float width, float height);
   /// What SaveImage saves, without a file: a stream's newest frame as received, else the mosaic or the test card.
   ShownPicture PictureToSave() const;
+  /// Why the newest request, of a stream or of a mosaic's tile, brought no picture. kNone where it brought one, and
+  /// from each new `Connect` or `MultiCamView` until its first answer. Set before the events that tell it.
+  Failure LastFailure() const { return failure_; }
   /// The container hides the control: the frame loop does nothing until the next successful Connect.
   void UserControl_Hide();
 
@@ -290,7 +298,8 @@ class VideoServerPush {
 
   // A frame on its way to the screen (process_frame.cpp).
   void ProcessFrame(bool SkipMotion);
-  bool DrawFrame();
+  bool DrawFrame(bool with_thumbnail);
+  void NoteDrawing(bool drawn);
   bool DetectMotion();
   void CountFirstFrames();
 
@@ -343,12 +352,12 @@ class VideoServerPush {
   std::int32_t BytesThisSecond = 0;
   std::int32_t FramesThisSecond = 0;
   std::int32_t KilobytesPerSecond = 0;
+  Failure failure_;                 ///< Of the newest request.
   std::string LastSecondText;       ///< hh:mm:ss of the last once-a-second update.
   std::int16_t StatusLineMode = 0;  ///< TimeRetrieve shows: 0 the server's date, 1 its name, 2 its status.
   bool FirstFrameShown = false;
   bool ConnectedFlag = false;  ///< The server has answered 200. Nothing reads it.
-  std::int32_t TwipsPerPixelX = 15;
-  std::int32_t TwipsPerPixelY = 15;
+  TwipsScale scale_;           ///< The screen's, when the control was made.
   std::string StreamTempFile;  ///< A name only: no such file is made.
   bool Terminating = false;    ///< The host has released the control: no layout any more.
   int first_frames_ = 0;       ///< New frames since Connect, up to the second, which raises Connected again.
@@ -360,8 +369,8 @@ class VideoServerPush {
   MosaicRound mosaic_round_;          ///< Kept from one mosaic to the next.
   std::shared_ptr<const Surface> test_card_;
 
-  float width_ = 6015;  ///< The design size, until the host sites the control.
-  float height_ = 3900;
+  float width_ = kDesignWidth;  ///< Until the host sites the control.
+  float height_ = kDesignHeight;
 
   // Last, so that they end first.
   std::unique_ptr<TimerDriver> master_driver_;

@@ -12,10 +12,10 @@ namespace orbelcast::fakes {
 class FakeHttp::Request final : public HttpRequest {
  public:
   explicit Request(FakeHttp& server) : server_(server) {}
-  ~Request() override { Finish(false); }
+  ~Request() override { Finish(false, HttpFailure::kAborted); }
 
   bool Open(std::string_view method, std::string_view url, bool async) override {
-    Finish(false);
+    Finish(false, HttpFailure::kAborted);
     answered_ = false;
     async_ = async;
     limit_.reset();
@@ -23,6 +23,7 @@ class FakeHttp::Request final : public HttpRequest {
     opened_ = !url.empty() && url != "http://" &&
               std::ranges::none_of(url, [](unsigned char letter) { return std::iscntrl(letter) != 0; });
     server_.log.push_back(opened_ ? "Open " + std::string(method) + " " + url_ + (async ? " async" : "") : "Refused");
+    failure_ = opened_ ? HttpFailure::kNone : HttpFailure::kUnreachable;
     return opened_;
   }
   bool SetRequestHeader(std::string_view name, std::string_view value) override {
@@ -57,7 +58,7 @@ class FakeHttp::Request final : public HttpRequest {
     if (!answer_.never) {
       timer_ = server_.loop_.Queue().ArmTimer(answer_.delay, [this] {
         timer_ = 0;
-        Finish(!answer_.fails);
+        Finish(!answer_.fails, answer_.failure);
       });
     }
     return true;
@@ -70,6 +71,7 @@ class FakeHttp::Request final : public HttpRequest {
     return awaited->answered;
   }
   int Status() override { return answered_ ? answer_.status : 0; }
+  HttpFailure Failure() override { return failure_; }
   std::string_view GetResponseHeader(std::string_view name) override {
     const auto header = answer_.headers.find(std::string(name));
     return answered_ && header != answer_.headers.end() ? std::string_view(header->second) : std::string_view();
@@ -81,7 +83,7 @@ class FakeHttp::Request final : public HttpRequest {
   FrameBytes ResponseBody() override { return answered_ ? body_ : FrameBytes(); }
   void Abort() override {
     server_.log.emplace_back("Abort");
-    if (exchange_) Finish(false);
+    if (exchange_) Finish(false, HttpFailure::kAborted);
   }
 
  private:
@@ -91,13 +93,14 @@ class FakeHttp::Request final : public HttpRequest {
     if (answer_.never && !limit_) throw std::logic_error("a blocking request that nothing will ever end");
     const bool late = limit_ && (answer_.never || answer_.delay > *limit_);
     if (server_.block) server_.block(late ? EventQueue::Nanoseconds(*limit_) : answer_.delay);
-    Finish(!late && !answer_.fails);
+    Finish(!late && !answer_.fails, late ? HttpFailure::kTimedOut : answer_.failure);
     return answered_;
   }
   // Ends the exchange that is under way, if there is one; whoever waits for it has its outcome.
-  void Finish(bool answered) {
+  void Finish(bool answered, HttpFailure failure) {
     if (timer_ != 0) server_.loop_.Queue().CancelTimer(std::exchange(timer_, 0));
     answered_ = answered;
+    failure_ = answered ? HttpFailure::kNone : failure;
     const auto ended = std::exchange(exchange_, nullptr);
     if (!ended) return;
     --server_.under_way;
@@ -120,6 +123,7 @@ class FakeHttp::Request final : public HttpRequest {
   bool opened_ = false;
   bool async_ = false;
   bool answered_ = false;
+  HttpFailure failure_ = HttpFailure::kNone;
 };
 
 std::shared_ptr<HttpRequest> FakeHttp::Create() {

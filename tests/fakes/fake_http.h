@@ -18,9 +18,10 @@ struct Answer {
   int status = 200;
   std::map<std::string, std::string> headers;
   std::vector<std::uint8_t> body;
-  EventQueue::Nanoseconds delay{};  ///< From `Send` until the answer is there.
-  bool fails = false;               ///< The exchange fails: no answer at all.
-  bool never = false;               ///< No answer until the request is aborted.
+  EventQueue::Nanoseconds delay{};            ///< From `Send` until the answer is there.
+  bool fails = false;                         ///< The exchange fails: no answer at all.
+  bool never = false;                         ///< No answer until the request is aborted.
+  HttpFailure failure = HttpFailure::kOther;  ///< Why it fails.
 };
 
 /// Request objects that answer from the test's own script and keep a log of what was done with them.

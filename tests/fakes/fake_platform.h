@@ -13,28 +13,26 @@
 namespace orbelcast::fakes {
 
 /// A decoder whose pictures are one colour: a "JPEG" is the bytes red, green, blue, width / 10, height / 10. Anything
-/// shorter cannot be read.
+/// shorter cannot be read; one without a height has a header, and cannot be drawn.
 class FakeJpegDecoder final : public JpegDecoder {
  public:
-  bool DrawJpeg(Surface& target, const FrameBytes& jpeg, int width, int height) override {
-    return DrawJpegAt(target, jpeg, 0, 0, width, height);
-  }
-  bool DrawJpegAt(Surface& target, const FrameBytes& jpeg, int x, int y, int width, int height) override {
+  std::optional<Size> DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets) override {
+    const auto size = SizeOf(jpeg);
+    if (!size || size->height == 0) return std::nullopt;
     const auto bytes = jpeg.Bytes();
-    if (bytes.size() < 5) return false;
-    width_ = bytes[3] * 10;
-    height_ = bytes[4] * 10;
-    if (width == 0) width = width_;
-    if (height == 0) height = height_;
-    target.FillBox(x, y, x + width - 1, y + height - 1, Rgb(bytes[0], bytes[1], bytes[2]));
-    return true;
+    for (const JpegTarget& target : targets) {
+      const int width = target.width == 0 ? size->width : target.width;
+      const int height = target.height == 0 ? size->height : target.height;
+      target.surface.FillBox(target.x, target.y, target.x + width - 1, target.y + height - 1,
+                             Rgb(bytes[0], bytes[1], bytes[2]));
+    }
+    return size;
   }
-  int JpegWidth() const override { return width_; }
-  int JpegHeight() const override { return height_; }
-
- private:
-  int width_ = 0;
-  int height_ = 0;
+  std::optional<Size> SizeOf(const FrameBytes& jpeg) override {
+    const auto bytes = jpeg.Bytes();
+    if (bytes.size() < 5) return std::nullopt;
+    return Size{bytes[3] * 10, bytes[4] * 10};
+  }
 };
 
 /// Every picture is 16 × 16 (the first byte of the file is not looked at) and one colour.
@@ -51,12 +49,21 @@ class FakeFiles final : public Files {
   std::string module_folder = "/tmp/";
 };
 
+/// A screen whose scale a test sets before it makes a control.
+class FakeScreen final : public Screen {
+ public:
+  int TwipsPerPixelX() const override { return twips_x; }
+  int TwipsPerPixelY() const override { return twips_y; }
+  int twips_x = 15;
+  int twips_y = 15;
+};
+
 /// Everything that a control needs, with time that a test moves and a server that a test scripts.
 struct FakePlatform {
   ManualQueue queue;
   FiberLoop loop{queue};
   ManualClock clock{queue};
-  Screen screen;
+  FakeScreen screen;
   TextMapper text_mapper;
   FakeFiles files;
   FakeHttp http{loop};

@@ -8,12 +8,15 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using orbelcast::FrameBytes;
+  using orbelcast::JpegTarget;
   using orbelcast::Surface;
   static orbelcast::TurboJpegDecoder decoder;
   static Surface area(64, 48, orbelcast::Rgb(1, 2, 3));
   const FrameBytes frame(std::vector<std::uint8_t>(data, data + size));
   const Surface before = area;
-  const bool drawn = decoder.DrawJpeg(area, frame, 64, 48);
+  static Surface thumbnail(89, 82);
+  const JpegTarget together[]{{area, 64, 48}, {thumbnail, 100, 100}};
+  const bool drawn = decoder.DrawOnAll(frame, together).has_value();
   if (!drawn) {
     // A picture that cannot be read leaves the surface as it was.
     for (int y = 0; y < 48; ++y) {
@@ -22,10 +25,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       }
     }
   }
-  static Surface thumbnail(89, 82);
-  decoder.DrawJpeg(thumbnail, frame, 100, 100);
-  decoder.DrawJpegAt(area, frame, -5, 40, 30, 30);
+  decoder.DrawOn({thumbnail, 30, 30}, frame);
+  decoder.DrawOn({area, 30, 30, -5, 40}, frame);
   static Surface native(100, 100);
-  decoder.DrawJpeg(native, FrameBytes(std::vector<std::uint8_t>(data, data + size)), 0, 0);
+  const FrameBytes again(std::vector<std::uint8_t>(data, data + size));
+  const auto promised = decoder.SizeOf(again);
+  const auto shown = decoder.DrawOn({native}, again);
+  if (shown && (!promised || shown->width != promised->width || shown->height != promised->height)) std::abort();
   return 0;
 }

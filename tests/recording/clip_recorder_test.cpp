@@ -129,6 +129,16 @@ TEST_F(ClipRecorderTest, RepeatsAPictureWhereTheNextCannotBeLoadedAndGoesOn) {
   EXPECT_EQ(recorder.AviFrameIndex(), 6);
 }
 
+TEST_F(ClipRecorderTest, TakesThePicturesPixelsOnAnyScreen) {
+  world.screen.twips_x = 12;
+  world.screen.twips_y = 20;
+  Start();
+  recorder.WriteFrame();
+  EXPECT_THAT(world.avi_files.log, ElementsAre("write 1 10x20"));
+  EXPECT_EQ(conv.Width, 10 * 12);
+  EXPECT_EQ(conv.Height, 20 * 20);
+}
+
 TEST_F(ClipRecorderTest, LeavesPositionsOutOnRequest) {
   Start();
   recorder.WriteFrame();

@@ -38,14 +38,13 @@ class CountingDecoder final : public ForwardingJpegDecoder {
  public:
   CountingDecoder(JpegDecoder& decoder, const fakes::RudeLoop& loop) : ForwardingJpegDecoder(decoder), loop_(loop) {}
 
-  bool DrawJpeg(Surface& target, const FrameBytes& jpeg, int width, int height) override {
-    if (width == 100) {
-      scans.insert(loop_.steps);
-    } else if (!jpeg.Empty()) {
+  std::optional<Size> DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets) override {
+    if (targets.size() > 1) scans.insert(loop_.steps);
+    if (!jpeg.Empty()) {
       ++drawings;
       most_often = std::max(most_often, ++drawn_[jpeg.Serial()]);
     }
-    return ForwardingJpegDecoder::DrawJpeg(target, jpeg, width, height);
+    return ForwardingJpegDecoder::DrawOnAll(jpeg, targets);
   }
 
   std::set<int> scans;

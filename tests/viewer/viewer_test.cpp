@@ -182,6 +182,50 @@ TEST_F(ViewerTest, WithAutoReconnectAFailingStreamIsSilentUntilItIsBack) {
   EXPECT_THAT(events.Take(), ElementsAre("Connected", "StreamInfo(2048,1)", "StreamInfo(2048,1)"));
 }
 
+TEST_F(ViewerTest, WhyThereIsNoPictureIsAValue) {
+  const auto failing = [](HttpFailure failure) {
+    return Answer{.headers = {}, .body = {}, .fails = true, .failure = failure};
+  };
+  const std::pair<Answer, Failure> cases[] = {
+      {failing(HttpFailure::kUnreachable), {FailureKind::kUnreachable}},
+      {failing(HttpFailure::kTimedOut), {FailureKind::kTimedOut}},
+      {failing(HttpFailure::kCutShort), {FailureKind::kCutShort}},
+      {failing(HttpFailure::kOther), {FailureKind::kNoAnswer}},
+      {WithStatus(404), {FailureKind::kStatus, 404}},
+      {Good({1, 2}), {FailureKind::kNoPicture}},
+      {Good({1, 2, 3, 64, 0}), {FailureKind::kDamagedPicture}},
+  };
+  SetFrameRate(30);  // Redraws, which count as frames, use up none of it here.
+  std::vector<Failure> told;
+  viewer->Events.ConnectionFailed.Listen([&] { told.push_back(viewer->LastFailure()); });
+  for (const auto& [answer, failure] : cases) {
+    world.http.answers = {answer};
+    viewer->Connect(kUrl);
+    EXPECT_EQ(viewer->LastFailure(), failure);
+    world.http.answers = {Good()};
+    viewer->Connect(kUrl);
+    EXPECT_EQ(viewer->LastFailure(), Failure());
+    world.http.answers = {answer};
+    Run(milliseconds(100));
+    viewer->Resize(9600, 7200);  // What was there is drawn once more, and is no newer.
+    EXPECT_EQ(viewer->LastFailure(), failure);
+    world.http.answers = {Good()};
+    Run(milliseconds(100));
+    EXPECT_EQ(viewer->LastFailure(), Failure());
+  }
+  EXPECT_THAT(told, ElementsAre(cases[0].second, cases[1].second, cases[2].second, cases[3].second, cases[4].second));
+
+  viewer->Connect("http://");
+  EXPECT_EQ(viewer->LastFailure(), (Failure{FailureKind::kUnreachable}));
+  viewer->MultiCamView("http://tile/\r\n");
+  EXPECT_EQ(viewer->LastFailure(), Failure());
+  world.http.answers = {WithStatus(404), Good()};
+  Run(milliseconds(500));
+  EXPECT_EQ(viewer->LastFailure(), (Failure{FailureKind::kStatus, 404}));
+  Run(milliseconds(500));
+  EXPECT_EQ(viewer->LastFailure(), Failure());
+}
+
 TEST_F(ViewerTest, StopGettingFramesShowsOneMoreFrame) {
   world.http.answers = {Good()};
   viewer->Connect(kUrl);
@@ -280,6 +324,42 @@ TEST_F(ViewerTest, PicturesAreThereBeforeAnythingIsDrawnAndFollowTheirSizeAtOnce
   EXPECT_EQ(viewer->VideoStream.Image().Point(319, 599), Rgb(0, 0, 0));
 }
 
+TEST(ViewerScaleTest, PixelsAreTheScreensInEachDirection) {
+  FakePlatform world;
+  world.screen.twips_x = 12;
+  world.screen.twips_y = 20;
+  const auto viewer = VideoServerPush::Create(world.platform);
+  viewer->Resize(640 * 12, 480 * 20);
+  for (const PictureBox& picture : viewer->MotionPicture) {
+    EXPECT_EQ(picture.Width, 89 * 12);
+    EXPECT_EQ(picture.Height, 82 * 20);
+    EXPECT_EQ(picture.Left, -5 * 12);
+    EXPECT_EQ(picture.Top, -5 * 20);
+  }
+  EXPECT_EQ(viewer->StatusDisplay.Image().Height(), 26);
+  EXPECT_EQ(viewer->StatusDisplay.Top, (480 - 26) * 20);
+
+  const auto& area = viewer->VideoStream;
+  world.http.answers = {Good(Picture(5, 5, 5)), Good(Picture(5, 5, 5)), WithStatus(500)};
+  viewer->Connect(kUrl);
+  EXPECT_EQ(area.Image().Width(), 640);
+  EXPECT_EQ(area.Image().Point(639, 479), Rgb(5, 5, 5));
+  EXPECT_EQ(viewer->BuffPic.Width, 640 * 12);
+  EXPECT_EQ(viewer->BuffPic.Height, 480 * 20);
+  EXPECT_EQ(viewer->GetPicture()->Point(639, 479), Rgb(5, 5, 5));
+  world.queue.Advance(milliseconds(1000));  // The picture of a failed request, 16 × 16 here, in the middle.
+  EXPECT_EQ(area.Image().Point(312, 232), Rgb(1, 2, 3));
+  EXPECT_EQ(area.Image().Point(311, 232), Rgb(5, 5, 5));
+  EXPECT_EQ(area.Image().Point(328, 248), Rgb(5, 5, 5));
+
+  world.http.answers = {Good(Picture(7, 7, 7))};
+  viewer->MultiCamView("http://a/\r\nhttp://b/\r\nhttp://c/\r\nhttp://d/\r\n");
+  world.queue.Advance(milliseconds(2000));
+  EXPECT_EQ(world.http.Opened().back(), "http://d/?live-special0320x0200050");
+  EXPECT_EQ(area.Image().Point(639, 479), Rgb(7, 7, 7));
+  EXPECT_EQ(std::get<const Surface*>(viewer->PictureToSave())->Height(), 480);
+}
+
 TEST_F(ViewerTest, MotionIsToldInOrder) {
   viewer->MotionDetector(true);
   viewer->MotionByZones(true);
@@ -292,6 +372,7 @@ TEST_F(ViewerTest, MotionIsToldInOrder) {
   EXPECT_THAT(events.Take(),
               ElementsAre("MotionArea(0,0,88,80)", "MotionDetected(0,0,88,80)", "MotionDetectedArea(1)", "Connected"));
   EXPECT_EQ(viewer->MotionPicture[2].Image().Point(88, 40), Rgb(128, 128, 0));
+  EXPECT_EQ(viewer->MotionPicture[0].Image().Point(88, 81), Rgb(255, 255, 255));  // the newest frame's thumbnail
   Run(milliseconds(1000));
   EXPECT_THAT(events.Take(), IsEmpty());
 }

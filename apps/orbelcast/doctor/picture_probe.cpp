@@ -38,10 +38,11 @@ PictureAnswer FetchPicture(Platform& platform, const std::string& address, const
   const FrameBytes body = request->ResponseBody();
   picture.bytes = body.Size();
   Surface unseen(1, 1);
-  picture.readable = platform.jpeg_decoder.DrawJpeg(unseen, body, 1, 1);
+  const auto size = platform.jpeg_decoder.DrawOn({unseen, 1, 1}, body);
+  picture.readable = size.has_value();
   if (!picture.readable) return picture;
-  picture.width = platform.jpeg_decoder.JpegWidth();
-  picture.height = platform.jpeg_decoder.JpegHeight();
+  picture.width = size->width;
+  picture.height = size->height;
   return picture;
 }
 

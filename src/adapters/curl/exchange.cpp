@@ -19,6 +19,29 @@ int SumOfLimits(int a, int b) {
   return a > INT_MAX - b ? INT_MAX : a + b;
 }
 
+HttpFailure FailureOf(CURLcode result) {
+  switch (result) {
+    case CURLE_COULDNT_RESOLVE_HOST:
+    case CURLE_COULDNT_CONNECT:
+    case CURLE_SSL_CONNECT_ERROR:
+    case CURLE_PEER_FAILED_VERIFICATION:
+      return HttpFailure::kUnreachable;
+    case CURLE_OPERATION_TIMEDOUT:
+      return HttpFailure::kTimedOut;
+    case CURLE_GOT_NOTHING:
+    case CURLE_PARTIAL_FILE:
+    case CURLE_SEND_ERROR:
+    case CURLE_RECV_ERROR:
+    case CURLE_WEIRD_SERVER_REPLY:
+    case CURLE_UNSUPPORTED_PROTOCOL:  // an answer in another language than HTTP
+    case CURLE_WRITE_ERROR:           // an answer that is refused while it comes
+    case CURLE_FILESIZE_EXCEEDED:
+      return HttpFailure::kCutShort;
+    default:
+      return HttpFailure::kOther;
+  }
+}
+
 bool SaysWhoAsks(std::string_view header) {
   return EqualIgnoringCase(header, "Authorization") || EqualIgnoringCase(header, "Cookie");
 }
@@ -45,6 +68,11 @@ void Exchange::EnterState(State state) {
   }
 }
 
+void Exchange::Fail(HttpFailure failure) {
+  failure_ = failure;
+  EnterState(State::kFailed);
+}
+
 // ---- Steps ---------------------------------------------------------------------------------------------------------
 
 bool Exchange::Open(std::string_view method, std::string_view url, bool async) {
@@ -53,6 +81,7 @@ bool Exchange::Open(std::string_view method, std::string_view url, bool async) {
   wanted_.headers.clear();
   wanted_.credentials.reset();
   wanted_.limit.reset();
+  failure_ = HttpFailure::kUnreachable;
   if (!IsHttpToken(method)) return false;
   if (url != url_ || url_.empty()) {
     auto address = HttpAddress::Parse(url);
@@ -62,6 +91,7 @@ bool Exchange::Open(std::string_view method, std::string_view url, bool async) {
   }
   wanted_.method = method;
   wanted_.async = async;
+  failure_ = HttpFailure::kNone;
   EnterState(State::kOpened);
   return true;
 }
@@ -102,13 +132,14 @@ bool Exchange::LimitExchange(std::chrono::milliseconds limit) {
 bool Exchange::Send() {
   if (state_ == State::kClosed || state_ == State::kUnderWay) return false;
   MessageLoop* const loop = multiplexer_->Loop();
+  failure_ = HttpFailure::kNone;
   EnterState(State::kUnderWay);
   limits_ = {};
   if (loop != nullptr && wanted_.limit) limits_.whole = loop->Queue().Now() + *wanted_.limit;
   allowance_ = {http_limits::kMaxRedirects, kMaxLogins};
   RememberLogin();
   if (!BeginTransfer(wanted_.address)) {
-    EnterState(State::kFailed);
+    Fail(HttpFailure::kOther);
     return false;
   }
   if (wanted_.async) return true;
@@ -125,7 +156,7 @@ bool Exchange::WaitForResponse(std::optional<std::chrono::milliseconds> limit) {
   if (limit) {
     timer = queue.ArmTimer(*limit, [this, &timer, &mine] {
       timer = 0;
-      if (outcome_ == mine) Abort();
+      if (outcome_ == mine) Fail(HttpFailure::kTimedOut);
     });
   }
   loop->Wait(mine->ended);
@@ -134,7 +165,7 @@ bool Exchange::WaitForResponse(std::optional<std::chrono::milliseconds> limit) {
 }
 
 void Exchange::Abort() {
-  if (state_ == State::kUnderWay) EnterState(State::kFailed);
+  if (state_ == State::kUnderWay) Fail(HttpFailure::kAborted);
 }
 
 // ---- The chain of transfers ----------------------------------------------------------------------------------------
@@ -176,19 +207,20 @@ bool Exchange::BeginTransfer(HttpAddress address) {
 }
 
 void Exchange::Ended(CURLcode result) {
-  if (result != CURLE_OK || answer_.Status() <= 0) return EnterState(State::kFailed);
+  if (result != CURLE_OK) return Fail(FailureOf(result));
+  if (answer_.Status() <= 0) return Fail(HttpFailure::kCutShort);
   std::optional<HttpAddress> next;
   if (AnswersLogin()) {
     next = asked_;
   } else if (const std::string_view location = answer_.Header("Location"); answer_.IsRedirect() && !location.empty()) {
     next = asked_.Resolve(std::string(location));
-    if (!next || allowance_.redirects-- == 0) return EnterState(State::kFailed);
+    if (!next || allowance_.redirects-- == 0) return Fail(HttpFailure::kOther);
     // Written as it was opened, with a user name that stands in it.
     if (next->SameServer(wanted_.address)) next->origin = wanted_.address.origin;
   } else {
     return EnterState(State::kAnswered);
   }
-  if (!BeginTransfer(std::move(*next))) EnterState(State::kFailed);
+  if (!BeginTransfer(std::move(*next))) Fail(HttpFailure::kOther);
 }
 
 // True where the same is to be asked again, with what the server now wants to be told.

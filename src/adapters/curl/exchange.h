@@ -45,6 +45,7 @@ class Exchange final : public HttpRequest, public MultiplexedTransfer, private T
   bool Send() override;
   bool WaitForResponse(std::optional<std::chrono::milliseconds> limit) override;
   int Status() override { return Answer().Status(); }
+  HttpFailure Failure() override { return failure_; }
   std::string_view GetResponseHeader(std::string_view name) override { return Answer().Header(name); }
   std::string GetAllResponseHeaders() override { return Answer().Headers(); }
   std::string ResponseText() override { return std::string(Answer().BodyText()); }
@@ -104,6 +105,7 @@ class Exchange final : public HttpRequest, public MultiplexedTransfer, private T
   /// The answer; an empty one in every state but kAnswered.
   HttpAnswer& Answer() { return state_ == State::kAnswered ? answer_ : no_answer_; }
   void EnterState(State state);
+  void Fail(HttpFailure failure);
   Limits::Time In(int milliseconds) const;
   void RememberLogin();
   HeaderLines HeadersFor(const HttpAddress& address);
@@ -112,6 +114,7 @@ class Exchange final : public HttpRequest, public MultiplexedTransfer, private T
 
   const std::shared_ptr<Multiplexer> multiplexer_;
   State state_ = State::kClosed;
+  HttpFailure failure_ = HttpFailure::kNone;  // of kFailed, and of kClosed after an address that was refused
   Settings wanted_;
   std::string url_;  // as given to Open last, when it was accepted
   Timeouts timeouts_;

@@ -161,18 +161,18 @@ bool JpegCodec::Finish(Surface& target, unsigned eighths, const RowsDone& rows_d
   if (static_cast<int>(width) != target.Width() || static_cast<int>(decompress_.output_height) != target.Height()) {
     return Abandon();
   }
+  const bool adobe = decompress_.saw_Adobe_marker != FALSE;
   while (decompress_.output_scanline < decompress_.output_height) {
     const auto first = static_cast<std::size_t>(decompress_.output_scanline);
     std::array<JSAMPROW, kRowsAtOnce> rows;
     const std::size_t count = std::min(rows.size(), decompress_.output_height - first);
     for (std::size_t i = 0; i < count; ++i) rows[i] = reinterpret_cast<JSAMPROW>(&pixels[(first + i) * width]);
-    jpeg_read_scanlines(&decompress_, rows.data(), static_cast<JDIMENSION>(count));
-    if (rows_done) rows_done(static_cast<int>(decompress_.output_scanline));
+    const std::size_t read = jpeg_read_scanlines(&decompress_, rows.data(), static_cast<JDIMENSION>(count));
+    if (cmyk) CmykToPixels(pixels.subspan(first * width, read * width), adobe);
+    rows_done(static_cast<int>(decompress_.output_scanline));
   }
-  const bool adobe = decompress_.saw_Adobe_marker != FALSE;
   jpeg_finish_decompress(&decompress_);
   tables_ = brought_;
-  if (cmyk) CmykToPixels(pixels, adobe);
   return true;
 }
 

@@ -10,6 +10,7 @@
 
 #include <jpeglib.h>
 
+#include "platform/jpeg_decoder.h"
 #include "toolkit/surface.h"
 
 namespace orbelcast {
@@ -35,8 +36,10 @@ class JpegCodec {
   /// Reads the header of `bytes`, which stay until Finish. False where there is none that can be read, or the picture
   /// has more than Surface::kMaxPixels.
   bool Begin(std::span<const std::uint8_t> bytes);
-  int Width() const { return static_cast<int>(decompress_.image_width); }
-  int Height() const { return static_cast<int>(decompress_.image_height); }
+  /// The picture's own size; after Begin.
+  Size OwnSize() const {
+    return {static_cast<int>(decompress_.image_width), static_cast<int>(decompress_.image_height)};
+  }
 
   /// Decodes at `eighths` / 8 of the size into `target`, which has that size (rounded up). False where the picture is
   /// damaged; `target` then holds a part of it.

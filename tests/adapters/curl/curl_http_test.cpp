@@ -188,6 +188,7 @@ TEST_F(CurlHttpTest, AddressesThatCannotBeAskedAreRefused) {
                           "http://a b/", "http://127.0.0.1:99999/", "http://127.0.0.1:x/"}) {
     EXPECT_FALSE(request->Open("GET", url, true)) << url;
     EXPECT_FALSE(request->Send());
+    EXPECT_EQ(request->Failure(), HttpFailure::kUnreachable);
   }
   ScriptedServer server(AnswerBytes(200));
   EXPECT_EQ(Get(*request, "HTTP" + server.Url("/").substr(4)), 200);
@@ -294,11 +295,13 @@ TEST_F(CurlHttpTest, WhatIsNoCompleteAnswerFails) {
     ScriptedServer server(faults[i]);
     for (const bool async : {true, false}) {
       EXPECT_EQ(Get(*request, server.Url(), async), 0) << "fault " << i;
+      EXPECT_EQ(request->Failure(), HttpFailure::kCutShort) << "fault " << i;
       EXPECT_TRUE(request->ResponseBody().Empty());
       EXPECT_EQ(request->GetAllResponseHeaders(), "");
     }
   }
   EXPECT_EQ(Get(*request, "http://127.0.0.1:1/"), 0);  // nobody listens there
+  EXPECT_EQ(request->Failure(), HttpFailure::kUnreachable);
 }
 
 TEST_F(CurlHttpTest, LimitsBoundTheWholeAnswerAndTheWholeExchange) {
@@ -321,12 +324,14 @@ TEST_F(CurlHttpTest, LimitsBoundTheWholeAnswerAndTheWholeExchange) {
         if (receive == 0) request->LimitExchange(milliseconds(100));
         request->Send();
         EXPECT_FALSE(request->WaitForResponse());
+        EXPECT_EQ(request->Failure(), HttpFailure::kTimedOut);
         EXPECT_THAT(Since(begin), AllOf(testing::Ge(milliseconds(100)), testing::Lt(milliseconds(1000))));
       }
     }
   }
   ASSERT_TRUE(request->Open("GET", server.Url("/late")) && request->LimitExchange(milliseconds(10)));
   EXPECT_EQ(Get(*request, server.Url("/late"), false), 200);  // the limit was forgotten
+  EXPECT_EQ(request->Failure(), HttpFailure::kNone);
 }
 
 TEST_F(CurlHttpTest, ResolvingAndConnectingHaveALimitEach) {

@@ -20,7 +20,19 @@ struct Kind {
   int horizontal = 2;
   int vertical = 2;
   bool progressive = false;
+  bool a_scan_each = false;  ///< A scan for each coefficient of each component: 64 of a grey picture, 190 of three.
 };
+
+/// A scan for all DC coefficients, then one for each other coefficient of each component.
+std::vector<jpeg_scan_info> AScanEach(int components) {
+  std::vector<jpeg_scan_info> scans{{components, {0, 1, 2}, 0, 0, 0, 0}};
+  for (int component = 0; component < components; ++component) {
+    for (int coefficient = 1; coefficient < 64; ++coefficient) {
+      scans.push_back({1, {component}, coefficient, coefficient, 0, 0});
+    }
+  }
+  return scans;
+}
 
 /// A smooth picture with edges: what cameras see, without noise.
 std::vector<std::uint8_t> Encode(const Kind& kind, int width, int height) {
@@ -43,6 +55,11 @@ std::vector<std::uint8_t> Encode(const Kind& kind, int width, int height) {
   compress.comp_info[0].h_samp_factor = kind.horizontal;
   compress.comp_info[0].v_samp_factor = kind.vertical;
   if (kind.progressive) jpeg_simple_progression(&compress);
+  const auto scans = AScanEach(compress.num_components);
+  if (kind.a_scan_each) {
+    compress.scan_info = scans.data();
+    compress.num_scans = static_cast<int>(scans.size());
+  }
   jpeg_start_compress(&compress, TRUE);
   std::vector<std::uint8_t> row;
   while (compress.next_scanline < compress.image_height) {
@@ -106,6 +123,9 @@ Surface ShrinkCarefully(const Surface& source, int width, int height) {
 class JpegDecoderTest : public testing::Test {
  protected:
   static FrameBytes Frame(std::vector<std::uint8_t> bytes) { return FrameBytes(std::move(bytes)); }
+  bool DrawWhole(Surface& target, const FrameBytes& frame) {
+    return decoder.DrawOn({target, target.Width(), target.Height()}, frame).has_value();
+  }
   TurboJpegDecoder decoder;
 };
 
@@ -118,25 +138,30 @@ TEST_F(JpegDecoderTest, EveryKindOfPictureIsDrawnAtEverySize) {
                         {"RGB", JCS_RGB, 1, 1},
                         {"CMYK", JCS_CMYK, 1, 1},
                         {"YCCK", JCS_YCCK, 2, 2},
-                        {"progressive", JCS_YCbCr, 2, 2, true}};
+                        {"progressive", JCS_YCbCr, 2, 2, true},
+                        {"64 scans", JCS_GRAYSCALE, 1, 1, true, true}};
   for (const Kind& kind : kinds) {
     SCOPED_TRACE(kind.name);
     const auto file = Encode(kind, 330, 246);
     Surface native(330, 246);
-    ASSERT_TRUE(decoder.DrawJpeg(native, Frame(file), 0, 0));
-    EXPECT_EQ(decoder.JpegWidth(), 330);
-    EXPECT_EQ(decoder.JpegHeight(), 246);
+    Surface thumbnail(110, 82);
+    const JpegTarget together[]{{native}, {thumbnail, 110, 82}};
+    const auto size = decoder.DrawOnAll(Frame(file), together);
+    ASSERT_TRUE(size);
+    EXPECT_EQ(size->width, 330);
+    EXPECT_EQ(size->height, 246);
     EXPECT_EQ(native.Pixels().front() >> 24, 0xffu);
+    EXPECT_GT(Psnr(thumbnail, ShrinkCarefully(native, 110, 82)), 36);
     for (const int divisor : {1, 2, 3, 6}) {
       Surface small(330 / divisor, 246 / divisor);
-      ASSERT_TRUE(decoder.DrawJpeg(small, Frame(file), small.Width(), small.Height()));
+      ASSERT_TRUE(DrawWhole(small, Frame(file)));
       EXPECT_GT(Psnr(small, ShrinkCarefully(native, small.Width(), small.Height())), 36) << divisor;
     }
     Surface large(660, 492);
-    ASSERT_TRUE(decoder.DrawJpeg(large, Frame(file), 660, 492));
+    ASSERT_TRUE(DrawWhole(large, Frame(file)));
     EXPECT_GT(Psnr(ShrinkCarefully(large, 330, 246), native), 36);
     Surface stretched(500, 300);
-    ASSERT_TRUE(decoder.DrawJpeg(stretched, Frame(file), 500, 300));
+    ASSERT_TRUE(DrawWhole(stretched, Frame(file)));
     for (const std::uint32_t pixel : stretched.Pixels()) ASSERT_EQ(pixel >> 24, 0xffU);
   }
 }
@@ -146,9 +171,10 @@ TEST_F(JpegDecoderTest, OneFrameIsDecodedOnceHoweverOftenItIsDrawn) {
   Surface area(640, 480);
   Surface thumbnail(89, 82);
   Surface tiles(300, 300, Rgb(1, 1, 1));
-  ASSERT_TRUE(decoder.DrawJpeg(area, frame, 640, 480));
-  ASSERT_TRUE(decoder.DrawJpeg(thumbnail, frame, 100, 100));
-  ASSERT_TRUE(decoder.DrawJpegAt(tiles, frame, 100, 100, 100, 100));
+  const JpegTarget together[]{{thumbnail, 100, 100}, {area, 640, 480}, {tiles, -1, 100}};
+  EXPECT_EQ(decoder.SizeOf(frame)->width, 640);
+  ASSERT_TRUE(decoder.DrawOnAll(frame, together));
+  ASSERT_TRUE(decoder.DrawOn({tiles, 100, 100, 100, 100}, frame));
   EXPECT_EQ(decoder.Decodes(), 1u);
   EXPECT_EQ(tiles.Point(99, 100), Rgb(1, 1, 1));
   EXPECT_EQ(tiles.Point(100, 200), Rgb(1, 1, 1));
@@ -156,31 +182,31 @@ TEST_F(JpegDecoderTest, OneFrameIsDecodedOnceHoweverOftenItIsDrawn) {
 
   // A surface that somebody drew on is no source any more, and neither is one that is gone.
   area.FillBox(0, 0, 639, 479, Rgb(0, 0, 0));
-  ASSERT_TRUE(decoder.DrawJpeg(thumbnail, frame, 100, 100));
+  ASSERT_TRUE(decoder.DrawOn({thumbnail, 100, 100}, frame));
   EXPECT_EQ(decoder.Decodes(), 2u);
   EXPECT_NEAR(RedOf(tiles.Point(110, 110)), RedOf(thumbnail.Point(10, 10)), 8);
   const FrameBytes other = Frame(Encode({"4:2:0"}, 640, 480));
   {
     Surface passing(640, 480);
-    ASSERT_TRUE(decoder.DrawJpeg(passing, other, 640, 480));
+    ASSERT_TRUE(DrawWhole(passing, other));
   }
-  ASSERT_TRUE(decoder.DrawJpeg(thumbnail, other, 100, 100));
+  ASSERT_TRUE(decoder.DrawOn({thumbnail, 100, 100}, other));
 }
 
 TEST_F(JpegDecoderTest, PlacesAreClippedToTheSurface) {
   const FrameBytes frame = Frame(Encode({"4:4:4", JCS_YCbCr, 1, 1}, 64, 64));
   Surface whole(40, 40);
-  ASSERT_TRUE(decoder.DrawJpeg(whole, frame, 40, 40));
+  ASSERT_TRUE(DrawWhole(whole, frame));
   Surface target(30, 30, Rgb(0, 0, 0));
-  ASSERT_TRUE(decoder.DrawJpegAt(target, frame, -10, -20, 40, 40));
+  ASSERT_TRUE(decoder.DrawOn({target, 40, 40, -10, -20}, frame));
   EXPECT_EQ(target.Point(0, 0), whole.Point(10, 20));
   EXPECT_EQ(target.Point(29, 19), whole.Point(39, 39));
   EXPECT_EQ(target.Point(5, 20), Rgb(0, 0, 0));
-  decoder.DrawJpegAt(target, frame, 1000, 1000, 40, 40);
-  decoder.DrawJpegAt(target, frame, 5, 5, -1, 40);
+  decoder.DrawOn({target, 40, 40, 1000, 1000}, frame);
+  EXPECT_FALSE(decoder.DrawOn({target, -1, 40, 5, 5}, frame));
 }
 
-TEST_F(JpegDecoderTest, DamagedPicturesLeaveTheSurfaceAsItWas) {
+TEST_F(JpegDecoderTest, DamagedPicturesLeaveEverySurfaceAsItWas) {
   const auto good = Encode({"4:2:0"}, 320, 240);
   const auto cut = [&](std::size_t size) {
     return std::vector<std::uint8_t>(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(size));
@@ -200,27 +226,33 @@ TEST_F(JpegDecoderTest, DamagedPicturesLeaveTheSurfaceAsItWas) {
   for (std::size_t i = 0; i + 4 < good.size(); ++i) {
     if (good[i] == 0xff && good[i + 1] == 0xdb && good[i + 4] == 0) without_table[i + 4] = 3;
   }
-  Surface shown(320, 240);
-  ASSERT_TRUE(decoder.DrawJpeg(shown, Frame(good), 320, 240));
-  const std::pair<const char*, std::vector<std::uint8_t>> files[] = {{"without a table of its own", without_table},
-                                                                     {"ends in the middle", cut(good.size() / 2)},
-                                                                     {"ends in the header", cut(100)},
-                                                                     {"no end marker", cut(good.size() - 30)},
-                                                                     {"garbage", std::vector<std::uint8_t>(5000, 0x5a)},
-                                                                     {"scrambled", scrambled},
-                                                                     {"65,535 x 65,535", huge},
-                                                                     {"empty", {}}};
+  Surface target(320, 240);
+  ASSERT_TRUE(DrawWhole(target, Frame(good)));
+  const std::pair<const char*, std::vector<std::uint8_t>> files[] = {
+      {"without a table of its own", without_table},
+      {"ends in the middle", cut(good.size() / 2)},
+      {"ends in the header", cut(100)},
+      {"no end marker", cut(good.size() - 30)},
+      {"garbage", std::vector<std::uint8_t>(5000, 0x5a)},
+      {"scrambled", scrambled},
+      {"65,535 x 65,535", huge},
+      {"190 scans", Encode({"190 scans", JCS_YCbCr, 2, 2, true, true}, 320, 240)},
+      {"empty", {}}};
   for (const auto& [name, file] : files) {
     for (const int size : {320, 160, 100}) {
-      Surface target(320, 240, Rgb(9, 8, 7));
-      EXPECT_FALSE(decoder.DrawJpeg(target, FrameBytes(file), size, size * 3 / 4)) << name;
-      for (const std::uint32_t pixel : target.Pixels()) ASSERT_EQ(pixel & 0xffffff, 0x090807u) << name;
+      Surface shown(320, 240, Rgb(9, 8, 7));
+      Surface thumbnail(89, 82, Rgb(9, 8, 7));
+      const JpegTarget together[]{{shown, size, size * 3 / 4}, {thumbnail, 100, 100}};
+      EXPECT_FALSE(decoder.DrawOnAll(FrameBytes(file), together)) << name;
+      for (const Surface* kept : {&shown, &thumbnail}) {
+        for (const std::uint32_t pixel : kept->Pixels()) ASSERT_EQ(pixel & 0xffffff, 0x090807u) << name;
+      }
     }
   }
-  // The next good one shows.
-  Surface target(320, 240);
-  EXPECT_TRUE(decoder.DrawJpeg(target, Frame(good), 320, 240));
-  EXPECT_EQ(decoder.JpegWidth(), 320);
+  // The header of a damaged picture can be read all the same; the next good one shows.
+  EXPECT_EQ(decoder.SizeOf(Frame(scrambled))->height, 240);
+  EXPECT_FALSE(decoder.SizeOf(Frame(huge)));
+  EXPECT_TRUE(DrawWhole(target, Frame(good)));
 }
 
 TEST_F(JpegDecoderTest, LargePicturesHaveALimitTogetherAndKeepOutNoOrdinaryOne) {
@@ -229,10 +261,10 @@ TEST_F(JpegDecoderTest, LargePicturesHaveALimitTogetherAndKeepOutNoOrdinaryOne) 
   Surface target(4000, 2100);
   const std::int64_t others = 3 * Surface::kMaxPixels - pixels_in_use - 4000 * 2100 + 1;
   pixels_in_use += others;
-  EXPECT_FALSE(decoder.DrawJpeg(target, large, 0, 0));
-  EXPECT_TRUE(decoder.DrawJpeg(target, ordinary, 0, 0));
+  EXPECT_FALSE(decoder.DrawOn({target}, large));
+  EXPECT_TRUE(decoder.DrawOn({target}, ordinary));
   pixels_in_use -= others;
-  EXPECT_TRUE(decoder.DrawJpeg(target, large, 0, 0));
+  EXPECT_TRUE(decoder.DrawOn({target}, large));
 }
 
 }  // namespace
