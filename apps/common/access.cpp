@@ -1,14 +1,14 @@
-#include "access.h"
+#include "common/access.h"
 
 #include <CLI/CLI.hpp>
 #include <cstdlib>
 #include <iostream>
 #include <memory>
 
-#include "credentials_file.h"
-#include "environment.h"
+#include "common/credentials_file.h"
+#include "common/environment.h"
+#include "common/shown_text.h"
 #include "protocol/server_address.h"
-#include "shown_text.h"
 
 namespace orbelcast {
 

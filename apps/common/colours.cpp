@@ -1,8 +1,8 @@
-#include "colours.h"
+#include "common/colours.h"
 
 #include <unistd.h>
 
-#include "environment.h"
+#include "common/environment.h"
 
 namespace orbelcast {
 

@@ -1,10 +1,10 @@
-#include "credentials_file.h"
+#include "common/credentials_file.h"
 
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <string_view>
 
+#include "adapters/posix/key_value_lines.h"
 #include "adapters/posix/named_file.h"
 #include "toolkit/ascii.h"
 
@@ -28,22 +28,14 @@ Credentials ReadCredentials(const std::filesystem::path& file) {
 
   Credentials credentials;
   credentials.readable_by_others = S_ISREG(content.mode) && (content.mode & (S_IRGRP | S_IROTH)) != 0;
-  std::string_view rest = content.text;
-  for (int number = 1; !rest.empty(); ++number) {
-    const std::size_t end = std::min(rest.find('\n'), rest.size());
-    const std::string_view line = Trimmed(rest.substr(0, end), " \t\r");
-    rest.remove_prefix(std::min(end + 1, rest.size()));
-    if (line.empty() || line.starts_with('#')) continue;
-
-    const std::string where = file.string() + ", line " + std::to_string(number) + ": ";
-    const std::size_t equals = std::min(line.find('='), line.size());
-    const std::string_view key = Trimmed(line.substr(0, equals));
-    if (equals == line.size() || (key != "user" && key != "password")) {
+  for (const KeyValueLine& line : KeyValueLines(content.text)) {
+    const std::string where = file.string() + ", line " + std::to_string(line.number) + ": ";
+    if (!line.value || (line.key != "user" && line.key != "password")) {
       throw CredentialsError(where + "expected a line 'user = NAME' or 'password = TEXT'");
     }
-    const std::string_view value = Unquoted(Trimmed(line.substr(equals + 1)));
+    const std::string_view value = Unquoted(*line.value);
     if (HasControlCharacter(value)) throw CredentialsError(where + "the value holds a control character");
-    (key == "user" ? credentials.user : credentials.password) = value;
+    (line.key == "user" ? credentials.user : credentials.password) = value;
   }
   return credentials;
 }

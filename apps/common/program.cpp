@@ -1,9 +1,9 @@
-#include "program.h"
+#include "common/program.h"
 
 #include <csignal>
 #include <iostream>
 
-#include "usage.h"
+#include "common/exit_status.h"
 
 namespace orbelcast {
 
@@ -15,7 +15,7 @@ void SurviveFailedWrites() {
 int EndOutput(const std::string& program, int status) {
   if (std::cout.flush()) return status;
   std::cerr << program << ": cannot write to standard output; is the disk full, or has its reader gone?\n";
-  return status != 0 ? status : kWrongUsage;
+  return status != 0 ? status : kBadUsage;
 }
 
 }  // namespace orbelcast

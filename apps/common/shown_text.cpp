@@ -1,4 +1,4 @@
-#include "shown_text.h"
+#include "common/shown_text.h"
 
 #include <algorithm>
 #include <array>

@@ -1,35 +1,36 @@
-#include "stop_signals.h"
+#include "common/stop_signals.h"
 
-#include <fcntl.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <utility>
 
 namespace orbelcast {
 
 namespace {
 
-// A signal handler knows nothing but what is static; all it may do here is write into the pipe that the queue watches.
-volatile std::sig_atomic_t g_pipe_end = -1;
+// A signal handler knows nothing but what is static; all it may do here is write to what the queue watches.
+volatile std::sig_atomic_t g_noted = -1;
 
 void NoteSignal(int) {
   const int saved_errno = errno;
-  const char note = 0;
-  static_cast<void>(!::write(g_pipe_end, &note, 1));
+  const std::uint64_t one = 1;
+  static_cast<void>(!::write(g_noted, &one, sizeof one));
   errno = saved_errno;
 }
 
 }  // namespace
 
-StopSignals::StopSignals(EventQueue& queue, std::function<void()> on_stop) : queue_(queue) {
-  if (::pipe2(pipe_.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;  // Ctrl-C then ends the program as it always does.
-  g_pipe_end = pipe_[1];
-  queue_.WatchSocket(pipe_[0], {.readable = true},
-                     [end = pipe_[0], on_stop = std::move(on_stop)](EventQueue::SocketEvents) {
-                       char note = 0;
-                       while (::read(end, &note, 1) > 0) {
-                       }
+StopSignals::StopSignals(EventQueue& queue, std::function<void()> on_stop)
+    : queue_(queue), noted_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+  if (!noted_.IsOpen()) return;  // Ctrl-C then ends the program as it always does.
+  g_noted = noted_.Number();
+  queue_.WatchSocket(noted_.Number(), {.readable = true},
+                     [noted = noted_.Number(), on_stop = std::move(on_stop)](EventQueue::SocketEvents) {
+                       std::uint64_t count = 0;
+                       static_cast<void>(!::read(noted, &count, sizeof count));
                        on_stop();
                      });
   struct sigaction action = {};
@@ -43,12 +44,10 @@ StopSignals::StopSignals(EventQueue& queue, std::function<void()> on_stop) : que
 }
 
 StopSignals::~StopSignals() {
-  if (pipe_[0] < 0) return;
+  if (!noted_.IsOpen()) return;
   for (std::size_t i = 0; i < kSignals.size(); ++i) ::sigaction(kSignals[i], &old_[i], nullptr);
-  queue_.UnwatchSocket(pipe_[0]);
-  g_pipe_end = -1;
-  ::close(pipe_[0]);
-  ::close(pipe_[1]);
+  queue_.UnwatchSocket(noted_.Number());
+  g_noted = -1;
 }
 
 }  // namespace orbelcast

@@ -4,6 +4,7 @@
 #include <csignal>
 #include <functional>
 
+#include "adapters/posix/descriptor.h"
 #include "platform/event_queue.h"
 
 namespace orbelcast {
@@ -22,7 +23,7 @@ class StopSignals {
   static constexpr std::array kSignals{SIGINT, SIGTERM, SIGHUP};
 
   EventQueue& queue_;
-  std::array<int, 2> pipe_{-1, -1};
+  const Descriptor noted_;  ///< An eventfd(2) that a signal writes to.
   std::array<struct sigaction, kSignals.size()> old_{};
 };
 

@@ -1,11 +1,12 @@
-#include "usage.h"
+#include "common/usage.h"
 
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <string>
 #include <vector>
 
-#include "shown_text.h"
+#include "common/exit_status.h"
+#include "common/shown_text.h"
 
 namespace orbelcast {
 
@@ -58,7 +59,7 @@ int ReportUsage(const CLI::App& app, const CLI::ParseError& error) {
   const CLI::App& command = CommandOf(app);
   std::cerr << app.get_name() << ": " << Shown(WhatIsWrong(app, error)) << "\nSee '" << FullName(app, command)
             << " --help'.\n";
-  return kWrongUsage;
+  return kBadUsage;
 }
 
 }  // namespace orbelcast

@@ -6,9 +6,6 @@
 /// credentials_file.h), numbers and files as options take them, colours on a terminal.
 namespace orbelcast {
 
-/// The exit status of every program for wrong usage. (CLI11 has others.)
-inline constexpr int kWrongUsage = 2;
-
 /// Tells what was wrong with the command line, and where its options are listed; answers the exit status. Help and
 /// version, which come the same way, go to standard output, with status 0.
 ///

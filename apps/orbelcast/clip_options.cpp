@@ -1,13 +1,13 @@
-#include "clip_options.h"
+#include "orbelcast/clip_options.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cctype>
+#include <iostream>
 #include <string_view>
 
-#include "adapters/posix/named_file.h"
+#include "common/option_values.h"
 #include "toolkit/ascii.h"
-#include "within.h"
 
 namespace orbelcast {
 
@@ -36,9 +36,7 @@ void ParseCodec(const std::string& text, ClipOptions& options) {
 std::filesystem::path ParseClipFile(const std::string& option, const std::string& text) {
   if (!EqualIgnoringCase(std::filesystem::path(text).extension().string(), ".avi"))
     throw CLI::ValidationError(option, "the clip's name must end in .avi");
-  if (const std::string why = WhyUnwritable(text); !why.empty()) {
-    throw CLI::ValidationError(option, "cannot write " + text + ": " + why);
-  }
+  if (const std::string why = CheckWritable(text); !why.empty()) throw CLI::ValidationError(option, why);
   return text;
 }
 
@@ -68,13 +66,22 @@ void AddClipOptions(CLI::App& command, ClipOptions& options) {
       ->group(clip);
 }
 
-std::string WhyNotRecord(const ClipOptions& options) {
+bool HasContent(const std::filesystem::path& file) {
   std::error_code error;
-  if (std::filesystem::is_other(options.file, error))
-    return options.file.string() + " is no file that a clip can be in";
-  const auto size = std::filesystem::file_size(options.file, error);
-  if (error || size == 0 || options.overwrite) return {};
-  return options.file.string() + " is there already; --overwrite replaces it";
+  const auto size = std::filesystem::file_size(file, error);
+  return !error && size > 0;
+}
+
+bool TellIfTaken(const ClipOptions& options) {
+  std::error_code error;
+  const std::string file = options.file.string();
+  if (std::filesystem::is_other(options.file, error)) {
+    std::cerr << "orbelcast: " << file << " is no file that a clip can be in\n";
+    return true;
+  }
+  if (options.overwrite || !HasContent(options.file)) return false;
+  std::cerr << "orbelcast: " << file << " is there already; --overwrite replaces it\n";
+  return true;
 }
 
 }  // namespace orbelcast

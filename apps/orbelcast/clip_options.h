@@ -25,7 +25,10 @@ std::filesystem::path ParseClipFile(const std::string& option, const std::string
 /// Declares --overwrite, --codec, --key-frames and --data-rate on `command`.
 void AddClipOptions(CLI::App& command, ClipOptions& options);
 
-/// What stands in the way of the file, for people; empty where nothing does.
-std::string WhyNotRecord(const ClipOptions& options);
+/// Whether the file holds something that a clip would replace.
+bool HasContent(const std::filesystem::path& file);
+
+/// Tells people on standard error what stands in the way of the clip's file. False where nothing does.
+bool TellIfTaken(const ClipOptions& options);
 
 }  // namespace orbelcast

@@ -1,11 +1,17 @@
-#include "event_json.h"
+#include "orbelcast/event_json.h"
 
+#include <ostream>
 #include <string>
 #include <utility>
 
-#include "shown_text.h"
+#include "common/shown_text.h"
 
 namespace orbelcast {
+
+bool PrintViewerEvent(std::ostream& output, const EventEntry& event, std::span<const EventArgument> arguments) {
+  output << ToLine(WithoutPasswords(EventToJson(event, "viewer", arguments))) << std::endl;
+  return output.good();
+}
 
 Json WithoutPasswords(Json value) {
   if (value.is_string()) return HidePasswords(value.get_ref<const std::string&>());

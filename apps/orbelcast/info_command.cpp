@@ -1,28 +1,35 @@
-#include "info_command.h"
-
 #include <unistd.h>
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <ostream>
+#include <iostream>
+#include <memory>
+#include <string>
 #include <utility>
 #include <vector>
 
 #include "assembly/headless_platform.h"
-#include "colours.h"
-#include "event_json.h"
-#include "http_status.h"
-#include "option_values.h"
+#include "common/colours.h"
+#include "common/http_status.h"
+#include "common/shown_text.h"
+#include "orbelcast/commands.h"
+#include "orbelcast/event_json.h"
+#include "orbelcast/server_entries.h"
 #include "protocol/relay.h"
 #include "protocol/server_info.h"
 #include "protocol/text.h"
-#include "server_entries.h"
-#include "shown_text.h"
 #include "toolkit/ascii.h"
 
 namespace orbelcast {
 
 namespace {
+
+struct InfoOptions {
+  std::string server;  ///< A host, host:port, or a relay account's address.
+  Access access;
+  double time_out = 10;  ///< Seconds, for connecting and for the answer each.
+  bool json = false;
+};
 
 /// Names of a value are followed by blanks up to here.
 constexpr std::size_t kNameWidth = 12;
@@ -166,19 +173,8 @@ std::string WhyNoInformation(const InfoOptions& options, const Configuration& co
   return {};
 }
 
-}  // namespace
-
-void AddInfoOptions(CLI::App& command, InfoOptions& options) {
-  AddServerOption(command, options.server);
-  AddAccessOptions(command, options.access, "User name, sent with the request (default: none)");
-  AddSecondsOption(command, "--timeout", options.time_out,
-                   "Seconds that connecting and that the answer may take each; may have decimals (default: 10)",
-                   kLongestTimeOut)
-      ->group("Request");
-  command.add_flag("--json", options.json, "Print JSON, for programs, instead of a table")->group("Output");
-}
-
-ExitStatus Info(const InfoOptions& options, std::ostream& output, std::ostream& messages) {
+/// Asks the server what it is and prints that, as a table or as JSON.
+ExitStatus Info(const InfoOptions& options) {
   HeadlessPlatform services;
   Platform& platform = services.Get();
   const ServerInfo info =
@@ -186,14 +182,25 @@ ExitStatus Info(const InfoOptions& options, std::ostream& output, std::ostream& 
                       options.access.password, static_cast<std::int32_t>(options.time_out * 1000), InfoMode::kAllLines);
   const std::string wrong = WhyNoInformation(options, platform.configuration, info);
   if (options.json) {
-    output << ToLines(WithoutPasswords(ToJson(info))) << '\n';
+    std::cout << ToLines(WithoutPasswords(ToJson(info))) << '\n';
   } else if (wrong.empty()) {
-    PrintTable(info, output);
+    PrintTable(info, std::cout);
   }
-  if (const std::string unread = WhatWasNotRead(info); !unread.empty()) messages << "orbelcast: " << unread << '\n';
+  if (const std::string unread = WhatWasNotRead(info); !unread.empty()) std::cerr << "orbelcast: " << unread << '\n';
   if (wrong.empty()) return kWorked;
-  messages << "orbelcast: no information from " << MaskedAddress(options.server).Text() << ": " << wrong << '\n';
+  std::cerr << "orbelcast: no information from " << MaskedAddress(options.server).Text() << ": " << wrong << '\n';
   return kNoPictures;
+}
+
+}  // namespace
+
+CommandRun BuildInfo(CLI::App& command) {
+  command.footer(kExitStatusOfPictures);
+  const auto options = std::make_shared<InfoOptions>();
+  AddServerOption(command, options->server);
+  AddRequestOptions(command, options->access, options->time_out);
+  command.add_flag("--json", options->json, "Print JSON, for programs, instead of a table")->group("Output");
+  return [options] { return Info(*options); };
 }
 
 }  // namespace orbelcast

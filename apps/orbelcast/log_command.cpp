@@ -1,23 +1,32 @@
-#include "log_command.h"
-
 #include <CLI/CLI.hpp>
 #include <cstdint>
+#include <filesystem>
+#include <iostream>
 #include <memory>
-#include <ostream>
+#include <string>
 
 #include "adapters/posix/named_file.h"
 #include "assembly/headless_platform.h"
-#include "http_status.h"
-#include "option_values.h"
+#include "common/http_status.h"
+#include "common/shown_text.h"
+#include "orbelcast/camera_options.h"
+#include "orbelcast/commands.h"
+#include "orbelcast/picture_file.h"
+#include "orbelcast/server_entries.h"
 #include "protocol/relay.h"
 #include "protocol/server_address.h"
 #include "protocol/text.h"
-#include "server_entries.h"
-#include "shown_text.h"
 
 namespace orbelcast {
 
 namespace {
+
+struct LogOptions {
+  std::string server;  ///< A host, host:port, or a relay account's address.
+  std::filesystem::path file;
+  Access access;
+  double time_out = 10;  ///< Seconds, for connecting and for the answer each.
+};
 
 /// The answer to the request for the log, whatever it is.
 std::shared_ptr<HttpRequest> AskForLog(Platform& platform, const LogOptions& options) {
@@ -40,38 +49,29 @@ std::string WhyNoLog(int status) {
   return "it answers with status " + std::to_string(status);
 }
 
-}  // namespace
-
-void AddLogOptions(CLI::App& command, LogOptions& options) {
-  AddServerOption(command, options.server);
-  command
-      .add_option_function<std::string>(
-          "FILE",
-          [&options](const std::string& text) {
-            options.file = text;
-            CheckWritable("FILE", text);
-          },
-          "Where the log goes, as the server sent it; an existing file is replaced once the log is there")
-      ->required()
-      ->type_name("");
-  AddAccessOptions(command, options.access, "User name, sent with the request (default: none)");
-  AddSecondsOption(command, "--timeout", options.time_out,
-                   "Seconds that connecting and that the answer may take each; may have decimals (default: 10)",
-                   kLongestTimeOut)
-      ->group("Request");
-}
-
-ExitStatus Log(const LogOptions& options, std::ostream& messages) {
+ExitStatus Log(const LogOptions& options) {
   HeadlessPlatform services;
   const auto answer = AskForLog(services.Get(), options);
   if (const std::string wrong = WhyNoLog(answer->Status()); !wrong.empty()) {
-    messages << "orbelcast: no log from " << MaskedAddress(options.server).Text() << ": " << wrong << '\n';
+    std::cerr << "orbelcast: no log from " << MaskedAddress(options.server).Text() << ": " << wrong << '\n';
     return kNoPictures;
   }
   const std::string wrong = WriteNamedFile(options.file, answer->ResponseBody().Bytes());
-  if (wrong.empty()) return kWorked;
-  messages << "orbelcast: cannot write " << Shown(options.file.string()) << ": " << Shown(wrong) << '\n';
-  return kBadUsage;
+  return TellIfUnwritten(options.file, wrong) ? kBadUsage : kWorked;
+}
+
+}  // namespace
+
+CommandRun BuildLog(CLI::App& command) {
+  command.footer(
+      "Exit status: 0 the log is in FILE; 1 no log came, and FILE is as it was; 2 wrong usage,\n"
+      "or a file that cannot be written.");
+  const auto options = std::make_shared<LogOptions>();
+  AddServerOption(command, options->server);
+  AddFileArgument(command, options->file,
+                  "Where the log goes, as the server sent it; an existing file is replaced once the log is there");
+  AddRequestOptions(command, options->access, options->time_out);
+  return [options] { return Log(*options); };
 }
 
 }  // namespace orbelcast

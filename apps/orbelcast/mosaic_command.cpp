@@ -1,158 +1,114 @@
-#include "mosaic_command.h"
-
 #include <CLI/CLI.hpp>
+#include <filesystem>
+#include <iostream>
 #include <memory>
 #include <optional>
-#include <ostream>
-#include <set>
+#include <string>
+#include <vector>
 
-#include "adapters/http/yielding_http.h"
-#include "assembly/headless_platform.h"
-#include "event_json.h"
-#include "interface/events.h"
+#include "common/access.h"
+#include "common/option_values.h"
+#include "common/shown_text.h"
 #include "mosaic/mosaic_tile.h"
-#include "option_values.h"
-#include "picture_file.h"
-#include "play_command.h"
-#include "seconds.h"
-#include "shown_text.h"
-#include "stop_signals.h"
-#include "timed_clip.h"
-#include "viewer/video_server_push.h"
+#include "orbelcast/camera_options.h"
+#include "orbelcast/clip_options.h"
+#include "orbelcast/commands.h"
+#include "orbelcast/event_json.h"
+#include "orbelcast/picture_file.h"
+#include "orbelcast/play_command.h"
+#include "orbelcast/timed_clip.h"
+#include "stream/stream_host.h"
+#include "interface/events.h"
 
 namespace orbelcast {
 
 namespace {
 
-/// What events say they come from.
-constexpr std::string_view kControlName = "viewer";
-
-/// Notes where a picture was drawn, by its top-left corner.
-class DrawnTiles final : public ForwardingJpegDecoder {
- public:
-  using ForwardingJpegDecoder::ForwardingJpegDecoder;
-
-  std::optional<Size> DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets) override {
-    const auto size = ForwardingJpegDecoder::DrawOnAll(jpeg, targets);
-    if (!size) return size;
-    for (const JpegTarget& target : targets) corners_.emplace(target.x, target.y);
-    return size;
-  }
-
-  bool Any() const { return !corners_.empty(); }
-  bool At(int x, int y) const { return corners_.contains({x, y}); }
-
- private:
-  std::set<std::pair<int, int>> corners_;
+struct MosaicOptions {
+  std::vector<std::string> cameras;  ///< Live addresses, without what says which picture.
+  Access access;
+  PixelSize size{640, 480};      ///< The video area.
+  std::filesystem::path output;  ///< Where the grid goes at the end.
+  ClipOptions clip;              ///< The clip that each round is a picture of.
+  int rounds = 1;                ///< End after that many rounds, unless `seconds` says when.
+  std::optional<double> seconds;
+  bool window = false;
 };
 
-/// A host without a window: one viewer that goes round the cameras.
+/// A host without a window: one viewer that goes round the cameras until the options or a signal end it.
 class MosaicHost {
  public:
-  MosaicHost(const MosaicOptions& options, std::ostream& output, std::ostream& messages)
-      : options_(options),
-        output_(output),
-        messages_(messages),
-        services_(std::make_unique<HeadlessPlatform>()),
-        drawn_(services_->Get().jpeg_decoder),
-        requests_(services_->Get().http),
-        platform_(services_->Get().With(drawn_).With(requests_)),
-        viewer_(VideoServerPush::Create(platform_)) {
+  explicit MosaicHost(const MosaicOptions& options) : options_(options) {
+    host_.on_end = [this] { grid_ = host_.Viewer().VideoStream.Image(); };
     if (options_.clip.file.empty()) return;
-    const int round = viewer_->MultiCam.Interval * static_cast<int>(options_.cameras.size());
+    const int round = host_.Viewer().MultiCam.Interval * static_cast<int>(options_.cameras.size());
     clip_.emplace(
-        services_->Get(), options_.clip, [this] { return viewer_->PictureToSave(); },
+        host_.ServicesUnderneath(), options_.clip, [this] { return host_.Viewer().PictureToSave(); },
         [round] { return TimedClip::RateOfInterval(round); });
   }
-  ~MosaicHost() {
-    clip_.reset();
-    viewer_.reset();
-    // Ends the handlers that still wait; they go by the platform and the decoder, which therefore end after it.
-    services_.reset();
-  }
-  MosaicHost(const MosaicHost&) = delete;
-  MosaicHost& operator=(const MosaicHost&) = delete;
 
   ExitStatus Run() {
-    EventQueue& queue = platform_.loop.Queue();
-    const StopSignals signals(queue, [this] { End(); });
-    ListenToAll(viewer_->Events,
-                [this](const EventEntry& event, std::span<const EventArgument> arguments) { Note(event, arguments); });
-    if (options_.seconds) {
-      queue.ArmTimer(Seconds(*options_.seconds), [this] { End(); });
-    }
-    viewer_->Resize(static_cast<float>(options_.width * platform_.screen.TwipsPerPixelX()),
-                    static_cast<float>(options_.height * platform_.screen.TwipsPerPixelY()));
-    std::string cameras;
-    for (const std::string& camera : options_.cameras) cameras += TileAddress(camera, options_.access) + "\r\n";
-    // In a handler: what it waits for does not hold up the end.
-    platform_.loop.RunHandler([cameras, viewer = viewer_.get()]() mutable { viewer->MultiCamView(cameras); });
-    platform_.loop.Wait(end_);
+    host_.Run([this] { Begin(); });
     if (clip_) clip_->Finish();
     return Outcome();
   }
 
  private:
-  void Note(const EventEntry& event, std::span<const EventArgument> arguments) {
-    if (end_.IsDone()) return;
-    output_ << ToLine(WithoutPasswords(EventToJson(event, kControlName, arguments)))
-            << std::endl;  // at once: others read along
-    if (!output_) End();
-    if (event.name != "StreamInfo") return;
-    if (clip_ && !clip_->Add()) End();
-    if (++rounds_ == options_.rounds && !options_.seconds) End();
+  void Begin() {
+    ListenToAll(host_.Viewer().Events, [this](const EventEntry& event, std::span<const EventArgument> arguments) {
+      NoteEvent(event, arguments);
+    });
+    if (options_.seconds) host_.EndAfter(*options_.seconds);
+    host_.Resize(options_.size);
+    std::string cameras;
+    for (const std::string& camera : options_.cameras) cameras += TileAddress(camera, options_.access) + "\r\n";
+    // In a handler: what it waits for does not hold up the end.
+    host_.Services().loop.RunHandler([cameras, viewer = &host_.Viewer()]() mutable { viewer->MultiCamView(cameras); });
   }
 
-  // The grid is kept as it is now: a tick that goes on would mark the next tile in it.
-  void End() {
-    if (end_.IsDone()) return;
-    grid_ = viewer_->VideoStream.Image();
-    end_.Complete();
+  void NoteEvent(const EventEntry& event, std::span<const EventArgument> arguments) {
+    if (host_.HasEnded()) return;
+    if (!PrintViewerEvent(std::cout, event, arguments)) host_.End();
+    if (event.name != "StreamInfo") return;
+    if (clip_ && !clip_->Add()) host_.End();
+    if (++rounds_ == options_.rounds && !options_.seconds) host_.End();
   }
 
   ExitStatus Outcome() {
     if (!options_.output.empty()) {
-      if (const std::string why = WritePicture(options_.output, grid_, platform_.pictures); !why.empty()) {
-        messages_ << "orbelcast: cannot write " << options_.output.string() << ": " << why << '\n';
-        return kBadUsage;
-      }
+      const std::string why = WritePicture(options_.output, grid_, host_.Services().pictures);
+      if (TellIfUnwritten(options_.output, why)) return kBadUsage;
     }
     if (clip_ && !TellOfClip()) return kBadUsage;
     const auto cameras = static_cast<std::int32_t>(options_.cameras.size());
     for (std::int32_t index = 0; index < cameras; ++index) {
-      const auto tile = PlaceTile(index, cameras, options_.width, options_.height);
-      if (tile && drawn_.At(tile->x, tile->y)) continue;
-      messages_ << "orbelcast: no picture from "
+      const auto tile = PlaceTile(index, cameras, options_.size.width, options_.size.height);
+      if (tile && host_.Pictures().At(tile->x, tile->y)) continue;
+      std::cerr << "orbelcast: no picture from "
                 << MaskedAddress(options_.cameras[static_cast<std::size_t>(index)]).Text() << '\n';
     }
-    return drawn_.Any() ? kWorked : kNoPictures;
+    return host_.Pictures().Count() > 0 ? kWorked : kNoPictures;
   }
 
   bool TellOfClip() {
     const std::string file = options_.clip.file.string();
-    if (clip_->Pictures() > 0) messages_ << file << ": " << clip_->Summary() << '\n';
-    if (!clip_->WhyNot().empty()) messages_ << "orbelcast: " << file << ": " << clip_->WhyNot() << '\n';
+    if (clip_->Pictures() > 0) std::cerr << file << ": " << clip_->Summary() << '\n';
+    if (!clip_->WhyNot().empty()) std::cerr << "orbelcast: " << file << ": " << clip_->WhyNot() << '\n';
     return clip_->WhyNot().empty();
   }
 
   const MosaicOptions& options_;
-  std::ostream& output_;
-  std::ostream& messages_;
-
-  std::unique_ptr<HeadlessPlatform> services_;
-  DrawnTiles drawn_;
-  YieldingHttp requests_;
-  Platform platform_;  ///< The services, with `drawn_` before the decoder and `requests_` before the requests.
-  std::shared_ptr<VideoServerPush> viewer_;
-
+  StreamHost host_{StreamHost::Requests::kYielding};
   std::optional<TimedClip> clip_;
-  Completion end_;  ///< It is time to end.
   int rounds_ = 0;
+  /// As it was when it was time to end: a tick that goes on would mark the next tile in it.
   Surface grid_;
 };
 
-ExitStatus ShowInWindow(const MosaicOptions& options, std::ostream& messages) {
-  std::vector<std::string> arguments{"--size", std::to_string(options.width) + "x" + std::to_string(options.height)};
+/// Puts the player program in this program's place.
+ExitStatus ShowInWindow(const MosaicOptions& options) {
+  std::vector<std::string> arguments{"--size",
+                                     std::to_string(options.size.width) + "x" + std::to_string(options.size.height)};
   if (options.seconds) {
     arguments.emplace_back("--quit-after");
     arguments.push_back(std::to_string(*options.seconds));
@@ -160,12 +116,20 @@ ExitStatus ShowInWindow(const MosaicOptions& options, std::ostream& messages) {
   arguments.emplace_back("--mosaic");
   arguments.insert(arguments.end(), options.cameras.begin(), options.cameras.end());
   PassOn(options.access);
-  return Play(arguments, messages);
+  return Play(arguments);
+}
+
+ExitStatus RunMosaic(const MosaicOptions& options) {
+  if (options.window) return ShowInWindow(options);
+  return TellIfTaken(options.clip) ? kBadUsage : MosaicHost(options).Run();
 }
 
 }  // namespace
 
-void AddMosaicOptions(CLI::App& command, MosaicOptions& options) {
+CommandRun BuildMosaic(CLI::App& command) {
+  command.footer(kExitStatusOfPictures);
+  const auto shared = std::make_shared<MosaicOptions>();
+  MosaicOptions& options = *shared;
   command
       .add_option("URL", options.cameras,
                   "The cameras' live addresses, in the grid's order, row by row; each begins with http:// and is asked "
@@ -175,16 +139,7 @@ void AddMosaicOptions(CLI::App& command, MosaicOptions& options) {
       ->each(KeepSecretsOf)
       ->type_name("");
   AddAccessOptions(command, options.access, "User name, added to each address that has no login yet (default: none)");
-  command
-      .add_option_function<std::string>(
-          "--size",
-          [&options](const std::string& text) {
-            const PixelSize size = ParsePixelSize("--size", text);
-            options.width = size.width;
-            options.height = size.height;
-          },
-          "Size of the grid in pixels, 1 to 8192 each (default: 640x480)")
-      ->type_name("WxH");
+  AddSizeOption(command, options.size, "Size of the grid in pixels, 1 to 8192 each (default: 640x480)");
 
   const std::string end = "When to end";
   auto* rounds = AddCountOption(command, "--rounds", options.rounds,
@@ -225,15 +180,7 @@ void AddMosaicOptions(CLI::App& command, MosaicOptions& options) {
       throw CLI::ValidationError("mosaic", "say where the grid goes: --output FILE, --record FILE.avi, or --window");
     }
   });
-}
-
-ExitStatus Mosaic(const MosaicOptions& options, std::ostream& output, std::ostream& messages) {
-  if (options.window) return ShowInWindow(options, messages);
-  if (const std::string why = WhyNotRecord(options.clip); !why.empty()) {
-    messages << "orbelcast: " << why << '\n';
-    return kBadUsage;
-  }
-  return MosaicHost(options, output, messages).Run();
+  return [shared] { return RunMosaic(*shared); };
 }
 
 }  // namespace orbelcast

@@ -1,6 +1,9 @@
-#include "picture_file.h"
+#include "orbelcast/picture_file.h"
+
+#include <iostream>
 
 #include "adapters/posix/named_file.h"
+#include "common/shown_text.h"
 #include "recording/picture_file.h"
 #include "toolkit/ascii.h"
 
@@ -22,6 +25,12 @@ std::string WritePicture(const fs::path& file, std::span<const std::uint8_t> byt
 
 std::string WritePicture(const fs::path& file, const Surface& picture, PictureCodec& codec) {
   return WritePicture(file, FormatOf(file) == PictureFormat::kPng ? codec.Encode(picture) : EncodeBitmap(picture));
+}
+
+bool TellIfUnwritten(const fs::path& file, const std::string& why) {
+  if (why.empty()) return false;
+  std::cerr << "orbelcast: cannot write " << Shown(file.string()) << ": " << Shown(why) << '\n';
+  return true;
 }
 
 }  // namespace orbelcast

@@ -18,6 +18,9 @@ PictureFormat FormatOf(const std::filesystem::path& file);
 /// Writes a picture's bytes where `file` leads, as WriteNamedFile does; none are a problem of their own.
 std::string WritePicture(const std::filesystem::path& file, std::span<const std::uint8_t> bytes);
 
+/// Tells people on standard error that `file` could not be written, and `why`. False where `why` is empty.
+bool TellIfUnwritten(const std::filesystem::path& file, const std::string& why);
+
 /// Writes `picture` as a PNG or BMP file, by the file's ending. What is wrong, for people; empty where nothing is.
 std::string WritePicture(const std::filesystem::path& file, const Surface& picture, PictureCodec& codec);
 

@@ -1,11 +1,15 @@
-#include "play_command.h"
+#include "orbelcast/play_command.h"
 
 #include <unistd.h>
+#include <CLI/CLI.hpp>
 
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <ostream>
+#include <iostream>
+
+#include "adapters/posix/own_folder.h"
+#include "orbelcast/commands.h"
 
 namespace orbelcast {
 
@@ -15,7 +19,7 @@ constexpr const char* kPlayer = "orbelcast-player";
 
 }  // namespace
 
-ExitStatus Play(const std::vector<std::string>& arguments, std::ostream& messages) {
+ExitStatus Play(const std::vector<std::string>& arguments) {
   std::vector<std::string> words{kPlayer};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> pointers;
@@ -23,20 +27,28 @@ ExitStatus Play(const std::vector<std::string>& arguments, std::ostream& message
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
 
-  std::error_code error;
-  const std::filesystem::path here = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
-  const std::filesystem::path beside = here / kPlayer;
-  if (!error) ::execv(beside.c_str(), pointers.data());
+  errno = ENOENT;
+  const std::filesystem::path here = OwnFolder();
+  if (!here.empty()) ::execv((here / kPlayer).c_str(), pointers.data());
   if (errno == ENOENT) ::execvp(kPlayer, pointers.data());
 
   if (errno == ENOENT) {
-    messages << "orbelcast: the player, " << kPlayer << ", is neither in " << here.string() << " nor on PATH.\n"
-             << "Install it (the package orbelcast-qt, or a build with Qt 6), or use 'orbelcast watch', which needs no "
-                "window.\n";
+    std::cerr
+        << "orbelcast: the player, " << kPlayer << ", is neither in " << here.string() << " nor on PATH.\n"
+        << "Install it (the package orbelcast-qt, or a build with Qt 6), or use 'orbelcast watch', which needs no "
+           "window.\n";
   } else {
-    messages << "orbelcast: the player, " << kPlayer << ", could not be started: " << std::strerror(errno) << '\n';
+    std::cerr << "orbelcast: the player, " << kPlayer << ", could not be started: " << std::strerror(errno) << '\n';
   }
   return kBadUsage;
+}
+
+CommandRun BuildPlay(CLI::App& command) {
+  command.footer(
+      "What follows 'play' goes to the player program as it stands, whose options\n"
+      "'orbelcast play URL --help' shows.");
+  command.prefix_command();
+  return [&command] { return Play(command.remaining()); };
 }
 
 }  // namespace orbelcast

@@ -1,22 +1,35 @@
-#include "record_command.h"
-
 #include <unistd.h>
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <ostream>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
 
-#include "event_json.h"
-#include "option_values.h"
-#include "seconds.h"
-#include "timed_clip.h"
-#include "watcher.h"
+#include "common/option_values.h"
+#include "orbelcast/camera_options.h"
+#include "orbelcast/clip_options.h"
+#include "orbelcast/commands.h"
+#include "orbelcast/event_json.h"
+#include "orbelcast/timed_clip.h"
+#include "orbelcast/watcher.h"
+#include "stream/seconds.h"
 
 namespace orbelcast {
 
 namespace {
+
+struct RecordOptions {
+  StreamOptions stream{.frame_rate = 10};
+  ClipOptions clip;
+  std::optional<int> frames;       ///< End after that many pictures.
+  std::optional<double> seconds;   ///< End when the clip is that long.
+  std::optional<double> time_out;  ///< End after that time where no picture came.
+  bool json = false;
+};
 
 constexpr std::chrono::seconds kProgressEvery{1};
 /// Side of the viewer's own picture, which nobody sees: as small as decoding gets.
@@ -24,11 +37,8 @@ constexpr int kUnseenSide = 8;
 
 WatchOptions WatchSilently(const RecordOptions& options) {
   WatchOptions watch;
-  watch.url = options.url;
-  watch.access = options.access;
-  watch.frame_rate = options.frame_rate;
-  watch.width = watch.height = kUnseenSide;
-  watch.auto_reconnect = options.auto_reconnect;
+  watch.stream = options.stream;
+  watch.size = {kUnseenSide, kUnseenSide};
   watch.events.emplace();
   watch.time_out =
       options.time_out.value_or(std::min(kFirstPictureWithin, options.seconds.value_or(kFirstPictureWithin)));
@@ -38,14 +48,12 @@ WatchOptions WatchSilently(const RecordOptions& options) {
 /// A host without a window: a watcher whose pictures go into a clip.
 class Recording {
  public:
-  Recording(const RecordOptions& options, std::ostream& output, std::ostream& messages)
+  explicit Recording(const RecordOptions& options)
       : options_(options),
-        output_(output),
-        messages_(messages),
-        watcher_(WatchSilently(options), output, messages),
+        watcher_(WatchSilently(options), std::cout, std::cerr),
         clip_(
-            watcher_.Services(), options.clip, [this] { return watcher_.NewestFrame(); },
-            [this] { return TimedClip::RateOfInterval(watcher_.Viewer().MasterTimer.Interval); }) {}
+            watcher_.Host().ServicesUnderneath(), options.clip, [this] { return watcher_.Host().Pictures().Newest(); },
+            [this] { return TimedClip::RateOfInterval(watcher_.Host().Viewer().MasterTimer.Interval); }) {}
 
   ExitStatus Run() {
     watcher_.on_picture = [this] { Add(); };
@@ -54,9 +62,9 @@ class Recording {
     const ExitStatus status = watcher_.Run();
     clip_.Finish();
     if (shows_progress) ClearProgress();
-    if (clip_.Pictures() > 0) output_ << (options_.json ? ClipAsJson() : ClipAsText()) << '\n';
+    if (clip_.Pictures() > 0) std::cout << (options_.json ? ClipAsJson() : ClipAsText()) << '\n';
     if (clip_.WhyNot().empty()) return status;
-    messages_ << "orbelcast: " << options_.clip.file.string() << ": " << clip_.WhyNot() << '\n';
+    std::cerr << "orbelcast: " << options_.clip.file.string() << ": " << clip_.WhyNot() << '\n';
     return kBadUsage;
   }
 
@@ -72,7 +80,7 @@ class Recording {
 
   void End() {
     ended_ = true;
-    watcher_.End();
+    watcher_.Host().End();
   }
 
   std::string ClipAsText() const { return options_.clip.file.string() + ": " + clip_.Summary(); }
@@ -93,20 +101,27 @@ class Recording {
   }
   static void ClearProgress() { std::fputs("\r\033[K", stderr); }
 
-  EventQueue& Queue() { return watcher_.Services().loop.Queue(); }
+  EventQueue& Queue() { return watcher_.Host().Services().loop.Queue(); }
 
   const RecordOptions& options_;
-  std::ostream& output_;
-  std::ostream& messages_;
   Watcher watcher_;
   TimedClip clip_;
   bool ended_ = false;
 };
 
+/// Records until the options, a failure or a signal end it, and prints a line about the finished clip. How far it is
+/// goes to standard error, where that is a terminal.
+ExitStatus Record(const RecordOptions& options) {
+  return TellIfTaken(options.clip) ? kBadUsage : Recording(options).Run();
+}
+
 }  // namespace
 
-void AddRecordOptions(CLI::App& command, RecordOptions& options) {
-  AddCameraOptions(command, options.url, options.access);
+CommandRun BuildRecord(CLI::App& command) {
+  command.footer(kExitStatusOfPictures);
+  const auto shared = std::make_shared<RecordOptions>();
+  RecordOptions& options = *shared;
+  AddCameraOptions(command, options.stream.url, options.stream.access);
   command
       .add_option_function<std::string>(
           "FILE", [&options](const std::string& text) { options.clip.file = ParseClipFile("FILE", text); },
@@ -114,7 +129,7 @@ void AddRecordOptions(CLI::App& command, RecordOptions& options) {
       ->required()
       ->type_name("");
 
-  AddStreamOptions(command, options.frame_rate, options.auto_reconnect);
+  AddStreamOptions(command, options.stream.frame_rate, options.stream.auto_reconnect);
   AddClipOptions(command, options.clip);
 
   const std::string end = "When to end (default: at Ctrl-C)";
@@ -124,14 +139,7 @@ void AddRecordOptions(CLI::App& command, RecordOptions& options) {
       ->group(end);
   AddTimeOutOption(command, options.time_out, ", or --seconds where that is less");
   command.add_flag("--json", options.json, "Tell of the finished clip as JSON, for programs")->group("Output");
-}
-
-ExitStatus Record(const RecordOptions& options, std::ostream& output, std::ostream& messages) {
-  if (const std::string why = WhyNotRecord(options.clip); !why.empty()) {
-    messages << "orbelcast: " << why << '\n';
-    return kBadUsage;
-  }
-  return Recording(options, output, messages).Run();
+  return [shared] { return Record(*shared); };
 }
 
 }  // namespace orbelcast

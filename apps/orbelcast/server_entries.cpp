@@ -1,10 +1,11 @@
-#include "server_entries.h"
+#include "orbelcast/server_entries.h"
 
 #include <CLI/CLI.hpp>
 
+#include "common/option_values.h"
+#include "common/shown_text.h"
 #include "protocol/limits.h"
 #include "protocol/text.h"
-#include "shown_text.h"
 #include "toolkit/ascii.h"
 
 namespace orbelcast {
@@ -53,6 +54,14 @@ void AddServerOption(CLI::App& command, std::string& server) {
       ->check(CheckServer)
       ->each(KeepSecretsOf)
       ->type_name("");
+}
+
+void AddRequestOptions(CLI::App& command, Access& access, double& time_out) {
+  AddAccessOptions(command, access, "User name, sent with the request (default: none)");
+  AddSecondsOption(command, "--timeout", time_out,
+                   "Seconds that connecting and that the answer may take each; may have decimals (default: 10)",
+                   kLongestTimeOut)
+      ->group("Request");
 }
 
 }  // namespace orbelcast

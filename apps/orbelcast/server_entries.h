@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "common/access.h"
 #include "protocol/server_info.h"
 
 namespace CLI {
@@ -31,6 +32,9 @@ std::string CheckServer(const std::string& server);
 
 /// Declares SERVER, a camera server's address, of which `server` gets what was written.
 void AddServerOption(CLI::App& command, std::string& server);
+
+/// Declares who asks, and how long a request may take, in seconds.
+void AddRequestOptions(CLI::App& command, Access& access, double& time_out);
 
 /// Why a server that answers with status 401 does, and what to do.
 inline constexpr const char* kAsksForAnotherLogin =

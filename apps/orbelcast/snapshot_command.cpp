@@ -1,44 +1,53 @@
-#include "snapshot_command.h"
-
 #include <CLI/CLI.hpp>
-#include <ostream>
+#include <iostream>
+#include <memory>
 
-#include "event_json.h"
-#include "option_values.h"
-#include "watcher.h"
+#include "orbelcast/camera_options.h"
+#include "orbelcast/commands.h"
+#include "orbelcast/event_json.h"
+#include "orbelcast/watcher.h"
 
 namespace orbelcast {
 
-void AddSnapshotOptions(CLI::App& command, SnapshotOptions& options) {
-  WatchOptions& watch = options.watch;
+namespace {
+
+struct SnapshotOptions {
+  WatchOptions watch;  ///< A single picture, as it was sent; no event is printed.
+  bool json = false;
+};
+
+/// Saves a camera's picture. With `json` what was saved is printed.
+ExitStatus Snapshot(const SnapshotOptions& options) {
+  Watcher watcher(options.watch, std::cout, std::cerr);
+  const ExitStatus status = watcher.Run();
+  if (status != kWorked || !options.json) return status;
+  const FrameBytes& picture = watcher.Host().Pictures().Newest();
+  const Size size = watcher.Host().Services().jpeg_decoder.SizeOf(picture).value_or(Size{});
+  std::cout << ToLine(Json{{"file", options.watch.picture.string()},
+                           {"bytes", picture.Size()},
+                           {"width", size.width},
+                           {"height", size.height}})
+            << '\n';
+  return kWorked;
+}
+
+}  // namespace
+
+CommandRun BuildSnapshot(CLI::App& command) {
+  command.footer(
+      "Exit status: 0 the picture is in FILE; 1 no picture came, and FILE is as it was; 2 wrong\n"
+      "usage, or a file that cannot be written.");
+  const auto options = std::make_shared<SnapshotOptions>();
+  WatchOptions& watch = options->watch;
   watch.once = true;
   watch.picture_as_sent = true;
   watch.events.emplace();
-  AddCameraOptions(command, watch.url, watch.access);
-  command
-      .add_option_function<std::string>(
-          "FILE",
-          [&watch](const std::string& text) {
-            watch.picture = text;
-            CheckWritable("FILE", text);
-          },
-          "Where the picture goes, as the server sent it; an existing file is replaced once the picture is there")
-      ->required()
-      ->type_name("");
-  command.add_flag("--json", options.json, "Print what was saved as JSON, for programs")->group("Output");
-}
-
-ExitStatus Snapshot(const SnapshotOptions& options, std::ostream& output, std::ostream& messages) {
-  Watcher watcher(options.watch, output, messages);
-  const ExitStatus status = watcher.Run();
-  if (status != kWorked || !options.json) return status;
-  const Size size = watcher.Services().jpeg_decoder.SizeOf(watcher.NewestFrame()).value_or(Size{});
-  output << ToLine(Json{{"file", options.watch.picture.string()},
-                        {"bytes", watcher.NewestFrame().Size()},
-                        {"width", size.width},
-                        {"height", size.height}})
-         << '\n';
-  return kWorked;
+  AddCameraOptions(command, watch.stream.url, watch.stream.access);
+  AddFileArgument(command, watch.picture,
+                  "Where the picture goes, as the server sent it; an existing file is replaced once the picture is "
+                  "there");
+  command.add_flag("--json", options->json, "Print what was saved as JSON, for programs")->group("Output");
+  return [options] { return Snapshot(*options); };
 }
 
 }  // namespace orbelcast

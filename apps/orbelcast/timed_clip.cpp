@@ -1,4 +1,4 @@
-#include "timed_clip.h"
+#include "orbelcast/timed_clip.h"
 
 #include <algorithm>
 #include <chrono>
@@ -21,12 +21,6 @@ std::string SizeText(std::uintmax_t bytes) {
   char text[32];
   std::snprintf(text, sizeof text, "%.1f %s", static_cast<double>(bytes) / (bytes < 1'000'000 ? 1e3 : 1e6), unit);
   return text;
-}
-
-bool HasContent(const std::filesystem::path& file) {
-  std::error_code error;
-  const auto size = std::filesystem::file_size(file, error);
-  return !error && size > 0;
 }
 
 }  // namespace

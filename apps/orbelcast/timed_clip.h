@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "clip_options.h"
+#include "orbelcast/clip_options.h"
 #include "platform/platform.h"
 #include "recording/clip_recorder.h"
 

@@ -1,14 +1,17 @@
-#include "watch_options.h"
+#include "orbelcast/watch_options.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
-#include "interface/video_server_push_interface.h"
-#include "option_values.h"
+#include "common/option_values.h"
+#include "common/whole_number.h"
+#include "orbelcast/camera_options.h"
 #include "protocol/text.h"
-#include "within.h"
+#include "interface/video_server_push_interface.h"
 
 namespace orbelcast {
 
@@ -17,25 +20,20 @@ namespace {
 constexpr int kZones = 25;
 constexpr std::string_view kNoEvents = "none";
 
-void ParseSize(const std::string& text, WatchOptions& options) {
-  const PixelSize size = ParsePixelSize("--size", text);
-  options.width = size.width;
-  options.height = size.height;
-}
-
 void ParseArea(const std::string& text, WatchOptions& options) {
   const auto parts = Split(text, ",");
   std::array<std::int32_t, 4> area{};
   bool good = parts.size() == area.size();
   for (std::size_t i = 0; good && i < area.size(); ++i) {
-    good = ParseWhole(parts[i], area[i]) && area[i] >= 0 && area[i] <= 100;
+    area[i] = WholeNumber<std::int32_t>(parts[i]).value_or(-1);
+    good = area[i] >= 0 && area[i] <= 100;
   }
   if (!good || area[0] >= area[2] || area[1] >= area[3]) {
     throw CLI::ValidationError("--motion-area",
                                "give x1,y1,x2,y2 in hundredths of the picture, each from 0 to 100, x1 less than x2 and "
                                "y1 less than y2; 0,0,100,100 is the whole picture");
   }
-  options.motion_area = area;
+  options.stream.motion_area = area;
 }
 
 void ParseZones(const std::string& text, WatchOptions& options) {
@@ -43,7 +41,7 @@ void ParseZones(const std::string& text, WatchOptions& options) {
     throw CLI::ValidationError(
         "--motion-zones", "give 25 characters, five for each of five rows from the top: 1 watches a zone, 0 does not");
   }
-  options.motion_zones = text;
+  options.stream.motion_zones = text;
 }
 
 std::string EventNames() {
@@ -86,11 +84,11 @@ CLI::Option* AddParsed(CLI::App& command, const std::string& name, WatchOptions&
 }  // namespace
 
 void AddWatchOptions(CLI::App& command, WatchOptions& options) {
-  AddCameraOptions(command, options.url, options.access);
+  StreamOptions& stream = options.stream;
+  AddCameraOptions(command, stream.url, stream.access);
 
-  AddStreamOptions(command, options.frame_rate, options.auto_reconnect);
-  AddParsed(command, "--size", options, ParseSize,
-            "Size of the video area in pixels, 1 to 8192 each (default: 640x480)", "WxH")
+  AddStreamOptions(command, stream.frame_rate, stream.auto_reconnect);
+  AddSizeOption(command, options.size, "Size of the video area in pixels, 1 to 8192 each (default: 640x480)")
       ->group("Stream");
 
   const std::string motion = "Motion";
@@ -105,13 +103,7 @@ void AddWatchOptions(CLI::App& command, WatchOptions& options) {
       "MASK")
       ->group(motion)
       ->excludes(area);
-  auto* sensitivity =
-      command
-          .add_option("--sensitivity", options.sensitivity,
-                      "How small a change counts as motion, in percent, 0 to 100: 100 takes any (default: 80)")
-          ->check(Within(0, 100))
-          ->type_name("PERCENT")
-          ->group(motion);
+  auto* sensitivity = AddSensitivityOption(command, stream.sensitivity)->group(motion);
 
   const std::string end = "When to end (default: at Ctrl-C)";
   auto* frames = AddCountOption(command, "--frames", options.frames, "End after N pictures, 1 or more")->group(end);
@@ -133,7 +125,7 @@ void AddWatchOptions(CLI::App& command, WatchOptions& options) {
 
   command.callback([&options, sensitivity] {
     if (options.frames && !options.time_out) options.time_out = kFirstPictureWithin;
-    if (sensitivity->count() > 0 && !options.Motion()) {
+    if (sensitivity->count() > 0 && !options.stream.Motion()) {
       throw CLI::ValidationError("--sensitivity",
                                  "say where to look for motion too: --motion-area 0,0,100,100 is the "
                                  "whole picture");

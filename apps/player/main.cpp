@@ -19,21 +19,18 @@
 #include <vector>
 
 #include "adapters/posix/named_file.h"
-#include "player_options.h"
-#include "player_window.h"
-#include "program.h"
-#include "server_dialog.h"
-#include "stop_signals.h"
+#include "common/exit_status.h"
+#include "common/program.h"
+#include "common/stop_signals.h"
+#include "common/usage.h"
+#include "player/player_options.h"
+#include "player/player_window.h"
+#include "player/server_dialog.h"
+#include "player/viewer_window.h"
 #include "toolkit/version.h"
-#include "usage.h"
-#include "viewer_window.h"
 #include "widgets/qt_platform.h"
 
 namespace {
-
-/// What the exit status tells beside 0, that all is well, and wrong usage: there is no display, or too few files may be
-/// opened, or the screenshot could not be written.
-constexpr int kFailed = 1;
 
 /// Without one Qt would end the program in its own, unfriendly way.
 bool HasDisplay() {
@@ -102,11 +99,11 @@ int Run(int argc, char** argv) {
     std::cerr
         << "orbelcast-player: there is no display to show a window on; run it on a desktop. 'orbelcast watch' and "
            "'orbelcast snapshot' need none.\n";
-    return kFailed;
+    return orbelcast::kFailed;
   }
   if (!HasDescriptors()) {
     std::cerr << "orbelcast-player: it may open too few files and connections; raise the limit:  ulimit -n 1024\n";
-    return kFailed;
+    return orbelcast::kFailed;
   }
 
   QApplication application(argc, argv);
@@ -136,7 +133,7 @@ int Run(int argc, char** argv) {
   const int status = QApplication::exec();
   if (!problem.empty()) {
     std::cerr << "orbelcast-player: cannot write the screenshot to " << options.screenshot << ": " << problem << '\n';
-    return kFailed;
+    return orbelcast::kFailed;
   }
   return status;
 }

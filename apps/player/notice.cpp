@@ -1,4 +1,4 @@
-#include "notice.h"
+#include "player/notice.h"
 
 #include <QEvent>
 #include <QHBoxLayout>

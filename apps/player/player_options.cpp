@@ -1,34 +1,21 @@
-#include "player_options.h"
+#include "player/player_options.h"
 
 #include <CLI/CLI.hpp>
 #include <QStringList>
 #include <QUrl>
 #include <algorithm>
-#include <cctype>
-#include <cstdio>
 
-#include "adapters/posix/named_file.h"
-#include "within.h"
+#include "common/option_values.h"
+#include "common/pixel_size.h"
 
 namespace orbelcast {
 
 namespace {
 
 constexpr int kSmallestSide = 16;
-/// Of a window: that of an 8K screen.
-constexpr int kLargestSide = 8192;
-
-std::optional<QSize> ParseSize(const std::string& text) {
-  int width = 0;
-  int height = 0;
-  char rest = 0;
-  if (std::sscanf(text.c_str(), "%d%*1[xX]%d%c", &width, &height, &rest) != 2) return std::nullopt;
-  const auto fits = [](int side) { return side >= kSmallestSide && side <= kLargestSide; };
-  return fits(width) && fits(height) ? std::optional(QSize(width, height)) : std::nullopt;
-}
 
 std::string CheckSize(const std::string& text) {
-  if (ParseSize(text)) return {};
+  if (ReadPixelSize(text, kSmallestSide)) return {};
   return "a size is WIDTHxHEIGHT in pixels, 16x16 to 8192x8192, such as 640x480";
 }
 
@@ -44,12 +31,7 @@ std::string CheckPictureFile(const std::string& file) {
   if (!QString::fromStdString(file).endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
     return "the file's name must end in .png";
   }
-  const std::string why = WhyUnwritable(file);
-  return why.empty() ? why : "cannot write " + file + ": " + why;
-}
-
-bool IsNumber(const std::string& text) {
-  return !text.empty() && std::ranges::all_of(text, [](unsigned char c) { return std::isdigit(c) != 0; });
+  return CheckWritable(file);
 }
 
 }  // namespace
@@ -59,7 +41,8 @@ bool PlayerOptions::ShowsOnePicture() const {
 }
 
 std::optional<QSize> PlayerOptions::WindowSize() const {
-  return ParseSize(size);
+  const auto pixels = ReadPixelSize(size, kSmallestSide);
+  return pixels ? std::optional(QSize(pixels->width, pixels->height)) : std::nullopt;
 }
 
 std::string CameraProblem(const std::string& text) {
@@ -72,7 +55,8 @@ std::string CameraProblem(const std::string& text) {
 
 ServerAddress ParseServer(const std::string& text) {
   const std::size_t colon = text.rfind(':');
-  const bool has_port = colon != std::string::npos && colon > 0 && IsNumber(text.substr(colon + 1));
+  const bool has_port = colon != std::string::npos && colon > 0 && colon + 1 < text.size() &&
+                        text.find_first_not_of("0123456789", colon + 1) == std::string::npos;
   // More than one colon is an IPv6 address, whose port stands behind its bracket.
   const bool bare_v6 = has_port && text.find(':') != colon && text[colon - 1] != ']';
   if (!has_port || bare_v6) return {.server = text, .port = {}};
@@ -109,10 +93,8 @@ void AddPlayerOptions(CLI::App& app, PlayerOptions& options) {
                  "Size of the window in pixels, WIDTHxHEIGHT; without it the player's is the one it had last")
       ->check(CheckSize)
       ->type_name("WxH");
-  auto* quit_after = app.add_option("--quit-after", options.quit_after,
-                                    "End after S seconds; may have decimals (default: when closed)")
-                         ->check(Within(0.001, 1e6))
-                         ->type_name("S");
+  auto* quit_after = AddSecondsOption(app, "--quit-after", options.quit_after,
+                                      "End after S seconds; may have decimals (default: when closed)", kLongestTimeOut);
   app.add_option("--screenshot", options.screenshot,
                  "At the end that --quit-after says, write a picture of the window to FILE, whose name ends in .png")
       ->check(CheckPictureFile)
@@ -159,11 +141,7 @@ void AddPlayerOptions(CLI::App& app, PlayerOptions& options) {
       ->excludes(area)
       ->type_name("MASK")
       ->group(viewer);
-  app.add_option("--sensitivity", options.sensitivity,
-                 "How small a change counts as motion, in percent, 0 to 100: 100 takes any (default: 80)")
-      ->check(Within(0, 100))
-      ->type_name("PERCENT")
-      ->group(viewer);
+  AddSensitivityOption(app, options.sensitivity)->group(viewer);
   app.add_flag("--show-motion", options.show_motion, "Show what the motion detection sees")->group(viewer);
   app.add_flag("--auto-reconnect", options.auto_reconnect, "Go on trying when the camera does not answer")
       ->group(viewer);

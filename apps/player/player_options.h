@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "access.h"
+#include "common/access.h"
 
 namespace CLI {
 class App;

@@ -1,4 +1,4 @@
-#include "player_window.h"
+#include "player/player_window.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -7,9 +7,9 @@
 #include <QShortcut>
 #include <iostream>
 
-#include "http_status.h"
+#include "common/http_status.h"
+#include "common/shown_text.h"
 #include "player/user_control1.h"
-#include "shown_text.h"
 #include "widgets/control_widgets.h"
 
 namespace orbelcast {

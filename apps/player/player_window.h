@@ -4,9 +4,9 @@
 #include <QTimer>
 
 #include "adapters/http/yielding_http.h"
-#include "notice.h"
 #include "orbelcast/player_widget.h"
-#include "player_options.h"
+#include "player/notice.h"
+#include "player/player_options.h"
 
 namespace orbelcast {
 

@@ -1,4 +1,4 @@
-#include "server_dialog.h"
+#include "player/server_dialog.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>

@@ -2,7 +2,7 @@
 
 #include <QDialog>
 
-#include "player_options.h"
+#include "player/player_options.h"
 
 class QCheckBox;
 class QDialogButtonBox;

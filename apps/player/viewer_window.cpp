@@ -1,4 +1,4 @@
-#include "viewer_window.h"
+#include "player/viewer_window.h"
 
 #include <QKeySequence>
 #include <QPointer>
@@ -12,7 +12,8 @@
 #include <iostream>
 #include <vector>
 
-#include "http_status.h"
+#include "common/http_status.h"
+#include "stream/stream_options.h"
 #include "viewer/video_server_push.h"
 
 namespace orbelcast {
@@ -21,8 +22,16 @@ namespace {
 
 constexpr int kUsualFrameRate = 25;
 constexpr QSize kUsualSize{640, 480};
-/// Between two tries of a camera that has not answered yet: often enough for a person, no burden for a camera.
-constexpr int kRetryMilliseconds = 2000;
+
+StreamOptions StreamOf(const PlayerOptions& options) {
+  return {.url = options.camera,
+          .access = options.access,
+          .frame_rate = static_cast<std::int16_t>(options.frame_rate.value_or(kUsualFrameRate)),
+          .motion_area = options.motion_area,
+          .motion_zones = options.motion_zones,
+          .sensitivity = options.sensitivity,
+          .auto_reconnect = options.auto_reconnect};
+}
 
 /// How the server of a picture's address would be named to the player.
 QString ServerOf(const std::string& address) {
@@ -56,23 +65,7 @@ ViewerWindow::ViewerWindow(Platform& platform, const PlayerOptions& options)
 }
 
 void ViewerWindow::Configure() {
-  viewer_->setFrameRate(options_.frame_rate.value_or(kUsualFrameRate));
-  viewer_->setUsername(QString::fromStdString(options_.access.user));
-  viewer_->setPassword(QString::fromStdString(options_.access.password));
-  viewer_->setAutoReconnect(options_.auto_reconnect);
-  viewer_->setMotionSensivity(options_.sensitivity);
-  if (options_.motion_area) {
-    const auto& [x1, y1, x2, y2] = *options_.motion_area;
-    viewer_->setMotionArea_x1(x1);
-    viewer_->setMotionArea_y1(y1);
-    viewer_->setMotionArea_x2(x2);
-    viewer_->setMotionArea_Y2(y2);
-  }
-  if (options_.motion_zones) {
-    viewer_->setMotionByZones(true);
-    viewer_->setMotionString(QString::fromStdString(*options_.motion_zones));
-  }
-  viewer_->setMotionDetector(options_.motion_area || options_.motion_zones);
+  orbelcast::Configure(viewer_->Control(), StreamOf(options_));
   viewer_->setShowMotion(options_.show_motion);
   viewer_->setShowBandwidth(!options_.no_status);
 }
@@ -97,7 +90,7 @@ void ViewerWindow::TellOfCamera() {
   patience_.setSingleShot(true);
   patience_.setInterval(Notice::kPatienceMilliseconds);
   retry_.setSingleShot(true);
-  retry_.setInterval(kRetryMilliseconds);
+  retry_.setInterval(kRetryAfter);
   QObject::connect(&patience_, &QTimer::timeout, this,
                    [this] { notice_->ShowProgress(tr("Waiting for %1…").arg(ShownAddress(options_.camera))); });
   QObject::connect(&retry_, &QTimer::timeout, this, &ViewerWindow::Start);
@@ -126,7 +119,6 @@ void ViewerWindow::OnConnected() {
           .arg(ShownAddress(options_.camera), ServerOf(options_.camera)));
 }
 
-// A viewer that reconnects by itself goes on with a stream that it had; a first try it makes once only.
 void ViewerWindow::OnStarted() {
   const bool runs = viewer_->Control().MasterTimer.Enabled;
   if (options_.auto_reconnect && !runs && options_.mosaic.empty()) retry_.start();

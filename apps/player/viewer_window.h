@@ -3,9 +3,9 @@
 #include <QMainWindow>
 #include <QTimer>
 
-#include "notice.h"
 #include "orbelcast/video_server_push_widget.h"
-#include "player_options.h"
+#include "player/notice.h"
+#include "player/player_options.h"
 #include "toolkit/signal.h"
 
 namespace orbelcast {

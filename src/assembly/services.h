@@ -7,6 +7,7 @@
 #include "adapters/png/png_codec.h"
 #include "adapters/posix/configuration_file.h"
 #include "adapters/posix/file_registry.h"
+#include "adapters/posix/own_folder.h"
 #include "adapters/posix/posix_files.h"
 #include "adapters/posix/system_clock.h"
 #include "platform/platform.h"
@@ -55,7 +56,7 @@ class Services {
   PngCodec pictures_;
   DeviceContexts device_contexts_;
   FileRegistry registry_;
-  ClipLibrary avi_files_;
+  ClipLibrary avi_files_{&OwnFolder};
   const Configuration configuration_ = LoadConfigurationOrSayWhy();
   Platform platform_;
 };

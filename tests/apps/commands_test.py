@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The command line against the camera server: commands_test.py SERVER_PROGRAM ORBELCAST"""
+"""The command line against the camera server: commands_test.py SERVER_PROGRAM ORBELCAST [PLAYER]"""
 
 import json
 import os
@@ -11,6 +11,7 @@ import socket
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 import unittest
 
@@ -18,14 +19,18 @@ HERE = pathlib.Path(__file__).parent
 sys.path.insert(0, str(HERE / "camera_server"))
 from camera_server import TIMEOUT, Server, end_with_parent  # noqa: E402
 
-ORBELCAST = sys.argv.pop(1)
+ORBELCAST, *PLAYER = sys.argv[1:]
 PICTURES = HERE.parent / "scripts/pictures"
+ENVIRONMENT = {name: value for name, value in os.environ.items() if not name.startswith("ORBELCAST_")}
 LOGIN = dict(ORBELCAST_USER="ann", ORBELCAST_PASSWORD="s3cret")
+STEPS = ["name", "connection", "credentials", "information", "picture", "size", "rate", "time code"]
 
 
-def orbelcast(*words, preexec_fn=None, **environment):
-    done = subprocess.run([ORBELCAST, *map(str, words)], capture_output=True, text=True, timeout=TIMEOUT,
-                          env={**os.environ, **environment}, preexec_fn=preexec_fn)
+def orbelcast(*words, program=ORBELCAST, preexec_fn=None, stdout=subprocess.PIPE, **environment):
+    done = subprocess.run([program, *map(str, words)], stdout=stdout, stderr=subprocess.PIPE, text=True,
+                          timeout=TIMEOUT, stdin=subprocess.DEVNULL, env={**ENVIRONMENT, **environment},
+                          preexec_fn=preexec_fn)
+    done.stdout = done.stdout or ""
     assert "s3cret" not in done.stdout + done.stderr, done
     return done
 
@@ -71,50 +76,45 @@ class Commands(unittest.TestCase):
     def live(self, camera, server=None):
         return f"http://{self.address(server or self.server)}/live/{camera}"
 
+    def started(self, *options):
+        """The HOST:PORT of a camera server of the test's own."""
+        server = Server(*options)
+        self.addCleanup(server.end)
+        return self.address(server)
+
     def silent(self):
         """The HOST:PORT of a server that accepts and never says a word."""
         listener = socket.create_server(("127.0.0.1", 0))
         self.addCleanup(listener.close)
         return "127.0.0.1:%d" % listener.getsockname()[1]
 
+    def file(self, name, text, mode=0o600):
+        file = self.folder / name
+        file.write_text(text)
+        file.chmod(mode)
+        return file
+
     def left(self):
         return sorted(file.name for file in self.folder.iterdir())
 
 
 class Info(Commands):
-    def test_a_person_reads_a_table(self):
+    def test_people_read_a_table_and_programs_json(self):
         done = orbelcast("info", self.address(self.server))
         self.assertEqual((done.returncode, done.stderr), (0, ""))
-        for line in ("Name        House", "Version     2.1", "Flags       ADM", "  1   Fire", "  1   Lamp  on",
-                     "  1   Door  off", f"  2   Gate  2  {self.live(2)}"):
+        for line in ("Name        House", "  1   Lamp  on", f"  2   Gate  2  {self.live(2)}"):
             self.assertIn(line + "\n", done.stdout)
-
-    def test_a_program_reads_json(self):
-        done = orbelcast("info", "http://" + self.address(self.server), "--json")
-        told = json.loads(done.stdout)
-        self.assertEqual((done.returncode, told["status"], told["camera_server"], told["name"], told["relay"]),
-                         (0, 200, True, "House", None))
+        told = json.loads(orbelcast("info", "http://" + self.address(self.server), "--json").stdout)
         self.assertEqual(told["cameras"][0], {"device": "1", "name": "Yard", "live_base": self.live(1)})
         self.assertEqual((told["outputs"], told["inputs"], told["alerts"]),
                          ([{"name": "Lamp", "on": True}], [{"name": "Door", "on": False}], [{"name": "Fire"}]))
 
-    def test_what_gives_no_information_says_why(self):
-        for server, why in ((self.dead, "does not answer"), (self.address(self.guarded), "another user name or password")):
-            done = orbelcast("info", server, "--json", ORBELCAST_USER="ann", ORBELCAST_PASSWORD="wrong")
-            self.assertEqual(done.returncode, 1)
-            self.assertIn(why, done.stderr)
-            self.assertEqual(json.loads(done.stdout)["cameras"], [])
-        self.assertEqual(orbelcast("info", self.address(self.guarded), **LOGIN).returncode, 0)
-
     def test_what_is_longer_than_is_read_is_told(self):
-        text = self.folder / "text"
-        text.write_text("RDXVIEWER\r\nCAM:1\tYard\tnowhere\r\n" + "ALT:1\tFire\r\n" * 60_000)
-        server = Server("--info-text", str(text))
-        self.addCleanup(server.end)
+        text = self.file("text", "RDXVIEWER\r\nCAM:1\tYard\tnowhere\r\n" + "ALT:1\tFire\r\n" * 60_000)
+        server = self.started("--info-text", str(text))
         for command in ("info", "doctor"):
-            done = orbelcast(command, self.address(server))
+            done = orbelcast(command, server)
             self.assertIn("were left out", done.stdout + done.stderr)
-
 
     def test_a_password_in_an_address_is_printed_by_nothing(self):
         for login in ("ann:s3cret", "ann:%733cret/?x", "x?user=ann&pwd=s3cret"):
@@ -128,38 +128,41 @@ class Info(Commands):
 
 
 class Log(Commands):
-    def test_the_whole_log_becomes_a_file(self):
+    def test_the_whole_log_becomes_a_file_or_leaves_it_as_it_was(self):
         file = self.folder / "log.csv"
         done = orbelcast("log", self.address(self.guarded), file, **LOGIN)
         self.assertEqual((done.returncode, done.stdout + done.stderr), (0, ""))
         self.assertTrue(file.read_bytes().startswith(b"Date,Time,Address,User,Event,Detail\r\n"))
         file.write_text("old")
-        for server, why in ((self.dead, "does not answer"), (self.address(self.guarded), "another user name or password")):
-            done = orbelcast("log", server, file, "--user", "nobody")
-            self.assertEqual(done.returncode, 1)
-            self.assertIn(why, done.stderr)
+        for server, why in ((self.dead, "orbelcast doctor"), (self.address(self.guarded), "another user name or password")):
+            for command, words in (("log", [file]), ("info", ["--json"])):
+                done = orbelcast(command, server, *words, "--user", "nobody")
+                self.assertEqual(done.returncode, 1)
+                self.assertIn(why, done.stderr)
         self.assertEqual(file.read_text(), "old")
 
 
 class Snapshot(Commands):
     def test_success_is_byte_for_byte_what_the_server_sent(self):
-        file = self.folder / "now.jpg"
-        file.write_bytes(b"x" * 5000)
+        file = self.file("now.jpg", "x" * 5000)
         (self.folder / "link.jpg").symlink_to(file)
         self.assertEqual(orbelcast("snapshot", self.live(2), self.folder / "link.jpg").returncode, 0)
         self.assertEqual(file.read_bytes(), (PICTURES / "2_moved.jpg").read_bytes())
         self.assertEqual(self.left(), ["link.jpg", "now.jpg"])
 
-    def test_failure_is_told_and_leaves_everything_as_it_was(self):
-        file = self.folder / "now.jpg"
-        file.write_text("old")
+    def test_failure_says_what_to_do_and_leaves_everything_as_it_was(self):
+        file = self.file("now.jpg", "old")
         os.mkfifo(self.folder / "pipe.jpg")
-        for url, name, status in ((f"http://{self.dead}/", file, 1), (self.live(99), file, 1),
-                                  (self.live(1, self.guarded), file, 1), (self.live(1), self.folder / "no/now.jpg", 2),
-                                  (self.live(1), self.folder, 2), (self.live(1), self.folder / "pipe.jpg", 2)):
+        for url, name, status, why in (
+                (f"http://{self.dead}/", file, 1, "it does not answer as a web server; 'orbelcast doctor'"),
+                (self.live(99), file, 1, "has no such camera; 'orbelcast info'"),
+                (f"http://{self.address(self.server)}/nothing", file, 1, "nothing at this address (404)"),
+                (self.live(1, self.guarded), file, 1, "another user name or password"),
+                (self.live(1), self.folder / "no/now.jpg", 2, "there is no folder"),
+                (self.live(1), self.folder / "pipe.jpg", 2, "nobody reads from it")):
             done = orbelcast("snapshot", url, name)
             self.assertEqual(done.returncode, status, done)
-            self.assertIn("orbelcast: ", done.stderr)
+            self.assertIn(why, done.stderr)
         self.assertEqual((self.left(), file.read_text()), (["now.jpg", "pipe.jpg"], "old"))
 
 
@@ -179,10 +182,8 @@ class Mosaic(Commands):
 
     def test_without_any_picture_it_fails(self):
         done = orbelcast("mosaic", self.live(1, self.guarded) + "/ann:s3cret2", "--output", self.folder / "grid.png")
-        self.assertEqual(done.returncode, 1)
+        self.assertEqual((done.returncode, self.left()), (1, ["grid.png"]))
         self.assertIn("no picture from " + self.live(1, self.guarded), done.stderr)
-        done = orbelcast("mosaic", self.live(1), "--output", self.folder / "no/grid.png")
-        self.assertEqual((done.returncode, self.left()[:1]), (2, ["grid.png"]))
 
 
 class Record(Commands):
@@ -203,25 +204,17 @@ class Record(Commands):
         done = orbelcast("record", f"http://{self.dead}/", clip, "--frames", "1", "--overwrite")
         self.assertEqual((done.returncode, clip.read_bytes(), self.left()), (1, before, ["yard.avi"]))
 
-    def test_nothing_is_left_without_a_picture(self):
-        for url in (f"http://{self.dead}/", self.live(1, self.guarded)):
-            self.assertEqual(orbelcast("record", url, self.folder / "none.avi").returncode, 1)
-        self.assertEqual(self.left(), [])
-
     def test_it_ends_where_no_picture_comes_and_says_why(self):
         silent = f"http://{self.silent()}/"
-        for words in (["record", silent, self.folder / "none.avi", "--seconds", "0.2"],
-                      ["record", silent, self.folder / "none.avi", "--timeout", "0.2", "--auto-reconnect"],
-                      ["watch", silent, "--frames", "2", "--timeout", "0.2", "--events", "none"]):
-            done = orbelcast(*words)
-            self.assertEqual(done.returncode, 1)
-            self.assertIn("gave up after 0.2 s", done.stderr)
-        self.assertEqual(self.left(), [])
+        for words, why in ((["record", silent, "--seconds", "0.2"], "gave up after 0.2 s"),
+                           (["record", silent, "--timeout", "0.2", "--auto-reconnect"], "gave up after 0.2 s"),
+                           (["record", self.live(1, self.guarded)], "another user name or password")):
+            done = orbelcast(*words, self.folder / "none.avi")
+            self.assertEqual((done.returncode, self.left()), (1, []))
+            self.assertIn(why, done.stderr)
 
     def test_the_old_clip_stays_until_the_new_one_is_finished(self):
-        clip = self.folder / "yard.avi"
-        clip.write_text("old")
-        clip.chmod(0o640)
+        clip = self.file("yard.avi", "old", 0o640)
         too_large = ("record", self.live(1), clip, "--overwrite", "--codec", "uncompressed", "--frame-rate", "30")
         done = orbelcast(*too_large, preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (300_000, 300_000)))
         self.assertEqual((done.returncode, clip.read_text()), (2, "old"), done)
@@ -253,6 +246,167 @@ class Record(Commands):
         while not (clip.exists() and clip.stat().st_size > 0):
             self.assertTrue(run.poll() is None and time.monotonic() < end, "no clip is written")
             time.sleep(0.05)
+
+
+class Doctor(Commands):
+    def examine(self, *words, **environment):
+        """The doctor's exit status, and its steps by name."""
+        done = orbelcast("doctor", *words, "--json", "--seconds", "0.5", **environment)
+        self.assertEqual(done.stderr, "")
+        told = json.loads(done.stdout)
+        self.assertEqual(told["works"], done.returncode == 0)
+        steps = {step["step"]: step for step in told["steps"]}
+        self.assertEqual([name for name in steps if name != "relay"], STEPS)
+        return done.returncode, steps
+
+    def fails_at(self, step, *words, **environment):
+        """The failed step, which tells what to do; those before it work, and those behind it were not looked at."""
+        status, steps = self.examine(*words, **environment)
+        results = [each["result"] for each in steps.values()]
+        place = list(steps).index(step)
+        self.assertEqual((status, results[place]), (1, "failed"), steps)
+        self.assertNotIn("failed", results[:place])
+        self.assertEqual(set(results[place + 1:]) - {"skipped"}, set())
+        self.assertTrue(steps[step]["advice"])
+        return steps[step]
+
+    def web_server(self, body):
+        """Answers every request with `body`; gives its HOST:PORT."""
+        listener = socket.create_server(("127.0.0.1", 0))
+        self.addCleanup(listener.close)
+
+        def serve():
+            while True:
+                try:
+                    link = listener.accept()[0]
+                except OSError:
+                    return
+                with link:
+                    link.settimeout(TIMEOUT)
+                    if link.recv(65536):
+                        link.sendall(b"HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Length: %d\r\n\r\n" % len(body) +
+                                     body)
+
+        threading.Thread(target=serve, daemon=True).start()
+        self.addCleanup(listener.shutdown, socket.SHUT_RDWR)
+        return "127.0.0.1:%d" % listener.getsockname()[1]
+
+    def test_it_finds_that_all_works(self):
+        server = self.started()
+        status, steps = self.examine(f"http://{server}/", "--device", "2")
+        self.assertEqual((status, {step["result"] for step in steps.values()}), (0, {"ok"}))
+        self.assertEqual((steps["information"]["cameras"], steps["size"]["width"], steps["size"]["height"]),
+                         (4, 640, 480))
+        self.assertGreater(steps["rate"]["pictures_a_second"], 3)
+        self.assertLess(abs(steps["time code"]["seconds_ahead"]), 30)
+        people = orbelcast("doctor", f"{server}/live/3")
+        self.assertEqual((people.returncode, people.stderr), (0, ""))
+        self.assertIn("Everything works.", people.stdout)
+        relay = orbelcast("doctor", "relay.test/demo", ORBELCAST_RELAY_HOST="relay.test",
+                          ORBELCAST_RELAY_LOOKUP_HOST=server)
+        self.assertIn(f"the account's server is {server}", relay.stdout)
+
+    def test_it_says_where_it_fails_and_what_to_do(self):
+        guarded = self.address(self.guarded)
+        self.assertIn("none was given", self.fails_at("credentials", guarded)["found"])
+        wrong = self.fails_at("credentials", guarded, "--user", "ann", ORBELCAST_PASSWORD="hush")
+        self.assertIn("'ann'", wrong["found"])
+        self.assertNotIn("hush", str(wrong))
+        self.fails_at("name", "no-such-host.invalid")
+        self.assertIn("nothing listens", self.fails_at("connection", self.dead)["found"])
+        self.fails_at("information", self.silent(), "--timeout", "0.2")
+        for body, words in ((b"hello", "not as a camera server"), (b"RDXVIEWER\r\n", "0 cameras")):
+            self.assertIn(words, self.fails_at("information", self.web_server(body))["found"])
+        self.assertIn("no JPEG", self.fails_at("picture", self.web_server(b"hello") + "/photo.jpg")["found"])
+        picture = (PICTURES / "2_moved.jpg").read_bytes()
+        status, steps = self.examine(self.web_server(picture) + "/photo.jpg")
+        self.assertEqual((status, steps["time code"]["result"]), (0, "note"))
+        broken = self.started("--fault", "1=status:503")
+        self.assertIn("503", self.fails_at("picture", broken)["found"])
+        self.assertIn("1, 2, 3, 4", self.fails_at("information", broken, "--device", "9")["advice"])
+        self.fails_at("picture", self.started("--fault", "1=never"), "--timeout", "0.3")
+
+
+class Login(Commands):
+    def test_which_credentials_win_and_what_is_wrong_with_a_file(self):
+        server = self.address(self.guarded)
+        login = self.file("login", "# the yard\nuser = ann\npassword = \"s3cret\"\n")
+        other = {"ORBELCAST_USER": "eve", "ORBELCAST_PASSWORD": "other"}
+        self.assertEqual(orbelcast("info", server, "--credentials", login, **other).returncode, 0, "the file wins")
+        for command in ("watch", "snapshot"):
+            words = ("--once",) if command == "watch" else (self.folder / "a.jpg",)
+            done = orbelcast(command, self.live(1, self.guarded), *words, "--credentials", login)
+            self.assertEqual((done.returncode, done.stderr), (0, ""))
+        done = orbelcast("info", server, "--credentials", login, "--user", "eve")
+        self.assertEqual(done.returncode, 1, "the option wins")
+        only_user = self.file("only-user", "user = ann")
+        mixed = orbelcast("info", server, "--credentials", only_user, ORBELCAST_PASSWORD="s3cret")
+        self.assertEqual(mixed.returncode, 1, "a password from elsewhere is not sent with the file's user")
+
+        done = orbelcast("info", server, "--credentials", self.file("open", login.read_text(), 0o644))
+        self.assertEqual(done.returncode, 0)
+        self.assertIn("chmod 600", done.stderr)
+        for text, complaint in (("ann s3cret", "line 1"), ("\nuser = ann\npasswort = s3cret", "line 3"),
+                                ("password = s3cret", "names no user"), ("user = a\x01b", "control character"),
+                                ("#" * 100_000, "too large")):
+            done = orbelcast("info", server, "--credentials", self.file("bad", text))
+            self.assertEqual(done.returncode, 2)
+            self.assertIn(complaint, done.stderr)
+
+
+class Usage(Commands):
+    def test_a_wrong_command_line_says_what_to_do(self):
+        for words, part in (((), "name a command"), (("wathc",), "there is no such command"),
+                            (("watch", "http://a/", "--sise", "s3cret"), "unknown option: --sise"),
+                            (("watch", "127.0.0.1/live/1/ann:s3cret"), "did you mean http://127.0.0.1/live/1/ann:***?"),
+                            (("watch", "http://a/", "--size", "640x"), "give WIDTHxHEIGHT in pixels"),
+                            (("record", "http://a/b", "c.mp4"), "must end in .avi"),
+                            (("mosaic", "http://a/b"), "say where the grid goes")):
+            with self.subTest(words=words):
+                done = orbelcast(*words)
+                self.assertEqual(done.returncode, 2)
+                self.assertRegex(done.stderr, r"^orbelcast: (.|\n)*--help'\.\n$")
+                self.assertIn(part, done.stderr)
+
+    def test_output_that_cannot_be_written_is_told(self):
+        for words in (("info", self.address(self.server)), ("watch", self.live(1)), ("--version",),
+                      ("mosaic", self.live(1), "--output", self.folder / "a.png"),
+                      ("script", self.file("s", "print x\n"))):
+            with self.subTest(words=words), open("/dev/full", "w") as full:
+                done = orbelcast(*words, stdout=full)
+                self.assertNotEqual(done.returncode, 0)
+                self.assertIn("cannot write to standard output", done.stderr)
+        with subprocess.Popen([ORBELCAST, "watch", self.live(1)], stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                              text=True) as watch:
+            watch.stdout.readline()
+            watch.stdout.close()
+            self.assertIn("cannot write to standard output", watch.stderr.read())
+            self.assertNotEqual(watch.wait(TIMEOUT), 0)
+
+    @unittest.skipUnless(PLAYER, "the player is not built")
+    def test_the_player_says_what_is_wrong_and_ends_orderly(self):
+        # No look for leaks: the toolkit's pooled threads may still hold something at the process's end.
+        places = dict.fromkeys(("HOME", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR"), str(self.folder))
+        places |= {"QT_QPA_PLATFORM": "offscreen", "ORBELCAST_REGISTRY": str(self.folder / "registry"),
+                   "ASAN_OPTIONS": "detect_leaks=0"}
+        nowhere = places | dict.fromkeys(("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"), "")
+        few = lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (32, 32))  # noqa: E731
+        for words, status, part, environment, limit in (
+                (("127.0.0.1:1",), 1, "there is no display", nowhere, None),
+                (("127.0.0.1:1",), 1, "ulimit -n", places, few),
+                ((), 2, "is required", places, None),
+                (("a", "--sise", "s3cret"), 2, "unknown option: --sise", places, None),
+                (("a", "--quit-after", "1", "--screenshot", "/no/a.png"), 2, "there is no folder /no", places, None),
+                ((self.address(self.guarded), "--device", "garden", "--quit-after", "1"), 0, "no camera 'garden'",
+                 places | LOGIN, None)):
+            done = orbelcast(*words, program=PLAYER[0], preexec_fn=limit, **environment)
+            self.assertEqual(done.returncode, status, done)
+            self.assertIn(part, done.stderr)
+        with subprocess.Popen([PLAYER[0], self.live(1), "--time-first-picture"], text=True, stdout=subprocess.PIPE,
+                              stderr=subprocess.DEVNULL, preexec_fn=end_with_parent, env=ENVIRONMENT | places) as shown:
+            self.assertIn("first picture", shown.stdout.readline())
+            shown.send_signal(signal.SIGTERM)
+            self.assertEqual(shown.wait(TIMEOUT), 0)
 
 
 if __name__ == "__main__":

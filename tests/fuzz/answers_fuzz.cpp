@@ -15,7 +15,7 @@
 #include "protocol/server_info.h"
 #include "toolkit/ascii.h"
 #include "viewer/video_server_push.h"
-#include "wire.h"
+#include "fuzz/wire.h"
 
 using namespace orbelcast;
 

@@ -12,8 +12,8 @@
 
 #include "adapters/posix/configuration_file.h"
 #include "adapters/posix/file_registry.h"
-#include "credentials_file.h"
-#include "shown_text.h"
+#include "common/credentials_file.h"
+#include "common/shown_text.h"
 #include "toolkit/ascii.h"
 #include "toolkit/visible_text.h"
 

@@ -1,4 +1,4 @@
-#include "script_command.h"
+#include "orbelcast/script/script_command.h"
 
 #include <cerrno>
 #include <cstring>
@@ -6,7 +6,7 @@
 #include <fstream>
 #include <ostream>
 
-#include "script_host.h"
+#include "orbelcast/script/script_host.h"
 
 namespace orbelcast {
 

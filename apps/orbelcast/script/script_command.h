@@ -3,7 +3,7 @@
 #include <iosfwd>
 #include <string>
 
-#include "exit_status.h"
+#include "common/exit_status.h"
 
 namespace orbelcast {
 

@@ -1,8 +1,8 @@
-#include "script_host.h"
+#include "orbelcast/script/script_host.h"
 
 #include <ostream>
 
-#include "picture_file.h"
+#include "orbelcast/picture_file.h"
 #include "remote/script_error.h"
 
 namespace orbelcast {

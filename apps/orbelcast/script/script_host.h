@@ -5,7 +5,7 @@
 #include <string>
 
 #include "assembly/headless_platform.h"
-#include "line_reader.h"
+#include "orbelcast/script/line_reader.h"
 #include "remote/script_dialogs.h"
 #include "remote/session.h"
 

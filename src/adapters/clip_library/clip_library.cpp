@@ -1,7 +1,6 @@
 #include "adapters/clip_library/clip_library.h"
 
 #include <dlfcn.h>
-#include <link.h>
 
 #include <filesystem>
 #include <iostream>
@@ -14,21 +13,8 @@ constexpr const char* kName = "liborbelcast-clips.so";
 constexpr const char* kFolder = "orbelcast";
 constexpr const char* kEntryPoint = "OrbelcastAviFiles";
 
-/// The folder of the program or shared library that holds this code; empty where the system does not say.
-std::filesystem::path OwnFolder() {
-  Dl_info unused{};
-  link_map* map = nullptr;
-  if (dladdr1(kFolder, &unused, reinterpret_cast<void**>(&map), RTLD_DL_LINKMAP) == 0 || map == nullptr) return {};
-  std::error_code error;
-  // The program itself has no name there.
-  const bool is_program = map->l_name == nullptr || *map->l_name == '\0';
-  const auto file = std::filesystem::canonical(is_program ? "/proc/self/exe" : map->l_name, error);
-  return file.parent_path();
-}
-
-std::filesystem::path FindLibrary() {
-  const std::filesystem::path own = OwnFolder();
-  for (const auto& folder : {own, own / ".." / ORBELCAST_LIBRARY_FOLDER, own / ".." / "lib"}) {
+std::filesystem::path FindLibrary(const std::filesystem::path& own_folder) {
+  for (const auto& folder : {own_folder, own_folder / ".." / ORBELCAST_LIBRARY_FOLDER, own_folder / ".." / "lib"}) {
     auto file = folder / kFolder / kName;
     std::error_code error;
     if (std::filesystem::exists(file, error)) return file;
@@ -37,9 +23,9 @@ std::filesystem::path FindLibrary() {
 }
 
 /// The library's clips, or those of the service that can make none.
-AviFiles& Load() {
+AviFiles& Load(const std::filesystem::path& own_folder) {
   static AviFiles none;
-  const auto file = FindLibrary();
+  const auto file = FindLibrary(own_folder);
   if (file.empty()) {
     std::cerr << "orbelcast: no clips can be recorded: " << kName << " is not installed beside this program\n";
     return none;
@@ -53,12 +39,12 @@ AviFiles& Load() {
   return *reinterpret_cast<AviFiles* (*)()>(entry_point)();
 }
 
-AviFiles& Loaded() {
-  static AviFiles& files = Load();
+}  // namespace
+
+AviFiles& ClipLibrary::Loaded() const {
+  static AviFiles& files = Load(own_folder_());
   return files;
 }
-
-}  // namespace
 
 std::vector<std::string> ClipLibrary::Codecs() const {
   return Loaded().Codecs();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <filesystem>
+
 #include "platform/avi_file.h"
 
 namespace orbelcast {
@@ -12,8 +14,16 @@ namespace orbelcast {
 /// cannot be loaded no compression is offered and no clip made; the reason is written to standard error, once.
 class ClipLibrary final : public AviFiles {
  public:
+  /// `own_folder` answers the folder of that program or library; asked with the first clip of the process alone.
+  explicit ClipLibrary(std::filesystem::path (*own_folder)()) : own_folder_(own_folder) {}
+
   std::vector<std::string> Codecs() const override;
   std::unique_ptr<AviFile> Create(const std::string& path) override;
+
+ private:
+  AviFiles& Loaded() const;
+
+  std::filesystem::path (*const own_folder_)();
 };
 
 }  // namespace orbelcast

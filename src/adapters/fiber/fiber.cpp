@@ -2,11 +2,13 @@
 
 #include <cxxabi.h>
 #include <sys/mman.h>
-#include <unistd.h>
 
-#include <boost/context/detail/fcontext.hpp>
+#include <boost/context/fiber.hpp>
+#include <boost/context/protected_fixedsize_stack.hpp>
 #include <cassert>
 #include <cstring>
+#include <memory>
+#include <new>
 #include <utility>
 
 #if defined(__has_feature)
@@ -36,10 +38,36 @@ namespace orbelcast {
 
 namespace {
 
-namespace context = boost::context::detail;
+namespace context = boost::context;
 
-// A frame larger than a page could step over a guard of one page.
+/// A frame larger than a page could step over a guard of one page.
 constexpr std::size_t kGuardBytes = 64 * 1024;
+
+void* LowestOf(const context::stack_context& stack) {
+  return static_cast<std::byte*>(stack.sp) - stack.size;
+}
+
+/// Boost's stack with a larger guard. Where there is no memory for one it throws std::bad_alloc.
+struct GuardedStack : context::protected_fixedsize_stack {
+  using Base = context::protected_fixedsize_stack;
+  GuardedStack() : Base(Fiber::kStackBytes + kGuardBytes) {}
+
+  // NOLINTBEGIN(readability-identifier-naming): so Boost calls them.
+  context::stack_context allocate() {
+    context::stack_context stack = Base::allocate();
+    // Without its guard an overflow would write into somebody else's memory: then rather no stack.
+    if (::mprotect(LowestOf(stack), kGuardBytes, PROT_NONE) == 0) return stack;
+    Base::deallocate(stack);
+    throw std::bad_alloc();
+  }
+  void deallocate(context::stack_context& stack) {
+#ifdef ORBELCAST_ASAN
+    ASAN_UNPOISON_MEMORY_REGION(LowestOf(stack), stack.size);
+#endif
+    Base::deallocate(stack);
+  }
+  // NOLINTEND(readability-identifier-naming)
+};
 
 // The exceptions that are being handled, as the C++ ABI keeps them: one list a thread. A fiber that is left inside a
 // catch block must find its own again.
@@ -69,46 +97,34 @@ const std::size_t Fiber::kStackBytes = 4 * 1024 * 1024;
 const std::size_t Fiber::kStackBytes = 1024 * 1024;
 #endif
 
-struct Fiber::Entry {
-  static void Run(context::transfer_t from) {
-    auto& fiber = *static_cast<Fiber*>(from.data);
-    fiber.resumer_ = from.fctx;
-#ifdef ORBELCAST_ASAN
-    __sanitizer_finish_switch_fiber(nullptr, &fiber.resumer_stack_, &fiber.resumer_stack_bytes_);
-#endif
-    fiber.Loop();
-    fiber.LeaveStack(End::kForGood);
-  }
-};
-
 Fiber::Fiber() {
-  void* memory = mmap(nullptr, kGuardBytes + kStackBytes, PROT_READ | PROT_WRITE,
-                      MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_STACK, -1, 0);
-  if (memory == MAP_FAILED) return;
-  mapping_ = static_cast<std::byte*>(memory);
-  stack_ = mapping_ + kGuardBytes;
-  // Without its guard an overflow would write into somebody else's memory: then rather no stack.
-  if (mprotect(mapping_, kGuardBytes, PROT_NONE) != 0) return;
-  context_ = context::make_fcontext(stack_ + kStackBytes, kStackBytes, &Entry::Run);
+  GuardedStack stacks;
+  try {
+    stack_ = stacks.allocate();
+  } catch (const std::bad_alloc&) {
+    return;
+  }
 #ifdef ORBELCAST_TSAN
   tsan_fiber_ = __tsan_create_fiber(0);
+  // Boost enters the stack once already here.
+  tsan_resumer_ = __tsan_get_current_fiber();
+  __tsan_switch_to_fiber(tsan_fiber_, 0);
+#endif
+  place_ = context::fiber(std::allocator_arg, context::preallocated(stack_.sp, stack_.size, stack_), stacks,
+                          [this](context::fiber&& resumer) { return Run(std::move(resumer)); });
+#ifdef ORBELCAST_TSAN
+  __tsan_switch_to_fiber(tsan_resumer_, 0);
 #endif
 }
 
+// The fiber ends by itself: a stack that Boost has to unwind throws an exception through what stands on it.
 Fiber::~Fiber() {
   assert(!busy_);
-  if (context_ != nullptr) {
-    quit_ = true;
-    Resume();  // The sanitizers want to see a fiber leave its stack.
-  }
+  quit_ = true;
+  if (Usable()) Resume();
 #ifdef ORBELCAST_TSAN
   if (tsan_fiber_ != nullptr) __tsan_destroy_fiber(tsan_fiber_);
 #endif
-  if (mapping_ == nullptr) return;
-#ifdef ORBELCAST_ASAN
-  ASAN_UNPOISON_MEMORY_REGION(stack_, kStackBytes);
-#endif
-  munmap(mapping_, kGuardBytes + kStackBytes);
 }
 
 void Fiber::Start(std::function<void()> work) {
@@ -118,16 +134,16 @@ void Fiber::Start(std::function<void()> work) {
 }
 
 void Fiber::Resume() {
-  ExceptionState mine = ExceptionState::Exchange({});
+  const ExceptionState mine = ExceptionState::Exchange({});
 #ifdef ORBELCAST_ASAN
   void* fake_stack = nullptr;
-  __sanitizer_start_switch_fiber(&fake_stack, stack_, kStackBytes);
+  __sanitizer_start_switch_fiber(&fake_stack, LowestOf(stack_), stack_.size);
 #endif
 #ifdef ORBELCAST_TSAN
   tsan_resumer_ = __tsan_get_current_fiber();
   __tsan_switch_to_fiber(tsan_fiber_, 0);
 #endif
-  context_ = context::jump_fcontext(context_, this).fctx;
+  place_ = std::move(place_).resume();
 #ifdef ORBELCAST_ASAN
   __sanitizer_finish_switch_fiber(fake_stack, nullptr, nullptr);
 #endif
@@ -136,37 +152,47 @@ void Fiber::Resume() {
 
 void Fiber::Suspend() {
   const ExceptionState mine = ExceptionState::Exchange({});
-  LeaveStack(End::kNo);
+  Leave();
   ExceptionState::Exchange(mine);
 }
 
-void Fiber::LeaveStack(End end) {
+void Fiber::Leave() {
+  TellOfLeaving(&fake_stack_);
+  resumer_ = std::move(resumer_).resume();
+  TellOfArrival(fake_stack_);
+}
+
+/// The bottom of the fiber's stack, which Boost gives back at its end.
+context::fiber Fiber::Run(context::fiber&& resumer) {
+  resumer_ = std::move(resumer);
+  TellOfArrival(nullptr);
+  while (!quit_) {
+    try {
+      work_();
+    } catch (...) {  // NOLINT(bugprone-empty-catch): nothing crosses the loop.
+    }
+    work_ = nullptr;
+    busy_ = false;
+    Leave();
+  }
+  TellOfLeaving(nullptr);
+  return std::move(resumer_);
+}
+
+/// `fake_stack` keeps what the address sanitizer knows of the stack; null where it is left for good.
+void Fiber::TellOfLeaving([[maybe_unused]] void** fake_stack) {
 #ifdef ORBELCAST_ASAN
-  __sanitizer_start_switch_fiber(end == End::kForGood ? nullptr : &fake_stack_, resumer_stack_, resumer_stack_bytes_);
-#else
-  static_cast<void>(end);
+  __sanitizer_start_switch_fiber(fake_stack, resumer_stack_, resumer_stack_bytes_);
 #endif
 #ifdef ORBELCAST_TSAN
   __tsan_switch_to_fiber(tsan_resumer_, 0);
 #endif
-  resumer_ = context::jump_fcontext(resumer_, nullptr).fctx;
-#ifdef ORBELCAST_ASAN
-  __sanitizer_finish_switch_fiber(fake_stack_, &resumer_stack_, &resumer_stack_bytes_);
-#endif
 }
 
-void Fiber::Loop() {
-  while (!quit_) {
-    if (busy_) {
-      try {
-        work_();
-      } catch (...) {  // NOLINT(bugprone-empty-catch): nothing crosses the loop.
-      }
-      work_ = nullptr;
-      busy_ = false;
-    }
-    LeaveStack(End::kNo);
-  }
+void Fiber::TellOfArrival([[maybe_unused]] void* fake_stack) {
+#ifdef ORBELCAST_ASAN
+  __sanitizer_finish_switch_fiber(fake_stack, &resumer_stack_, &resumer_stack_bytes_);
+#endif
 }
 
 }  // namespace orbelcast

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <boost/context/fiber.hpp>
 #include <cstddef>
 #include <functional>
 
@@ -8,8 +9,9 @@ namespace orbelcast {
 /// A stack of its own for one piece of work after another, which can be left in the middle and come back to.
 ///
 /// Everything happens on one thread. Whoever starts or resumes a fiber gets control back when it suspends or its work
-/// ends, so a fiber may resume others from wherever it stands. Each switch is announced to the address and thread
-/// sanitizers, and takes the exceptions that are being handled with it.
+/// ends, so a fiber may resume others from wherever it stands. Boost.Context maps the stack and switches to it; each
+/// switch is announced to the address and thread sanitizers, and takes the exceptions that are being handled with it,
+/// neither of which the system's Boost does.
 class Fiber {
  public:
   /// What a handler may use: hosts run code of their own on it, dialogs included. Pages cost memory once touched. The
@@ -23,7 +25,7 @@ class Fiber {
   Fiber(const Fiber&) = delete;
   Fiber& operator=(const Fiber&) = delete;
 
-  bool Usable() const { return context_ != nullptr; }
+  bool Usable() const { return static_cast<bool>(place_); }
   /// True from Start until the work has ended.
   bool Busy() const { return busy_; }
 
@@ -35,20 +37,19 @@ class Fiber {
   void Suspend();
 
  private:
-  struct Entry;
-  enum class End { kNo, kForGood };
-  void Loop();
-  void LeaveStack(End end);
+  boost::context::fiber Run(boost::context::fiber&& resumer);
+  void Leave();
+  void TellOfLeaving(void** fake_stack);
+  void TellOfArrival(void* fake_stack);
 
-  std::byte* mapping_ = nullptr;
-  std::byte* stack_ = nullptr;  // lowest usable address
-  void* context_ = nullptr;     // where the fiber stands while it is left
-  void* resumer_ = nullptr;     // where its resumer stands while it runs
+  boost::context::fiber place_;    // where the fiber stands while it is left
+  boost::context::fiber resumer_;  // where its resumer stands while it runs
   std::function<void()> work_;
   bool busy_ = false;
   bool quit_ = false;
 
   // What the sanitizers want to be told.
+  boost::context::stack_context stack_;
   [[maybe_unused]] void* fake_stack_ = nullptr;
   [[maybe_unused]] const void* resumer_stack_ = nullptr;
   [[maybe_unused]] std::size_t resumer_stack_bytes_ = 0;

@@ -4,6 +4,8 @@
 #include <cassert>
 #include <utility>
 
+#include "adapters/fiber/fiber.h"
+
 namespace orbelcast {
 
 namespace {

@@ -5,12 +5,13 @@
 #include <memory>
 #include <vector>
 
-#include "adapters/fiber/fiber.h"
 #include "platform/message_loop.h"
 
 /// Handlers on stacks of their own, for every event queue. Boost.Context does the switching; everything that has to be
 /// said to the sanitizers and to the C++ runtime about it is in Fiber.
 namespace orbelcast {
+
+class Fiber;
 
 /// The message loop over any event queue: `Yield` and `Wait` suspend the handler that calls them and nobody else.
 ///

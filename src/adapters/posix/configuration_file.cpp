@@ -7,8 +7,8 @@
 #include <string_view>
 #include <utility>
 
+#include "adapters/posix/key_value_lines.h"
 #include "adapters/posix/named_file.h"
-#include "toolkit/ascii.h"
 #include "toolkit/visible_text.h"
 
 namespace orbelcast {
@@ -55,8 +55,10 @@ class Loader {
     if (!file.problem.empty()) {
       Report(path + ": cannot be read: " + file.problem +
              (must_exist ? std::string(" (") + kFileVariable + " names it)" : ""));
-    } else {
-      ReadLines(path, file.text);
+      return;
+    }
+    for (const KeyValueLine& line : KeyValueLines(file.text)) {
+      ReadLine(path + ":" + std::to_string(line.number) + ": ", line);
     }
   }
 
@@ -71,25 +73,14 @@ class Loader {
   LoadedConfiguration loaded;
 
  private:
-  void ReadLines(const std::string& path, std::string_view text) {
-    for (int number = 1; !text.empty(); ++number) {
-      const std::size_t end = text.find('\n');
-      ReadLine(path + ":" + std::to_string(number) + ": ", Trimmed(text.substr(0, end), " \t\r"));
-      text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-    }
-  }
-
-  void ReadLine(const std::string& where, std::string_view line) {
-    if (line.empty() || line.front() == '#') return;
-    const std::size_t equals = line.find('=');
-    const std::string_view key = Trimmed(line.substr(0, equals));
-    const auto setting = std::ranges::find_if(kSettings, [key](const Setting& each) { return key == each.key; });
-    if (equals == std::string_view::npos) {
-      Report(where + Printable(line) + " is no line of the form key = value");
+  void ReadLine(const std::string& where, const KeyValueLine& line) {
+    const auto setting = std::ranges::find_if(kSettings, [&](const Setting& each) { return line.key == each.key; });
+    if (!line.value) {
+      Report(where + Printable(line.text) + " is no line of the form key = value");
     } else if (setting == kSettings.end()) {
-      Report(where + "there is no setting " + Printable(key) + "; there are relay_host and relay_lookup_host");
+      Report(where + "there is no setting " + Printable(line.key) + "; there are relay_host and relay_lookup_host");
     } else {
-      Set(*setting, Trimmed(line.substr(equals + 1)), where + setting->key);
+      Set(*setting, *line.value, where + setting->key);
     }
   }
 

@@ -31,11 +31,10 @@ inline std::string OutputOf(const std::string& command) {
 /// What ffprobe says of the video stream: "width", "r_frame_rate", "nb_frames" (as the header declares),
 /// "nb_read_frames" (as they could be decoded; empty ones do not count) and so on. Anything it complains of is under
 /// "complaints".
-inline std::map<std::string, std::string> Probe(const std::filesystem::path& clip,
-                                                const std::string& count = "frames") {
-  std::istringstream lines(OutputOf("ffprobe -v warning -count_" + count +
-                                    " -select_streams v:0 -show_entries stream -of default=noprint_wrappers=1 '" +
-                                    clip.string() + "' 2>&1"));
+inline std::map<std::string, std::string> Probe(const std::filesystem::path& clip) {
+  std::istringstream lines(OutputOf(
+      "ffprobe -v warning -count_frames -select_streams v:0 -show_entries stream -of default=noprint_wrappers=1 '" +
+      clip.string() + "' 2>&1"));
   std::map<std::string, std::string> entries;
   for (std::string line; std::getline(lines, line);) {
     // Its decoder says so of some very small pictures that do end with the marker.

@@ -1,6 +1,6 @@
 // The player's window as a program has it: what F5 and the options do.
 
-#include "player_window.h"
+#include "player/player_window.h"
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,6 @@
 // What the viewer's window tells a person of its camera.
 
-#include "viewer_window.h"
+#include "player/viewer_window.h"
 
 #include <gmock/gmock.h>
 

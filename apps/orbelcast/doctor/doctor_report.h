@@ -3,8 +3,8 @@
 #include <iosfwd>
 #include <string>
 
-#include "colours.h"
-#include "event_json.h"
+#include "common/colours.h"
+#include "orbelcast/event_json.h"
 
 namespace orbelcast {
 

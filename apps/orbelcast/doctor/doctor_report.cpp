@@ -1,11 +1,11 @@
-#include "doctor_report.h"
+#include "orbelcast/doctor/doctor_report.h"
 
 #include <unistd.h>
 
 #include <array>
 #include <ostream>
 
-#include "shown_text.h"
+#include "common/shown_text.h"
 
 namespace orbelcast {
 

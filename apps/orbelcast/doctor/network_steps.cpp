@@ -1,15 +1,15 @@
-#include "network_steps.h"
+#include "orbelcast/doctor/network_steps.h"
 
 #include <netdb.h>
 #include <poll.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <memory>
 
+#include "adapters/posix/descriptor.h"
 #include "protocol/text.h"
 
 namespace orbelcast {
@@ -53,14 +53,10 @@ int WaitForConnection(int socket, std::chrono::milliseconds limit) {
 
 int Connect(const NetworkAddress& address, std::chrono::milliseconds limit) {
   const auto* const name = reinterpret_cast<const sockaddr*>(address.storage.data());
-  const int socket = ::socket(name->sa_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-  if (socket < 0) return errno;
-  int error = 0;
-  if (::connect(socket, name, static_cast<socklen_t>(address.storage.size())) != 0) {
-    error = errno == EINPROGRESS ? WaitForConnection(socket, limit) : errno;
-  }
-  ::close(socket);
-  return error;
+  const Descriptor socket(::socket(name->sa_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+  if (!socket.IsOpen()) return errno;
+  if (::connect(socket.Number(), name, static_cast<socklen_t>(address.storage.size())) == 0) return 0;
+  return errno == EINPROGRESS ? WaitForConnection(socket.Number(), limit) : errno;
 }
 
 }  // namespace

@@ -2,9 +2,10 @@
 
 namespace orbelcast {
 
-/// What the program's exit status tells.
+/// What a program's exit status tells. (CLI11 has others for wrong usage.)
 enum ExitStatus : int {
   kWorked = 0,
+  kFailed = 1,        ///< What the program was to do did not come about; the others of this number say what of.
   kNoPictures = 1,    ///< The connection failed, was broken at the end, or no picture or no information came.
   kNotDone = 1,       ///< The registry could not be written, or the controls' library is missing.
   kWrongCommand = 1,  ///< A command of the script was wrong.

@@ -1,11 +1,10 @@
-#include "option_values.h"
+#include "orbelcast/camera_options.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
-#include "adapters/posix/named_file.h"
-#include "protocol/text.h"
-#include "shown_text.h"
+#include "common/option_values.h"
+#include "common/shown_text.h"
 #include "toolkit/ascii.h"
 
 namespace orbelcast {
@@ -53,23 +52,25 @@ std::string CheckAddress(const std::string& url) {
   return "a camera's address begins with http://; did you mean http://" + MaskedAddress(url).Text() + "?";
 }
 
-PixelSize ParsePixelSize(const std::string& option, const std::string& text) {
-  const auto sides = Split(text, "x");
-  const auto read = [](std::string_view side, int& pixels) {
-    return ParseWhole(side, pixels) && pixels >= 1 && pixels <= kMaxSide;
+CLI::Option* AddSizeOption(CLI::App& command, PixelSize& size, const std::string& description) {
+  const auto parse = [&size](const std::string& text) {
+    const auto pixels = ReadPixelSize(text);
+    if (!pixels) {
+      throw CLI::ValidationError(
+          "--size", "give WIDTHxHEIGHT in pixels, each from 1 to " + std::to_string(kMaxSide) + ", such as 640x480");
+    }
+    size = *pixels;
   };
-  PixelSize size;
-  if (sides.size() != 2 || !read(sides[0], size.width) || !read(sides[1], size.height)) {
-    throw CLI::ValidationError(
-        option, "give WIDTHxHEIGHT in pixels, each from 1 to " + std::to_string(kMaxSide) + ", such as 640x480");
-  }
-  return size;
+  return command.add_option_function<std::string>("--size", parse, description)->type_name("WxH");
 }
 
-void CheckWritable(const std::string& option, const std::string& file) {
-  if (const std::string why = WhyUnwritable(file); !why.empty()) {
-    throw CLI::ValidationError(option, "cannot write " + file + ": " + why);
-  }
+void AddFileArgument(CLI::App& command, std::filesystem::path& file, const std::string& description) {
+  command
+      .add_option_function<std::string>(
+          "FILE", [&file](const std::string& text) { file = text; }, description)
+      ->check(CheckWritable)
+      ->required()
+      ->type_name("");
 }
 
 std::filesystem::path ParsePictureFile(const std::string& option, const std::string& text,
@@ -79,7 +80,7 @@ std::filesystem::path ParsePictureFile(const std::string& option, const std::str
     throw CLI::ValidationError(
         option, std::string("the file's name must end in ") + (jpeg ? ".png, .bmp or .jpg" : ".png or .bmp"));
   }
-  CheckWritable(option, text);
+  if (const std::string why = CheckWritable(text); !why.empty()) throw CLI::ValidationError(option, why);
   return text;
 }
 

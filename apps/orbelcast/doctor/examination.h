@@ -1,0 +1,78 @@
+#pragma once
+
+#include <chrono>
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "assembly/headless_platform.h"
+#include "common/access.h"
+#include "common/exit_status.h"
+#include "orbelcast/doctor/doctor_report.h"
+#include "orbelcast/doctor/network_steps.h"
+#include "orbelcast/doctor/picture_probe.h"
+#include "orbelcast/server_entries.h"
+#include "protocol/server_info.h"
+
+namespace orbelcast {
+
+/// What `orbelcast doctor` was asked to do.
+struct DoctorOptions {
+  std::string server;  ///< A host, host:port, a relay account's address; or the whole address of a picture.
+  Access access;
+  std::string device;    ///< The camera that is looked at, by its id on the server; empty is the first.
+  double time_out = 10;  ///< Seconds, for each step.
+  double seconds = 2;    ///< How long the camera's rate is measured.
+  bool json = false;
+};
+
+/// Goes the way to a camera's picture step by step and tells to `output` what works, and what to do where it does not.
+class Examination {
+ public:
+  Examination(const DoctorOptions& options, std::ostream& output);
+
+  /// kWorked where every step works.
+  ExitStatus Run();
+
+ private:
+  // The steps. Each tells of itself and answers whether the way goes on.
+  bool Relay();
+  bool Name();
+  bool Connection();
+  bool Credentials();
+  bool Information();
+  bool FirstPicture();
+  bool Size();
+  bool Rate();
+  bool TimeCode();
+
+  bool Pass(const Step& step);
+  bool Fail(Step step, const std::string& found, const std::string& advice);
+  std::chrono::milliseconds Limit() const {
+    return std::chrono::milliseconds(static_cast<std::int32_t>(options_.time_out * 1000));
+  }
+  /// The address has a path: it is a picture's, not a server's.
+  bool IsPicture() const;
+  /// The first request that needs the credentials; 0 where no answer came.
+  int AskForStatus();
+  bool ChooseCamera(Step& step, const std::vector<Entry>& cameras);
+  std::string WhyNoPicture() const;
+  std::string WhatToDoForAPicture() const;
+
+  const DoctorOptions& options_;
+  DoctorReport report_;
+  HeadlessPlatform services_;
+  Platform& platform_;
+
+  std::string server_;  ///< Of a relay account, what the relay service said.
+  std::vector<NetworkAddress> addresses_;
+  std::optional<ServerInfo> info_;  ///< Of a server.
+  std::string unread_;              ///< What is told of its information where that was too long.
+  std::string camera_name_;
+  std::string live_base_;
+  std::string picture_address_;
+  std::optional<PictureAnswer> picture_;
+};
+
+}  // namespace orbelcast

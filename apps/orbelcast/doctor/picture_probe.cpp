@@ -1,0 +1,70 @@
+#include "orbelcast/doctor/picture_probe.h"
+
+#include <cmath>
+#include <sstream>
+
+#include "orbelcast/watcher.h"
+#include "stream/seconds.h"
+
+namespace orbelcast {
+
+namespace {
+
+using Steady = std::chrono::steady_clock;
+
+}  // namespace
+
+double RoundedMilliseconds(std::chrono::nanoseconds time) {
+  return std::round(std::chrono::duration<double, std::milli>(time).count() * 10) / 10;
+}
+
+PictureAnswer FetchPicture(Platform& platform, const std::string& address, const Access& access,
+                           std::chrono::milliseconds limit) {
+  PictureAnswer picture;
+  const auto request = platform.http.Create();
+  const auto start = Steady::now();
+  bool worked = request->Open("GET", address);
+  if (!access.user.empty() || !access.password.empty()) {
+    worked &= request->SetCredentials(access.user, access.password, 0);
+  }
+  const auto milliseconds = static_cast<std::int32_t>(limit.count());
+  worked &= request->SetTimeouts(milliseconds, milliseconds, milliseconds, milliseconds);
+  worked &= request->Send();
+  if (!worked) return picture;
+  picture.status = request->Status();
+  picture.milliseconds = RoundedMilliseconds(Steady::now() - start);
+  picture.content_type = request->GetResponseHeader("Content-Type");
+  picture.time_code = request->GetResponseHeader("RC_TCR");
+  const FrameBytes body = request->ResponseBody();
+  picture.bytes = body.Size();
+  Surface unseen(1, 1);
+  const auto size = platform.jpeg_decoder.DrawOn({unseen, 1, 1}, body);
+  picture.readable = size.has_value();
+  if (!picture.readable) return picture;
+  picture.width = size->width;
+  picture.height = size->height;
+  return picture;
+}
+
+PictureRate MeasureRate(const std::string& address, const Access& access, double seconds, double first_within) {
+  WatchOptions watch;
+  watch.stream = {.url = address, .access = access, .frame_rate = kAskedRate};
+  watch.events.emplace();
+  watch.seconds = first_within + seconds;
+  std::ostringstream unread;
+  Watcher watcher(watch, unread, unread);
+  PictureRate rate;
+  Steady::time_point first;
+  watcher.on_picture = [&] {
+    const auto now = Steady::now();
+    if (rate.pictures++ == 0) {
+      first = now;
+      watcher.Host().EndAfter(seconds);
+    }
+    rate.seconds = std::chrono::duration<double>(now - first).count();
+  };
+  watcher.Run();
+  return rate;
+}
+
+}  // namespace orbelcast

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "adapters/http/yielding_http.h"
+#include "assembly/headless_platform.h"
+#include "common/pixel_size.h"
+#include "platform/message_loop.h"
+#include "stream/drawn_pictures.h"
+#include "stream/stream_options.h"
+#include "viewer/video_server_push.h"
+
+namespace orbelcast {
+
+/// A host without a window: one viewer on a platform without a screen, which runs until it is time to end.
+class StreamHost {
+ public:
+  /// kYielding: a request that the viewer sends in one go suspends the handler that sends it and nobody else.
+  enum class Requests { kAsSent, kYielding };
+  explicit StreamHost(Requests requests = Requests::kAsSent);
+  ~StreamHost();
+  StreamHost(const StreamHost&) = delete;
+  StreamHost& operator=(const StreamHost&) = delete;
+
+  VideoServerPush& Viewer() { return *viewer_; }
+  const VideoServerPush& Viewer() const { return *viewer_; }
+  /// The viewer's own services.
+  Platform& Services() { return platform_; }
+  /// The services underneath: what is drawn by their decoder is none of the viewer's pictures.
+  Platform& ServicesUnderneath() { return services_->Get(); }
+  DrawnPictures& Pictures() { return pictures_; }
+  const DrawnPictures& Pictures() const { return pictures_; }
+
+  /// Sets the size of the video area.
+  void Resize(PixelSize pixels);
+  /// Connects to the camera that the options name. It is time to end where it does not answer, unless they say
+  /// `auto_reconnect`: then it is tried again until it has. `once` fetches a single picture.
+  void Connect(const StreamOptions& options, bool once);
+  void EndAfter(double seconds);
+  /// Ends where no picture has come by then; `GaveUp` tells.
+  void EndWithoutPictureAfter(double seconds);
+  bool GaveUp() const { return gave_up_; }
+
+  /// Calls `begin`, then handles what comes until it is time to end. Ctrl-C is such a time.
+  void Run(const std::function<void()>& begin);
+  /// It is time to end: Run returns soon. The first call alone does anything.
+  void End();
+  bool HasEnded() const { return end_.IsDone(); }
+  /// Called by the first End, before Run returns.
+  std::function<void()> on_end;
+
+  /// Handles what comes for a while.
+  void Pause(EventQueue::Nanoseconds time);
+
+ private:
+  EventQueue& Queue() { return platform_.loop.Queue(); }
+
+  std::unique_ptr<HeadlessPlatform> services_;
+  DrawnPictures pictures_;
+  YieldingHttp requests_;
+  Platform platform_;
+  std::shared_ptr<VideoServerPush> viewer_;
+  Completion end_;
+  bool gave_up_ = false;
+};
+
+}  // namespace orbelcast
