@@ -6,47 +6,15 @@
 
 #include "platform/platform.h"
 #include "player/user_control1.h"
+#include "toolkit/twips.h"
 #include "widgets/control_widgets.h"
+#include "widgets/full_screen_widget.h"
+#include "widgets/lent_platform.h"
+#include "widgets/mirror.h"
+#include "widgets/qt_texts.h"
 #include "widgets/window_widget.h"
 
 namespace orbelcast {
-
-namespace {
-
-/// Twips: the size that the children were laid out for.
-constexpr double kDesignWidth = 5295;
-constexpr double kDesignHeight = 5940;
-
-/// The window that a viewer fills.
-class FullScreenWidget final : public WindowWidget {
- public:
-  FullScreenWidget(FullScreenWindow& window, Platform& platform, QWidget* parent)
-      : WindowWidget(window, platform.screen, parent), window_(window), platform_(platform) {}
-
- protected:
-  void Fill() override {
-    if (!window_.vs) return;
-    viewer_ = new VideoServerPushWidget(platform_, window_.vs, this);
-    viewer_->setGeometry(rect());
-    viewer_->show();
-  }
-  // Later: it may be a press on the viewer that closes the window.
-  void Empty() override {
-    if (viewer_) viewer_->deleteLater();
-    viewer_ = nullptr;
-  }
-  void resizeEvent(QResizeEvent* event) override {
-    WindowWidget::resizeEvent(event);
-    if (viewer_) viewer_->setGeometry(rect());
-  }
-
- private:
-  FullScreenWindow& window_;
-  Platform& platform_;
-  QPointer<VideoServerPushWidget> viewer_;
-};
-
-}  // namespace
 
 struct PlayerWidget::Parts {
   std::shared_ptr<Platform> platform;
@@ -190,8 +158,8 @@ void PlayerWidget::showEvent(QShowEvent* event) {
 }
 
 QSize PlayerWidget::sizeHint() const {
-  const Screen& screen = parts_->platform->screen;
-  return {qRound(kDesignWidth / screen.TwipsPerPixelX()), qRound(kDesignHeight / screen.TwipsPerPixelY())};
+  const TwipsScale scale = TwipsScale::Of(parts_->platform->screen);
+  return {scale.PixelsX(UserControl1::kDesignWidth), scale.PixelsY(UserControl1::kDesignHeight)};
 }
 
 QString PlayerWidget::SystemName() const {

@@ -16,7 +16,7 @@
 #include <QStandardPaths>
 #include <algorithm>
 
-#include "widgets/control_widgets.h"
+#include "widgets/qt_texts.h"
 
 namespace orbelcast {
 

@@ -9,6 +9,7 @@
 #include "fakes/fake_http.h"
 #include "fakes/manual_queue.h"
 #include "platform/platform.h"
+#include "toolkit/twips.h"
 
 namespace orbelcast::fakes {
 
@@ -51,12 +52,20 @@ class FakeFiles final : public Files {
   std::string module_folder = "/tmp/";
 };
 
+/// A screen of any scale, from before a control is made on it.
+class FakeScreen final : public Screen {
+ public:
+  int TwipsPerPixelX() const override { return scale.x; }
+  int TwipsPerPixelY() const override { return scale.y; }
+  TwipsScale scale;
+};
+
 /// Everything that a control needs, with time that a test moves and a server that a test scripts.
 struct FakePlatform {
   ManualQueue queue;
   FiberLoop loop{queue};
   ManualClock clock{queue};
-  Screen screen;
+  FakeScreen screen;
   TextMapper text_mapper;
   FakeFiles files;
   FakeHttp http{loop};
