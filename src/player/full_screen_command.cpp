@@ -6,12 +6,12 @@
 namespace orbelcast {
 
 void FullScreenCommand::ShowFullScreen() {
-  Frame& PlayerControls = children_.PlayerControls;
+  Frame& toolbar = children_.PlayerControls;
   std::optional<BusyPointer::Scope> busy(pointer_);
   if (!life_.Yield()) return;
   children_.VS->StopGettingFrames();
-  const bool toolbar_was_visible = PlayerControls.Visible;
-  PlayerControls.Visible = false;
+  const bool toolbar_was_visible = toolbar.Visible;
+  toolbar.Visible = false;
   if (!life_.Yield()) return;
   VideoServerPush& viewer = XFullScreen.Viewer();
   std::int16_t rate = children_.VS->FrameRate();
@@ -22,7 +22,7 @@ void FullScreenCommand::ShowFullScreen() {
   busy.reset();
   XFullScreen.Tag = cameras_.Selection().empty() ? children_.VS->URL() : "*" + cameras_.Selection();
   if (!life_.Yield() || !life_.Open(XFullScreen)) return;
-  PlayerControls.Visible = toolbar_was_visible;
+  toolbar.Visible = toolbar_was_visible;
 }
 
 }  // namespace orbelcast

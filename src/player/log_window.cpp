@@ -10,9 +10,9 @@ LogWindow::LogWindow() {
 
 void LogWindow::Load() {
   Caption = "";
-  Width = 9015;
-  Height = 4395;
-  Place(Log, 0, 0, Width, Height);
+  Width = kDesignWidth;
+  Height = kDesignHeight;
+  Place(Log, 0, 0, kDesignWidth, kDesignHeight);
   Log.Text = "";
 }
 

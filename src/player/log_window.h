@@ -8,6 +8,10 @@ namespace orbelcast {
 
 /// Shows the server's activity log.
 struct LogWindow final : Window {
+  /// Twips: its inner size, and that of the box.
+  static constexpr float kDesignWidth = 9015;
+  static constexpr float kDesignHeight = 4395;
+
   LogWindow();
 
   TextBox Log;

@@ -16,8 +16,8 @@ MultiCamsWindow::MultiCamsWindow(PlayerLife& life) {
 }
 
 void MultiCamsWindow::Load() {
-  Width = 4680;
-  Height = 3330;
+  Width = kDesignWidth;
+  Height = kDesignHeight;
   Caption = "Multiple Camera Viewer";
   Place(Cameras, 120, 120, 4455, 2310);
   Place(Go, 120, 2640, 2355, 555);

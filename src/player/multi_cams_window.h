@@ -11,6 +11,11 @@ namespace orbelcast {
 
 /// Chooses the cameras that are shown together.
 struct MultiCamsWindow final : Window {
+  /// Twips: its inner size.
+  static constexpr float kDesignWidth = 4680;
+  static constexpr float kDesignHeight = 3330;
+
+  /// `life` outlives the window.
   explicit MultiCamsWindow(PlayerLife& life);
 
   ListBox Cameras;  ///< Several may be selected.

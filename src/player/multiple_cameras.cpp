@@ -6,12 +6,12 @@
 namespace orbelcast {
 
 void MultipleCameras::SetMultiCams() {
-  ComboBox& CamList = children_.CamList;
-  CamList.ListIndex(-1);
+  ComboBox& list = children_.CamList;
+  list.ListIndex(-1);
   Forget();
   MultiCams.Cameras.Clear();
-  for (int k = 0; k < CamList.ListCount(); ++k) {
-    MultiCams.Cameras.AddItem(CamList.List()[static_cast<std::size_t>(k)]);
+  for (int k = 0; k < list.ListCount(); ++k) {
+    MultiCams.Cameras.AddItem(list.List()[static_cast<std::size_t>(k)]);
     MultiCams.CamerasMatrix(static_cast<std::int16_t>(k), cameras_.LiveUrlOf(k));
   }
   MultiCams.SelectionResult = "";

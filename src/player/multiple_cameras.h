@@ -18,7 +18,7 @@ class MultipleCameras {
 
   /// Opens the chooser and shows the cameras that were chosen in it.
   void SetMultiCams();
-  /// What was chosen last, as VideoServerPush::MultiCamView takes it; empty since a single camera was chosen.
+  /// The last choice, as VideoServerPush::MultiCamView takes it; empty since a single camera was chosen.
   const std::string& Selection() const { return MultiCamSelection; }
   void Forget() { MultiCamSelection = ""; }
 

@@ -14,13 +14,13 @@ namespace orbelcast {
 
 namespace {
 
-/// Where the choices are kept, as list indexes in decimal.
+/// The registry values that keep the choices, as list indexes in decimal.
 constexpr Registry::Hive kSettingsHive = Registry::Hive::kLocalMachine;
 constexpr const char* kSettingsKey = "Software\\Holmvane ORBELCAST";
 constexpr const char* kFrameRateName = "FPS";
 constexpr const char* kResolutionName = "Resolution";
 
-/// What is chosen where nothing is kept.
+/// The choices where nothing is kept.
 constexpr int kManual = 0;
 constexpr int kUsualResolution = 15;
 /// Frames a second.

@@ -11,7 +11,7 @@ namespace orbelcast {
 
 namespace {
 
-/// Where a toolbar button sits, in the toolbar or in Frame1, and what it is called.
+/// A toolbar button: its place, in the toolbar or in Frame1, and its tool tip.
 struct Tool {
   float left;
   float top;

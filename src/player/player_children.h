@@ -47,7 +47,7 @@ struct PlayerChildren {
 
   /// The viewer; null once the host has released the player.
   std::shared_ptr<VideoServerPush> VS;
-  /// Where the player has put it.
+  /// Its place in the player.
   ChildControl VSPlace;
 
  private:

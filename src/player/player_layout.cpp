@@ -28,24 +28,24 @@ void PlayerLayout::UserControl_Resize() {
   const auto alive = life_.StayAlive();
   for (const std::int16_t extended : toolbar::kExtended) children_.Player[extended].Visible = show_extended_features_;
   if (LayoutFrozen) return;
-  Frame& PlayerControls = children_.PlayerControls;
-  ComboBox& CamList = children_.CamList;
-  ChildControl& VSPlace = children_.VSPlace;
-  PlayerControls.Visible = height_ > kToolbarNeedsHeight && width_ > kToolbarNeedsWidth;
-  CamList.Top = 0;
-  VSPlace.Left = 0;
-  if (!PlaceViewer(VSPlace.Width, width_)) return;
-  const float below_list = CamList.Visible ? static_cast<float>(RoundToEven(CamList.Height)) : 0;
-  VSPlace.Top = below_list;
-  if (PlayerControls.Visible) {
-    const float toolbar_height = PlayerControls.Height;
-    if (!PlaceViewer(VSPlace.Height, height_ - (toolbar_height + below_list))) return;
-    PlayerControls.Top = height_ - toolbar_height + TwipsScale::Of(screen_).TwipsY(kToolbarHangsPixels);
-    PlayerControls.Left = (VSPlace.Width - PlayerControls.Width) / 2;
+  Frame& toolbar = children_.PlayerControls;
+  ComboBox& list = children_.CamList;
+  ChildControl& viewer = children_.VSPlace;
+  toolbar.Visible = height_ > kToolbarNeedsHeight && width_ > kToolbarNeedsWidth;
+  list.Top = 0;
+  viewer.Left = 0;
+  if (!PlaceViewer(viewer.Width, width_)) return;
+  const float below_list = list.Visible ? static_cast<float>(RoundToEven(list.Height)) : 0;
+  viewer.Top = below_list;
+  if (toolbar.Visible) {
+    const float toolbar_height = toolbar.Height;
+    if (!PlaceViewer(viewer.Height, height_ - (toolbar_height + below_list))) return;
+    toolbar.Top = height_ - toolbar_height + TwipsScale::Of(screen_).TwipsY(kToolbarHangsPixels);
+    toolbar.Left = (viewer.Width - toolbar.Width) / 2;
   }
-  CamList.Width = width_;
-  CamList.Left = 0;
-  CamList.Top = 0;
+  list.Width = width_;
+  list.Left = 0;
+  list.Top = 0;
   life_.Yield();
 }
 

@@ -25,12 +25,12 @@ class PlayerServer {
   /// The player has ended: what was asked is void.
   void End() { questions_.TurnToServer(); }
 
-  /// What the server calls itself; its address where it did not say.
+  /// The name that the server gives itself; its address where it gave none.
   std::string SystemName() const { return SysName.empty() ? Server : SysName; }
-  /// What it calls itself; empty where it did not say.
+  /// The name that it gives itself; empty where it gave none.
   const std::string& ReportedName() const { return SysName; }
 
-  /// What every command begins with.
+  /// The beginning of every command's address, login included.
   std::string CommandBase() const;
   std::string LiveUrlOf(const std::string& live_base) const;
 

@@ -10,8 +10,8 @@
 
 namespace orbelcast {
 
-/// What the player has its viewer show: the current camera's live stream and archive, and the size and quality that
-/// pictures are asked for in.
+/// The stream that the player has its viewer show: the current camera's live pictures or archive, in the size and
+/// quality that was chosen.
 ///
 /// A step returns false where the host has released the player before or meanwhile; whoever called ends then.
 class PlayerStream {

@@ -5,8 +5,8 @@
 
 namespace orbelcast {
 
-/// What the player's clip recorder takes its pictures and its rate from, and shows on the toolbar. `children` outlives
-/// the recorder.
+/// The player as a clip recorder's host: pictures from the viewer, the rate from its list, the state on the toolbar.
+/// `children` outlives the recorder.
 ClipRecorder::Host RecordingOf(PlayerChildren& children);
 
 }  // namespace orbelcast

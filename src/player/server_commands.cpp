@@ -33,7 +33,7 @@ void ServerCommands::ShowLog() {
   life_.Open(LogForm);
 }
 
-// What was typed goes out decoded, not encoded: so blanks and "&" are sent as they are.
+// The typed text goes out decoded, not encoded: so blanks and "&" are sent as they are.
 void ServerCommands::SendTextMessage() {
   const ServerQuestions::Question question(server_.Questions());
   const std::string answer = platform_.dialogs.AskText({.prompt = "Message:", .title = server_.ReportedName()});

@@ -15,7 +15,7 @@ namespace orbelcast {
 /// is typed for it included. While one is under way, whoever would begin another drops the press. A player that turns
 /// to another server drops nothing: what was asked before is void, its answer is not looked at, and the place is free.
 ///
-/// Where requests block the thread nobody can press meanwhile; where they let the loop run this is what keeps two
+/// Requests that block the thread let nobody press meanwhile; for those that let the loop run this is what keeps two
 /// handlers from taking each other's answers.
 class ServerQuestions {
  public:

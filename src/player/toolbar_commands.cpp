@@ -16,11 +16,11 @@ ToolbarCommands::ToolbarCommands(PlayerChildren& children, PlayerLife& life, con
 void ToolbarCommands::Player_Click(std::int16_t Index) {
   if (life_.Ended()) return;
   if (toolbar::AsksServer(Index) && targets_.server.DropsPress()) return;
-  VideoServerPush& VS = *children_.VS;
+  VideoServerPush& viewer = *children_.VS;
   LastCommand = Index;
-  VS.DisableTestScreen(true);
+  viewer.DisableTestScreen(true);
   const bool once = children_.FrameRate.ListIndex() == 0;
-  const bool bandwidth_was_shown = VS.ShowBandwidth();
+  const bool bandwidth_was_shown = viewer.ShowBandwidth();
   switch (Index) {
     case toolbar::kArchiveTop:
       return targets_.archive.ShowArchiveEnd(ArchiveStep::kTop, bandwidth_was_shown);
@@ -28,7 +28,7 @@ void ToolbarCommands::Player_Click(std::int16_t Index) {
       targets_.stream.Archive(ArchiveStep::kReversePlay, once);
       return;
     case toolbar::kStop:
-      return VS.StopGettingFrames();
+      return viewer.StopGettingFrames();
     case toolbar::kPlay:
       targets_.stream.Archive(ArchiveStep::kPlay, once);
       return;
@@ -39,7 +39,7 @@ void ToolbarCommands::Player_Click(std::int16_t Index) {
       return;
     case toolbar::kInformation:
       LastCommand = toolbar::kNotRepeated;
-      return VS.ShowBandwidth(!bandwidth_was_shown);
+      return viewer.ShowBandwidth(!bandwidth_was_shown);
     case toolbar::kSearch:
       return targets_.archive.SearchArchive();
     case toolbar::kStopAvi:

@@ -18,7 +18,7 @@ namespace orbelcast {
 /// The toolbar: runs the command of each of its buttons, and knows the last one.
 class ToolbarCommands {
  public:
-  /// What the commands act on.
+  /// The parts that the commands act on.
   struct Targets {
     PlayerStream& stream;
     ArchiveControls& archive;

@@ -94,7 +94,7 @@ void UserControl1::ReadProperties(PropertyBag bag) {
   // Before the server is waited for: the container may size and show the control meanwhile.
   const bool has_extents = !Stored(bag, "_ExtentX").empty() && !Stored(bag, "_ExtentY").empty();
   if (has_extents) layout_.Freeze(true);
-  // What is kept of a server ends where the player turns to another one meanwhile; the rest is the control's own.
+  // The kept properties of a server end when the player turns to another one meanwhile; the rest are the control's own.
   const auto server = server_.TurnTo(Stored(bag, "Server"));
   ReadServer(bag);
   if (life_.Ended()) return;

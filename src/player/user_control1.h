@@ -67,7 +67,7 @@ class UserControl1 : public PlayerChildren {
   /// list; an empty `xServer` changes nothing but what the host has kept. A newer call takes over: what an older one,
   /// or a button of the toolbar, still waits for is not looked at any more.
   void Connect2Server(std::string xServer, std::string xUsername, std::string xPassword);
-  /// What the server calls itself; its address where it did not say.
+  /// The name that the server gives itself; its address where it gave none.
   std::string SystemName() const { return server_.SystemName(); }
   /// Whether the toolbar has its extended buttons: log, alerts, inputs and outputs, message, several cameras.
   bool ShowExtendedFeatures() const { return layout_.ShowExtendedFeatures(); }
@@ -101,7 +101,7 @@ class UserControl1 : public PlayerChildren {
   static constexpr int kHourglass = BusyPointer::kHourglass;
 
  private:
-  // What the windows below use.
+  // Declared before the windows, which use them.
   PlayerLife life_;
   BusyPointer pointer_{MousePointer};
   PlayerServer server_;

@@ -14,10 +14,10 @@ namespace orbelcast {
 
 namespace {
 
-/// Where the boxes of a toolbar were made for smaller fonts, their texts are condensed down to this many hundredths.
+/// Hundredths: texts that do not fit their box, which was made for smaller fonts, are condensed down to this.
 constexpr int kMostCondensed = 75;
 
-/// A box that drops down, with an arrow that leaves the room to the text.
+/// A box that drops down, with an arrow that leaves its width to the text.
 class CompactComboStyle final : public QProxyStyle {
  public:
   QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
@@ -86,11 +86,11 @@ void ComboBoxWidget::FitTexts() {
   };
   QStyleOptionComboBox option;
   initStyleOption(&option);
-  const int room =
+  const int available =
       style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this).width() - 2;
   // A font's letters keep to whole pixels, so a text does not shrink just as its stretch does.
-  int stretch = std::clamp(100 * room / widest_at(100), kMostCondensed, 100);
-  while (stretch > kMostCondensed && widest_at(stretch) > room) --stretch;
+  int stretch = std::clamp(100 * available / widest_at(100), kMostCondensed, 100);
+  while (stretch > kMostCondensed && widest_at(stretch) > available) --stretch;
   font.setStretch(stretch);
   setFont(font);
 }

@@ -37,7 +37,7 @@ struct WidgetMaker {
     if (box->MultiLine) return new TextWidget(*box, screen, parent);
     return new LineWidget(*box, screen, parent);
   }
-  // What has no place on a surface: timers, menus, windows.
+  // The rest has no place on a surface: timers, menus, windows.
   template <typename Other>
   QWidget* operator()(Other* /*control*/) const {
     return nullptr;

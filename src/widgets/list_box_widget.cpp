@@ -24,7 +24,7 @@ void ListBoxWidget::ShowItems() {
   if (count() > list_.ListCount()) clear();
   while (count() < list_.ListCount()) addItem(ToLine(list_.List()[static_cast<std::size_t>(count())]));
   showing_ = false;
-  // Where several may be selected, items come without being.
+  // A list of several selections gets its items unselected.
   if (!list_.MultiSelect) ShowSelection();
 }
 

@@ -12,7 +12,7 @@ namespace orbelcast {
 /// A surface as Qt sees it, without a copy; valid until the surface is drawn on or sized.
 QImage ViewOf(const Surface& surface, QImage::Format format);
 
-/// What picture boxes and images have in common: presses and drops.
+/// The common part of picture boxes and images: presses and drops.
 class DropWidget : public QWidget {
  public:
   DropWidget(ChildControl& control, std::function<void(Drop&)>& on_drop, const Screen& screen, QWidget* parent);

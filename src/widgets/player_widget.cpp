@@ -39,7 +39,7 @@ PlayerWidget::PlayerWidget(std::shared_ptr<Platform> platform, QWidget* parent)
 }
 
 PlayerWidget::~PlayerWidget() {
-  // What listens to the control goes first; a handler that still waits may outlive both.
+  // The listeners to the control go first; a handler that still waits may outlive both.
   parts_->pointer.Disconnect();
   parts_->viewer_place.reset();
   qDeleteAll(findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly));
@@ -88,7 +88,7 @@ void PlayerWidget::ShowPointer(int pointer) {
   }
 }
 
-// What has neither a caption nor a tool tip.
+// For the controls that have neither a caption nor a tool tip.
 void PlayerWidget::NameForScreenReaders() {
   const std::pair<const char*, QString> names[] = {{"CamList", tr("Camera")},  {"PlayerControls", tr("Toolbar")},
                                                    {"TCR(0)", tr("Year")},     {"TCR(1)", tr("Month")},

@@ -36,37 +36,6 @@ TEST_F(PlayerTest, ShowsTheStoredChoicesAndLivesWithStoredNonsense) {
   EXPECT_EQ(player->Resolution.ListIndex(), -1);
 }
 
-/// Keeps nothing and knows nothing.
-class BrokenRegistry final : public Registry {
- public:
-  bool SetValue(Hive, const std::string&, const std::string&, const std::string&) override { return false; }
-  std::optional<std::vector<Value>> Values(Hive, const std::string&) const override { return std::nullopt; }
-};
-
-// No server, no list, no registry, no keys that make sense: every control is there and every button may be pressed.
-TEST_F(PlayerTest, EverythingWrongAtOnce) {
-  BrokenRegistry registry;
-  Platform broken = world.platform.With(registry);
-  world.files.module_folder = "/nowhere/at/all/";
-  for (const fakes::Answer& answer :
-       {fakes::Answer{.headers = {}, .body = {}, .fails = true}, TextAnswer("who are you", 401), TextAnswer(""),
-        TextAnswer("RDXVIEWER\r\nCAM:\r\nCAM:no tabs\r\nALT:\r\nHWO:\r\nHWI:\r\nHWO:\tname\r\n\t\t\r\n\r\n")}) {
-    texts = {{"", answer}};
-    player = UserControl1::Create(broken);
-    Load({{"Server", "no.such"}, {"Start", "Yes"}, {"Device", "x"}, {"_Resize", "Yes"}, {"Port", "\x01"}});
-    EXPECT_EQ(player->SystemName(), "no.such");
-    player->ShowExtendedFeatures(true);
-    Choose(player->CamList, 0);
-    Choose(player->FrameRate, 25);
-    Choose(player->Resolution, 29);
-    for (std::size_t tool = 0; tool < player->Player.size(); ++tool) Click(tool);
-    player->RefreshURLs("", "");
-    player->Resize(9000, 9000);
-    EXPECT_TRUE(player->PlayerControls.Visible);
-    EXPECT_EQ(player->VS->URL(), "");
-  }
-}
-
 // The colon of a missing port is there in the one address and not in the other.
 TEST_F(PlayerTest, AServerWithoutAPort) {
   Create();

@@ -65,18 +65,6 @@ TEST_F(TimerDriverTest, ATickHoldsUpThoseOfItsOwnSeriesAlone) {
   EXPECT_EQ(TicksIn(milliseconds(200)), 4);
 }
 
-TEST_F(TimerDriverTest, OverlappingTicksFallDueByTheRhythmAlone) {
-  const auto tick = [&] {
-    ++ticks;
-    Pause(milliseconds(250));
-  };
-  const TimerDriver driver(loop, timer, tick, TimerDriver::Ticks::kOverlapping);
-  timer.Enabled = true;
-  EXPECT_EQ(TicksIn(milliseconds(1000)), 10);
-  queue.Block(milliseconds(750));
-  EXPECT_EQ(TicksIn(milliseconds(50)), 2);  // one for what was blocked, and that of its rhythm
-}
-
 TEST_F(TimerDriverTest, MayBeDestroyedInItsOwnTick) {
   std::optional<TimerDriver> driver;
   driver.emplace(loop, timer, [&] {
