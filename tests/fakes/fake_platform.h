@@ -9,7 +9,6 @@
 #include "fakes/fake_http.h"
 #include "fakes/manual_queue.h"
 #include "platform/platform.h"
-#include "toolkit/twips.h"
 
 namespace orbelcast::fakes {
 
@@ -52,12 +51,13 @@ class FakeFiles final : public Files {
   std::string module_folder = "/tmp/";
 };
 
-/// A screen of any scale, from before a control is made on it.
+/// A screen whose scale a test sets before it makes a control.
 class FakeScreen final : public Screen {
  public:
-  int TwipsPerPixelX() const override { return scale.x; }
-  int TwipsPerPixelY() const override { return scale.y; }
-  TwipsScale scale;
+  int TwipsPerPixelX() const override { return twips_x; }
+  int TwipsPerPixelY() const override { return twips_y; }
+  int twips_x = 15;
+  int twips_y = 15;
 };
 
 /// Everything that a control needs, with time that a test moves and a server that a test scripts.

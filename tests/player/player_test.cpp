@@ -55,7 +55,8 @@ TEST_F(PlayerTest, AServerWithoutAPort) {
 // The toolbar's room ends to the twip, and a list's height between two twips counts as the nearer one, the even one of
 // two as near. The screen's scale down is what the toolbar hangs out by.
 TEST_F(PlayerTest, TheLayoutCountsTwips) {
-  world.screen.scale = {.x = 8, .y = 12};
+  world.screen.twips_x = 8;
+  world.screen.twips_y = 12;
   Create();
   LoadServer();
   for (const auto& [width, height, shown] :

@@ -76,7 +76,8 @@ TEST_F(WidgetTest, ThePictureIsPaintedWhereItLies) {
 // Ties between two pixels go to the even one.
 TEST_F(WidgetTest, AChildLiesAtItsPlaceByTheScreensOwnScale) {
   fakes::FakeScreen screen;
-  screen.scale = {.x = 8, .y = 12};
+  screen.twips_x = 8;
+  screen.twips_y = 12;
   PictureBox box;
   Place(box, 20, 30, 800, 1200);
   const PictureWidget picture(box, screen, nullptr);
