@@ -19,7 +19,8 @@ void WriteGeometry(QXmlStreamWriter& xml, QSize size) {
   xml.writeEndElement();
 }
 
-// What the property editor tells of each property; a text is one line, and none that anybody translates.
+// The text that the property editor shows for each property; a property of kind text is one line, and none that anybody
+// translates.
 void WriteProperties(QXmlStreamWriter& xml, const std::vector<PropertyDescription>& properties) {
   xml.writeStartElement("propertyspecifications");
   for (const PropertyDescription& property : properties) {

@@ -6,8 +6,6 @@
 
 class QWidget;
 
-/// Qt Designer's plug-in: what it is told of both widgets (designer_widgets.h), in the forms that it asks for
-/// (designer_plugin.h).
 namespace orbelcast {
 
 enum class PropertyKind { kText, kOther };

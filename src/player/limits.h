@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-/// What the player's own requests are held to, however a server behaves.
+/// The limits of the player's own requests, however a server behaves.
 namespace orbelcast::player_limits {
 
 /// Milliseconds that asking a server for its cameras, alerts, inputs and outputs may take in each of its phases.

@@ -3,8 +3,6 @@
 #include <array>
 #include <string_view>
 
-#include "platform/registry.h"
-
 namespace orbelcast {
 
 /// A choice of picture size and quality: what the user reads, and what the server is asked for.
@@ -47,11 +45,5 @@ inline constexpr std::array<PictureQuality, 30> kPictureQualities{{
     {"640x480 (20% compression)", {}},
     {"640x480 (0% compression)", {}},
 }};
-
-/// Where the choices are stored, as list indexes in decimal.
-inline constexpr Registry::Hive kSettingsHive = Registry::Hive::kLocalMachine;
-inline constexpr const char* kSettingsKey = "Software\\Holmvane ORBELCAST";
-inline constexpr const char* kFrameRateName = "FPS";
-inline constexpr const char* kResolutionName = "Resolution";
 
 }  // namespace orbelcast

@@ -1,35 +1,30 @@
-// Recording what the viewer shows.
+#include "player/recording.h"
 
 #include "player/toolbar.h"
-#include "player/user_control1.h"
 
 namespace orbelcast {
 
-ClipRecorder::Host UserControl1::RecorderHost() {
-  return {.TakePicture = [this] { return VS->PictureToSave(); },
-          .DeclaredRate = [this] { return ClipRecorder::RateOfListPosition(FrameRate.ListIndex()); },
-          .ShowRecording = [this](bool recording) { ShowRecording(recording); }};
-}
+namespace {
 
-void UserControl1::AviStart() {
-  const auto alive = StayAlive();
-  recorder_.AviStart();
-}
-
-void UserControl1::StopAvi() {
-  const auto alive = StayAlive();
-  recorder_.StopAvi();
-}
-
-// The two buttons share a place.
-void UserControl1::ShowRecording(bool recording) {
+// The two buttons share a place: the one goes before the other comes.
+void ShowRecording(PlayerChildren& children, bool recording) {
+  Button& save = children.Player[toolbar::kSaveAvi];
+  Button& stop = children.Player[toolbar::kStopAvi];
   if (recording) {
-    Player[toolbar::kSaveAvi].Visible = false;
-    Player[toolbar::kStopAvi].Visible = true;
+    save.Visible = false;
+    stop.Visible = true;
   } else {
-    Player[toolbar::kSaveAvi].Visible = true;
-    Player[toolbar::kStopAvi].Visible = false;
+    save.Visible = true;
+    stop.Visible = false;
   }
+}
+
+}  // namespace
+
+ClipRecorder::Host RecordingOf(PlayerChildren& children) {
+  return {.TakePicture = [&children] { return children.VS->PictureToSave(); },
+          .DeclaredRate = [&children] { return ClipRecorder::RateOfListPosition(children.FrameRate.ListIndex()); },
+          .ShowRecording = [&children](bool recording) { ShowRecording(children, recording); }};
 }
 
 }  // namespace orbelcast

@@ -2,47 +2,11 @@
 
 #include <optional>
 #include <type_traits>
-#include <utility>
 
+#include "player/busy_pointer.h"
 #include "toolkit/generation.h"
-#include "toolkit/property.h"
 
 namespace orbelcast {
-
-/// A mouse pointer that is an hourglass as long as somebody is busy, and the usual one otherwise.
-class BusyPointer {
- public:
-  static constexpr int kDefault = 0;
-  static constexpr int kHourglass = 11;
-
-  /// `pointer` outlives this object and its scopes.
-  explicit BusyPointer(Property<int>& pointer) : pointer_(pointer) {}
-
-  /// Busy from its making to its end.
-  class Scope {
-   public:
-    explicit Scope(BusyPointer& pointer) : pointer_(pointer) { pointer_.Count(1); }
-    ~Scope() { pointer_.Count(-1); }
-    Scope(const Scope&) = delete;
-    Scope& operator=(const Scope&) = delete;
-
-   private:
-    BusyPointer& pointer_;
-  };
-
-  /// The control has ended: its pointer stays as it is.
-  void End() { ended_ = true; }
-
- private:
-  void Count(int more) {
-    busy_ += more;
-    if (!ended_) pointer_ = busy_ > 0 ? kHourglass : kDefault;
-  }
-
-  Property<int>& pointer_;
-  int busy_ = 0;
-  bool ended_ = false;
-};
 
 /// The player's own requests to its server, of which it makes one at a time: the camera list, and the questions behind
 /// the toolbar's buttons and the alerts window's.
@@ -51,7 +15,7 @@ class BusyPointer {
 /// is typed for it included. While one is under way, whoever would begin another drops the press. A player that turns
 /// to another server drops nothing: what was asked before is void, its answer is not looked at, and the place is free.
 ///
-/// Where requests block the thread nobody can press meanwhile; where they let the loop run this is what keeps two
+/// Requests that block the thread let nobody press meanwhile; for those that let the loop run this is what keeps two
 /// handlers from taking each other's answers.
 class ServerQuestions {
  public:

@@ -40,7 +40,7 @@ char ByteOf(std::string_view digits) {
   return high < 0 || low < 0 ? '\0' : static_cast<char>(high * 16 + low);
 }
 
-/// Where the line break before the last `count` lines is; npos where the text has no more than these.
+/// The place of the line break before the last `count` lines; npos where the text has no more than these.
 std::size_t LineBreakBeforeLast(std::size_t count, std::string_view text) {
   std::size_t at = text.size();
   for (; count > 0; --count) {

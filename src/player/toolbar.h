@@ -34,7 +34,9 @@ inline constexpr bool AsksServer(std::int16_t command) {
   return command == kLogViewer || command == kSendMessage || command == kInputsAndOutputs || command == kAlerts;
 }
 
-/// What LastCommand becomes after a command that a new picture quality does not run again.
+/// LastCommand before the first command.
+inline constexpr std::int16_t kNone = 1000;
+/// LastCommand after a command that a new picture quality does not run again.
 inline constexpr std::int16_t kNotRepeated = 10000;
 
 }  // namespace orbelcast::toolbar

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kKeyLength = 4;
 
-/// What one line is tested for.
+/// A line of an info text, whose key says which field of the record it fills.
 class Line {
  public:
   Line(std::string_view line, ServerInfo& record) : line_(line), record_(record) {}

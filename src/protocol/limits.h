@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-/// What is read of a camera server's words, however much it sends.
+/// The limits to what is read of a camera server's answer, however much it sends.
 namespace orbelcast::protocol_limits {
 
 /// Bytes of an information text. Ten thousand cameras with their names and addresses take a quarter of it.

@@ -18,7 +18,7 @@ std::string_view AccountOf(std::string_view address, std::size_t prefix_length) 
   return address.substr(prefix_length, address.find('/', prefix_length) - prefix_length);
 }
 
-/// What the relay service answers; nothing where that is not status 200.
+/// The relay service's answer; nothing where that is not status 200.
 std::optional<std::string> AskForAccount(HttpRequestFactory& http, const Configuration& configuration,
                                          std::string_view account, std::int32_t time_out) {
   const auto request = http.Create();

@@ -16,7 +16,7 @@ namespace orbelcast {
 /// True for a relay account's address, in any letter case, without "http://".
 bool IsRelayAddress(const Configuration& configuration, std::string_view address);
 
-/// What the relay service says of the account that `url` names, without line breaks; empty where it does not answer
+/// The relay service's answer about the account that `url` names, without line breaks; empty where it does not answer
 /// with status 200. Any other address comes back as it is, without a request.
 std::string LookupRelayAddress(HttpRequestFactory& http, const Configuration& configuration, std::string_view url,
                                std::int32_t time_out);

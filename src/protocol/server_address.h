@@ -12,7 +12,7 @@ namespace orbelcast {
 /// "http://server", with ":port" where the port is not empty.
 std::string Authority(std::string_view server, std::string_view port);
 
-/// What the player's commands begin with: authority and credentials, "http://server:port/$openlogin/user/password".
+/// The beginning of the player's commands: authority and credentials, "http://server:port/$openlogin/user/password".
 std::string LoginBase(std::string_view server, std::string_view port, std::string_view user_name,
                       std::string_view password);
 
@@ -24,7 +24,7 @@ std::string ServerInformationAddress(std::string_view address);
 /// Size in pixels, at least four digits each, and a quality figure of three digits: "0320x0240080".
 std::string PictureCode(int width, int height, std::string_view quality);
 
-/// What is appended to an address to say which picture is wanted: "?live-special" and the picture code.
+/// The suffix of an address that says which picture is wanted: "?live-special" and the picture code.
 std::string QualitySuffix(std::string_view picture_code);
 
 /// A camera's live picture, without the suffix. `live_base` is what the server named the camera's base.
@@ -39,7 +39,7 @@ std::string MosaicTileAddress(std::string_view live_address, int width, int heig
 
 // ---- Archive ------------------------------------------------------------------------------------------------------
 
-/// What archive commands begin with; they add their parameters directly.
+/// The beginning of archive commands; they add their parameters directly.
 std::string ArchiveAddress(std::string_view login_base, std::string_view device);
 
 /// A step from where the archive stands; the value is the command's letter.
@@ -64,11 +64,11 @@ std::string ArchiveSearchAddress(std::string_view archive_address, const Archive
 std::string ActivityLogAddress(std::string_view login_base);
 /// `text` goes out as it is.
 std::string MessageAddress(std::string_view login_base, std::string_view text);
-/// What switching an output begins with.
+/// The beginning of the command that switches an output.
 std::string OutputCommand(std::string_view login_base);
 /// `output`: its place in the list of outputs, from 1.
 std::string OutputSwitchAddress(std::string_view output_command, int output, bool on);
-/// What activating an alert begins with.
+/// The beginning of the command that activates an alert.
 std::string AlertCommand(std::string_view login_base);
 /// `alert`: its place in the list of alerts, from 1.
 std::string AlertActivationAddress(std::string_view alert_command, int alert);

@@ -13,7 +13,7 @@ namespace {
 constexpr int kNoAnswer = 404;
 constexpr std::string_view kUserAgent = "HOLMVANE SOFTWARE";
 constexpr std::string_view kMarker = "RDXVIEWER";
-/// Where a camera server behind the relay listens unless the relay says otherwise.
+/// The port of a camera server behind the relay, unless the relay names one.
 constexpr std::string_view kRelayPort = "1001";
 
 /// The server's address in place of the account's; empty where the relay service does not tell it.

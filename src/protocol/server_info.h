@@ -10,7 +10,7 @@
 
 namespace orbelcast {
 
-/// What a camera server says of itself.
+/// A camera server's description of itself.
 struct ServerInfo {
   /// The cameras' or alerts' values, or every line, by the mode; each followed by CR LF.
   std::string Lines;
@@ -44,7 +44,7 @@ struct ServerInfo {
   std::size_t UnreadBytes = 0;
 };
 
-/// What `ServerInfo::Lines` is to hold. With any other value the lines are not looked at.
+/// The lines that `ServerInfo::Lines` is to hold. With any other value the lines are not looked at.
 enum class InfoMode : int { kCameras = 1, kAlerts = 2, kAllLines = 3 };
 
 /// Asks the server at `address` (a host, host:port, either behind "http://", or a relay account's address) what it is.

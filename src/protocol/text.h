@@ -11,7 +11,7 @@
 /// separators and never trusted to be anything.
 namespace orbelcast {
 
-/// What separates the lines of an info text, of a list made from it and of a mosaic's camera list.
+/// The separator of the lines of an info text, of a list made from it and of a mosaic's camera list.
 inline constexpr std::string_view kCrLf = "\r\n";
 
 /// The text without "http://" at its beginning, in any letter case; a text without it as it is.
@@ -37,7 +37,7 @@ class Parts {
 
   /// Sets `part` to the next one; false when there is none.
   bool Next(std::string_view& part);
-  /// What follows the last separator that was met.
+  /// The text behind the last separator that was met.
   std::string_view Rest() const { return at_end_ ? std::string_view() : rest_; }
 
  private:

@@ -6,47 +6,15 @@
 
 #include "platform/platform.h"
 #include "player/user_control1.h"
+#include "toolkit/twips.h"
 #include "widgets/control_widgets.h"
+#include "widgets/full_screen_widget.h"
+#include "widgets/lent_platform.h"
+#include "widgets/mirror.h"
+#include "widgets/qt_texts.h"
 #include "widgets/window_widget.h"
 
 namespace orbelcast {
-
-namespace {
-
-/// Twips: the size that the children were laid out for.
-constexpr double kDesignWidth = 5295;
-constexpr double kDesignHeight = 5940;
-
-/// The window that a viewer fills.
-class FullScreenWidget final : public WindowWidget {
- public:
-  FullScreenWidget(FullScreenWindow& window, Platform& platform, QWidget* parent)
-      : WindowWidget(window, platform.screen, parent), window_(window), platform_(platform) {}
-
- protected:
-  void Fill() override {
-    if (!window_.vs) return;
-    viewer_ = new VideoServerPushWidget(platform_, window_.vs, this);
-    viewer_->setGeometry(rect());
-    viewer_->show();
-  }
-  // Later: it may be a press on the viewer that closes the window.
-  void Empty() override {
-    if (viewer_) viewer_->deleteLater();
-    viewer_ = nullptr;
-  }
-  void resizeEvent(QResizeEvent* event) override {
-    WindowWidget::resizeEvent(event);
-    if (viewer_) viewer_->setGeometry(rect());
-  }
-
- private:
-  FullScreenWindow& window_;
-  Platform& platform_;
-  QPointer<VideoServerPushWidget> viewer_;
-};
-
-}  // namespace
 
 struct PlayerWidget::Parts {
   std::shared_ptr<Platform> platform;
@@ -71,7 +39,7 @@ PlayerWidget::PlayerWidget(std::shared_ptr<Platform> platform, QWidget* parent)
 }
 
 PlayerWidget::~PlayerWidget() {
-  // What listens to the control goes first; a handler that still waits may outlive both.
+  // The listeners to the control go first; a handler that still waits may outlive both.
   parts_->pointer.Disconnect();
   parts_->viewer_place.reset();
   qDeleteAll(findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly));
@@ -120,7 +88,7 @@ void PlayerWidget::ShowPointer(int pointer) {
   }
 }
 
-// What has neither a caption nor a tool tip.
+// For the controls that have neither a caption nor a tool tip.
 void PlayerWidget::NameForScreenReaders() {
   const std::pair<const char*, QString> names[] = {{"CamList", tr("Camera")},  {"PlayerControls", tr("Toolbar")},
                                                    {"TCR(0)", tr("Year")},     {"TCR(1)", tr("Month")},
@@ -190,8 +158,8 @@ void PlayerWidget::showEvent(QShowEvent* event) {
 }
 
 QSize PlayerWidget::sizeHint() const {
-  const Screen& screen = parts_->platform->screen;
-  return {qRound(kDesignWidth / screen.TwipsPerPixelX()), qRound(kDesignHeight / screen.TwipsPerPixelY())};
+  const TwipsScale scale = TwipsScale::Of(parts_->platform->screen);
+  return {scale.PixelsX(UserControl1::kDesignWidth), scale.PixelsY(UserControl1::kDesignHeight)};
 }
 
 QString PlayerWidget::SystemName() const {

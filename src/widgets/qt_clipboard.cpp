@@ -5,7 +5,7 @@
 #include <QImage>
 #include <cstring>
 
-#include "widgets/mirrors.h"
+#include "widgets/picture_widgets.h"
 
 namespace orbelcast {
 

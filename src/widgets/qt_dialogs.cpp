@@ -16,13 +16,13 @@
 #include <QStandardPaths>
 #include <algorithm>
 
-#include "widgets/control_widgets.h"
+#include "widgets/qt_texts.h"
 
 namespace orbelcast {
 
 namespace {
 
-/// What the compression dialog offers when its boxes are checked: a key frame every second at 25 pictures a second, and
+/// The compression dialog's numbers when its boxes are checked: a key frame every second at 25 pictures a second, and
 /// the data rate of a picture of 640 × 480 in good quality.
 constexpr int kUsualKeyFrameEvery = 25;
 constexpr int kMostKeyFrameEvery = 10'000;  ///< What its box takes.
@@ -95,7 +95,7 @@ int QtDialogs::Run(QDialog* dialog) {
   const QPointer watch(dialog);
   Completion closed;
   int result = QDialog::Rejected;
-  // What listens ends with this call, however it ends.
+  // The listeners end with this call, however it ends.
   const QObject here;
   QObject::connect(dialog, &QDialog::finished, &here, [&](int code) {
     result = code;

@@ -2,13 +2,11 @@
 
 #include "adapters/http/yielding_http.h"
 #include "assembly/services.h"
-#include "widgets/mirrors.h"
 #include "widgets/qt_clipboard.h"
 #include "widgets/qt_dialogs.h"
 #include "widgets/qt_queue.h"
+#include "widgets/qt_screen.h"
 
-/// The set of services of a Qt application, and the widgets' library, where a widget that is made with nothing but a
-/// parent gets them.
 namespace orbelcast {
 
 /// The platform of a Qt application: Qt's loop, screen, clipboard and dialogs. Made after the QApplication, on its

@@ -11,8 +11,6 @@
 
 #include "platform/event_queue.h"
 
-/// Qt's side of the house: the event queue on Qt's loop, and child controls mirrored into real widgets. Widgets
-/// translate and paint; every decision is the controls'.
 namespace orbelcast {
 
 /// The event queue on the loop of the thread's QCoreApplication, which must exist while the queue does.

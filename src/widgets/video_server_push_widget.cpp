@@ -14,7 +14,11 @@
 
 #include "platform/platform.h"
 #include "viewer/video_server_push.h"
-#include "widgets/control_widgets.h"
+#include "widgets/lent_platform.h"
+#include "widgets/mirror.h"
+#include "widgets/picture_widgets.h"
+#include "widgets/plain_widgets.h"
+#include "widgets/qt_texts.h"
 
 namespace orbelcast {
 

@@ -6,7 +6,10 @@
 #include <QMouseEvent>
 #include <QScreen>
 
+#include "toolkit/twips.h"
 #include "widgets/control_widgets.h"
+#include "widgets/mirror.h"
+#include "widgets/qt_texts.h"
 
 namespace orbelcast {
 
@@ -62,8 +65,8 @@ void WindowWidget::Shut() {
 
 // The size that the control gives its window; a window that tells its own is only sized that way when it opens.
 void WindowWidget::TakeSize() {
-  const QSize wanted(qRound(window_.Width / static_cast<float>(screen_.TwipsPerPixelX())),
-                     qRound(window_.Height / static_cast<float>(screen_.TwipsPerPixelY())));
+  const TwipsScale scale = TwipsScale::Of(screen_);
+  const QSize wanted(scale.PixelsX(window_.Width), scale.PixelsY(window_.Height));
   if (window_.OnResize) {
     if (!isVisible()) resize(wanted);
   } else {

@@ -6,7 +6,8 @@
 #include <QTimer>
 #include <vector>
 
-#include "widgets/mirrors.h"
+#include "platform/screen.h"
+#include "toolkit/controls.h"
 
 namespace orbelcast {
 

@@ -26,8 +26,6 @@ inline fakes::Answer TextAnswer(const std::string& text, int status = 200) {
 /// `texts` names by a part of their address.
 class PlayerWorld : public testing::Test {
  protected:
-  static constexpr auto kKey = "Software\\Holmvane ORBELCAST";
-  static constexpr auto kHive = Registry::Hive::kLocalMachine;
   static constexpr auto kLive = "?live-special0320x0240020";
 
   PlayerWorld() {
@@ -56,15 +54,6 @@ class PlayerWorld : public testing::Test {
   void Choose(ItemList& list, int index) {
     world.loop.RunToEnd([&] { list.Choose(index); });
   }
-  std::string Stored(const std::string& name) {
-    const auto values = world.registry.Values(kHive, kKey);
-    if (!values) return "nothing";
-    for (const auto& value : *values) {
-      if (value.name == name) return value.text;
-    }
-    return "nothing";
-  }
-  void Store(const std::string& name, const std::string& text) { world.registry.SetValue(kHive, kKey, name, text); }
   /// The addresses that were asked for since the last call.
   std::vector<std::string> Asked() {
     auto urls = world.http.Opened();

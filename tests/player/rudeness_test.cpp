@@ -40,23 +40,23 @@ struct RudeWorld {
 
   /// A person looks at each window for a moment and then leaves it by a button, where it has one.
   void WatchWindows() {
-    const auto look = [this](Window& window, std::function<void()> leave) {
+    const auto look = [this](Window& window, std::function<void(UserControl1&)> leave) {
       window.Opened.Listen([this, leave] {
         world.queue.ArmTimer(milliseconds(10), [this, leave] {
-          if (player) leave();
+          if (player) leave(*player);
         });
       });
     };
-    look(player->AlertsWin, [this] {
-      (player->AlertsWin.Activate.Visible ? player->AlertsWin.Activate : player->AlertsWin.OutToogle).OnClick();
+    look(player->AlertsWin, [](UserControl1& p) {
+      (p.AlertsWin.Activate.Visible ? p.AlertsWin.Activate : p.AlertsWin.OutToogle).OnClick();
     });
-    look(player->MultiCams, [this] {
-      player->MultiCams.Cameras.Selected(1, true);
-      player->MultiCams.Go.OnClick();
+    look(player->MultiCams, [](UserControl1& p) {
+      p.MultiCams.Cameras.Selected(1, true);
+      p.MultiCams.Go.OnClick();
     });
-    look(player->LogForm, [this] { player->LogForm.Close(); });
+    look(player->LogForm, [](UserControl1& p) { p.LogForm.Close(); });
     player->XFullScreen.Opened.Listen([this] { player->XFullScreen.OnResize(); });
-    look(player->XFullScreen, [this] { player->XFullScreen.vs->Mira.OnMouseDown(kRightButton); });
+    look(player->XFullScreen, [](UserControl1& p) { p.XFullScreen.vs->Mira.OnMouseDown(kRightButton); });
   }
 
   /// Everything a person and a host do with a player, with something rude at step `at`. Returns the number of steps.

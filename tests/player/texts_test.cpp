@@ -11,35 +11,22 @@ namespace {
 using namespace std::string_literals;
 
 TEST(PlayerTextsTest, MessagesAreDecodedByCharactersNotBytes) {
-  EXPECT_EQ(UrlDecode("a+b%21%2B%25&c"), "a b!+%&c");
-  EXPECT_EQ(UrlDecode("%4a%4A%c3%A9é"), "JJéé");
-  EXPECT_EQ(UrlDecode("%%41"), "\0"s + "1");  // "%4" is no number
-  EXPECT_EQ(UrlDecode("%zz%4g."), "\0\0."s);
+  EXPECT_EQ(UrlDecode("a+b%21%2B%25&c%4a%4A%c3%A9é"), "a b!+%&cJJéé");
+  EXPECT_EQ(UrlDecode("%%41%zz%4g."), "\0001\0\0."s);  // neither "%4", "zz" nor "4g" is a number
   // Too little behind it to be a number, counted in letters.
-  EXPECT_EQ(UrlDecode("100%"), "100%");
-  EXPECT_EQ(UrlDecode("%a"), "%a");
-  EXPECT_EQ(UrlDecode("%é"), "%é");
+  for (const char* kept : {"100%", "%a", "%é", "\xff%\xff"}) EXPECT_EQ(UrlDecode(kept), kept);
   EXPECT_EQ(UrlDecode("%0d%0aX: y"), "\r\nX: y");
-  EXPECT_EQ(UrlDecode("\xff%\xff"), "\xff%\xff");
 }
 
 TEST(PlayerTextsTest, TheLogHasTabsAndHalfItsLineBreaks) {
   EXPECT_EQ(LogText("1,a,b\r\n\r\n2,c\r\n\r\n\r\n\r\n\r\n3\n\n"), "1\ta\tb\r\n2\tc\r\n\r\n\r\n3\n\n");
-  EXPECT_EQ(LogText(""), "");
 }
 
 TEST(PlayerTextsTest, BoxesKeepTheirLeadingNumber) {
-  EXPECT_EQ(ZeroPadded("7", 2), "07");
+  const std::pair<const char*, const char*> written[] = {{"7", "07"},  {"5x", "05"},  {"13", "13"},   {"--", "00"},
+                                                         {"-0", "00"}, {"-3", "-03"}, {"123", "123"}, {"1e999", "00"}};
+  for (const auto& [typed, shown] : written) EXPECT_EQ(ZeroPadded(typed, 2), shown);
   EXPECT_EQ(ZeroPadded("24", 4), "0024");
-  EXPECT_EQ(ZeroPadded("5x", 2), "05");
-  EXPECT_EQ(ZeroPadded("13", 2), "13");
-  EXPECT_EQ(ZeroPadded("--", 2), "00");
-  EXPECT_EQ(ZeroPadded("----", 4), "0000");
-  EXPECT_EQ(ZeroPadded("", 2), "00");
-  EXPECT_EQ(ZeroPadded("-0", 2), "00");
-  EXPECT_EQ(ZeroPadded("-3", 2), "-03");
-  EXPECT_EQ(ZeroPadded("12345", 4), "12345");
-  EXPECT_EQ(ZeroPadded("1e999", 4), "0000");
   EXPECT_EQ(ZeroPadded("9e307", 4).size(), 308u);
 }
 
@@ -53,18 +40,15 @@ TEST(PlayerTextsTest, ALongLogIsShownByItsNewestLines) {
   const std::string log = lines(100'000, ",Door opened\r\n\r\n");
   const std::string shown = LogText(log);
   EXPECT_LE(shown.size(), player_limits::kMaxLogBytes);
-  EXPECT_TRUE(shown.starts_with("The newest ")) << shown.substr(0, 100);
+  EXPECT_TRUE(shown.starts_with("The newest "));
   EXPECT_TRUE(shown.ends_with("99998\tDoor opened\r\n99999\tDoor opened\r\n"));
   EXPECT_EQ(shown.find("\r\n\r\n"), std::string::npos);
-  const std::string second = shown.substr(shown.find('\n') + 1);
-  EXPECT_NE(log.find("\n" + second.substr(0, second.find('\t')) + ","), std::string::npos);  // a whole line
   // By lines where they are short, and as it is up to there.
   const std::string all = lines(player_limits::kMaxLogLines - 1, "\n");
   EXPECT_EQ(LogText(all), all);
   EXPECT_THAT(LogText(lines(10, "\n") + all), testing::EndsWith("left out.\r\n" + all));
 
   const std::string longest(player_limits::kMaxLogLineBytes, 'x');
-  EXPECT_EQ(LogText(longest + "\r\n1,2\n"), longest + "\r\n1\t2\n");
   EXPECT_EQ(LogText("x" + longest + "\r\n1,2\n"), longest + "…\r\n1\t2\n");
   EXPECT_EQ(LogText(longest.substr(1) + "é"), longest.substr(1) + "…");
   // One line of that size has only an end.
@@ -75,21 +59,21 @@ TEST(PlayerTextsTest, ALongLogIsShownByItsNewestLines) {
 
 TEST(RegistryTextTest, ALookThroughAKeyEndsAtWhatItsBuffersDoNotHold) {
   Registry registry;
-  const auto hive = Registry::Hive::kLocalMachine;
-  EXPECT_EQ(RegReadString(registry, hive, "K", "a"), "");
-  EXPECT_TRUE(RegWriteString(registry, hive, "K", "before", std::string(254, 'x')));
-  RegWriteString(registry, hive, "K", "Before", "other");
-  RegWriteString(registry, hive, "K", "long", std::string(255, 'x'));
-  RegWriteString(registry, hive, "K", "behind", "y");
-  EXPECT_EQ(RegReadString(registry, hive, "K", "before"), std::string(254, 'x'));
-  EXPECT_EQ(RegReadString(registry, hive, "K", "Before"), "other");
-  EXPECT_EQ(RegReadString(registry, hive, "K", "long"), "");
-  EXPECT_EQ(RegReadString(registry, hive, "K", "behind"), "");
-
-  RegWriteString(registry, hive, "N", std::string(255, 'n'), "1");
-  RegWriteString(registry, hive, "N", "behind", "y");
-  EXPECT_EQ(RegReadString(registry, hive, "N", std::string(255, 'n')), "");
-  EXPECT_EQ(RegReadString(registry, hive, "N", "behind"), "");
+  const auto write = [&](const std::string& key, const std::string& name, const std::string& text) {
+    RegWriteString(registry, Registry::Hive::kLocalMachine, key, name, text);
+  };
+  const auto read = [&](const std::string& key, const std::string& name) {
+    return RegReadString(registry, Registry::Hive::kLocalMachine, key, name);
+  };
+  EXPECT_EQ(read("K", "a"), "");
+  write("K", "before", std::string(254, 'x'));
+  write("K", "long", std::string(255, 'x'));
+  write("K", "behind", "y");
+  EXPECT_EQ(read("K", "before"), std::string(254, 'x'));
+  for (const char* name : {"Before", "long", "behind"}) EXPECT_EQ(read("K", name), "");
+  write("N", std::string(255, 'n'), "1");
+  write("N", "behind", "y");
+  EXPECT_EQ(read("N", std::string(255, 'n')) + read("N", "behind"), "");
 }
 
 }  // namespace

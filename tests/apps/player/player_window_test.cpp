@@ -2,12 +2,12 @@
 
 #include "player/player_window.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <QTemporaryDir>
 #include <QTest>
 #include <algorithm>
-#include <memory>
+#include <string>
 
 #include "fakes/scripted_server.h"
 #include "fakes/small_jpeg.h"
@@ -24,58 +24,39 @@ using fakes::TargetOf;
 /// Milliseconds: far more than anything here takes.
 constexpr int kLimit = 20'000;
 
-class PlayerWindowTest : public testing::Test {
- protected:
-  PlayerWindowTest() {
-    qputenv("ORBELCAST_REGISTRY", folder.filePath(QStringLiteral("registry.json")).toLocal8Bit());
-    options.camera = "127.0.0.1:" + std::to_string(server->Port());
+TEST(PlayerWindowTest, F5KeepsTheCameraThatIsChosenAndConnectsAgain) {
+  std::string cameras = "RDXVIEWER\r\n";
+  ScriptedServer server([&](const std::string& request, ScriptedServer::Connection& to) {
+    const bool asks = TargetOf(request).find("$rdxviewer") != std::string::npos;
+    to.Send(AnswerBytes(200, asks ? cameras : fakes::SmallJpeg()));
+  });
+  for (const char* camera : {"1", "2"}) {
+    cameras.append("CAM:d").append(camera).append("\tDoor\t").append(server.Url("/live/")).append(camera) += "\r\n";
   }
-  void Open() {
-    window = std::make_unique<PlayerWindow>(platform.Get(), platform.Requests(), options);
-    window->show();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return Player().CamList.ListIndex() == 0; }, kLimit));
-  }
-  UserControl1& Player() { return window->findChild<PlayerWidget*>()->Control(); }
-  std::ptrdiff_t Asked(const std::string& part) const {
-    return std::ranges::count_if(server->Requests(),
+  const auto asked = [&](const std::string& part) {
+    return std::ranges::count_if(server.Requests(),
                                  [&](const auto& each) { return TargetOf(each).find(part) != std::string::npos; });
-  }
-
-  std::unique_ptr<ScriptedServer> server =
-      std::make_unique<ScriptedServer>([this](const std::string& request, ScriptedServer::Connection& to) {
-        if (TargetOf(request).find("$rdxviewer") == std::string::npos) {
-          to.Send(AnswerBytes(200, fakes::SmallJpeg()));
-          return;
-        }
-        std::string text = "RDXVIEWER\r\n";
-        for (const char* camera : {"d1\tDoor\t", "d2\tYard\t"})
-          text += "CAM:" + std::string(camera) + server->Url("/live/") + camera[1] + "\r\n";
-        to.Send(AnswerBytes(200, text + "\r\n"));
-      });
-  QTemporaryDir folder;
-  PlayerOptions options;
+  };
+  const QTemporaryDir folder;
+  qputenv("ORBELCAST_REGISTRY", folder.filePath(QStringLiteral("registry.json")).toLocal8Bit());
   QtPlatform platform;
-  std::unique_ptr<PlayerWindow> window;
-};
-
-TEST_F(PlayerWindowTest, F5KeepsTheCameraThatIsChosenAndConnectsAgain) {
-  Open();
-  Player().CamList.Choose(1);
-  ASSERT_TRUE(QTest::qWaitFor([&] { return Player().VS->VideoStream.Visible && Asked("/live/2") > 0; }, kLimit));
-  Player().VS->Disconnect();
-  const auto before = Asked("/live/2");
-  QTest::keyClick(window.get(), Qt::Key_F5);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return Player().CamList.ListIndex() == 1 && Asked("/live/2") > before; }, kLimit));
-  EXPECT_EQ(Asked("$rdxviewer"), 2);
-}
-
-// There everything stands where it was designed, so that is the window's size.
-TEST_F(PlayerWindowTest, AFixedLayoutFillsTheWindowThatOpens) {
+  PlayerOptions options;
+  options.camera = "127.0.0.1:" + std::to_string(server.Port());
   options.fixed_layout = true;
-  Open();
-  const QWidget* bar = window->findChild<QWidget*>(QStringLiteral("PlayerControls"));
-  EXPECT_EQ(bar->geometry(), QRect(0, 272, 349, 117));
-  EXPECT_EQ(window->size(), QSize(353, 396));
+  PlayerWindow window(platform.Get(), platform.Requests(), options);
+  window.show();
+  // Everything stands where it was designed, from the beginning, so that is the window's size.
+  EXPECT_EQ(window.size(), QSize(353, 396));
+  EXPECT_EQ(window.findChild<QWidget*>(QStringLiteral("PlayerControls"))->geometry(), QRect(0, 272, 349, 117));
+  UserControl1& player = window.findChild<PlayerWidget*>()->Control();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return player.CamList.ListIndex() == 0; }, kLimit));
+  player.CamList.Choose(1);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return player.VS->VideoStream.Visible && asked("/live/2") > 0; }, kLimit));
+  player.VS->Disconnect();
+  const auto before = asked("/live/2");
+  QTest::keyClick(&window, Qt::Key_F5);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return player.CamList.ListIndex() == 1 && asked("/live/2") > before; }, kLimit));
+  EXPECT_EQ(asked("$rdxviewer"), 2);
 }
 
 }  // namespace

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QPointer>
+
+#include "orbelcast/video_server_push_widget.h"
+#include "platform/platform.h"
+#include "player/full_screen_window.h"
+#include "widgets/window_widget.h"
+
+namespace orbelcast {
+
+/// The window that a viewer fills.
+class FullScreenWidget final : public WindowWidget {
+ public:
+  /// `window` and `platform` outlive the widget.
+  FullScreenWidget(FullScreenWindow& window, Platform& platform, QWidget* parent);
+
+ protected:
+  void Fill() override;
+  void Empty() override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  FullScreenWindow& window_;
+  Platform& platform_;
+  QPointer<VideoServerPushWidget> viewer_;
+};
+
+}  // namespace orbelcast

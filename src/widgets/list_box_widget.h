@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QListWidget>
+
+#include "widgets/mirror.h"
+
+namespace orbelcast {
+
+/// A list that is open. Where several items may be selected, each click (or the space bar) selects or clears one.
+class ListBoxWidget final : public QListWidget {
+ public:
+  ListBoxWidget(ListBox& list, const Screen& screen, QWidget* parent);
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override;
+
+ private:
+  void ShowItems();
+  void ShowSelection();
+  void TakeSelection();
+
+  ListBox& list_;
+  bool showing_ = false;  // what the control holds is being shown: nothing here is a user's doing
+  Mirror mirror_;
+};
+
+}  // namespace orbelcast

@@ -1,0 +1,68 @@
+#include "widgets/mirror.h"
+
+#include "toolkit/twips.h"
+#include "widgets/qt_texts.h"
+
+namespace orbelcast {
+
+std::pair<float, float> SizeInTwips(const QWidget& widget, const Screen& screen) {
+  const TwipsScale scale = TwipsScale::Of(screen);
+  return {scale.TwipsX(widget.width()), scale.TwipsY(widget.height())};
+}
+
+QFont SmallFont(const std::string& family) {
+  constexpr double kSmallPoints = 8;
+  QFont font(QString::fromStdString(family));
+  font.setPointSizeF(kSmallPoints);
+  return font;
+}
+
+std::int16_t ButtonNumber(Qt::MouseButton button) {
+  switch (button) {
+    case Qt::LeftButton:
+      return kLeftButton;
+    case Qt::RightButton:
+      return kRightButton;
+    case Qt::MiddleButton:
+      return kMiddleButton;
+    default:
+      return 0;
+  }
+}
+
+void Call(const std::function<void()>& handler) {
+  if (const auto copy = handler) copy();
+}
+
+Mirror::Mirror(ChildControl& control, QWidget& widget, const Screen& screen)
+    : control_(control), widget_(widget), screen_(screen) {
+  for (Property<float>* side : {&control.Left, &control.Top, &control.Width, &control.Height}) {
+    Keep(side->Changed.Connect([this](float) { Place(); }));
+  }
+  Keep(control.Visible.Changed.Connect([this](bool visible) { widget_.setVisible(visible); }));
+  Keep(control.Enabled.Changed.Connect([this](bool enabled) { widget_.setEnabled(enabled); }));
+  Keep(control.ToolTipText.Changed.Connect([this](const std::string& text) { SetToolTip(text); }));
+  SetToolTip(control.ToolTipText);
+  Place();
+  widget.setEnabled(control.Enabled);
+  widget.setVisible(control.Visible);
+}
+
+void Mirror::Place() {
+  const TwipsScale scale = TwipsScale::Of(screen_);
+  widget_.setGeometry(scale.PixelsX(control_.Left), scale.PixelsY(control_.Top), scale.PixelsX(control_.Width),
+                      scale.PixelsY(control_.Height));
+}
+
+// As markup that shows the text as it is: what a plain tool tip holds might be taken for markup.
+void Mirror::SetToolTip(const std::string& text) {
+  const QString shown = ToText(text);
+  widget_.setToolTip(shown.isEmpty() ? QString() : QStringLiteral("<qt>%1</qt>").arg(shown.toHtmlEscaped()));
+}
+
+void Mirror::Press(Qt::MouseButton button) {
+  const std::int16_t number = ButtonNumber(button);
+  if (number != 0 && control_.OnMouseDown) control_.OnMouseDown(number);
+}
+
+}  // namespace orbelcast

@@ -1,0 +1,99 @@
+#include "widgets/picture_widgets.h"
+
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include "toolkit/twips.h"
+
+namespace orbelcast {
+
+namespace {
+
+Drop ToDrop(const QDropEvent& event, const Screen& screen) {
+  Drop drop;
+  for (const QString& format : event.mimeData()->formats()) {
+    drop.data.formats.emplace_back(format.toStdString(), event.mimeData()->data(format).toStdString());
+  }
+  const Qt::KeyboardModifiers keys = event.modifiers();
+  for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}) {
+    if (event.buttons().testFlag(button)) drop.button = static_cast<std::int16_t>(drop.button + ButtonNumber(button));
+  }
+  drop.shift = static_cast<std::int16_t>((keys.testFlag(Qt::ShiftModifier) ? 1 : 0) +
+                                         (keys.testFlag(Qt::ControlModifier) ? 2 : 0) +
+                                         (keys.testFlag(Qt::AltModifier) ? 4 : 0));
+  drop.effect = event.proposedAction() == Qt::MoveAction ? 2 : 1;
+  const TwipsScale scale = TwipsScale::Of(screen);
+  drop.x = static_cast<float>(event.position().x() * scale.x);
+  drop.y = static_cast<float>(event.position().y() * scale.y);
+  return drop;
+}
+
+}  // namespace
+
+QImage ViewOf(const Surface& surface, QImage::Format format) {
+  if (surface.Empty()) return {};
+  return {reinterpret_cast<const uchar*>(surface.Pixels().data()), surface.Width(), surface.Height(),
+          surface.Width() * 4, format};
+}
+
+DropWidget::DropWidget(ChildControl& control, std::function<void(Drop&)>& on_drop, const Screen& screen,
+                       QWidget* parent)
+    : QWidget(parent), on_drop_(on_drop), screen_(screen), mirror_(control, *this, screen) {
+  setAcceptDrops(static_cast<bool>(on_drop));
+}
+
+void DropWidget::mousePressEvent(QMouseEvent* event) {
+  mirror_.Press(event->button());
+}
+
+void DropWidget::dragEnterEvent(QDragEnterEvent* event) {
+  event->acceptProposedAction();
+}
+
+void DropWidget::dropEvent(QDropEvent* event) {
+  if (!on_drop_) return;
+  Drop drop = ToDrop(*event, screen_);
+  on_drop_(drop);
+  event->setDropAction(drop.effect == 0 ? Qt::IgnoreAction : drop.effect == 2 ? Qt::MoveAction : Qt::CopyAction);
+  event->setAccepted(drop.effect != 0);
+}
+
+PictureWidget::PictureWidget(PictureBox& box, const Screen& screen, QWidget* parent)
+    : DropWidget(box, box.OnDrop, screen, parent), box_(box) {
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  Mirrored().Keep(box.Refreshed.Connect([this] { update(); }));
+}
+
+QImage PictureWidget::View() const {
+  return ViewOf(box_.Image(), QImage::Format_RGB32);
+}
+
+void PictureWidget::paintEvent(QPaintEvent* event) {
+  QPainter painter(this);
+  const QImage view = View();
+  const Color back = box_.BackColor;
+  if (!QRect(QPoint(0, 0), view.size()).contains(event->rect())) {
+    painter.fillRect(event->rect(), QColor(RedOf(back), GreenOf(back), BlueOf(back)));
+  }
+  if (!view.isNull()) painter.drawImage(event->rect().topLeft(), view, event->rect());
+}
+
+ImageWidget::ImageWidget(Image& image, const Screen& screen, QWidget* parent)
+    : DropWidget(image, image.OnDrop, screen, parent), image_(image) {
+  Mirrored().Keep(image.PictureChanged.Connect([this] { update(); }));
+}
+
+void ImageWidget::paintEvent(QPaintEvent*) {
+  const QImage view = ViewOf(image_.Picture(), QImage::Format_ARGB32);
+  const QSize wanted = size() * devicePixelRatioF();
+  if (view.isNull() || wanted.isEmpty()) return;
+  // Not kept: while there is video it would take as much memory as a picture of it, unseen.
+  QImage scaled = view.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+  scaled.setDevicePixelRatio(devicePixelRatioF());
+  QPainter(this).drawImage(0, 0, scaled);
+}
+
+}  // namespace orbelcast

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <string>
+
+#include "widgets/mirror.h"
+
+namespace orbelcast {
+
+/// A box for one line of text. Entering it selects what it holds, so that typing replaces it.
+class LineWidget final : public QLineEdit {
+ public:
+  LineWidget(TextBox& box, const Screen& screen, QWidget* parent);
+
+ protected:
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+
+ private:
+  void ShowText();
+
+  TextBox& box_;
+  Mirror mirror_;
+};
+
+/// A box for many lines of text.
+class TextWidget final : public QPlainTextEdit {
+ public:
+  TextWidget(TextBox& box, const Screen& screen, QWidget* parent);
+
+ protected:
+  void focusOutEvent(QFocusEvent* event) override;
+
+ private:
+  void ShowText(const std::string& text);
+  void TakeText();
+
+  TextBox& box_;
+  bool typing_ = false;
+  Mirror mirror_;
+};
+
+}  // namespace orbelcast
