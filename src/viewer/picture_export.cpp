@@ -1,11 +1,8 @@
-// The picture that is shown, handed to the host.
-
-#include "recording/picture_file.h"
-#include "viewer/video_server_push.h"
+#include "viewer/picture_export.h"
 
 namespace orbelcast {
 
-void VideoServerPush::SaveImage(const std::string& Filename) {
+void PictureExport::SaveImage(const std::string& Filename) const {
   DeleteFile(Filename);
   const ShownPicture shown = PictureToSave();
   if (const auto* jpeg = std::get_if<FrameBytes>(&shown)) {
@@ -15,31 +12,31 @@ void VideoServerPush::SaveImage(const std::string& Filename) {
   }
 }
 
-ShownPicture VideoServerPush::PictureToSave() const {
-  if (!VideoStream.Visible) return &Mira.Picture();
-  if (MultiCam.Enabled) return &VideoStream.Image();
-  return FrameBuffer;
+ShownPicture PictureExport::PictureToSave() const {
+  if (!on_.VideoStream.Visible) return &on_.Mira.Picture();
+  if (on_.MultiCam.Enabled) return &on_.VideoStream.Image();
+  return frames_.Newest();
 }
 
-void VideoServerPush::ImageOnClipboard() {
+void PictureExport::ImageOnClipboard() const {
   platform_.clipboard.Clear();
-  platform_.clipboard.SetPicture(VideoStream.Visible ? VideoStream.Image() : Mira.Picture());
+  platform_.clipboard.SetPicture(on_.VideoStream.Visible ? on_.VideoStream.Image() : on_.Mira.Picture());
 }
 
-std::vector<std::uint8_t> VideoServerPush::GetPictureArray() const {
-  const auto bytes = FrameBuffer.Bytes();
+std::vector<std::uint8_t> PictureExport::GetPictureArray() const {
+  const auto bytes = frames_.Newest().Bytes();
   return {bytes.begin(), bytes.end()};
 }
 
-std::optional<Surface> VideoServerPush::GetPicture() {
-  Surface& buffer = BuffPic.Canvas();
-  if (!platform_.jpeg_decoder.DrawOn({buffer}, FrameBuffer)) return std::nullopt;
+std::optional<Surface> PictureExport::GetPicture() const {
+  Surface& buffer = on_.BuffPic.Canvas();
+  if (!platform_.jpeg_decoder.DrawOn({buffer}, frames_.Newest())) return std::nullopt;
   return buffer;
 }
 
-void VideoServerPush::RenderPicture(std::int32_t PictureHdc, std::int32_t sX, std::int32_t sY) {
+void PictureExport::RenderPicture(std::int32_t PictureHdc, std::int32_t sX, std::int32_t sY) const {
   Surface* surface = platform_.device_contexts.Find(PictureHdc);
-  if (surface != nullptr) platform_.jpeg_decoder.DrawOn({*surface, sX, sY}, FrameBuffer);
+  if (surface != nullptr) platform_.jpeg_decoder.DrawOn({*surface, sX, sY}, frames_.Newest());
 }
 
 }  // namespace orbelcast

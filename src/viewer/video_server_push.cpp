@@ -1,45 +1,27 @@
 #include "viewer/video_server_push.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "imaging/layout.h"
 #include "toolkit/rounding.h"
 #include "toolkit/version.h"
+#include "viewer/design.h"
 #include "viewer/pictures.h"
 
 namespace orbelcast {
 
 namespace {
 
-/// What the reference thumbnail and the overlay show before the first scan.
-constexpr Color kUnseen = Rgb(64, 64, 64);
-constexpr Color kStripColor = Rgb(255, 255, 192);
-/// Height of one line of text in the status strip, whose 26 pixels hold two.
-constexpr float kStripLineHeight = 195;
+/// The strip's height.
 constexpr int kStripHeightPixels = 26;
-/// What a request may take before the first Connect sets the stream's own limits, in milliseconds.
-constexpr int kIdleTimeout = 10000;
+/// Where the status line begins until the first layout, in pixels.
+constexpr int kStatusTopPixels = 5;
+
+/// The menu item that does not choose what the strip shows.
+constexpr std::int16_t kReconnect = 4;
 
 }  // namespace
-
-void VideoServerPushEvents::Clear() {
-  StreamInfo.Clear();
-  MotionDetected.Clear();
-  Connected.Clear();
-  Disconnected.Clear();
-  ConnectionFailed.Clear();
-  ConnectionFailedV2.Clear();
-  ConnectionBroken.Clear();
-  Status.Clear();
-  VigilboxInfo.Clear();
-  VigilboxTCR.Clear();
-  MouseDown.Clear();
-  RCQueryMethod.Clear();
-  Plugin.Clear();
-  OLEDragDrop.Clear();
-  MotionArea.Clear();
-  MotionDetectedArea.Clear();
-}
 
 // The host's pointer and the handlers' are two: when the host lets go of its own, the control ends at once for the
 // host, while a handler that is still inside a method keeps the memory until it returns.
@@ -54,234 +36,216 @@ std::shared_ptr<VideoServerPush> VideoServerPush::Create(Platform& platform) {
           }};
 }
 
-VideoServerPush::VideoServerPush(Platform& platform) : platform_(platform) {
-  PlaceChildren();
-  ConnectHandlers();
+VideoServerPush::VideoServerPush(Platform& platform)
+    : platform_(platform),
+      test_card_(std::make_shared<Surface>(platform.pictures.Decode(resources::test_card_png))),
+      undertakings_(platform.loop),
+      strip_({StatusDisplay, lStatus, TimeRetrieve, {&RecIcon, &StopIcon, &ConnectIcon, &DisconnectIcon}, Menux},
+             Events, undertakings_, platform.text_mapper, platform.clock),
+      motion_(MotionPicture, Events, undertakings_),
+      frames_({VideoStream, BuffPic, IconNet}, platform, Events, strip_, motion_),
+      stream_({VideoStream, Mira, WarningFrame, WarningMsg, MasterTimer, MultiCam, test_card_}, platform, Events,
+              undertakings_, frames_, strip_),
+      mosaic_({VideoStream, MasterTimer, MultiCam}, Events, undertakings_, platform.http, frames_, stream_,
+              [this] { UserControl_Resize(); }),
+      export_({VideoStream, BuffPic, Mira, MultiCam}, platform, frames_) {
+  ApplyDesign(*this, platform);
+  ConnectUser();
+  DriveTimers();
 }
 
 VideoServerPush::~VideoServerPush() = default;
 
-void VideoServerPush::PlaceChildren() {
-  scale_ = TwipsScale::Of(platform_.screen);
-  for (PictureBox* box : {&BuffPic, &IconNet, &DisconnectIcon, &ConnectIcon, &StopIcon, &RecIcon, &MotionPicture[0],
-                          &MotionPicture[1], &MotionPicture[2], &StatusDisplay, &VideoStream}) {
-    box->SetScale(scale_);
-  }
-  Place(BuffPic, 2400, 120, 1035, 915);
-  Place(WarningFrame, 840, 1440, 4455, 495);
-  Place(WarningMsg, 120, 120, 4215, 255);
-  Place(StatusDisplay, 0, 0, width_, 375);
-  Place(lStatus, 870, 0, 0, kStripLineHeight);
-  Place(TimeRetrieve, 870, kStripLineHeight, 0, kStripLineHeight);
-  Place(VideoStream, 120, 1080, 1035, 795);
-  Place(Mira, 120, 120, 1035, 855);
-  for (PictureBox& picture : MotionPicture) {
-    Place(picture, 0, 0, scale_.TwipsX(kMotionPictureWidth), scale_.TwipsY(kMotionPictureHeight));
-  }
+// ---- Making the control --------------------------------------------------------------------------------------------
 
-  WarningMsg.Font = "Verdana";
-  WarningFrame.Visible = false;
-  for (PictureBox* hidden : {&BuffPic, &IconNet, &DisconnectIcon, &ConnectIcon, &StopIcon, &RecIcon, &MotionPicture[0],
-                             &MotionPicture[1], &MotionPicture[2]}) {
-    hidden->Visible = false;
-  }
-  StatusDisplay.BackColor = kStripColor;
-  VideoStream.BackColor = Rgb(0, 0, 0);
-  MotionPicture[0].BackColor = Rgb(0, 0, 0);
-  MotionPicture[1].BackColor = kUnseen;
-  MotionPicture[2].BackColor = kUnseen;
-
-  const auto load = [&](PictureBox& box, std::span<const std::uint8_t> bytes) {
-    const Surface picture = platform_.pictures.Decode(bytes);
-    Place(box, 0, 0, scale_.TwipsX(picture.Width()), scale_.TwipsY(picture.Height()));
-    box.SetPicture(picture);
-  };
-  load(IconNet, resources::no_answer_png);
-  load(RecIcon, resources::recording_png);
-  load(StopIcon, resources::stop_png);
-  load(ConnectIcon, resources::connect_png);
-  load(DisconnectIcon, resources::disconnect_png);
-  test_card_ = std::make_shared<Surface>(platform_.pictures.Decode(resources::test_card_png));
-
-  MainMenu.Caption = "Ghost";
-  constexpr std::array<const char*, 5> kCaptions{"Time", "Server", "Status", "-", "Reconnect"};
+void VideoServerPush::ConnectUser() {
   for (std::size_t i = 0; i < Menux.size(); ++i) {
-    Menux[i].Caption = kCaptions[i];
-    MainMenu.Items.push_back(&Menux[i]);
-  }
-  MultiCam.Interval = 500;
-}
-
-void VideoServerPush::ConnectHandlers() {
-  // What a front end calls becomes a handler, which keeps the control alive until it ends.
-  const auto on_press = [this](void (VideoServerPush::*handler)(std::int16_t)) {
-    return [this, handler](std::int16_t button) {
-      platform_.loop.RunHandler([this, handler, button] {
-        const auto alive = StayAlive();
-        if (alive) (this->*handler)(button);
-      });
+    if (Menux[i].Caption.Get() == "-") continue;
+    Menux[i].OnClick = [this, index = static_cast<std::int16_t>(i)] {
+      Handle([this, index] { index == kReconnect ? stream_.Reconnect() : strip_.ChooseMode(index); });
     };
+  }
+  const auto raise_mouse_down = [this](std::int16_t button) {
+    Handle([this, button]() mutable { Events.MouseDown(button); });
   };
-  VideoStream.OnMouseDown = [raise = on_press(&VideoServerPush::RaiseMouseDown)](std::int16_t button) {
-    if (button == kLeftButton) raise(button);
+  VideoStream.OnMouseDown = [raise_mouse_down](std::int16_t button) {
+    if (button == kLeftButton) raise_mouse_down(button);
   };
-  Mira.OnMouseDown = on_press(&VideoServerPush::RaiseMouseDown);
-  lStatus.OnMouseDown = on_press(&VideoServerPush::StatusStrip_MouseDown);
-  StatusDisplay.OnMouseDown = on_press(&VideoServerPush::StatusStrip_MouseDown);
-  TimeRetrieve.OnMouseDown = on_press(&VideoServerPush::StatusStrip_MouseDown);
+  Mira.OnMouseDown = raise_mouse_down;
+  const auto strip_mouse_down = [this](std::int16_t button) {
+    Handle([this, button] { StatusStrip_MouseDown(button); });
+  };
+  lStatus.OnMouseDown = strip_mouse_down;
+  StatusDisplay.OnMouseDown = strip_mouse_down;
+  TimeRetrieve.OnMouseDown = strip_mouse_down;
 
   const auto on_drop = [this](Drop& drop) {
     // The handler may still wait when the front end has its answer, so it works on a drop of its own.
-    const auto shared = std::make_shared<Drop>(drop);
-    platform_.loop.RunHandler([this, shared] {
-      const auto alive = StayAlive();
-      if (alive) RaiseDrop(*shared);
-    });
-    drop.effect = shared->effect;
+    const auto mine = std::make_shared<Drop>(drop);
+    Handle([this, mine] { Events.OLEDragDrop(mine->data, mine->effect, mine->button, mine->shift, mine->x, mine->y); });
+    drop.effect = mine->effect;
   };
   VideoStream.OnDrop = on_drop;
   Mira.OnDrop = on_drop;
+}
 
-  for (MenuItem& item : Menux) {
-    if (item.Caption.Get() == "-") continue;
-    item.OnClick = [this, index = static_cast<std::int16_t>(&item - Menux.data())] {
-      platform_.loop.RunHandler([this, index] {
-        const auto alive = StayAlive();
-        if (alive) Menux_Click(index);
-      });
+void VideoServerPush::DriveTimers() {
+  const auto drive = [this](Timer& timer, TimerDriver::Ticks ticks, std::function<void()> tick) {
+    const auto on_tick = [this, tick = std::move(tick)] {
+      const auto alive = StayAlive();
+      if (alive) tick();
     };
-  }
-
-  Dummy.Interval = 500;
-  Dummy.Enabled = true;
-  dummy_driver_ = std::make_unique<TimerDriver>(platform_.loop, Dummy, [this] {
-    const auto alive = StayAlive();
-    if (alive) platform_.loop.Yield();
-  });
-  master_driver_ = std::make_unique<TimerDriver>(platform_.loop, MasterTimer, [this] {
-    const auto alive = StayAlive();
-    if (alive) MasterTimer_Timer();
-  });
-  const auto fetch_next_tile = [this] {
-    const auto alive = StayAlive();
-    if (alive) MultiCam_Timer();
+    drivers_.push_back(std::make_unique<TimerDriver>(platform_.loop, timer, on_tick, ticks));
   };
+  drive(Dummy, TimerDriver::Ticks::kOneAtATime, [this] { platform_.loop.Yield(); });
+  drive(MasterTimer, TimerDriver::Ticks::kOneAtATime, [this] { stream_.MasterTimer_Timer(); });
   // A tick that falls due while another one yields fetches its own tile.
-  multi_cam_driver_ =
-      std::make_unique<TimerDriver>(platform_.loop, MultiCam, fetch_next_tile, TimerDriver::Ticks::kOverlapping);
+  drive(MultiCam, TimerDriver::Ticks::kOverlapping, [this] { mosaic_.Tick(); });
 }
 
 void VideoServerPush::UserControl_Initialize() {
-  Requester = platform_.http.Create();
   TimeRetrieve.Caption = "Version " + VersionText();
-  StatusLineMode = 0;
-  Menux[0].Checked = true;
+  strip_.ChooseMode(0);
   StatusDisplay.Visible = false;
   std::int16_t rate = 1;
   FrameRate(rate);
-  StreamStopped = true;
   VideoStream.Visible = false;
   Mira.Visible = true;
   Mira.SetPicture(test_card_);
   MasterTimer.Enabled = false;
-  // The number in the name tells the instances of all processes' controls apart while they live.
-  StreamTempFile = platform_.files.TemporaryDirectory() + "FSTREAM" +
-                   std::to_string(reinterpret_cast<std::uintptr_t>(this)) + ".tmp";
-  Requester->SetTimeouts(kIdleTimeout, kIdleTimeout, kIdleTimeout, kIdleTimeout);
-  StatusDisplay.Height = scale_.TwipsY(kStripHeightPixels);
+  const TwipsScale scale = TwipsScale::Of(platform_.screen);
+  StatusDisplay.Height = scale.TwipsY(kStripHeightPixels);
   DockStatusDisplay();
-  lStatus.Top = scale_.TwipsY(5);
+  lStatus.Top = scale.TwipsY(kStatusTopPixels);
   lStatus.Caption = "";
 }
 
 void VideoServerPush::UserControl_Terminate() {
   Terminating = true;
-  generations_.Begin();
-  Requester->Abort();
-  StreamStopped = true;
+  stream_.End();
   Events.Clear();
-  master_driver_.reset();
-  dummy_driver_.reset();
-  multi_cam_driver_.reset();
+  drivers_.clear();
 }
 
-void VideoServerPush::UserControl_Hide() {
-  StreamStopped = true;
+void VideoServerPush::Handle(std::function<void()> action) {
+  platform_.loop.RunHandler([this, action = std::move(action)] {
+    const auto alive = StayAlive();
+    if (alive) action();
+  });
 }
 
-void VideoServerPush::Notify(std::int16_t code) {
-  constexpr std::int16_t kRequestEnded = 12;
-  if (code == kRequestEnded) RequestEnd();
-}
+// ---- Properties ----------------------------------------------------------------------------------------------------
 
 void VideoServerPush::FrameRate(std::int16_t& value) {
   value = std::clamp<std::int16_t>(value, 1, 30);
-  frame_rate_ = value;
+  stream_.settings.frame_rate = value;
   MasterTimer.Interval = RoundToEven(1000.0 / value);
 }
 
 void VideoServerPush::MotionSensivity(std::int32_t& value) {
-  motion_.Threshold = MotionThreshold(value);
+  motion_.settings.Threshold = MotionThreshold(value);
 }
 
 void VideoServerPush::ShowBandwidth(bool value) {
   StatusDisplay.Visible = value;
-  show_bandwidth_ = value;
+  stream_.settings.show_bandwidth = value;
   UserControl_Resize();
 }
 
 void VideoServerPush::ShowMotion(bool value) {
-  show_motion_ = value;
+  motion_.shows = value;
   UserControl_Resize();
 }
 
 void VideoServerPush::MotionDetector(bool value) {
-  motion_detector_ = value;
+  motion_.detects = value;
   UserControl_Resize();
 }
 
 void VideoServerPush::MotionByZones(bool value) {
   const auto alive = StayAlive();
-  motion_.MotionByZones = value;
+  motion_.settings.MotionByZones = value;
   platform_.loop.Yield();
 }
 
 void VideoServerPush::MotionString(const std::string& value) {
   const auto alive = StayAlive();
-  motion_.MotionString = value;
+  motion_.settings.MotionString = value;
   platform_.loop.Yield();
+}
+
+// ---- Methods -------------------------------------------------------------------------------------------------------
+
+void VideoServerPush::Connect(std::string URL, bool OnlyOnce, std::string msg) {
+  const auto alive = StayAlive();
+  stream_.Connect(std::move(URL), OnlyOnce, msg);
+}
+
+void VideoServerPush::Disconnect(bool NoNewStatus) {
+  const auto alive = StayAlive();
+  stream_.Disconnect(NoNewStatus);
+}
+
+void VideoServerPush::Pulse() {
+  const auto alive = StayAlive();
+  stream_.Pulse();
+}
+
+void VideoServerPush::RequestEnd() {
+  const auto alive = StayAlive();
+  stream_.RequestEnd();
 }
 
 void VideoServerPush::ShowStatus(const std::string& X) {
   const auto alive = StayAlive();
-  SetStatus(X);
-  StatusDisplay.Visible = true;
+  strip_.SetStatus(X);
+  strip_.Show(true);
   platform_.loop.Yield();
 }
 
-void VideoServerPush::ToogleClock(bool X) {
-  MasterTimer.Enabled = X;
-}
-
-void VideoServerPush::Pulse() {
-  if (!FirstFrameShown) return;
+void VideoServerPush::MultiCamView(std::string inpString) {
   const auto alive = StayAlive();
-  MasterTimer.Enabled = false;
-  MasterTimer_Timer();
+  if (!mosaic_.Begin(inpString)) return;
+  strip_.Show(false);
+  stream_.settings.show_bandwidth = false;
 }
 
-VideoServerPush::Generation VideoServerPush::TakeOver() {
-  if (request_under_way_) Requester->Abort();  // Whoever waits for it is void, and ends at once.
-  request_under_way_ = false;
-  doing_ = Doing::kNothing;
-  WarningFrame.Visible = false;
-  failure_ = {};
-  return generations_.Begin();
-}
-
-bool VideoServerPush::Yield(const Generation& mine) const {
+void VideoServerPush::StatusStrip_MouseDown(std::int16_t Button) {
+  if (Button == kRightButton) MainMenu.PopUp();
   platform_.loop.Yield();
-  return mine.IsCurrent();
+}
+
+// ---- Layout --------------------------------------------------------------------------------------------------------
+
+void VideoServerPush::Resize(float width, float height) {
+  width_ = width;
+  height_ = height;
+  // The strip is docked: it follows before the layout runs.
+  DockStatusDisplay();
+  UserControl_Resize();
+}
+
+void VideoServerPush::DockStatusDisplay() {
+  StatusDisplay.Left = 0;
+  StatusDisplay.Width = width_;
+  StatusDisplay.Top = height_ - StatusDisplay.Height;
+}
+
+void VideoServerPush::UserControl_Resize() {
+  if (Terminating) return;
+  const auto alive = StayAlive();
+  lStatus.Width = StatusDisplay.Width - lStatus.Left;
+  TimeRetrieve.Width = lStatus.Width;
+  lStatus.Top = 0;
+  TimeRetrieve.Top = lStatus.Top + lStatus.Height;
+  Place(Mira, 0, 0, width_, height_);
+  Place(VideoStream, Mira.Left, Mira.Top, Mira.Width, Mira.Height);
+  if (VideoStream.Visible) stream_.ProcessFrame(true);
+  motion_.LayOut(TwipsScale::Of(platform_.screen));
+  const Box warning = Centred(WarningFrame.Width, WarningFrame.Height, width_, height_);
+  WarningFrame.Left = warning.left;
+  WarningFrame.Top = warning.top;
+  motion_.ShowOverlay();
 }
 
 }  // namespace orbelcast
