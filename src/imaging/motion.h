@@ -7,8 +7,6 @@
 
 #include "toolkit/surface.h"
 
-/// Pictures and places as values: motion detection, where the viewer's children sit, its status icons, bitmaps. Values
-/// in, values out: nothing here knows the viewer.
 namespace orbelcast {
 
 /// What motion detection goes by. Read anew at each sample: a host may change it in the middle of a scan.

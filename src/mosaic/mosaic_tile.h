@@ -3,8 +3,6 @@
 #include <cstdint>
 #include <optional>
 
-/// Several cameras as a square grid of tiles in one area: where a tile lies and which is fetched next. Values in,
-/// values out; the viewer fetches and paints.
 namespace orbelcast {
 
 /// One tile, in pixels of the area. Where the side of the grid does not divide the area, the tiles' rounded sizes leave

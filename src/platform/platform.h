@@ -15,14 +15,10 @@
 #include "platform/screen.h"
 #include "platform/text_mapper.h"
 
-/// What the logic needs of the world, one small header a service, and the value types they share.
-///
-/// A control is given one Platform and keeps the reference: the services live longer than every control made on them.
-/// Everything is called on the one thread of the message loop. A service reports failure by its result (false, an empty
-/// value) and never throws. There are no globals: a second platform is another set of services, chosen once, where the
-/// Platform is put together.
 namespace orbelcast {
 
+/// The services that a control is given. They live longer than every control made on them, and everything is called on
+/// the one thread of the message loop.
 struct Platform {
   MessageLoop& loop;
   Clock& clock;

@@ -13,7 +13,6 @@
 #include "toolkit/controls.h"
 #include "toolkit/surface.h"
 
-/// What is shown, kept: pictures as files, and AVI clips. Who owns a recorder gives it the pictures.
 namespace orbelcast {
 
 /// Records what a viewer shows into an AVI clip: one picture each time its host says so.

@@ -14,13 +14,9 @@
 #include "toolkit/surface.h"
 #include "toolkit/twips.h"
 
-/// Child controls as plain values: what a control's surface is made of, without a toolkit.
-///
-/// The logic assigns their properties; a front end listens and mirrors each value into a real widget, and a test reads
-/// it. The other way round a front end calls what the logic put into the `On…` members (a user's click, press, drop or
-/// menu choice). Those start a handler of the message loop by themselves and may be empty. Positions and sizes are
-/// twips, single precision; the fonts are named where a front end must know them. Texts are UTF-8 at best: what a
-/// server sent is bytes of unknown quality, which a front end shows as well as it can.
+/// The `On…` members (a user's click, press, drop or menu choice) start a handler of the message loop by themselves and
+/// may be empty. The fonts are named where a front end must know them. Texts are UTF-8 at best: what a server sent is
+/// bytes of unknown quality, which a front end shows as well as it can.
 namespace orbelcast {
 
 /// What was dropped onto a control: each format's bytes under its media type, passed through unread.
