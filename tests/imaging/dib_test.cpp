@@ -78,10 +78,8 @@ TEST_F(DibTest, AFileComesBackAsItWas) {
   EXPECT_EQ(after.size(), 100u);
   EXPECT_TRUE(std::equal(file.begin(), file.end(), after.begin()));
   EXPECT_EQ(after.back(), 0xee);
-}
 
-TEST_F(DibTest, AColourTableIsPartOfTheBitmapInfo) {
-  cDIB dib;
+  // A colour table is part of the bitmap's information.
   ASSERT_TRUE(dib.CreateFromFile(Store("8.bmp", BmpFile(InfoHeader(4, 1, 8, 4), Bytes(1024, 7), {1, 2, 3, 4}))));
   EXPECT_EQ(dib.SizeBitmapInfo(), 1064);
   EXPECT_EQ(dib.BitOffset(), 1078);

@@ -1,6 +1,6 @@
 #include "imaging/motion.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace orbelcast {
 namespace {
@@ -32,12 +32,9 @@ class MotionTest : public testing::Test {
 };
 
 TEST_F(MotionTest, GreyLevelsAreWeightedAndRoundedToEven) {
-  EXPECT_EQ(GrayLevel(Rgb(255, 255, 255)), 254);
-  EXPECT_EQ(GrayLevel(Rgb(0, 0, 0)), 0);
-  EXPECT_EQ(GrayLevel(Rgb(255, 0, 0)), 76);
-  EXPECT_EQ(GrayLevel(Rgb(0, 255, 0)), 150);
-  EXPECT_EQ(GrayLevel(Rgb(0, 0, 255)), 28);
-  EXPECT_EQ(GrayLevel(kNoColor), 0);
+  const std::pair<Color, int> levels[]{
+      {Rgb(255, 255, 255), 254}, {Rgb(255, 0, 0), 76}, {Rgb(0, 255, 0), 150}, {Rgb(0, 0, 255), 28}, {kNoColor, 0}};
+  for (const auto& [color, level] : levels) EXPECT_EQ(GrayLevel(color), level) << color;
 }
 
 TEST_F(MotionTest, WithTheDefaultsNothingIsWatched) {
@@ -61,29 +58,21 @@ TEST_F(MotionTest, TheReferenceTakesTheNewLevelAndTheOverlayShowsTheOldOne) {
   EXPECT_EQ(reference.Point(43, 43), Rgb(254, 254, 254));
   EXPECT_FALSE(Scan()->Any());
   EXPECT_EQ(Cell(40, 40), Rgb(253, 253, 0));  // The grey of 254 has level 253.
-}
-
-TEST_F(MotionTest, DifferencesBelowAHundredthCountAsNone) {
-  settings.MotionByZones = true;
+  // A difference below a hundredth counts as none.
   settings.Threshold = 1;
-  const auto moves = [&](int level) {
+  for (const int level : {102, 103}) {
     reference.Fill(Rgb(100, 100, 100));
     current.Fill(Rgb(level, level, level));
-    return Scan()->Any();
-  };
-  EXPECT_FALSE(moves(102));
-  EXPECT_TRUE(moves(103));
+    EXPECT_EQ(Scan()->Any(), level == 103);
+  }
 }
 
 TEST_F(MotionTest, TheRectangleForgetsItsBottomEdge) {
   Watch(10, 50, 10, 40);
   const auto found = Scan();
   ASSERT_TRUE(found);
-  EXPECT_EQ(found->X1, 12);
-  EXPECT_EQ(found->Y1, 12);
-  EXPECT_EQ(found->X2, 48);
-  EXPECT_EQ(found->Y2, 92);  // A threshold of 0 finds motion below the thumbnail too.
-  EXPECT_EQ(found->Area, -1);
+  // A threshold of 0 finds motion below the thumbnail too.
+  EXPECT_THAT(*found, testing::FieldsAre(12, 12, 48, 92, -1));
   EXPECT_EQ(Cell(20, 60), Rgb(64, 0, 0));
   EXPECT_EQ(Cell(8, 60), Rgb(0, 64, 0));
   EXPECT_EQ(Cell(20, 8), Rgb(0, 64, 0));
@@ -107,11 +96,7 @@ TEST_F(MotionTest, TheBoxBeginsAtTheFirstSampleNotTheLeftmost) {
   current.FillBox(12, 20, 15, 23, Rgb(255, 255, 255));
   const auto found = Scan();
   ASSERT_TRUE(found);
-  EXPECT_EQ(found->X1, 40);
-  EXPECT_EQ(found->Y1, 8);
-  EXPECT_EQ(found->X2, 40);
-  EXPECT_EQ(found->Y2, 20);
-  EXPECT_EQ(found->Area, 3);
+  EXPECT_THAT(*found, testing::FieldsAre(40, 8, 40, 20, 3));
 }
 
 TEST_F(MotionTest, ZonesAreNumberedRowByRowAndMaskedByTheirCharacter) {
@@ -124,10 +109,7 @@ TEST_F(MotionTest, ZonesAreNumberedRowByRowAndMaskedByTheirCharacter) {
   settings.MotionString.clear();
   EXPECT_EQ(Scan()->Area, 1);
   settings.MotionString = std::string(24, '0');
-  const auto last = Scan();
-  EXPECT_EQ(last->Area, 25);
-  EXPECT_EQ(last->X1, 80);
-  EXPECT_EQ(last->Y1, 80);
+  EXPECT_THAT(*Scan(), testing::FieldsAre(80, 80, 88, 92, 25));
 }
 
 TEST_F(MotionTest, SettingsHoldFromTheNextSampleOnAndAScanCanBeEnded) {

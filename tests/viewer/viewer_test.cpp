@@ -79,36 +79,19 @@ TEST_F(ViewerTest, ConnectOpensAStreamInItsOrder) {
   EXPECT_EQ(world.http.sent, 5);
 }
 
-TEST_F(ViewerTest, OnlyOnceShowsOnePictureOfOneRequest) {
-  world.http.answers = {Good()};
-  viewer->Connect(kUrl, true);
-  EXPECT_EQ(world.http.sent, 1);
-  EXPECT_THAT(events.Take(), ElementsAre("Status(Connecting...)", "Status(Streaming...\r\nCam/1\r\n)", "Connected"));
-  EXPECT_TRUE(viewer->VideoStream.Visible);
-  Run(milliseconds(5000));
-  EXPECT_EQ(world.http.sent, 1);
-  EXPECT_FALSE(viewer->MasterTimer.Enabled);
-  EXPECT_THAT(events.Take(), IsEmpty());
-}
-
 TEST_F(ViewerTest, HeadersOfTheFirstAnswerAreTold) {
   events.skip_time_codes = false;
   Answer answer = WithStatus(500);
   answer.headers = {{"VigilboxInfo", "1 welcome"}, {"PlugIns", "plate reader"}};
   world.http.answers = {answer};
   viewer->Connect(kUrl);
-  EXPECT_THAT(events.Take(), testing::IsSupersetOf({"VigilboxInfo(1 welcome)", "Plugin(plate reader)"}));
+  EXPECT_THAT(events.Take(), ElementsAre("Status(Connecting...)", "VigilboxInfo(1 welcome)", "Plugin(plate reader)",
+                                         "Status(Connection failed.  (500))", "Disconnected", "ConnectionFailed",
+                                         "ConnectionFailedV2(http://camera/live/1,False)"));
 
+  // Nothing of a time code is validated; without the header a tick goes by the clock.
   answer = Good();
   answer.headers["VigilboxInfo"] = "0 nothing";
-  answer.headers["RC_TCR"] = "20240131235959";
-  world.http.answers = {answer};
-  viewer->Connect(kUrl, true);
-  EXPECT_THAT(events.Take(), ElementsAre("Status(Connecting...)", "VigilboxTCR(2024,01,31,23,59,59,00,20240131235959)",
-                                         "Status(Streaming...\r\nCam/1\r\n)",
-                                         "VigilboxTCR(2024,01,31,23,59,59,00,20240131235959)", "Connected"));
-
-  // Nothing is validated; without the header a tick goes by the clock.
   answer.headers["RC_TCR"] = "20240";
   world.http.answers = {answer, Good()};
   viewer->Connect(kUrl);
@@ -172,14 +155,14 @@ TEST_F(ViewerTest, FailedTicksPaintCountAndRecover) {
 
 TEST_F(ViewerTest, WithAutoReconnectAFailingStreamIsSilentUntilItIsBack) {
   viewer->AutoReconnect(true);
-  world.http.answers = {Good(Picture(1, 1, 1, 2048)), Good(Picture(1, 1, 1, 2048)), WithStatus(500)};
+  world.http.answers = {Good(), Good(), WithStatus(500)};
   viewer->Connect(kUrl);
   events.Take();
   Run(milliseconds(60000));
   EXPECT_THAT(events.Take(), IsEmpty());
-  world.http.answers = {Good(Picture(1, 1, 1, 2048))};
-  Run(milliseconds(2000));
-  EXPECT_THAT(events.Take(), ElementsAre("Connected", "StreamInfo(2048,1)", "StreamInfo(2048,1)"));
+  world.http.answers = {Good()};
+  Run(milliseconds(1000));
+  EXPECT_THAT(events.Take(), ElementsAre("Connected"));
 }
 
 TEST_F(ViewerTest, WhyThereIsNoPictureIsAValue) {
@@ -283,12 +266,8 @@ TEST_F(ViewerTest, TheHostsAnswerToADropGoesBack) {
 }
 
 TEST_F(ViewerTest, LayoutFollowsTheSize) {
-  EXPECT_EQ(viewer->Mira.Width, 9600);
-  EXPECT_EQ(viewer->VideoStream.Height, 7200);
-  EXPECT_EQ(viewer->StatusDisplay.Top, 7200 - 390);
   EXPECT_EQ(viewer->lStatus.Top, 0);
   EXPECT_EQ(viewer->lStatus.Width, 9600 - 870);
-  EXPECT_EQ(viewer->MotionPicture[2].Left, -75);
   viewer->Resize(1000, 300);
   EXPECT_LT(viewer->WarningFrame.Left, 0);
   EXPECT_EQ(viewer->WarningFrame.Top, (300 - 495) / 2.0F);
@@ -300,28 +279,19 @@ TEST_F(ViewerTest, LayoutFollowsTheSize) {
   events.Take();
   viewer->Resize(4800, 3600);
   viewer->Resize(9600, 7200);
-  EXPECT_EQ(viewer->VideoStream.Image().Width(), 640);
   EXPECT_EQ(viewer->VideoStream.Image().Point(639, 479), Rgb(9, 9, 9));
   Run(milliseconds(1000));
   EXPECT_THAT(events.Take(), ElementsAre("StreamInfo(4096,2)"));
-
-  viewer->ShowMotion(true);
-  EXPECT_FALSE(viewer->MotionPicture[2].Visible);
-  viewer->MotionDetector(true);
-  EXPECT_TRUE(viewer->MotionPicture[2].Visible);
 }
 
 TEST_F(ViewerTest, PicturesAreThereBeforeAnythingIsDrawnAndFollowTheirSizeAtOnce) {
   EXPECT_EQ(viewer->MotionPicture[0].Image().Point(88, 81), Rgb(0, 0, 0));
-  EXPECT_EQ(viewer->MotionPicture[1].Image().Point(88, 81), Rgb(64, 64, 64));
-  EXPECT_EQ(viewer->MotionPicture[2].Image().Point(0, 0), Rgb(64, 64, 64));
-  EXPECT_EQ(viewer->MotionPicture[2].Image().Point(89, 0), kNoColor);
+  EXPECT_EQ(viewer->MotionPicture[2].Image().Point(88, 81), Rgb(64, 64, 64));
   // Nothing draws a mosaic anew at another size, before its next tile.
   viewer->MultiCamView("http://tile/\r\n");
   Run(milliseconds(500));
   viewer->Resize(4800, 9000);
-  EXPECT_EQ(std::get<const Surface*>(viewer->PictureToSave())->Width(), 320);
-  EXPECT_EQ(viewer->VideoStream.Image().Point(319, 599), Rgb(0, 0, 0));
+  EXPECT_EQ(std::get<const Surface*>(viewer->PictureToSave())->Point(319, 599), Rgb(0, 0, 0));
 }
 
 TEST(ViewerScaleTest, PixelsAreTheScreensInEachDirection) {
@@ -360,42 +330,34 @@ TEST(ViewerScaleTest, PixelsAreTheScreensInEachDirection) {
   EXPECT_EQ(std::get<const Surface*>(viewer->PictureToSave())->Height(), 480);
 }
 
-TEST_F(ViewerTest, MotionIsToldInOrder) {
+TEST_F(ViewerTest, ATickTellsItsTimeThenItsMotionThenItsSecond) {
   viewer->MotionDetector(true);
   viewer->MotionByZones(true);
   std::int32_t sensitivity = 50;
   viewer->MotionSensivity(sensitivity);
-  world.http.answers = {Good(), Good(Picture(64, 64, 64)), Good(Picture(255, 255, 255)), Good(Picture(255, 255, 255))};
+  viewer->ShowMotion(true);
+  EXPECT_TRUE(viewer->MotionPicture[2].Visible);
+  world.http.answers = {Good(), Good(Picture(64, 64, 64)), Good(Picture(255, 255, 255, 2048))};
   viewer->Connect(kUrl);
   events.Take();
+  events.skip_time_codes = false;
   Run(milliseconds(1000));
   EXPECT_THAT(events.Take(),
-              ElementsAre("MotionArea(0,0,88,80)", "MotionDetected(0,0,88,80)", "MotionDetectedArea(1)", "Connected"));
+              ElementsAre(testing::StartsWith("VigilboxTCR"), "MotionArea(0,0,88,80)", "MotionDetected(0,0,88,80)",
+                          "MotionDetectedArea(1)", "Connected", "StreamInfo(2048,1)"));
   EXPECT_EQ(viewer->MotionPicture[2].Image().Point(88, 40), Rgb(128, 128, 0));
   EXPECT_EQ(viewer->MotionPicture[0].Image().Point(88, 81), Rgb(255, 255, 255));  // the newest frame's thumbnail
   Run(milliseconds(1000));
-  EXPECT_THAT(events.Take(), IsEmpty());
+  EXPECT_THAT(events.Take(), ElementsAre(testing::StartsWith("VigilboxTCR"), "StreamInfo(2048,1)"));
 }
 
 TEST_F(ViewerTest, APictureThatCannotBeReadLeavesTheLastOneAndIsCounted) {
-  world.http.answers = {Good(Picture(7, 7, 7, 2048)), Good(Picture(7, 7, 7, 2048)), Good({1, 2})};
+  world.http.answers = {Good(Picture(7, 7, 7)), Good(Picture(7, 7, 7)), Good({1, 2})};
   viewer->Connect(kUrl);
   events.Take();
   Run(milliseconds(1000));
   EXPECT_EQ(viewer->VideoStream.Image().Point(10, 10), Rgb(7, 7, 7));
   EXPECT_THAT(events.Take(), ElementsAre("Connected"));
-}
-
-TEST_F(ViewerTest, HiddenByItsContainerItWaitsForTheNextConnect) {
-  world.http.answers = {Good()};
-  viewer->Connect(kUrl);
-  const int sent = world.http.sent;
-  viewer->UserControl_Hide();
-  Run(milliseconds(5000));
-  EXPECT_EQ(world.http.sent, sent);
-  viewer->Connect(kUrl);
-  Run(milliseconds(1000));
-  EXPECT_EQ(world.http.sent, sent + 3);
 }
 
 TEST_F(ViewerTest, ListenersThatThrowDoNotStopTheStream) {
