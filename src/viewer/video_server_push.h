@@ -15,7 +15,7 @@
 #include "viewer/events.h"
 #include "viewer/failure.h"
 #include "viewer/frame_view.h"
-#include "viewer/mosaic.h"
+#include "viewer/mosaic_view.h"
 #include "viewer/motion_watch.h"
 #include "viewer/picture_export.h"
 #include "viewer/status_strip.h"
@@ -218,7 +218,7 @@ class VideoServerPush {
   MotionWatch motion_;
   FrameView frames_;
   Stream stream_;
-  Mosaic mosaic_;
+  MosaicView mosaic_;
   PictureExport export_;
 
   // Of the three timers; last, so that they end first.
