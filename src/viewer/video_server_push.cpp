@@ -59,9 +59,9 @@ VideoServerPush::~VideoServerPush() = default;
 // ---- Making the control --------------------------------------------------------------------------------------------
 
 void VideoServerPush::ConnectUser() {
-  for (std::size_t i = 0; i < Menux.size(); ++i) {
-    if (Menux[i].Caption.Get() == "-") continue;
-    Menux[i].OnClick = [this, index = static_cast<std::int16_t>(i)] {
+  for (MenuItem& item : Menux) {
+    if (item.Caption.Get() == "-") continue;
+    item.OnClick = [this, index = static_cast<std::int16_t>(&item - Menux.data())] {
       Handle([this, index] { index == kReconnect ? stream_.Reconnect() : strip_.ChooseMode(index); });
     };
   }

@@ -1,8 +1,9 @@
 #include "imaging/dib.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
-#include <cstdio>
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
@@ -36,84 +37,75 @@ Bytes BmpFile(const Bytes& info, const Bytes& table, const Bytes& pixels) {
 
 class DibTest : public testing::Test {
  protected:
-  ~DibTest() override { std::filesystem::remove_all(folder_); }
+  ~DibTest() override { std::filesystem::remove(name_); }
 
-  std::string Name(const std::string& name) const { return (folder_ / name).string(); }
-  std::string Store(const std::string& name, const Bytes& bytes) const {
-    std::ofstream(Name(name), std::ios::binary)
-        .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    return Name(name);
+  bool Read(const Bytes& file) {
+    Store(file);
+    return dib.CreateFromFile(name_);
   }
-  static Bytes Load(const std::string& name) {
-    std::ifstream file(name, std::ios::binary);
+  /// What writing the bitmap over a file of `before` leaves.
+  Bytes Written(const Bytes& before) {
+    Store(before);
+    EXPECT_TRUE(dib.WriteToFile(name_));
+    std::ifstream file(name_, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
   }
 
-  const std::filesystem::path folder_ = [] {
-    auto folder = std::filesystem::path(testing::TempDir()) /
-                  ("dib" + std::to_string(reinterpret_cast<std::uintptr_t>(&InfoHeader)) + "_" +
-                   testing::UnitTest::GetInstance()->current_test_info()->name());
-    std::filesystem::create_directories(folder);
-    return folder;
-  }();
+  cDIB dib;
+
+ private:
+  void Store(const Bytes& file) const {
+    std::ofstream(name_, std::ios::binary)
+        .write(reinterpret_cast<const char*>(file.data()), static_cast<std::streamsize>(file.size()));
+  }
+  const std::string name_ = testing::TempDir() + "orbelcast-dib-" + std::to_string(::getpid());
 };
 
 TEST_F(DibTest, AFileComesBackAsItWas) {
   Bytes pixels(2 * 8);
   for (std::size_t i = 0; i < pixels.size(); ++i) pixels[i] = static_cast<std::uint8_t>(i * 17);
   const Bytes file = BmpFile(InfoHeader(2, 2, 24, 16), {}, pixels);
-  cDIB dib;
-  ASSERT_TRUE(dib.CreateFromFile(Store("a.bmp", file)));
+  ASSERT_TRUE(Read(file));
   EXPECT_EQ(dib.Width(), 2);
   EXPECT_EQ(dib.BitCount(), 24);
   EXPECT_EQ(dib.XPPM(), 2835);
   EXPECT_EQ(dib.YPPM(), 2836);
-  EXPECT_TRUE(dib.WriteToFile(Name("b.bmp")));
-  EXPECT_EQ(Load(Name("b.bmp")), file);
-
+  EXPECT_EQ(Written({}), file);
   // Over a longer file the tail stays.
-  Store("long.bmp", Bytes(100, 0xee));
-  EXPECT_TRUE(dib.WriteToFile(Name("long.bmp")));
-  const Bytes after = Load(Name("long.bmp"));
-  EXPECT_EQ(after.size(), 100u);
-  EXPECT_TRUE(std::equal(file.begin(), file.end(), after.begin()));
-  EXPECT_EQ(after.back(), 0xee);
+  Bytes longer(100, 0xee);
+  std::copy(file.begin(), file.end(), longer.begin());
+  EXPECT_EQ(Written(Bytes(100, 0xee)), longer);
 
   // A colour table is part of the bitmap's information.
-  ASSERT_TRUE(dib.CreateFromFile(Store("8.bmp", BmpFile(InfoHeader(4, 1, 8, 4), Bytes(1024, 7), {1, 2, 3, 4}))));
+  ASSERT_TRUE(Read(BmpFile(InfoHeader(4, 1, 8, 4), Bytes(1024, 7), {1, 2, 3, 4})));
   EXPECT_EQ(dib.SizeBitmapInfo(), 1064);
   EXPECT_EQ(dib.BitOffset(), 1078);
 }
 
 TEST_F(DibTest, AForeignFileReplacesTheFileHeaderOnly) {
-  cDIB dib;
-  ASSERT_TRUE(dib.CreateFromFile(Store("a.bmp", BmpFile(InfoHeader(2, 1, 24, 8), {}, Bytes(8)))));
-  EXPECT_FALSE(dib.CreateFromFile(Store("text", Bytes(60, 'A'))));
+  ASSERT_TRUE(Read(BmpFile(InfoHeader(2, 1, 24, 8), {}, Bytes(8))));
+  EXPECT_FALSE(Read(Bytes(60, 'A')));
   EXPECT_EQ(dib.FileType(), 0x4141);
   EXPECT_EQ(dib.Width(), 2);
   EXPECT_EQ(dib.PointerToBits().size(), 8u);
-  EXPECT_FALSE(dib.CreateFromFile(Name("missing")));
-  EXPECT_FALSE(dib.CreateFromFile(folder_.string()));
+  EXPECT_FALSE(dib.CreateFromFile("/missing"));
+  EXPECT_FALSE(dib.CreateFromFile(testing::TempDir()));
 }
 
 TEST_F(DibTest, HeadersThatPromiseTooMuchGiveWhatThereIs) {
-  cDIB dib;
-  Bytes file = BmpFile(InfoHeader(30000, 30000, 24, 0x7fffffff), {}, Bytes(5, 9));
-  EXPECT_TRUE(dib.CreateFromFile(Store("big", file)));
+  EXPECT_TRUE(Read(BmpFile(InfoHeader(30000, 30000, 24, 0x7fffffff), {}, Bytes(5, 9))));
   EXPECT_EQ(dib.SizeImage(), 0x7fffffff);
   EXPECT_EQ(dib.PointerToBits().size(), 5u);
 
-  file = BmpFile(InfoHeader(1, 1, 24, -4), {}, Bytes(4));
+  Bytes file = BmpFile(InfoHeader(1, 1, 24, -4), {}, Bytes(4));
   file[13] = 0x80;  // A negative offset.
-  EXPECT_TRUE(dib.CreateFromFile(Store("negative", file)));
+  EXPECT_TRUE(Read(file));
   EXPECT_TRUE(dib.PointerToBits().empty());
   EXPECT_EQ(dib.SizeBitmapInfo(), 0);
-
-  EXPECT_TRUE(dib.CreateFromFile(Store("short", {'B', 'M', 1, 2, 3, 4})));
+  EXPECT_TRUE(Read({'B', 'M', 1, 2, 3, 4}));
 }
 
 TEST_F(DibTest, PackedDibsFollowTheirOwnRules) {
-  cDIB dib;
   Bytes packed = InfoHeader(100, 100, 24, 30000);
   packed.resize(40 + 30000, 5);
   ASSERT_TRUE(dib.CreateFromPackedDIBPointer(packed));

@@ -4,10 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
 
 #include <jpeglib.h>
 
@@ -99,22 +99,18 @@ double Psnr(const Surface& a, const Surface& b) {
 /// The plain average of the pixels that fall into each pixel of a smaller picture.
 Surface ShrinkCarefully(const Surface& source, int width, int height) {
   Surface small(width, height);
-  auto pixels = small.MutablePixels();
+  auto pixel = small.MutablePixels().begin();
   for (int y = 0; y < height; ++y) {
-    for (int x = 0; x < width; ++x) {
-      double sums[3] = {};
-      int count = 0;
+    for (int x = 0; x < width; ++x, ++pixel) {
+      std::array<int, 4> sums{};
       for (int sy = y * source.Height() / height; sy < (y + 1) * source.Height() / height; ++sy) {
-        for (int sx = x * source.Width() / width; sx < (x + 1) * source.Width() / width; ++sx, ++count) {
+        for (int sx = x * source.Width() / width; sx < (x + 1) * source.Width() / width; ++sx) {
           const Color color = source.Point(sx, sy);
-          sums[0] += RedOf(color);
-          sums[1] += GreenOf(color);
-          sums[2] += BlueOf(color);
+          sums = {sums[0] + RedOf(color), sums[1] + GreenOf(color), sums[2] + BlueOf(color), sums[3] + 1};
         }
       }
-      std::uint32_t pixel = 0xff;
-      for (const double sum : sums) pixel = pixel << 8 | static_cast<std::uint32_t>(std::lround(sum / count));
-      pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)] = pixel;
+      const auto mean = [&](std::size_t i) { return static_cast<std::uint32_t>((sums[i] + sums[3] / 2) / sums[3]); };
+      *pixel = 0xff000000U | mean(0) << 16 | mean(1) << 8 | mean(2);
     }
   }
   return small;
