@@ -18,6 +18,7 @@
 #include "protocol/relay.h"
 #include "protocol/server_info.h"
 #include "protocol/text.h"
+#include "stream/failure_text.h"
 #include "toolkit/ascii.h"
 
 namespace orbelcast {
@@ -165,10 +166,9 @@ std::string WhyNoInformation(const InfoOptions& options, const Configuration& co
            " does not answer, or knows no server of this account";
   }
   if (!answered) return "it does not answer; 'orbelcast doctor' finds out where it fails";
-  if (info.Status == kUnauthorized) return kAsksForAnotherLogin;
   if (info.Status == kNotFound)
     return "it has no server information (404), so it is no camera server; 'orbelcast doctor' tells more";
-  if (info.Status != kHttpOk) return "it answers with status " + std::to_string(info.Status);
+  if (info.Status != kHttpOk) return WhyServerRefuses(info.Status);
   if (!info.ViewerMarker) return "it answers, but not as a camera server does; 'orbelcast doctor' tells more";
   return {};
 }

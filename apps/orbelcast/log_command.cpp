@@ -7,7 +7,6 @@
 
 #include "adapters/posix/named_file.h"
 #include "assembly/headless_platform.h"
-#include "common/http_status.h"
 #include "common/shown_text.h"
 #include "orbelcast/camera_options.h"
 #include "orbelcast/commands.h"
@@ -16,6 +15,7 @@
 #include "protocol/relay.h"
 #include "protocol/server_address.h"
 #include "protocol/text.h"
+#include "stream/failure_text.h"
 
 namespace orbelcast {
 
@@ -45,8 +45,7 @@ std::shared_ptr<HttpRequest> AskForLog(Platform& platform, const LogOptions& opt
 std::string WhyNoLog(int status) {
   if (status == kHttpOk) return {};
   if (status == 0) return "it does not answer; 'orbelcast doctor' finds out where it fails";
-  if (status == kUnauthorized) return kAsksForAnotherLogin;
-  return "it answers with status " + std::to_string(status);
+  return WhyServerRefuses(status);
 }
 
 ExitStatus Log(const LogOptions& options) {

@@ -36,8 +36,4 @@ void AddServerOption(CLI::App& command, std::string& server);
 /// Declares who asks, and how long a request may take, in seconds.
 void AddRequestOptions(CLI::App& command, Access& access, double& time_out);
 
-/// Why a server that answers with status 401 does, and what to do.
-inline constexpr const char* kAsksForAnotherLogin =
-    "it asks for another user name or password; give --credentials FILE, or --user and ORBELCAST_PASSWORD";
-
 }  // namespace orbelcast

@@ -6,7 +6,7 @@
 #include "common/shown_text.h"
 #include "orbelcast/event_json.h"
 #include "orbelcast/picture_file.h"
-#include "orbelcast/server_entries.h"
+#include "stream/failure_text.h"
 
 namespace orbelcast {
 
@@ -47,8 +47,6 @@ void Watcher::NotePicture() {
 }
 
 void Watcher::NoteEvent(const EventEntry& event, std::span<const EventArgument> arguments) {
-  if (event.name == "Status") status_ = *std::get<std::string*>(arguments[0]);
-  if (event.name == "Connected") connected_ = true;
   if (event.name == "ConnectionFailed") failed_ = true;
   if (event.name == "ConnectionBroken") broken_at_ = host_.Pictures().Count();
   if (options_.events && !options_.events->contains(event.name)) return;
@@ -59,7 +57,7 @@ ExitStatus Watcher::Outcome() {
   const std::string address = MaskedAddress(options_.stream.url).Text();
   const int pictures = host_.Pictures().Count();
   if (pictures == 0) {
-    messages_ << "orbelcast: no picture from " << address << ": " << WhyNoPicture();
+    messages_ << "orbelcast: no picture from " << address << ": " << TextOf(host_.LastFailure()).line;
     if (host_.GaveUp()) messages_ << "; gave up after " << *options_.time_out << " s (--timeout S waits longer)";
     messages_ << '\n';
     return kNoPictures;
@@ -70,17 +68,6 @@ ExitStatus Watcher::Outcome() {
     return kNoPictures;
   }
   return kWorked;
-}
-
-std::string Watcher::WhyNoPicture() const {
-  const auto told = [this](std::string_view part) { return status_.find(part) != std::string::npos; };
-  if (!failed_) return connected_ ? "what it sent is no picture that can be read" : "it had not answered";
-  if (told("(0)")) return "it does not answer as a web server; 'orbelcast doctor' finds out why";
-  if (told("(401)")) return kAsksForAnotherLogin;
-  if (told("(404)"))
-    return "the server has nothing at this address (404); 'orbelcast info' lists its cameras' addresses";
-  if (told("not found")) return "the camera server has no such camera; 'orbelcast info' lists those it has";
-  return Shown(status_);
 }
 
 std::string Watcher::WriteLastPicture() {

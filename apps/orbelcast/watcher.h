@@ -33,16 +33,13 @@ class Watcher {
   /// Why it could not be written; empty where it is.
   std::string WriteLastPicture();
   ExitStatus Outcome();
-  std::string WhyNoPicture() const;
 
   const WatchOptions options_;
   std::ostream& output_;
   std::ostream& messages_;
   StreamHost host_;
-  bool connected_ = false;
   bool failed_ = false;  ///< Connect has failed.
   int broken_at_ = -1;   ///< How many pictures there were when the connection was last reported broken.
-  std::string status_;   ///< The last status text.
 };
 
 }  // namespace orbelcast

@@ -10,6 +10,7 @@
 #include "common/http_status.h"
 #include "common/shown_text.h"
 #include "player/user_control1.h"
+#include "stream/failure_text.h"
 #include "widgets/control_widgets.h"
 
 namespace orbelcast {
@@ -126,7 +127,8 @@ QString PlayerWindow::Problem() const {
     return tr("%1 does not answer. Is the address right, and is the camera server running?").arg(place);
   }
   if (outcome_.status == kUnauthorized || outcome_.status == kForbidden) {
-    return tr("%1 does not accept this user name and password.").arg(place);
+    const Failure refused{FailureKind::kStatus, outcome_.status};
+    return QString::fromStdString(TextOf(refused, {.address = place.toStdString()}).notice);
   }
   if (outcome_.status != kHttpOk) {
     return tr("%1 answers, but not as a camera server does (status %2).").arg(place).arg(outcome_.status);

@@ -2,17 +2,13 @@
 
 #include <QKeySequence>
 #include <QPointer>
-#include <QRegularExpression>
 #include <QShortcut>
 #include <QUrl>
-#include <algorithm>
-#include <array>
 #include <chrono>
 #include <cstdint>
 #include <iostream>
-#include <vector>
 
-#include "common/http_status.h"
+#include "stream/failure_text.h"
 #include "stream/stream_options.h"
 #include "viewer/video_server_push.h"
 
@@ -107,16 +103,9 @@ void ViewerWindow::TellOfCamera() {
 }
 
 void ViewerWindow::OnConnected() {
-  constexpr std::array<std::uint8_t, 2> kStartOfJpeg{0xff, 0xd8};
   patience_.stop();
-  const std::vector<std::uint8_t> picture = viewer_->Control().GetPictureArray();
-  const bool is_jpeg =
-      picture.size() > kStartOfJpeg.size() && std::equal(kStartOfJpeg.begin(), kStartOfJpeg.end(), picture.begin());
-  if (is_jpeg || picture.empty()) return notice_->Dismiss();
-  notice_->ShowProblem(
-      tr("What is at %1 is no JPEG picture. Give the whole address of one; a camera server is opened as "
-         "%2, without http://.")
-          .arg(ShownAddress(options_.camera), ServerOf(options_.camera)));
+  if (viewer_->Control().LastFailure().kind != FailureKind::kNoPicture) return notice_->Dismiss();
+  notice_->ShowProblem(WhyNoPicture());
 }
 
 void ViewerWindow::OnStarted() {
@@ -125,24 +114,10 @@ void ViewerWindow::OnStarted() {
 }
 
 QString ViewerWindow::WhyNoPicture() {
-  const QString place = ShownAddress(options_.camera);
-  // The status line ends with the answer's status, 0 where there was none; it names none where there is no such video.
-  static const QRegularExpression status_in_brackets(QStringLiteral("\\((\\d+)\\)$"));
-  const QString line = QString::fromStdString(viewer_->Control().lStatus.Caption);
-  const QRegularExpressionMatch match = status_in_brackets.match(line);
-  const int status = match.hasMatch() ? match.captured(1).toInt() : kVideoNotFound;
-  switch (status) {
-    case 0:
-      return tr("%1 does not answer. Is the address right, and is the camera on?").arg(place);
-    case kUnauthorized:
-    case kForbidden:
-      return tr("%1 does not accept this user name and password.").arg(place);
-    case kNotFound:
-    case kVideoNotFound:
-      return tr("There is no picture at %1.").arg(place);
-    default:
-      return tr("%1 answers with status %2.").arg(place).arg(status);
-  }
+  const FailureText told = TextOf(
+      viewer_->Control().LastFailure(),
+      {.address = ShownAddress(options_.camera).toStdString(), .server = ServerOf(options_.camera).toStdString()});
+  return QString::fromStdString(told.notice);
 }
 
 void ViewerWindow::TimeFirstPicture() {

@@ -29,7 +29,7 @@ class ViewerWindow final : public QMainWindow {
   /// The stream runs, or has failed to begin.
   void OnStarted();
   void OnConnected();
-  /// Why Connect has failed, for a person.
+  /// Why there is no picture, for a person.
   QString WhyNoPicture();
 
   PlayerOptions options_;

@@ -31,6 +31,7 @@ void StreamHost::Connect(const StreamOptions& options, bool once) {
   platform_.loop.RunHandler([this, options, once, viewer = viewer_.get()]() mutable {
     viewer->Connect(options.url, once);
     if (HasEnded() || viewer_->MasterTimer.Enabled) return;
+    NoteFailure();
     if (!options.auto_reconnect || pictures_.Count() > 0) return End();
     Queue().ArmTimer(kRetryAfter, [this, options, once] { Connect(options, once); });
   });
@@ -56,8 +57,14 @@ void StreamHost::Run(const std::function<void()>& begin) {
 
 void StreamHost::End() {
   if (HasEnded()) return;
+  NoteFailure();
   if (on_end) on_end();
   end_.Complete();
+}
+
+// A new try, and a disconnection, forget what the last one met.
+void StreamHost::NoteFailure() {
+  if (const Failure failure = viewer_->LastFailure(); failure.kind != FailureKind::kNone) failure_ = failure;
 }
 
 void StreamHost::Pause(EventQueue::Nanoseconds time) {

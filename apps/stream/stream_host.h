@@ -41,6 +41,8 @@ class StreamHost {
   /// Ends where no picture has come by then; `GaveUp` tells.
   void EndWithoutPictureAfter(double seconds);
   bool GaveUp() const { return gave_up_; }
+  /// Why no picture has come, where none has; of the newest request that was answered or failed.
+  Failure LastFailure() const { return failure_; }
 
   /// Calls `begin`, then handles what comes until it is time to end. Ctrl-C is such a time.
   void Run(const std::function<void()>& begin);
@@ -55,6 +57,7 @@ class StreamHost {
 
  private:
   EventQueue& Queue() { return platform_.loop.Queue(); }
+  void NoteFailure();
 
   std::unique_ptr<HeadlessPlatform> services_;
   DrawnPictures pictures_;
@@ -63,6 +66,7 @@ class StreamHost {
   std::shared_ptr<VideoServerPush> viewer_;
   Completion end_;
   bool gave_up_ = false;
+  Failure failure_;
 };
 
 }  // namespace orbelcast

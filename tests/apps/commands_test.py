@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """The command line against the camera server: commands_test.py SERVER_PROGRAM ORBELCAST [PLAYER]"""
 
+import http.server
 import json
 import os
 import pathlib
@@ -272,24 +273,20 @@ class Doctor(Commands):
 
     def web_server(self, body):
         """Answers every request with `body`; gives its HOST:PORT."""
-        listener = socket.create_server(("127.0.0.1", 0))
-        self.addCleanup(listener.close)
+        class Handler(http.server.BaseHTTPRequestHandler):
+            def do_GET(self):
+                self.send_response(200)
+                self.end_headers()
+                self.wfile.write(body)
 
-        def serve():
-            while True:
-                try:
-                    link = listener.accept()[0]
-                except OSError:
-                    return
-                with link:
-                    link.settimeout(TIMEOUT)
-                    if link.recv(65536):
-                        link.sendall(b"HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Length: %d\r\n\r\n" % len(body) +
-                                     body)
+            def log_message(self, *_):
+                pass
 
-        threading.Thread(target=serve, daemon=True).start()
-        self.addCleanup(listener.shutdown, socket.SHUT_RDWR)
-        return "127.0.0.1:%d" % listener.getsockname()[1]
+        server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
+        threading.Thread(target=server.serve_forever, daemon=True).start()
+        self.addCleanup(server.server_close)
+        self.addCleanup(server.shutdown)
+        return "127.0.0.1:%d" % server.server_address[1]
 
     def test_it_finds_that_all_works(self):
         server = self.started()

@@ -11,9 +11,12 @@ namespace orbelcast::fakes {
 
 /// An event queue whose time stands still until a test moves it. Sockets are never ready.
 ///
-/// Every yield looks at the queue (nothing counts as fresh), so a test meets each yield point for real.
+/// Every yield looks at the queue (nothing counts as fresh, unless it is told for how long), so a test meets each yield
+/// point for real.
 class ManualQueue final : public EventQueue {
  public:
+  explicit ManualQueue(Nanoseconds fresh_for = Nanoseconds::zero()) : fresh_for_(fresh_for) {}
+
   Nanoseconds Now() const override { return now_; }
   TimerId ArmTimer(Nanoseconds delay, std::function<void()> callback) override;
   void CancelTimer(TimerId id) override;
@@ -24,7 +27,7 @@ class ManualQueue final : public EventQueue {
   /// Handles what is due; with nothing due it moves time on to the next timer, so a wait on the host's own stack ends.
   /// Throws std::logic_error where nothing will ever come: the test would hang.
   void HandleNext() override;
-  Nanoseconds FreshFor() const override { return Nanoseconds::zero(); }
+  Nanoseconds FreshFor() const override { return fresh_for_; }
 
   /// Lets time pass while the thread is blocked: what falls due meanwhile waits for the next look.
   void Block(Nanoseconds time) { now_ += time; }
@@ -37,6 +40,7 @@ class ManualQueue final : public EventQueue {
   /// Runs the timer that is due first, if it is due by `until`.
   bool RunNextTimer(Nanoseconds until);
 
+  const Nanoseconds fresh_for_;
   Nanoseconds now_{};
   TimerId last_id_ = 0;
   std::map<std::pair<Nanoseconds, TimerId>, std::function<void()>> timers_;

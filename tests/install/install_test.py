@@ -48,16 +48,16 @@ class InstallTest(unittest.TestCase):
         self.run_command("c++", "-std=c++20", "-fPIC", source, "-o", program, *shlex.split(flags))
         return program
 
-    def check(self, test, *arguments):
+    def check(self, *hosts):
         """Runs hosts under the test that runs the examples."""
-        self.run_command(sys.executable, ROOT / "tests/apps" / test, SERVER, *arguments,
+        self.run_command(sys.executable, ROOT / "tests/apps/hosts_test.py", SERVER, self.library, *hosts,
                          LD_LIBRARY_PATH=str(self.library.parent))
 
     def test_a_host_of_the_library(self):
         source = ROOT / "examples/host.cpp"
         build = self.build(ROOT / "tests/install/server_host", "-DCOMPONENT=Server", f"-DHOST={source}")
         self.assertTrue(self.library.samefile((build / "library").read_text()))
-        self.check("hosts_test.py", self.library, build / "host", self.compile(source, "orbelcast"))
+        self.check(build / "host", self.compile(source, "orbelcast"), "--qt")
 
     def test_a_component_that_there_is_not_is_named(self):
         with self.assertRaisesRegex(AssertionError, 'no\\s+component "Gtk"'):
@@ -66,7 +66,7 @@ class InstallTest(unittest.TestCase):
     @unittest.skipUnless(pathlib.Path(BUILD, "bin/orbelcast-player").exists(), "there are no widgets")
     def test_qt_applications(self):
         form = self.build(ROOT / "examples/form") / "example-form"
-        self.check("qt_hosts_test.py", form, self.compile(ROOT / "examples/qt/main.cpp", "orbelcast-qt"))
+        self.check("--qt", form, self.compile(ROOT / "examples/qt/main.cpp", "orbelcast-qt"))
 
     @unittest.skipUnless(pathlib.Path(BUILD, "bin/orbelcast-player").exists(), "there are no widgets")
     def test_the_widgets_library_shows_the_widgets_alone(self):

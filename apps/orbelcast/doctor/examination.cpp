@@ -191,13 +191,13 @@ bool Examination::FirstPicture() {
   if (!picture_) picture_ = FetchPicture(platform_, picture_address_, options_.access, Limit());
   Step step{.name = "picture",
             .values = {{"address", MaskedAddress(picture_address_).Text()}, {"status", picture_->status}}};
-  if (picture_->status != kHttpOk) return Fail(step, WhyNoPicture(), WhatToDoForAPicture());
+  const FailureText told = TextOf(picture_->failure, {.limit = Rounded(options_.time_out, 0) + " s"});
+  if (picture_->status != kHttpOk) return Fail(step, told.found, WhatToDo(told));
   step.values["milliseconds"] = picture_->milliseconds;
   step.values["bytes"] = picture_->bytes;
-  if (!picture_->readable) {
+  if (picture_->failure.kind != FailureKind::kNone) {
     const std::string type = picture_->content_type.empty() ? "" : " (" + picture_->content_type + ")";
-    return Fail(step, "the answer is no JPEG picture that can be read" + type,
-                "give the address of a single JPEG picture, not of a page or of a stream");
+    return Fail(step, told.found + type, told.advice);
   }
   step.found = (camera_name_.empty() ? "" : camera_name_ + ": ") +
                Rounded(static_cast<double>(picture_->bytes) / 1024, 1) + " KB after " +
@@ -301,33 +301,10 @@ bool Examination::ChooseCamera(Step& step, const std::vector<Entry>& cameras) {
   return Pass(step);
 }
 
-std::string Examination::WhyNoPicture() const {
-  switch (picture_->status) {
-    case 0:
-      return "no complete answer within " + Rounded(options_.time_out, 0) + " s";
-    case kUnauthorized:
-    case kForbidden:
-      return "the server gives its information, but not this camera's picture, to this user";
-    case kNotFound:
-    case kVideoNotFound:
-      return "there is no such camera (status " + std::to_string(picture_->status) + ")";
-    default:
-      return "the camera answers with status " + std::to_string(picture_->status);
-  }
-}
-
-std::string Examination::WhatToDoForAPicture() const {
-  if (!live_base_.empty() && HostAndPortOf(live_base_).host != HostAndPortOf(server_).host) {
-    return "the server says that the camera is at " + MaskedAddress(live_base_).Text() +
-           "; check that this machine can reach that address";
-  }
-  if (picture_->status == kUnauthorized || picture_->status == kForbidden) {
-    return "let the user see the camera, at the server, or use another user";
-  }
-  if (picture_->status == kNotFound || picture_->status == kVideoNotFound) {
-    return "'orbelcast info' lists the server's cameras and their addresses";
-  }
-  return "check that the camera itself is on and connected to its server";
+std::string Examination::WhatToDo(const FailureText& told) const {
+  if (live_base_.empty() || HostAndPortOf(live_base_).host == HostAndPortOf(server_).host) return told.advice;
+  return "the server says that the camera is at " + MaskedAddress(live_base_).Text() +
+         "; check that this machine can reach that address";
 }
 
 }  // namespace orbelcast

@@ -14,6 +14,7 @@
 #include "orbelcast/doctor/picture_probe.h"
 #include "orbelcast/server_entries.h"
 #include "protocol/server_info.h"
+#include "stream/failure_text.h"
 
 namespace orbelcast {
 
@@ -57,8 +58,8 @@ class Examination {
   /// The first request that needs the credentials; 0 where no answer came.
   int AskForStatus();
   bool ChooseCamera(Step& step, const std::vector<Entry>& cameras);
-  std::string WhyNoPicture() const;
-  std::string WhatToDoForAPicture() const;
+  /// What to do where no picture came.
+  std::string WhatToDo(const FailureText& told) const;
 
   const DoctorOptions& options_;
   DoctorReport report_;

@@ -30,6 +30,7 @@ PictureAnswer FetchPicture(Platform& platform, const std::string& address, const
   const auto milliseconds = static_cast<std::int32_t>(limit.count());
   worked &= request->SetTimeouts(milliseconds, milliseconds, milliseconds, milliseconds);
   worked &= request->Send();
+  picture.failure = FailureOf(*request, worked);
   if (!worked) return picture;
   picture.status = request->Status();
   picture.milliseconds = RoundedMilliseconds(Steady::now() - start);
@@ -39,8 +40,10 @@ PictureAnswer FetchPicture(Platform& platform, const std::string& address, const
   picture.bytes = body.Size();
   Surface unseen(1, 1);
   const auto size = platform.jpeg_decoder.DrawOn({unseen, 1, 1}, body);
-  picture.readable = size.has_value();
-  if (!picture.readable) return picture;
+  if (!size) {
+    if (picture.failure.kind == FailureKind::kNone) picture.failure.kind = FailureKind::kNoPicture;
+    return picture;
+  }
   picture.width = size->width;
   picture.height = size->height;
   return picture;

@@ -7,6 +7,7 @@
 
 #include "common/access.h"
 #include "platform/platform.h"
+#include "viewer/failure.h"
 
 /// Pictures of a camera, asked for to see how they come.
 namespace orbelcast {
@@ -18,7 +19,7 @@ struct PictureAnswer {
   std::size_t bytes = 0;
   std::string content_type;
   std::string time_code;
-  bool readable = false;
+  Failure failure;
   int width = 0;  ///< In pixels.
   int height = 0;
 };

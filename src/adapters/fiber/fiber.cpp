@@ -144,6 +144,10 @@ void Fiber::Resume() {
   __tsan_switch_to_fiber(tsan_fiber_, 0);
 #endif
   place_ = std::move(place_).resume();
+#ifdef ORBELCAST_TSAN
+  // A fiber that suspends has told so itself.
+  if (!place_) __tsan_switch_to_fiber(tsan_resumer_, 0);
+#endif
 #ifdef ORBELCAST_ASAN
   __sanitizer_finish_switch_fiber(fake_stack, nullptr, nullptr);
 #endif
@@ -158,6 +162,10 @@ void Fiber::Suspend() {
 
 void Fiber::Leave() {
   TellOfLeaving(&fake_stack_);
+#ifdef ORBELCAST_TSAN
+  // Not in a function of its own: each must end on the stack that it began on.
+  __tsan_switch_to_fiber(tsan_resumer_, 0);
+#endif
   resumer_ = std::move(resumer_).resume();
   TellOfArrival(fake_stack_);
 }
@@ -183,9 +191,6 @@ context::fiber Fiber::Run(context::fiber&& resumer) {
 void Fiber::TellOfLeaving([[maybe_unused]] void** fake_stack) {
 #ifdef ORBELCAST_ASAN
   __sanitizer_start_switch_fiber(fake_stack, resumer_stack_, resumer_stack_bytes_);
-#endif
-#ifdef ORBELCAST_TSAN
-  __tsan_switch_to_fiber(tsan_resumer_, 0);
 #endif
 }
 
