@@ -3,22 +3,10 @@
 namespace orbelcast {
 
 void VideoServerPushEvents::Clear() {
-  StreamInfo.Clear();
-  MotionDetected.Clear();
-  Connected.Clear();
-  Disconnected.Clear();
-  ConnectionFailed.Clear();
-  ConnectionFailedV2.Clear();
-  ConnectionBroken.Clear();
-  Status.Clear();
-  VigilboxInfo.Clear();
-  VigilboxTCR.Clear();
-  MouseDown.Clear();
-  RCQueryMethod.Clear();
-  Plugin.Clear();
-  OLEDragDrop.Clear();
-  MotionArea.Clear();
-  MotionDetectedArea.Clear();
+  // One name for each event: with another number of them this does not compile.
+  auto& [a, b, c, d, e, f, g, h, i, j, k, l, m, n, o, p] = *this;
+  const auto clear_all = [](auto&... each) { (each.Clear(), ...); };
+  clear_all(a, b, c, d, e, f, g, h, i, j, k, l, m, n, o, p);
 }
 
 }  // namespace orbelcast
