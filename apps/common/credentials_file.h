@@ -7,7 +7,7 @@
 
 namespace orbelcast {
 
-/// What a credentials file says; each line may be missing.
+/// The contents of a credentials file; each line may be missing.
 struct Credentials {
   std::optional<std::string> user;
   std::optional<std::string> password;
@@ -15,7 +15,7 @@ struct Credentials {
   bool readable_by_others = false;
 };
 
-/// A credentials file that cannot be used. What it says never repeats the file's content.
+/// A credentials file that cannot be used. Its message never repeats the file's content.
 class CredentialsError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

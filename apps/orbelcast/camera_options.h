@@ -11,8 +11,7 @@
 #include "common/pixel_size.h"
 #include "orbelcast/picture_file.h"
 
-/// What the commands' options have in common. What is wrong with a value is a CLI::ValidationError that says what is
-/// expected.
+/// Options that several commands have. A wrong value is a CLI::ValidationError that says what is expected.
 namespace orbelcast {
 
 /// Declares what a command needs to reach one camera: URL, and who asks.

@@ -156,7 +156,7 @@ Json ToJson(const ServerInfo& info) {
   return json;
 }
 
-// ---- What is wrong ------------------------------------------------------------------------------------------------
+// ---- Failures -----------------------------------------------------------------------------------------------------
 
 /// Empty where all is well.
 std::string WhyNoInformation(const InfoOptions& options, const Configuration& configuration, const ServerInfo& info) {

@@ -24,7 +24,7 @@ struct Entry {
 /// The lines under `key` ("CAM:"), in the server's order. `info` holds every line (InfoMode::kAllLines).
 std::vector<Entry> EntriesOf(const ServerInfo& info, std::string_view key);
 
-/// What a person is told where the server sent more than is read of it; empty where all was read.
+/// The notice, for people, that the server sent more than is read of it; empty where all was read.
 std::string WhatWasNotRead(const ServerInfo& info);
 
 /// Empty for a camera server's address; else what is wrong with it.

@@ -15,7 +15,7 @@ class Notice final : public QFrame {
   Q_OBJECT
 
  public:
-  /// What is answered sooner needs no notice.
+  /// The delay before the notice of a request that is waited for; a faster answer needs none.
   static constexpr int kPatienceMilliseconds = 600;
 
   explicit Notice(QWidget* parent);

@@ -16,7 +16,7 @@ namespace orbelcast {
 /// A host without a window: one viewer on a platform without a screen, which runs until it is time to end.
 class StreamHost {
  public:
-  /// kYielding: a request that the viewer sends in one go suspends the handler that sends it and nobody else.
+  /// kYielding: a request that the viewer sends in one go suspends only the handler that sends it.
   enum class Requests { kAsSent, kYielding };
   explicit StreamHost(Requests requests = Requests::kAsSent);
   ~StreamHost();

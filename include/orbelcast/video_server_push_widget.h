@@ -110,7 +110,7 @@ class VideoServerPushWidget : public QWidget {
   explicit VideoServerPushWidget(Platform& platform, QWidget* parent = nullptr);
   /// Shows a viewer that somebody else made and sizes, such as a player.
   VideoServerPushWidget(Platform& platform, std::shared_ptr<VideoServerPush> control, QWidget* parent);
-  /// The control behind the widget.
+  /// The control that the widget shows.
   VideoServerPush& Control();
 
  public Q_SLOTS:

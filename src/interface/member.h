@@ -33,14 +33,14 @@ using EventArgument = std::variant<bool*, std::int16_t*, std::int32_t*, float*, 
 struct EventEntry;
 using EventListener = std::function<void(const EventEntry& event, std::span<const EventArgument> arguments)>;
 
-// The entries of a class's members. Every name and text is a literal, so a 0 stands behind it. `control` is a pointer
+// The entries of a class's members. Every name and text is a literal, so a 0 follows it. `control` is a pointer
 // to an object of the class that the entry belongs to; a call through an entry may end the control.
 
 struct ArgumentEntry {
   std::string_view name;
   ValueType type;
   bool optional = false;
-  bool by_value = false;  ///< All others are references: what a callee writes, the caller sees.
+  bool by_value = false;  ///< All others are references: the caller sees what a callee writes.
 };
 
 struct PropertyEntry {

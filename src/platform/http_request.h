@@ -46,7 +46,7 @@ class HttpRequest {
   virtual ~HttpRequest() = default;
 
   /// From any state to opened, or to closed where method or address are refused. Either way an exchange that is under
-  /// way ends without an answer, and whoever waits for it is woken with false. Headers, credentials and the exchange's
+  /// way ends without an answer, and its waiter is woken with false. Headers, credentials and the exchange's
   /// own limit are forgotten, time-outs kept. With `async` false `Send` blocks the thread until the exchange has ended.
   virtual bool Open(std::string_view method, std::string_view url, bool async = false) = 0;
   /// Adds a header to what is sent next, or replaces the one of that name. Refused while closed.
@@ -88,7 +88,7 @@ class HttpRequest {
   /// The body of the answer, shared; empty without one. May be read again.
   virtual FrameBytes ResponseBody() = 0;
 
-  /// Ends the exchange that is under way, which fails, and wakes whoever waits for it. Harmless in any other state.
+  /// Ends the exchange that is under way, which fails, and wakes its waiter. Harmless in any other state.
   virtual void Abort() = 0;
 };
 
@@ -144,7 +144,7 @@ namespace http_limits {
 inline constexpr std::size_t kMaxBodyBytes = 64u * 1024 * 1024;
 /// Some hundred headers of a usual length; real cameras send a dozen.
 inline constexpr std::size_t kMaxHeaderBytes = 256u * 1024;
-inline constexpr int kMaxRedirects = 10;  ///< What browsers and libraries allow is of that order.
+inline constexpr int kMaxRedirects = 10;  ///< Of the order that browsers and libraries allow.
 }  // namespace http_limits
 
 }  // namespace orbelcast

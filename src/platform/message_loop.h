@@ -56,7 +56,7 @@ class MessageLoop {
  public:
   virtual ~MessageLoop() = default;
 
-  /// Timers, sockets and posted calls. What they call runs on the loop's stack: short work that never yields or waits;
+  /// Timers, sockets and posted calls. Their callbacks run on the loop's stack: short work that never yields or waits;
   /// anything else goes through RunHandler.
   virtual EventQueue& Queue() = 0;
 

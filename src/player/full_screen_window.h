@@ -22,7 +22,7 @@ struct FullScreenWindow final : Window {
 
   /// Makes the viewer, where there is none.
   VideoServerPush& Viewer();
-  /// It was made. Who listens to it from here on is told of its events before the window acts on them.
+  /// The viewer was made. A listener that subscribes to it here gets its events before the window acts on them.
   Signal<VideoServerPush&> ViewerMade;
 
  protected:

@@ -9,7 +9,7 @@
 
 namespace orbelcast {
 
-/// The lists of frame rates and of picture sizes and qualities. What is chosen is kept in the registry.
+/// The lists of frame rates and of picture sizes and qualities. The choices are kept in the registry.
 class PictureChoices {
  public:
   /// All outlive this object.

@@ -42,9 +42,9 @@ std::string MosaicTileAddress(std::string_view live_address, int width, int heig
 /// The beginning of archive commands; they add their parameters directly.
 std::string ArchiveAddress(std::string_view login_base, std::string_view device);
 
-/// A step from where the archive stands; the value is the command's letter.
+/// A step from the archive's current position; the value is the command's letter.
 enum class ArchiveStep : char { kTop = 'T', kReversePlay = 'R', kPlay = 'F', kEnd = 'B' };
-/// The suffix stands behind "Quality=", so the address holds a second "?".
+/// The suffix follows "Quality=", so the address holds a second "?".
 std::string ArchiveStepAddress(std::string_view archive_address, ArchiveStep step, std::string_view quality_suffix);
 
 /// A date and time as it was typed.

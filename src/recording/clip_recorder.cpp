@@ -11,7 +11,7 @@ namespace {
 constexpr const char* kTitle = "AVI Maker";
 /// Of a picture in a clip: one of 8K, 7680 × 4320, is as large as players take.
 constexpr std::int64_t kMaxPixels = 7680LL * 4320;
-/// What a BMP file has before its information header.
+/// The size of a BMP file's header, before its information header.
 constexpr std::size_t kFileHeaderBytes = 14;
 
 bool HasContent(const std::string& path) {

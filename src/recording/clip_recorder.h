@@ -26,7 +26,7 @@ namespace orbelcast {
 /// bottom.
 class ClipRecorder {
  public:
-  /// What the recorder is told by the control that owns it. All three are set.
+  /// The recorder's questions to the control that owns it. All three are set.
   struct Host {
     /// The picture to record, the one that the viewer's SaveImage would save.
     std::function<ShownPicture()> TakePicture;
@@ -55,7 +55,7 @@ class ClipRecorder {
   /// be loaded is the one before once more; what else fails is skipped, and the position moves on. True when the clip
   /// has one picture more.
   bool WriteFrame();
-  /// Skips to `position`, if the next one lies before it: the positions between are empty frames.
+  /// Skips to `position`, if the next one is before it: the positions between are empty frames.
   void SkipTo(std::int32_t position);
   /// The host has released the control: closes the file and asks nothing more.
   void End();
@@ -80,7 +80,7 @@ class ClipRecorder {
   PictureBox& Conv;
   Host host_;
 
-  Surface loaded_;  ///< What the next picture is decoded into.
+  Surface loaded_;  ///< The target that the next picture is decoded into.
   std::unique_ptr<AviFile> file_;
   bool recording_ = false;
   std::int32_t frame_index_ = 0;

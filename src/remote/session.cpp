@@ -168,7 +168,7 @@ void Session::PrintError(const std::string& text, int line) {
   Print({{"error", text}, {"line", line}});
 }
 
-// ---- What the controls do -------------------------------------------------------------------------------------------
+// ---- Controls and their events --------------------------------------------------------------------------------------
 
 void Session::Adopt(const std::string& name, const HostControl& control) {
   const Subject subject{control.Viewer(), control.Player(), nullptr};

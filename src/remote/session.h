@@ -38,7 +38,7 @@ class Session : public std::enable_shared_from_this<Session> {
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
-  /// Begins to carry out a line; `number` is told with its errors. What is returned becomes true when it is done.
+  /// Begins to carry out a line; its errors mention `number`. The result becomes true when the line is done.
   std::shared_ptr<const bool> Begin(const std::string& line, int number);
   /// A window that a line has opened, once each: lines that act on it are to come before the line that opened it is
   /// done. Null where there is none.
@@ -56,7 +56,7 @@ class Session : public std::enable_shared_from_this<Session> {
   struct HostSurface;
   /// A `run` or an `until` in progress.
   struct Wait {
-    std::string event;  ///< What `until` waits for; empty for `run`.
+    std::string event;  ///< The event that `until` waits for; empty for `run`.
     bool came = false;
     Completion over;
   };
@@ -138,7 +138,7 @@ class Session : public std::enable_shared_from_this<Session> {
   bool wrong_ = false;
   bool silent_ = false;    ///< The session has ended.
   int line_ = 0;           ///< The line whose command begins.
-  std::list<Wait> waits_;  ///< What `run` and `until` wait for.
+  std::list<Wait> waits_;  ///< The pending `run` and `until`.
   std::list<Reaction> reactions_;
   std::list<OpenWindow> windows_;  ///< The open ones, the newest last.
   server::ControlServer server_;

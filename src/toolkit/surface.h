@@ -35,7 +35,7 @@ inline std::atomic<std::int64_t> pixels_in_use = 0;
 /// Memory for pixels, which begin 16 bytes beside a 32-byte boundary.
 ///
 /// Vector code that finds its output aligned tends to write it past the processor's caches. A picture is read again at
-/// once (for its thumbnail, by whoever paints it): decoding 640 × 480 pixels takes a tenth less this way, reading them
+/// once (for its thumbnail, and to be painted): decoding 640 × 480 pixels takes a tenth less this way, reading them
 /// afterwards half.
 template <typename T>
 struct PixelAllocator {

@@ -8,7 +8,7 @@
 
 namespace orbelcast {
 
-/// What a VideoServerPush tells its host. Listeners run where the control is at that moment, in the middle of its work:
+/// The events of a VideoServerPush. Listeners run where the control is at that moment, in the middle of its work:
 /// they may call any member, wait, or release the control.
 ///
 /// Arguments are references to copies, as the interface has them; MotionDetected's are values.

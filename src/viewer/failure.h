@@ -24,7 +24,7 @@ struct Failure {
   bool operator==(const Failure&) const = default;
 };
 
-/// What kept `request` from being answered with status 200. `worked`: whether each of its steps did.
+/// The reason why `request` has no answer of status 200. `worked`: whether each of its steps succeeded.
 Failure FailureOf(HttpRequest& request, bool worked);
 
 }  // namespace orbelcast

@@ -23,7 +23,7 @@ class MotionWatch {
   bool shows = false;    ///< `ShowMotion`.
   MotionSettings settings;
 
-  /// Where a frame's thumbnail is to be drawn before its Scan.
+  /// The target for a frame's thumbnail, to be drawn before its Scan.
   JpegTarget Thumbnail();
   /// Compares the thumbnail with the frame before and tells what moved. Yields after each sample. False where what
   /// showed the frame is void by now.

@@ -9,7 +9,7 @@ namespace orbelcast {
 
 namespace {
 
-/// What a request may take before the first Connect sets the stream's own limits, in milliseconds.
+/// A request's time limit before the first Connect sets the stream's own, in milliseconds.
 constexpr int kIdleTimeout = 10000;
 /// The stream's limits. A camera may take long to wake up, hence the minute for an answer.
 constexpr int kStreamTimeout = 20000;
@@ -258,7 +258,7 @@ void Stream::Pulse() {
 }
 
 // A frame of an answer that is there already: the second half of a tick, without a request. While a request is under
-// way there is none: its answer belongs to whoever waits for it.
+// way there is none: its answer belongs to its waiter.
 void Stream::RequestEnd() {
   const Generation mine = undertakings_.Current();
   const std::shared_ptr<HttpRequest> request = request_under_way_ ? platform_.http.Create() : Requester;

@@ -29,10 +29,10 @@ class Stream {
     Label& WarningMsg;
     Timer& MasterTimer;
     Timer& MultiCam;
-    std::shared_ptr<const Surface> test_card;  ///< What Mira shows.
+    std::shared_ptr<const Surface> test_card;  ///< The picture of Mira.
   };
 
-  /// What the host sets.
+  /// The properties that the host sets.
   struct Settings {
     std::int16_t frame_rate = 1;
     std::string username;
@@ -100,7 +100,7 @@ class Stream {
   bool DisconnectPending = false;  ///< A tick that still comes disconnects instead of fetching.
   std::int32_t FailureCount = 0;   ///< Frame requests that failed in a row.
   Doing doing_ = Doing::kNothing;
-  bool request_under_way_ = false;  ///< From `Open` until whoever waits has the outcome.
+  bool request_under_way_ = false;  ///< From `Open` until the waiter has the outcome.
 };
 
 }  // namespace orbelcast

@@ -151,9 +151,10 @@ class VideoServerPush {
 
   // ---- For the container and front ends ---------------------------------------------------------------------------
 
-  /// Gives the control its size in twips (left and top are the container's business) and runs the layout.
+  /// Gives the control its size in twips (the container keeps left and top) and runs the layout.
   void Resize(float width, float height);
-  /// What SaveImage saves, without a file: a stream's newest frame as received, else the mosaic or the test card.
+  /// The picture that SaveImage saves, without a file: a stream's newest frame as received, else the mosaic or the test
+  /// card.
   ShownPicture PictureToSave() const { return export_.PictureToSave(); }
   /// Why the newest request, of a stream or of a mosaic's tile, brought no picture. kNone where it brought one, and
   /// from each new `Connect` or `MultiCamView` until its first answer. Set before the events that tell it.
@@ -212,7 +213,7 @@ class VideoServerPush {
   bool always_smooth_ = false;
   const std::shared_ptr<const Surface> test_card_;
 
-  // The control's parts, each on what stands before it.
+  // The control's parts; each may use those declared before it.
   Undertakings undertakings_;
   StatusStrip strip_;
   MotionWatch motion_;

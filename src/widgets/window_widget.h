@@ -23,7 +23,7 @@ class WindowWidget : public QDialog {
 
   /// `window` outlives the widget; `parent` is on the window that waits for this one.
   WindowWidget(Window& window, const Screen& screen, QWidget* parent);
-  /// A window that is open ends with its dialog: nobody could close it any more.
+  /// Ends a window that is open, since it could not be closed without its dialog.
   ~WindowWidget() override;
 
   void reject() override;

@@ -26,8 +26,8 @@ namespace orbelcast {
 ///                                                    kAnswered, kFailed
 ///   a limit, Abort   kUnderWay                    -> kFailed
 ///
-/// EnterState alone changes the state. What leaves kUnderWay ends the transfer and wakes whoever waits, with the
-/// outcome of just that exchange.
+/// Only EnterState changes the state. Leaving kUnderWay ends the transfer and wakes the waiter, with the outcome of
+/// that very exchange.
 ///
 /// A waiter for an answer keeps the exchange alive.
 class Exchange final : public HttpRequest, public MultiplexedTransfer, private TransferWatcher {

@@ -12,7 +12,7 @@ bool IsHttpToken(std::string_view text);
 /// An http or https address, split into what names the server and what is asked of it.
 struct HttpAddress {
   std::string origin;  ///< "http://host:port", as it was written.
-  std::string target;  ///< What goes into the request line, byte for byte; begins with "/".
+  std::string target;  ///< The target of the request line, byte for byte; begins with "/".
 
   /// Empty where the text is no address that can be asked: another scheme, no host, a control character.
   static std::optional<HttpAddress> Parse(std::string_view url);

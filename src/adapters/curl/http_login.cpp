@@ -25,7 +25,7 @@ struct Challenge {
 };
 
 /// Reads a WWW-Authenticate header: challenges, each a scheme and its parameters, with commas between all of them. What
-/// stands after a scheme and is no parameter is passed over.
+/// comes after a scheme and is no parameter is passed over.
 class ChallengeReader {
  public:
   explicit ChallengeReader(std::string_view text) : rest_(text) {}

@@ -92,8 +92,7 @@ struct ExceptionState {
 #if defined(ORBELCAST_ASAN) || defined(ORBELCAST_TSAN)
 const std::size_t Fiber::kStackBytes = 4 * 1024 * 1024;
 #else
-/// What a handler may use of stack: hosts run code of their own on it, dialogs included. Pages cost memory once
-/// touched.
+/// Enough for the code that hosts run on it, dialogs included. Pages cost memory once touched.
 const std::size_t Fiber::kStackBytes = 1024 * 1024;
 #endif
 
@@ -117,7 +116,7 @@ Fiber::Fiber() {
 #endif
 }
 
-// The fiber ends by itself: a stack that Boost has to unwind throws an exception through what stands on it.
+// The fiber ends by itself: a stack that Boost has to unwind throws an exception through the frames on it.
 Fiber::~Fiber() {
   assert(!busy_);
   quit_ = true;

@@ -16,7 +16,7 @@ namespace orbelcast::server {
 
 namespace {
 
-/// A control server with the platform that its controls run on. Controls ask nobody: every dialog is cancelled.
+/// A control server with the platform that its controls run on. Every dialog is cancelled, since there is no screen.
 struct HostedServer {
   HeadlessPlatform platform;
   ControlServer server{platform.Get()};
