@@ -23,7 +23,7 @@ class CredentialsError : public std::runtime_error {
 
 /// Reads a file of lines `user = NAME` and `password = TEXT`. Empty lines, and lines that begin with #, are skipped;
 /// blanks around a name or a value do not count, and neither do double quotes around all of a value. A pipe that
-/// somebody writes to does as well as a file. Throws CredentialsError.
+/// has a writer is read as a file is. Throws CredentialsError.
 Credentials ReadCredentials(const std::filesystem::path& file);
 
 }  // namespace orbelcast

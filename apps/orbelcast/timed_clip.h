@@ -17,7 +17,7 @@ namespace orbelcast {
 class TimedClip {
  public:
   /// The rate of pictures that come once in a timer's interval of whole milliseconds. (At 30 pictures a second that is
-  /// 33 ms: a clip that declared 30 would be too fast.)
+  /// 33 ms: a clip that declared 30 would lag behind its pictures.)
   static AviStreamInfo RateOfInterval(int milliseconds);
 
   /// `take_picture` gives the picture of the moment; `rate` how often pictures come, asked for at the first one.

@@ -49,8 +49,8 @@ class Completion {
 
 /// The one loop that everything runs on, as the controls see it.
 ///
-/// A handler is what the world starts: a timer tick, a click, a list choice, a mouse press. `RunHandler` starts it on a
-/// stack of its own, so a `Yield` or `Wait` inside it suspends that handler alone while every other one goes on. Only
+/// A handler is started from outside: by a timer tick, a click, a list choice, a mouse press. `RunHandler` starts it on
+/// a stack of its own, so a `Yield` or `Wait` inside it suspends that handler alone while every other one goes on. Only
 /// on the host's own stack (a host that calls a method and expects it done) does a wait handle the queue itself.
 class MessageLoop {
  public:

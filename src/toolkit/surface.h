@@ -61,12 +61,12 @@ struct PixelAllocator {
 
 /// A picture in memory: rows from the top, each pixel 32 bits.
 ///
-/// A pixel is the number 0xAARRGGBB in the machine's byte order (on a little-endian machine the bytes B, G, R, A): what
-/// front ends and image libraries take as it is. Surfaces that are shown are opaque (A = 255); only pictures that are
-/// drawn onto others, such as icons, have transparent pixels. Coordinates are pixels. Drawing outside is clipped.
+/// A pixel is the number 0xAARRGGBB in the machine's byte order (on a little-endian machine the bytes B, G, R, A): the
+/// format that front ends and image libraries take. Surfaces that are shown are opaque (A = 255); only pictures that
+/// are drawn onto others, such as icons, have transparent pixels. Coordinates are pixels. Drawing outside is clipped.
 ///
-/// The memory is one block, so a front end may show it without a copy. It is kept while the size stays, unless somebody
-/// exchanges it (Swap; a decoder puts a whole picture there that way). `Block` and `revision` let a front end, or a
+/// The memory is one block, so a front end may show it without a copy. It is kept while the size stays, unless it is
+/// exchanged (Swap; a decoder puts a whole picture there that way). `Block` and `revision` let a front end, or a
 /// decoder, notice that the picture it knew is gone or was drawn on.
 class Surface {
  public:

@@ -36,7 +36,7 @@ Stream::Stream(Children children, Platform& platform, VideoServerPushEvents& eve
 }
 
 Undertakings::Generation Stream::TakeOver() {
-  if (request_under_way_) Requester->Abort();  // Whoever waits for it is void, and ends at once.
+  if (request_under_way_) Requester->Abort();  // The handler that waits for it is void, and ends at once.
   request_under_way_ = false;
   doing_ = Doing::kNothing;
   on_.WarningFrame.Visible = false;

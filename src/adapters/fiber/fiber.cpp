@@ -55,7 +55,7 @@ struct GuardedStack : context::protected_fixedsize_stack {
   // NOLINTBEGIN(readability-identifier-naming): so Boost calls them.
   context::stack_context allocate() {
     context::stack_context stack = Base::allocate();
-    // Without its guard an overflow would write into somebody else's memory: then rather no stack.
+    // Without its guard an overflow would write into other memory: then there is no stack.
     if (::mprotect(LowestOf(stack), kGuardBytes, PROT_NONE) == 0) return stack;
     Base::deallocate(stack);
     throw std::bad_alloc();

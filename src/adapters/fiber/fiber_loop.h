@@ -29,8 +29,8 @@ class FiberLoop final : public MessageLoop {
   FiberLoop& operator=(const FiberLoop&) = delete;
 
   /// Resumes the handlers that are suspended, the oldest first; their yields and waits return at once, and so do all
-  /// that follow, until every handler has ended. Whoever owns what handlers use calls this before the first of it ends;
-  /// not from inside a handler.
+  /// that follow, until every handler has ended. The owner of services that handlers use calls this before the first
+  /// of them ends; not from inside a handler.
   void EndHandlers();
 
   EventQueue& Queue() override { return queue_; }
