@@ -95,7 +95,7 @@ Finding Read(const std::string& path, Json& registry) {
   if (content.missing) return Finding::kMissing;
   if (content.too_large) return Finding::kDamaged;
   if (!content.problem.empty()) return Finding::kUnreadable;
-  if (content.text.empty()) return Finding::kMissing;  // A name that was reserved, as mktemp does.
+  if (content.text.empty()) return Finding::kMissing;  // An empty file that reserves the name.
   Json read = Json::parse(content.text, nullptr, /*allow_exceptions=*/false);
   if (!HasForm(read)) return Finding::kDamaged;
   registry = std::move(read);
