@@ -18,7 +18,7 @@ using CommandRun = std::function<ExitStatus()>;
 struct Command {
   const char* name;
   const char* summary;
-  /// Declares the command's options on `command`, which outlives what is answered.
+  /// Declares the command's options on `command`, which outlives the result.
   CommandRun (*build)(CLI::App& command);
 };
 

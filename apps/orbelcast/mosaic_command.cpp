@@ -25,7 +25,7 @@ namespace orbelcast {
 namespace {
 
 struct MosaicOptions {
-  std::vector<std::string> cameras;  ///< Live addresses, without what says which picture.
+  std::vector<std::string> cameras;  ///< Live addresses, without the picture code.
   Access access;
   PixelSize size{640, 480};      ///< The video area.
   std::filesystem::path output;  ///< The file for the grid at the end.

@@ -19,7 +19,7 @@ class ServerDialog final : public QDialog {
  public:
   explicit ServerDialog(const PlayerOptions& options);
 
-  /// Writes what was entered into `options`.
+  /// Writes the entries into `options`.
   void Fill(PlayerOptions& options) const;
 
   void accept() override;

@@ -13,7 +13,7 @@
 
 namespace orbelcast::server {
 
-/// The classes, the platform that their controls run on, and the count of what is alive.
+/// The classes, the platform that their controls run on, and the count of living objects.
 ///
 /// Outlives every object that it made, and is outlived by its platform.
 class ControlServer final : public ObjectCount {

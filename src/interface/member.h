@@ -49,7 +49,7 @@ struct PropertyEntry {
   ValueType type;
   std::string_view text;  ///< Its meaning with its unit, for people: one or more sentences.
   ResultValue (*get)(void* control);
-  /// Leaves in `value`, which is of the property's type, what the control made of it. Null where it can only be read.
+  /// Leaves the control's corrected value in `value`, which is of the property's type. Null for a read-only property.
   void (*put)(void* control, ArgumentValue& value);
 
   constexpr bool Writable() const { return put != nullptr; }
@@ -61,7 +61,7 @@ struct MethodEntry {
   std::span<const ArgumentEntry> arguments;
   ValueType result;
   std::string_view text;
-  /// `arguments` are of the types of the entry's, none left out; what the method writes to them stays.
+  /// `arguments` are of the types of the entry's, none left out; the method's changes to them stay.
   ResultValue (*call)(void* control, std::span<ArgumentValue> arguments);
 };
 

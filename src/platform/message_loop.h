@@ -64,8 +64,8 @@ class MessageLoop {
   /// exception that leaves a handler is swallowed: nothing crosses the loop.
   virtual void RunHandler(std::function<void()> handler) = 0;
 
-  /// Calls `action` and returns when every handler that it started has ended, waiting where one of them does: what a
-  /// person's click sets going has then happened. A loop without stacks of their own has nothing to wait for.
+  /// Calls `action` and returns when every handler that it started has ended, waiting where one of them does: the
+  /// effects of a person's click are complete then. A loop without stacks for handlers has nothing to wait for.
   virtual void RunToEnd(const std::function<void()>& action) { action(); }
 
   /// Handlers that have begun and not ended, and whether the caller is one of them.
@@ -75,7 +75,7 @@ class MessageLoop {
   /// Lets everything that is due be handled, then returns. Cheap when the queue was looked at just now.
   virtual void Yield() = 0;
 
-  /// Returns once `completion` is done, handling what comes meanwhile. Returns early when the loop is being destroyed.
+  /// Returns once `completion` is done, running the loop meanwhile. Returns early when the loop is being destroyed.
   virtual void Wait(Completion& completion) = 0;
 };
 

@@ -11,7 +11,7 @@ namespace orbelcast {
 
 /// Shows one stream, or several cameras together, over the whole screen until a mouse button is pressed on it.
 ///
-/// Its tag says what to show: an address, or "*" and the text that VideoServerPush::MultiCamView takes. That starts
+/// Its tag names the stream: an address, or "*" and the text that VideoServerPush::MultiCamView takes. That starts
 /// whenever the window has got a size, so again at each later one.
 struct FullScreenWindow final : Window {
   FullScreenWindow(Platform& platform, PlayerLife& life);

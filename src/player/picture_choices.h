@@ -16,7 +16,7 @@ class PictureChoices {
   PictureChoices(PlayerChildren& children, Registry& registry, PlayerLife& life, PlayerStream& stream,
                  ToolbarCommands& toolbar);
 
-  /// Fills both lists and chooses what is kept.
+  /// Fills both lists and restores the kept choices.
   void Initialize();
 
  private:

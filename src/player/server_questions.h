@@ -51,7 +51,7 @@ class ServerQuestions {
     /// False once the player has turned to another server or ended: the question ends without another step.
     bool Holds() const { return server_.IsCurrent(); }
 
-    /// Calls `ask`, which returns when the server has answered or will not, and returns what it does. The pointer shows
+    /// Calls `ask`, which returns when the server has answered or will not, and returns its result. The pointer shows
     /// that it is waited for.
     template <typename Ask>
     std::invoke_result_t<Ask> WaitFor(Ask ask) const {

@@ -44,7 +44,7 @@ void ClipRecorder::AviStart() {
   const auto choice = platform_.dialogs.ChooseCompression({.codecs = platform_.avi_files.Codecs()});
   if (ended_) return;
   if (!choice) return Release();
-  // The file may be gone: the host may stop what has not begun, while the dialog waits.
+  // The file may be gone: the host may stop the clip while the dialog waits.
   if (!file_ || !file_->MakeCompressedStream(*choice)) return Fail("Can't make compressed stream.");
   if (!file_->SetFormat(bitmap.PointerToBitmapInfo())) return Fail("Can't select AVI format.");
 

@@ -230,7 +230,7 @@ void Session::EventCame(const Json& line) {
   }
   for (const Reaction& reaction : due) Execute(reaction.words, reaction.line);
 
-  // Now only: who waits for an event goes on when the host is through with it.
+  // Last: a wait for an event goes on when the host has handled it.
   for (Wait& wait : waits_) {
     if (wait.came && wait.event == event) wait.over.Complete();
   }

@@ -19,14 +19,14 @@
 
 namespace orbelcast {
 
-/// A host application that does what lines of text say, and tells what the controls do as JSON lines.
+/// A host application that is driven by lines of text, and prints the controls' events and answers as JSON lines.
 ///
 /// Each line is carried out as a handler of its own, so that one that waits (for a stream, for a window that it opened)
 /// can be suspended while the next lines act on the window. The session's memory stays until its last handler has
 /// returned.
 class Session : public std::enable_shared_from_this<Session> {
  public:
-  /// The front end's side: what it does with the session's output.
+  /// The front end's functions for the session's output.
   struct FrontEnd {
     std::function<void(const Json& line)> print;
     /// Writes a picture under the name that a line gave. Throws ScriptError where that cannot be.

@@ -99,7 +99,7 @@ struct PictureBox : ChildControl {
 
   /// Brings back the background colour everywhere.
   void Cls() { Sized().Fill(BackColor); }
-  /// Tells the front end to paint what was drawn.
+  /// Tells the front end to paint the drawing.
   void Refresh() { Refreshed(); }
   Signal<> Refreshed;
 
@@ -281,7 +281,7 @@ struct Window : ChildControl {
   Signal<> Closed;
 
  protected:
-  /// Brings the children back to what they were when the window was made.
+  /// Resets the children to their state when the window was made.
   virtual void Load() {}
 
  private:

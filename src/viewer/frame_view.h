@@ -33,7 +33,7 @@ class FrameView {
   void Take(HttpRequest& request) { FrameBuffer = request.ResponseBody(); }
   /// The failure of the newest request, or of its picture.
   Failure LastFailure() const { return failure_; }
-  /// Notes what `request` failed with, if it did; `worked`: whether each of its steps did.
+  /// Notes the failure of `request`, if it failed; `worked`: whether each of its steps did.
   void NoteAnswer(HttpRequest& request, bool worked) { failure_ = FailureOf(request, worked); }
   void ForgetFailure() { failure_ = {}; }
 

@@ -13,7 +13,7 @@ namespace {
 /// A camera's time limit within the round, from the request to its drawn picture.
 constexpr std::chrono::milliseconds kTileLimit{5000};
 
-/// The lines that are ended: what follows the last line end is no camera.
+/// The lines that have a line end: text after the last one is no camera.
 std::vector<std::string> CamerasOf(const std::string& text) {
   const auto lines = Split(text, kCrLf);
   return {lines.begin(), lines.empty() ? lines.end() : lines.end() - 1};

@@ -42,7 +42,7 @@ class StatusStrip {
   void SetToolTip(const std::string& text) { on_.lStatus.ToolTipText = text; }
   /// A status text in the language of the text mapper.
   std::string Map(const std::string& text) const { return text_mapper_.Map(text, 0); }
-  /// Raises Status with what the line shows.
+  /// Raises Status with the line's text.
   void RaiseStatus();
   void Show(bool visible) { on_.StatusDisplay.Visible = visible; }
 

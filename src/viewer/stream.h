@@ -19,7 +19,7 @@ namespace orbelcast {
 ///
 /// A stream does one thing at a time (`doing_`): kNothing → kConnecting by `Connect`, until its first answer was told →
 /// kTicking by its first tick → kNothing; from there on kNothing → kTicking → kNothing by each tick, whatever starts
-/// it. A tick that finds the stream doing something is no tick. Of what overlaps the newest holds: see Undertakings.
+/// it. A tick that finds the stream busy does nothing. Only the newest undertaking is valid: see Undertakings.
 class Stream {
  public:
   struct Children {
@@ -62,7 +62,7 @@ class Stream {
   const std::string& URL() const { return CurrentUrl; }
   /// Shows the newest frame; with `SkipMotion` once more, at the size that the area has now. Not without a stream.
   void ProcessFrame(bool SkipMotion);
-  /// Begins an undertaking that voids all others, and ends what they left standing.
+  /// Begins an undertaking that voids all others, and resets their marks.
   Undertakings::Generation TakeOver();
 
  private:

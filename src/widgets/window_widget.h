@@ -29,7 +29,7 @@ class WindowWidget : public QDialog {
   void reject() override;
 
  protected:
-  /// The window is about to be shown, or was closed: for what it shows besides its children.
+  /// The window is about to be shown, or was closed: for its parts besides its children.
   virtual void Fill() {}
   virtual void Empty() {}
 

@@ -28,7 +28,7 @@ struct DoctorOptions {
   bool json = false;
 };
 
-/// Goes the way to a camera's picture step by step and tells to `output` what works, and what to do where it does not.
+/// Examines the steps to a camera's picture one by one and reports each to `output`, with advice where it fails.
 class Examination {
  public:
   Examination(const DoctorOptions& options, std::ostream& output);

@@ -223,7 +223,7 @@ void Exchange::Ended(CURLcode result) {
   if (!BeginTransfer(std::move(*next))) Fail(HttpFailure::kOther);
 }
 
-// True where the same is to be asked again, with what the server now wants to be told.
+// True where the request is to be sent again, with the login that the server asks for.
 bool Exchange::AnswersLogin() {
   if (answer_.Status() != kUnauthorized || !login_ || !asked_.SameServer(wanted_.address)) return false;
   if (!login_->Take(answer_.AllHeaders("WWW-Authenticate"))) return false;

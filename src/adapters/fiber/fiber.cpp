@@ -186,7 +186,7 @@ context::fiber Fiber::Run(context::fiber&& resumer) {
   return std::move(resumer_);
 }
 
-/// `fake_stack` keeps what the address sanitizer knows of the stack; null where it is left for good.
+/// `fake_stack` keeps the address sanitizer's state of the stack; null where the stack is left for good.
 void Fiber::TellOfLeaving([[maybe_unused]] void** fake_stack) {
 #ifdef ORBELCAST_ASAN
   __sanitizer_start_switch_fiber(fake_stack, resumer_stack_, resumer_stack_bytes_);

@@ -27,7 +27,7 @@ enum class Pipes { kRefused, kRead };
 /// Reads a file of at most `most_bytes`. Folders, devices and sockets are refused at once.
 FileContent ReadNamedFile(const std::filesystem::path& name, std::size_t most_bytes, Pipes pipes = Pipes::kRefused);
 
-/// Makes what `name` leads to hold exactly these bytes.
+/// Writes exactly these bytes to the file that `name` leads to.
 ///
 /// Links are followed. A device, and a pipe that has a reader, is written to. A regular file is replaced as a whole:
 /// the bytes go to a file of an unforeseeable name in the same folder, to the disk, and to the file's name last, with

@@ -40,7 +40,7 @@ class Library {
     return hosted_->server.OnOwnThread() ? &hosted_->server : nullptr;
   }
 
-  /// False where it is in use. Only its own thread ends it, so that what that one has of it stays good.
+  /// False where it is in use. Only its own thread ends it, so that the thread's references to it stay valid.
   bool EndServerIfIdle() {
     if (ControlServer* const server = OwnServer()) server->EndReleased();
     std::unique_ptr<HostedServer> ending;
