@@ -1,4 +1,4 @@
-// What a line of an info text costs, from a thousand lines to a million: the same, if the scan is linear.
+// The cost of a line of an info text, from a thousand lines to a million: the same, if the scan is linear.
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>

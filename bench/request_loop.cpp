@@ -1,4 +1,4 @@
-// What one request costs through the viewer's request object and message loop, beside a bare libcurl handle that is
+// The cost of one request through the viewer's request object and message loop, beside a bare libcurl handle that is
 // used again and again: both ask the same server on this machine for the same picture.
 //
 //   RequestLoop/BYTES
@@ -29,7 +29,7 @@ namespace orbelcast::bench {
 namespace {
 
 constexpr int kRequestsPerTurn = 200;
-/// What the request object reads in one piece: the bare handle does as well.
+/// The size of one read, the same as the request object's, for the bare handle.
 constexpr long kReceiveBufferBytes = 64 * 1024;
 
 double ThreadCpuSeconds() {

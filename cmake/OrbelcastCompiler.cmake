@@ -1,6 +1,6 @@
 # Warnings, sanitizers and the compiler cache, for every target of the project.
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
-# Of what is packed alone, other flags and compilers than ours may have more to say.
+# Not for packages: other flags and compilers than ours may give other warnings.
 if(NOT ORBELCAST_PACKAGES)
   add_compile_options(-Werror)
 endif()
@@ -15,12 +15,12 @@ if(ORBELCAST_SANITIZE STREQUAL "address")
 elseif(ORBELCAST_SANITIZE STREQUAL "thread")
   add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
   add_link_options(-fsanitize=thread)
-  # Boost.Context's own files know thread sanitizer fibers only through our announcements; gcc warns about fences.
+  # Boost.Context's own files rely on our annotations for the thread sanitizer; gcc warns about fences.
   add_compile_options(-Wno-tsan)
 endif()
 
 if(ORBELCAST_FUZZ)
-  # The code under a fuzzer is instrumented too, so that it sees which bytes lead where.
+  # The code under a fuzzer is instrumented too, so that the fuzzer sees which branches an input reaches.
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 

@@ -18,7 +18,7 @@ function(orbelcast_targets component)
   install(EXPORT Orbelcast${component}Targets NAMESPACE Orbelcast:: DESTINATION "${package_dir}" COMPONENT development)
 endfunction()
 
-# ---- The control server: a header, and a library that hosts load and nobody links -------------------------------------
+# ---- The control server: a header, and a library that hosts load without linking it -----------------------------------
 add_library(orbelcast_host INTERFACE)
 add_library(Orbelcast::Server ALIAS orbelcast_host)
 set_target_properties(orbelcast_host PROPERTIES EXPORT_NAME Server)
@@ -33,7 +33,7 @@ orbelcast_pkgconfig(orbelcast)
 install(FILES include/orbelcast/orbelcast.h DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/orbelcast" COMPONENT development)
 install(TARGETS orbelcast orbelcast-camera-server RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
 
-# Loaded by whoever makes a clip, from beside the others.
+# Loaded from beside the other libraries, with the first clip.
 install(TARGETS orbelcast_clips LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/orbelcast" COMPONENT runtime)
 
 # Completion, of all programs: each shell looks a program's up by its name.

@@ -1,5 +1,5 @@
-# The manual pages, made of what the programs say of themselves as soon as those are built. Needs Debian's help2man; a
-# sanitizer's programs are not asked.
+# The manual pages, made from the programs' --help as soon as those are built. Needs Debian's help2man; not made in a
+# sanitizer's build.
 find_program(HELP2MAN help2man)
 if(NOT HELP2MAN OR ORBELCAST_SANITIZE)
   message(STATUS "The manual pages: help2man is not installed, or there is a sanitizer; left out")

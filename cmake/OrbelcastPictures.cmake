@@ -23,7 +23,7 @@ function(orbelcast_picture files svg width height)
   set(${files} ${${files}} "${output}" PARENT_SCOPE)
 endfunction()
 
-# What the library carries.
+# The pictures embedded in the library.
 orbelcast_picture(orbelcast_pictures test_card 454 340)
 orbelcast_picture(orbelcast_pictures no_answer 100 100)
 foreach(icon recording stop connect disconnect)

@@ -8,7 +8,7 @@ class App;
 
 namespace orbelcast {
 
-/// Who asks. Need not stand on the command line, which other users of the machine can read.
+/// A login. It need not be on the command line, which other users of the machine can read.
 struct Access {
   std::string user;
   std::string password;
@@ -16,17 +16,17 @@ struct Access {
 
 /// Declares --user, --password and --credentials on `command`, filling `access` when it is parsed.
 ///
-/// What stands on the command line wins over the file, and the environment (ORBELCAST_USER, ORBELCAST_PASSWORD) is
+/// The command line wins over the file, and the environment (ORBELCAST_USER, ORBELCAST_PASSWORD) is
 /// looked at only where no file is named: so one user's password is never sent with another one's name by accident. A
 /// file that others may read is used, with a warning on standard error; one that cannot be used ends the parse with a
 /// CLI::ValidationError.
 void AddAccessOptions(CLI::App& command, Access& access, const std::string& user_description);
 
-/// The live address by which a mosaic asks for a camera's tile: with the login behind it, as camera servers take it.
-/// An address that has one already, and any where there is no user, stay as they are.
+/// The live address by which a mosaic asks for a camera's tile: with the login after it, as camera servers take it.
+/// An address that has one already is not changed, nor is any where there is no user.
 std::string TileAddress(const std::string& live_address, const Access& access);
 
-/// Makes `access` what a program that takes this one's place finds in its environment.
+/// Puts `access` into the environment, for a program that replaces this one.
 void PassOn(const Access& access);
 
 /// Warns on standard error, in the program's name, that others may read `file`.

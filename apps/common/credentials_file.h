@@ -7,7 +7,7 @@
 
 namespace orbelcast {
 
-/// What a credentials file says; each line may be missing.
+/// The contents of a credentials file; each line may be missing.
 struct Credentials {
   std::optional<std::string> user;
   std::optional<std::string> password;
@@ -15,7 +15,7 @@ struct Credentials {
   bool readable_by_others = false;
 };
 
-/// A credentials file that cannot be used. What it says never repeats the file's content.
+/// A credentials file that cannot be used. Its message never repeats the file's content.
 class CredentialsError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -23,7 +23,7 @@ class CredentialsError : public std::runtime_error {
 
 /// Reads a file of lines `user = NAME` and `password = TEXT`. Empty lines, and lines that begin with #, are skipped;
 /// blanks around a name or a value do not count, and neither do double quotes around all of a value. A pipe that
-/// somebody writes to does as well as a file. Throws CredentialsError.
+/// has a writer is read as a file is. Throws CredentialsError.
 Credentials ReadCredentials(const std::filesystem::path& file);
 
 }  // namespace orbelcast

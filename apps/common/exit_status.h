@@ -2,10 +2,10 @@
 
 namespace orbelcast {
 
-/// What a program's exit status tells. (CLI11 has others for wrong usage.)
+/// The programs' exit statuses. (CLI11 has others for wrong usage.)
 enum ExitStatus : int {
   kWorked = 0,
-  kFailed = 1,        ///< What the program was to do did not come about; the others of this number say what of.
+  kFailed = 1,        ///< The task failed; the others of this number say which part.
   kNoPictures = 1,    ///< The connection failed, was broken at the end, or no picture or no information came.
   kNotDone = 1,       ///< The registry could not be written, or the controls' library is missing.
   kWrongCommand = 1,  ///< A command of the script was wrong.

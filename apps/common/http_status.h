@@ -1,6 +1,6 @@
 #pragma once
 
-/// The statuses of HTTP that the programs tell apart, besides the good one.
+/// The HTTP statuses that the programs distinguish, besides 200.
 namespace orbelcast {
 
 inline constexpr int kBadRequest = 400;

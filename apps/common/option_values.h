@@ -5,7 +5,7 @@
 
 #include "common/within.h"
 
-/// Values that options of several programs take. What is wrong with one is a text that says what is expected.
+/// Values that options of several programs take. The error of a wrong one is a text that says what is expected.
 namespace orbelcast {
 
 /// The longest time that an option takes where it is counted in milliseconds of 32 bits: a request's limit, and when
@@ -36,7 +36,7 @@ CLI::Option* AddSensitivityOption(CLI::App& command, Percent& percent) {
       ->type_name("PERCENT");
 }
 
-/// What keeps a file of that name from being written; empty where nothing does.
+/// The reason why a file of that name cannot be written; empty where it can.
 std::string CheckWritable(const std::string& file);
 
 }  // namespace orbelcast

@@ -3,21 +3,21 @@
 #include <string>
 #include <string_view>
 
-/// What programs show and log: no password, and nothing that drives a terminal.
+/// Texts for display and logs: without passwords, and without characters that drive a terminal.
 namespace orbelcast {
 
 /// Hides a password from now on, in everything that HidePasswords is given. One of fewer than three bytes cannot be
 /// told from other text and is hidden in addresses alone. To be called before there is a second thread.
 void KeepSecret(std::string_view password);
-/// The same for the passwords that stand in an address.
+/// The same for the passwords in an address.
 void KeepSecretsOf(std::string_view address);
 
 /// The text with "***" in place of each password that is known, also where some or all of its bytes are
-/// percent-encoded, and of each that stands in an address, "http://…" up to the next blank.
+/// percent-encoded, and of each in an address, "http://…" up to the next blank.
 std::string HidePasswords(std::string_view text);
 
 /// The same of a text that is an address, or the part of one from its path on, as a whole: blanks belong to it. A
-/// password stands before an "@", behind "$openlogin/USER/", behind the path's first ":" (as live addresses have it),
+/// password is found before an "@", after "$openlogin/USER/", after the path's first ":" (as live addresses have it),
 /// or in a field of the query that is named for it.
 std::string HidePasswordsOfAddress(std::string_view address);
 

@@ -19,14 +19,14 @@ void WriteGeometry(QXmlStreamWriter& xml, QSize size) {
   xml.writeEndElement();
 }
 
-// The text that the property editor shows for each property; a property of kind text is one line, and none that anybody
-// translates.
-void WriteProperties(QXmlStreamWriter& xml, const std::vector<PropertyDescription>& properties) {
+// The text that the property editor shows for each property; a property of kind text is a single line that is not
+// translated.
+void WriteProperties(QXmlStreamWriter& xml, std::span<const PropertyDescription> properties) {
   xml.writeStartElement("propertyspecifications");
   for (const PropertyDescription& property : properties) {
     xml.writeStartElement("tooltip");
     xml.writeAttribute("name", QLatin1String(property.name));
-    xml.writeCharacters(QString::fromUtf8(property.text));
+    xml.writeCharacters(QString::fromUtf8(property.text).remove('`') + QString::fromUtf8(property.note));
     xml.writeEndElement();
     if (property.kind != PropertyKind::kText) continue;
     xml.writeEmptyElement("stringpropertyspecification");

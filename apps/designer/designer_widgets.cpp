@@ -3,69 +3,43 @@
 #include <orbelcast/player_widget.h>
 #include <orbelcast/video_server_push_widget.h>
 
+#include <array>
+
+#include "interface/user_control1_interface.h"
+#include "interface/video_server_push_interface.h"
+
 namespace orbelcast {
 
 namespace {
 
-using enum PropertyKind;
-
-std::vector<PropertyDescription> PlayerProperties() {
-  return {
-      {"SystemName", kText, "What the camera server calls itself, once it has told."},
-      {"ShowExtendedFeatures", kOther,
-       "Whether the buttons for log, messages, alerts, outputs and several cameras are shown. To have them in the "
-       "program, set ExtendedControls."},
-      {"Server", kText,
-       "The camera server, a host name or address; the player asks it for its cameras when it is shown. Empty: it "
-       "plays "
-       "LURL."},
-      {"Port", kText, "The server's port. Empty is 80."},
-      {"Username", kText, "The user name at the server."},
-      {"Password", kText,
-       "The password at the server. In a form everybody can read it: better let the program set it."},
-      {"LURL", kText, "Without a server: the address of the live stream, beginning with http://."},
-      {"IURL", kText, "Without a server: the address that archive steps are added to, beginning with http://."},
-      {"Start", kText, "Yes: show the stream of LURL at once."},
-      {"ExtendedControls", kText, "Yes: show the buttons for log, messages, alerts, outputs and several cameras."},
-      {"Device", kText, "The id of the camera to begin with, as the server names it. Empty: the user chooses one."},
-      {"_ExtentX", kText,
-       "A width. Where both extents are set, everything in the player stays at its place when it is resized."},
-      {"_ExtentY", kText,
-       "A height. Where both extents are set, everything in the player stays at its place when it is resized."},
-      {"_Resize", kText, "Yes: everything follows the player's size, also where both extents are set."},
-  };
+/// A sentence for Designer alone, after the text of the interface.
+constexpr std::string_view NoteFor(std::string_view property) {
+  if (property == "Password") return " In a form everybody can read it: better let the program set it.";
+  if (property == "ShowExtendedFeatures") return " A form does not keep it: set ExtendedControls there.";
+  return {};
 }
 
-std::vector<PropertyDescription> ViewerProperties() {
-  return {
-      {"FrameRate", kOther, "Pictures a second that are asked for, 1 to 30."},
-      {"Server", kText, "Always empty."},
-      {"ShowBandwidth", kOther, "Show the strip with the state, the bandwidth and the time."},
-      {"MotionDetector", kOther, "Tell where something moves: MotionDetected, or MotionDetectedArea with zones."},
-      {"Username", kText, "The user name, sent when the server asks for it."},
-      {"Password", kText,
-       "The password, sent when the server asks for it. In a form everybody can read it: better let the program set "
-       "it."},
-      {"DirectToDisk", kOther, "Kept for the program; it changes nothing."},
-      {"MotionArea_x1", kOther, "Left edge of the watched rectangle, in hundredths of the picture's width."},
-      {"MotionArea_y1", kOther, "Upper edge of the watched rectangle, in hundredths of the picture's height."},
-      {"MotionArea_x2", kOther,
-       "Right edge of the watched rectangle, in hundredths of the picture's width. With all four edges 0 nothing is "
-       "watched."},
-      {"MotionArea_Y2", kOther,
-       "Lower edge of the watched rectangle, in hundredths of the picture's height. With all four edges 0 nothing is "
-       "watched."},
-      {"ShowMotion", kOther, "Show what the motion detector sees, in the corner of the picture."},
-      {"AlwaysSmooth", kOther, "Kept for the program; it changes nothing."},
-      {"DisableTestScreen", kOther, "Leave the test card out while a camera is connected to."},
-      {"MotionByZones", kOther, "Watch the zones of MotionString instead of the rectangle."},
-      {"MotionString", kText,
-       "The watched zones: a character for each of 5 × 5, row by row; 0 leaves the zone out, anything else watches "
-       "it."},
-      {"URL", kText, "The address of the stream that is connected."},
-      {"AutoReconnect", kOther, "Try again silently and for ever where a camera fails, instead of telling it."},
-  };
+/// The members of a control that a form can set, its properties and the texts that it keeps for its host, as the
+/// interface describes them. At compile time: the plug-in links nothing of the controls.
+template <std::size_t Count>
+consteval std::array<PropertyDescription, Count> PropertiesOf(const ControlInterface& described) {
+  std::array<PropertyDescription, Count> properties{};
+  auto next = properties.begin();
+  for (const PropertyEntry& property : described.properties) {
+    const auto kind = property.type == ValueType::kText ? PropertyKind::kText : PropertyKind::kOther;
+    *next++ = {property.name.data(), kind, property.text, NoteFor(property.name)};
+  }
+  for (const PersistedEntry& kept : described.persisted) {
+    *next++ = {kept.key.data(), PropertyKind::kText, kept.text, NoteFor(kept.key)};
+  }
+  return properties;
 }
+constexpr std::size_t CountIn(const ControlInterface& described) {
+  return described.properties.size() + described.persisted.size();
+}
+
+constexpr auto kPlayerProperties = PropertiesOf<CountIn(interface::kUserControl1)>(interface::kUserControl1);
+constexpr auto kViewerProperties = PropertiesOf<CountIn(interface::kVideoServerPush)>(interface::kVideoServerPush);
 
 }  // namespace
 
@@ -81,7 +55,7 @@ const std::vector<WidgetDescription>& DesignerWidgets() {
            "Shows a camera server's cameras, live and from their archive, with a list and a toolbar. Name the "
            "server in its properties, or let the program do it before the player is shown.",
        .size = {353, 396},
-       .properties = PlayerProperties(),
+       .properties = kPlayerProperties,
        .make = [](QWidget* parent) -> QWidget* { return new PlayerWidget(parent); },
        .make_for_design = [](QWidget* parent) -> QWidget* {
          auto* const player = new PlayerWidget(parent);
@@ -97,7 +71,7 @@ const std::vector<WidgetDescription>& DesignerWidgets() {
        .whats_this = "Shows one camera as a sequence of JPEG pictures and tells what happens by signals. The program "
                      "connects it to the camera's address: Connect.",
        .size = {400, 260},
-       .properties = ViewerProperties(),
+       .properties = kViewerProperties,
        .make = [](QWidget* parent) -> QWidget* { return new VideoServerPushWidget(parent); },
        .make_for_design = [](QWidget* parent) -> QWidget* { return new VideoServerPushWidget(parent); }},
   };

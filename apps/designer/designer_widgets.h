@@ -2,6 +2,8 @@
 
 #include <QSize>
 #include <functional>
+#include <span>
+#include <string_view>
 #include <vector>
 
 class QWidget;
@@ -10,11 +12,12 @@ namespace orbelcast {
 
 enum class PropertyKind { kText, kOther };
 
-/// A property in Designer's editor. `text` is told where the pointer rests on it.
+/// A property in Designer's editor. Its tool tip is `text`, without the backticks around names, and `note`.
 struct PropertyDescription {
   const char* name;
   PropertyKind kind;
-  const char* text;
+  std::string_view text;
+  std::string_view note;
 };
 
 /// A widget in Designer's box, texts in UTF-8.
@@ -27,7 +30,7 @@ struct WidgetDescription {
   const char* tool_tip;
   const char* whats_this;
   QSize size;  ///< Pixels, when it is dropped on a form.
-  std::vector<PropertyDescription> properties;
+  std::span<const PropertyDescription> properties;
   std::function<QWidget*(QWidget* parent)> make;
   std::function<QWidget*(QWidget* parent)> make_for_design;
 };

@@ -48,7 +48,7 @@ std::string CheckAddress(const std::string& url) {
   if (url.empty() || url.size() == kScheme.size() || url.find("://") != std::string::npos) {
     return std::string("a camera's address begins with http://, ") + kSuchAs;
   }
-  // What was typed may hold a password.
+  // Masked: the text typed may hold a password.
   return "a camera's address begins with http://; did you mean http://" + MaskedAddress(url).Text() + "?";
 }
 

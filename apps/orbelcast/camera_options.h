@@ -11,20 +11,19 @@
 #include "common/pixel_size.h"
 #include "orbelcast/picture_file.h"
 
-/// What the commands' options have in common. What is wrong with a value is a CLI::ValidationError that says what is
-/// expected.
+/// Options that several commands have. A wrong value is a CLI::ValidationError that says what is expected.
 namespace orbelcast {
 
-/// Declares what a command needs to reach one camera: URL, and who asks.
+/// Declares what a command needs to reach one camera: URL, and the login.
 void AddCameraOptions(CLI::App& command, std::string& url, Access& access);
 
-/// Declares --frame-rate, whose default is what `frame_rate` holds, and --auto-reconnect.
+/// Declares --frame-rate, whose default is the value of `frame_rate`, and --auto-reconnect.
 void AddStreamOptions(CLI::App& command, std::int16_t& frame_rate, bool& auto_reconnect);
 
 /// Declares --timeout, the time that a first picture may take. `of` says where 10 is the default.
 void AddTimeOutOption(CLI::App& command, std::optional<double>& seconds, const std::string& of);
 
-/// Empty for a camera's address; else what is wrong with it.
+/// The error in a camera's address; empty where there is none.
 std::string CheckAddress(const std::string& url);
 
 /// Declares a size in pixels, WIDTHxHEIGHT, each side 1 to kMaxSide.

@@ -11,14 +11,14 @@ class App;
 
 namespace orbelcast {
 
-/// Where a clip goes, and how.
+/// A clip's file and how it is written.
 struct ClipOptions {
   std::filesystem::path file;  ///< Empty for no clip.
   bool overwrite = false;      ///< It may take the place of a file that is there.
   Dialogs::Compression compression{.codec = "MPEG-4"};
 };
 
-/// The name of a clip's file: ends in .avi, in a folder that can be written to. What is wrong with it is a
+/// The name of a clip's file: ends in .avi, in a folder that can be written to. Anything else is a
 /// CLI::ValidationError of `option`.
 std::filesystem::path ParseClipFile(const std::string& option, const std::string& text);
 
@@ -28,7 +28,7 @@ void AddClipOptions(CLI::App& command, ClipOptions& options);
 /// Whether the file holds something that a clip would replace.
 bool HasContent(const std::filesystem::path& file);
 
-/// Tells people on standard error what stands in the way of the clip's file. False where nothing does.
+/// Reports on standard error why the clip's file cannot be written. False where it can.
 bool TellIfTaken(const ClipOptions& options);
 
 }  // namespace orbelcast

@@ -18,7 +18,7 @@ using CommandRun = std::function<ExitStatus()>;
 struct Command {
   const char* name;
   const char* summary;
-  /// Declares the command's options on `command`, which outlives what is answered.
+  /// Declares the command's options on `command`, which outlives the result.
   CommandRun (*build)(CLI::App& command);
 };
 
@@ -37,7 +37,7 @@ CommandRun BuildLog(CLI::App& command);
 CommandRun BuildRegister(CLI::App& command);
 CommandRun BuildUnregister(CLI::App& command);
 
-/// What the help of the program, and of the commands that show pictures, says of the exit status.
+/// The exit statuses, in the help of the program and of the commands that show pictures.
 inline constexpr const char* kExitStatusOfPictures =
     "Exit status: 0 it worked; 1 the connection failed, was broken at the end, or no\n"
     "picture (of info: no information) came; 2 wrong usage, a file that cannot be\n"

@@ -156,7 +156,7 @@ Json ToJson(const ServerInfo& info) {
   return json;
 }
 
-// ---- What is wrong ------------------------------------------------------------------------------------------------
+// ---- Failures -----------------------------------------------------------------------------------------------------
 
 /// Empty where all is well.
 std::string WhyNoInformation(const InfoOptions& options, const Configuration& configuration, const ServerInfo& info) {
@@ -173,7 +173,7 @@ std::string WhyNoInformation(const InfoOptions& options, const Configuration& co
   return {};
 }
 
-/// Asks the server what it is and prints that, as a table or as JSON.
+/// Requests the server's information and prints it, as a table or as JSON.
 ExitStatus Info(const InfoOptions& options) {
   HeadlessPlatform services;
   Platform& platform = services.Get();

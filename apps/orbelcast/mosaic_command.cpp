@@ -9,6 +9,7 @@
 #include "common/access.h"
 #include "common/option_values.h"
 #include "common/shown_text.h"
+#include "interface/events.h"
 #include "mosaic/mosaic_tile.h"
 #include "orbelcast/camera_options.h"
 #include "orbelcast/clip_options.h"
@@ -18,17 +19,16 @@
 #include "orbelcast/play_command.h"
 #include "orbelcast/timed_clip.h"
 #include "stream/stream_host.h"
-#include "interface/events.h"
 
 namespace orbelcast {
 
 namespace {
 
 struct MosaicOptions {
-  std::vector<std::string> cameras;  ///< Live addresses, without what says which picture.
+  std::vector<std::string> cameras;  ///< Live addresses, without the picture code.
   Access access;
   PixelSize size{640, 480};      ///< The video area.
-  std::filesystem::path output;  ///< Where the grid goes at the end.
+  std::filesystem::path output;  ///< The file for the grid at the end.
   ClipOptions clip;              ///< The clip that each round is a picture of.
   int rounds = 1;                ///< End after that many rounds, unless `seconds` says when.
   std::optional<double> seconds;

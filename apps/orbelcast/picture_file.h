@@ -10,7 +10,7 @@
 
 namespace orbelcast {
 
-/// What a picture file's name asks for, by its ending in any letter case.
+/// The format that a picture file's name asks for, by its ending in any letter case.
 enum class PictureFormat { kUnknown, kPng, kBmp, kJpeg };
 
 PictureFormat FormatOf(const std::filesystem::path& file);
@@ -18,10 +18,10 @@ PictureFormat FormatOf(const std::filesystem::path& file);
 /// Writes a picture's bytes where `file` leads, as WriteNamedFile does; none are a problem of their own.
 std::string WritePicture(const std::filesystem::path& file, std::span<const std::uint8_t> bytes);
 
-/// Tells people on standard error that `file` could not be written, and `why`. False where `why` is empty.
+/// Reports on standard error that `file` could not be written, and `why`. False where `why` is empty.
 bool TellIfUnwritten(const std::filesystem::path& file, const std::string& why);
 
-/// Writes `picture` as a PNG or BMP file, by the file's ending. What is wrong, for people; empty where nothing is.
+/// Writes `picture` as a PNG or BMP file, by the file's ending. The error, for people; empty where there is none.
 std::string WritePicture(const std::filesystem::path& file, const Surface& picture, PictureCodec& codec);
 
 }  // namespace orbelcast

@@ -32,7 +32,7 @@ struct RecordOptions {
 };
 
 constexpr std::chrono::seconds kProgressEvery{1};
-/// Side of the viewer's own picture, which nobody sees: as small as decoding gets.
+/// Side of the viewer's own picture, which is not shown: as small as decoding gets.
 constexpr int kUnseenSide = 8;
 
 WatchOptions WatchSilently(const RecordOptions& options) {

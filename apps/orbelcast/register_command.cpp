@@ -40,7 +40,7 @@ std::unique_ptr<void, CloseLibrary> OpenLibrary() {
   return std::unique_ptr<void, CloseLibrary>(::dlopen(places.front().c_str(), RTLD_NOW | RTLD_LOCAL));
 }
 
-/// Where the system has found it.
+/// The file that the dynamic linker loaded it from.
 std::string PathOf(void* library) {
   link_map* map = nullptr;
   return ::dlinfo(library, RTLD_DI_LINKMAP, &map) == 0 ? map->l_name : kLibrary;

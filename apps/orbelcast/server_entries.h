@@ -24,16 +24,16 @@ struct Entry {
 /// The lines under `key` ("CAM:"), in the server's order. `info` holds every line (InfoMode::kAllLines).
 std::vector<Entry> EntriesOf(const ServerInfo& info, std::string_view key);
 
-/// What a person is told where the server sent more than is read of it; empty where all was read.
+/// The notice, for people, that the server sent more than is read of it; empty where all was read.
 std::string WhatWasNotRead(const ServerInfo& info);
 
-/// Empty for a camera server's address; else what is wrong with it.
+/// The error in a camera server's address; empty where there is none.
 std::string CheckServer(const std::string& server);
 
-/// Declares SERVER, a camera server's address, of which `server` gets what was written.
+/// Declares SERVER, a camera server's address, which is put into `server` as it was written.
 void AddServerOption(CLI::App& command, std::string& server);
 
-/// Declares who asks, and how long a request may take, in seconds.
+/// Declares the login, and how long a request may take, in seconds.
 void AddRequestOptions(CLI::App& command, Access& access, double& time_out);
 
 }  // namespace orbelcast

@@ -16,7 +16,7 @@ struct SnapshotOptions {
   bool json = false;
 };
 
-/// Saves a camera's picture. With `json` what was saved is printed.
+/// Saves a camera's picture. With `json` its file and sizes are printed.
 ExitStatus Snapshot(const SnapshotOptions& options) {
   Watcher watcher(options.watch, std::cout, std::cerr);
   const ExitStatus status = watcher.Run();

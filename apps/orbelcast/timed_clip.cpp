@@ -98,7 +98,7 @@ std::string TimedClip::Summary() const {
          SizeText(error ? 0 : size);
 }
 
-// Rounded down: a picture that is a little late does not leave an empty position behind it.
+// Rounded down: a picture that is a little late does not leave an empty position after it.
 std::int32_t TimedClip::PositionOfNow() const {
   const std::chrono::duration<double> elapsed = platform_.loop.Queue().Now() - begun_;
   const double position = kFirstPosition + elapsed.count() * rate_.rate / rate_.scale;

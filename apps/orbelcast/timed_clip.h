@@ -10,14 +10,14 @@
 
 namespace orbelcast {
 
-/// A clip that plays as fast as what it shows happened: each picture stands at the moment at which it was added.
+/// A clip that plays in real time: each picture's position is the moment at which it was added.
 ///
-/// The recorder is the controls' own; what it asks a person is answered by the options. A clip that is to replace one
-/// is written beside it, and takes its place when it is finished: until then, and where it fails, the old one stays.
+/// The recorder is the controls' own; its questions are answered by the options. A clip that is to replace another is
+/// written beside it and replaces it once finished: until then, and where it fails, the old one stays.
 class TimedClip {
  public:
   /// The rate of pictures that come once in a timer's interval of whole milliseconds. (At 30 pictures a second that is
-  /// 33 ms: a clip that declared 30 would lag behind what it shows.)
+  /// 33 ms: a clip that declared 30 would lag behind its pictures.)
   static AviStreamInfo RateOfInterval(int milliseconds);
 
   /// `take_picture` gives the picture of the moment; `rate` how often pictures come, asked for at the first one.
@@ -27,21 +27,21 @@ class TimedClip {
   TimedClip(const TimedClip&) = delete;
   TimedClip& operator=(const TimedClip&) = delete;
 
-  /// Adds the picture of this moment; the first one begins the clip. False where it cannot be: WhyNot tells.
+  /// Adds the picture of this moment; the first one begins the clip. False where it fails; see WhyNot.
   bool Add();
-  /// Finishes the file. What goes wrong is told by WhyNot.
+  /// Finishes the file. WhyNot gives an error.
   void Finish();
 
   int Pictures() const { return pictures_; }
   /// How long the clip plays so far.
   double Seconds() const;
-  /// What went wrong, for people; empty where nothing did.
+  /// The reason why there is no clip, for people; empty where nothing went wrong.
   const std::string& WhyNot() const { return why_not_; }
-  /// What the clip is, for people: "12.0 s, 120 pictures, 1.3 MB".
+  /// A description of the clip, for people: "12.0 s, 120 pictures, 1.3 MB".
   std::string Summary() const;
 
  private:
-  /// A person's part, played by the options.
+  /// A person's answers, taken from the options.
   class Answers final : public Dialogs {
    public:
     explicit Answers(const ClipOptions& options) : options_(options) {}
@@ -49,7 +49,7 @@ class TimedClip {
     Answer ShowMessage(const MessageRequest& request) override;
     std::optional<Compression> ChooseCompression(const CompressionRequest&) override { return options_.compression; }
 
-    std::filesystem::path place;  ///< Where the clip is written.
+    std::filesystem::path place;  ///< The clip's file.
     std::string complaint;        ///< The last failure that was told.
 
    private:

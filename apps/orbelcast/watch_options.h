@@ -14,7 +14,7 @@ class App;
 
 namespace orbelcast {
 
-/// What `orbelcast watch` was asked to do.
+/// The options of `orbelcast watch`.
 struct WatchOptions {
   StreamOptions stream;
   PixelSize size{640, 480};                                  ///< The video area.
@@ -22,7 +22,7 @@ struct WatchOptions {
   std::optional<int> frames;                                 ///< End after that many pictures.
   std::optional<double> seconds;                             ///< End after that time.
   std::optional<double> time_out;                            ///< End after that time where no picture came.
-  std::filesystem::path picture;                             ///< Where the last picture goes; empty for nowhere.
+  std::filesystem::path picture;                             ///< The file for the last picture; empty for none.
   bool picture_as_sent = false;                              ///< As the server sent it, whatever the name ends in.
   std::optional<std::set<std::string, std::less<>>> events;  ///< The events to print; all where not given.
 };

@@ -12,7 +12,7 @@ namespace orbelcast {
 
 namespace {
 
-/// What a picture that is being looked at for motion may still take once it was drawn.
+/// The time given to the motion scan of the last picture, after it was drawn.
 constexpr std::chrono::milliseconds kSettle{20};
 
 }  // namespace

@@ -5,16 +5,16 @@
 #include <string>
 
 #include "common/exit_status.h"
+#include "interface/events.h"
 #include "orbelcast/watch_options.h"
 #include "stream/stream_host.h"
-#include "interface/events.h"
 
 namespace orbelcast {
 
 /// A host without a window that watches one camera, printing the viewer's events.
 class Watcher {
  public:
-  /// Prints events to `output`, one JSON object a line, and what people should know to `messages`.
+  /// Prints events to `output`, one JSON object a line, and messages for people to `messages`.
   Watcher(WatchOptions options, std::ostream& output, std::ostream& messages);
 
   /// Connects and watches until the options, a failure or a signal end it; writes the picture.

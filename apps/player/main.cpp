@@ -54,7 +54,7 @@ bool HasDescriptors() {
   return opened.size() == kLeastDescriptors;
 }
 
-/// What is wrong, for people; empty where the picture of the window is in the file.
+/// The reason of a failure, for people; empty where the picture of the window is in the file.
 std::string SaveScreenshot(QWidget& window, const std::string& file) {
   QByteArray png;
   QBuffer buffer(&png);
@@ -109,7 +109,7 @@ int Run(int argc, char** argv) {
   QApplication application(argc, argv);
   QApplication::setOrganizationName(QStringLiteral("Orbelcast"));
   QApplication::setApplicationName(QStringLiteral("Orbelcast"));
-  // Otherwise Qt writes it behind the title of every window.
+  // Otherwise Qt appends it to the title of every window.
   QApplication::setApplicationDisplayName(QString());
   // By it desktops find the icon and the name of the window's program.
   QGuiApplication::setDesktopFileName(QStringLiteral("orbelcast-player"));

@@ -9,20 +9,20 @@ class QPushButton;
 
 namespace orbelcast {
 
-/// A notice over the upper part of a window: that something is waited for, or what went wrong and what can be done. It
+/// A notice over the upper part of a window: that something is waited for, or a problem with advice. It
 /// covers a little of the window and moves nothing.
 class Notice final : public QFrame {
   Q_OBJECT
 
  public:
-  /// What is answered sooner needs no notice.
+  /// The delay before the notice of a request that is waited for; a faster answer needs none.
   static constexpr int kPatienceMilliseconds = 600;
 
   explicit Notice(QWidget* parent);
 
   /// Shows that `text` is going on.
   void ShowProgress(const QString& text);
-  /// Shows what went wrong, until it is dismissed or something else is shown.
+  /// Shows a problem, until it is dismissed or something else is shown.
   void ShowProblem(const QString& text);
   /// Takes the progress away; a problem stays.
   void EndProgress();

@@ -57,7 +57,7 @@ ServerAddress ParseServer(const std::string& text) {
   const std::size_t colon = text.rfind(':');
   const bool has_port = colon != std::string::npos && colon > 0 && colon + 1 < text.size() &&
                         text.find_first_not_of("0123456789", colon + 1) == std::string::npos;
-  // More than one colon is an IPv6 address, whose port stands behind its bracket.
+  // More than one colon is an IPv6 address, whose port follows its bracket.
   const bool bare_v6 = has_port && text.find(':') != colon && text[colon - 1] != ']';
   if (!has_port || bare_v6) return {.server = text, .port = {}};
   return {.server = text.substr(0, colon), .port = text.substr(colon + 1)};

@@ -15,7 +15,7 @@ class App;
 
 namespace orbelcast {
 
-/// What the player program was asked to do.
+/// The options of the player program.
 struct PlayerOptions {
   /// A camera server, as HOST or HOST:PORT: the player opens. Or the whole address of a picture, beginning with
   /// http://: the viewer alone opens. Empty: the player opens on `live_url` and `archive_url`.
@@ -24,7 +24,7 @@ struct PlayerOptions {
   Access access;
   std::optional<int> frame_rate;     ///< Pictures a second, 1 to 30; of the player 1 to 25.
   std::string size;                  ///< The window's, in pixels; empty is the one it had last, or the usual one.
-  std::string screenshot;            ///< Where a picture of the window goes at the end.
+  std::string screenshot;            ///< The file for a picture of the window at the end.
   std::optional<double> quit_after;  ///< Seconds.
   bool ask = false;                  ///< Ask the user for the camera where none is named.
 
@@ -57,13 +57,14 @@ struct ServerAddress {
   std::string port;  ///< Empty where none is named.
 };
 
-/// Takes HOST, HOST:PORT or [IPV6]:PORT apart. What is none of these, such as a host with a path, is all server.
+/// Takes HOST, HOST:PORT or [IPV6]:PORT apart. Any other text, such as a host with a path, is taken as the server as a
+/// whole.
 ServerAddress ParseServer(const std::string& text);
 
-/// What is wrong with a camera server's or a picture's address, for a person; empty where nothing is.
+/// The fault in a camera server's or a picture's address, for people; empty where there is none.
 std::string CameraProblem(const std::string& text);
 
-/// The address as a window may show it: without a user's name and password, wherever they stand.
+/// The address as a window may show it: without a user's name and password, in any part of it.
 QString ShownAddress(const std::string& address);
 
 /// Declares the options on `app`, filling `options` when it is parsed.

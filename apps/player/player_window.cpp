@@ -147,12 +147,12 @@ void PlayerWindow::TellOfDevice() {
   device_chosen_ = player_->Control().CamList.ListIndexChanged.Connect([this](int index) {
     if (index >= 0) notice_->Dismiss();
   });
-  // For whoever wrote the command line, too.
+  // On the terminal too, for the author of the command line.
   std::cerr << "orbelcast-player: there is no camera '" << Shown(device.toStdString()) << "'; 'orbelcast info "
             << Shown(place.toStdString()) << "' lists the ids of those there are\n";
 }
 
-// As a person would, once: what was not asked for by an option.
+// Chooses once, as a person would, what no option has chosen.
 void PlayerWindow::ChooseFirst() {
   UserControl1& player = player_->Control();
   if (std::exchange(chosen_, true)) return;
@@ -161,7 +161,7 @@ void PlayerWindow::ChooseFirst() {
 }
 
 void PlayerWindow::ShowTitle() {
-  // The system's own name. What the player falls back to is the address as it was given.
+  // The system's own name. Without one the player gives the address as it was typed.
   const QString name = player_->SystemName();
   const QString shown = name == player_->Server() ? ShownAddress(options_.camera) : name.left(kLongestTitle);
   setWindowTitle(shown.isEmpty() ? QStringLiteral("Orbelcast") : QStringLiteral("%1 – Orbelcast").arg(shown));

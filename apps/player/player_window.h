@@ -10,8 +10,8 @@
 
 namespace orbelcast {
 
-/// The player as a program's window. What a person must know of the server (that it is waited for, that it cannot be
-/// reached) stands in a notice of the window; the player says nothing of its own.
+/// The player as a program's window. A notice in the window tells of the server's state (waiting for it, why it cannot
+/// be reached), which the player itself does not show.
 class PlayerWindow final : public QMainWindow {
   Q_OBJECT
 
@@ -35,7 +35,7 @@ class PlayerWindow final : public QMainWindow {
   bool LacksDevice() const;
   void TellOfDevice();
   void ShowTitle();
-  /// What is wrong with the server, for a person; empty where nothing is.
+  /// The server's problem, for people; empty where there is none.
   QString Problem() const;
 
   PlayerOptions options_;

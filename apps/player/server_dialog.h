@@ -11,15 +11,15 @@ class QLineEdit;
 
 namespace orbelcast {
 
-/// Asks for what the command line did not name: a camera server or a picture's address, and who one is there. What was
-/// entered last is offered again, but for the password, which is kept nowhere.
+/// Asks for a camera server or a picture's address that the command line did not name, and for the login. The last
+/// entries are offered again, but for the password, which is stored nowhere.
 class ServerDialog final : public QDialog {
   Q_OBJECT
 
  public:
   explicit ServerDialog(const PlayerOptions& options);
 
-  /// Writes what was entered into `options`.
+  /// Writes the entries into `options`.
   void Fill(PlayerOptions& options) const;
 
   void accept() override;

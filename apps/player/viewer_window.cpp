@@ -124,7 +124,7 @@ void ViewerWindow::TimeFirstPicture() {
   const auto begin = std::chrono::steady_clock::now();
   first_picture_ = viewer_->Control().VideoStream.Visible.Changed.Connect([this, begin](bool visible) {
     if (!visible) return;
-    // What is painted now is on the screen when this call returns.
+    // Synchronous: the picture is on the screen when the call returns.
     viewer_->repaint();
     const std::chrono::duration<double, std::milli> wait = std::chrono::steady_clock::now() - begin;
     std::cout << "first picture after " << wait.count() << " ms" << std::endl;

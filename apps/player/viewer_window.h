@@ -10,8 +10,8 @@
 
 namespace orbelcast {
 
-/// One camera in a window, or a mosaic of several: the stream viewer fills it. What a person must know of the one
-/// camera (that it is waited for, that it cannot be seen and why) stands in a notice of the window.
+/// One camera in a window, or a mosaic of several: the stream viewer fills it. A notice in the window tells of a
+/// single camera's state: waiting for it, or why it cannot be seen.
 class ViewerWindow final : public QMainWindow {
   Q_OBJECT
 

@@ -58,7 +58,7 @@ constexpr std::array kRows{
     Row{kDamagedPicture, kAny, kNotReadable, "The picture at {address} is damaged.", kNoJpeg, kGiveAPicture},
 };
 
-/// The row of the failure; what a person can do about some is the same.
+/// The row of the failure; some failures share their advice.
 const Row& RowOf(const Failure& failure) {
   const bool no_answer = failure.kind == kUnreachable || failure.kind == kTimedOut || failure.kind == kCutShort;
   const FailureKind kind = no_answer ? kNoAnswer : failure.kind;

@@ -4,10 +4,10 @@
 
 #include "viewer/failure.h"
 
-/// Failures as people are told of them, and what they can do: the one table of that.
+/// The texts that tell people of failures, with advice: one table for all programs.
 namespace orbelcast {
 
-/// What the sentences name; what is left empty stands in none of those that are wanted.
+/// The names that the sentences mention. A member may be left empty where no sentence asked for mentions it.
 struct FailurePlace {
   std::string address{};  ///< The picture's address, as it may be shown.
   std::string server{};   ///< Its HOST or HOST:PORT.
@@ -15,10 +15,10 @@ struct FailurePlace {
 };
 
 struct FailureText {
-  std::string line;    ///< On a terminal, behind "no picture from ADDRESS: ".
+  std::string line;    ///< On a terminal, after "no picture from ADDRESS: ".
   std::string notice;  ///< In a window: a sentence or two.
   std::string found;   ///< As an examination's finding.
-  std::string advice;  ///< What to do after that.
+  std::string advice;  ///< The next thing to do.
 };
 
 FailureText TextOf(const Failure& failure, const FailurePlace& place = {});

@@ -62,7 +62,7 @@ void StreamHost::End() {
   end_.Complete();
 }
 
-// A new try, and a disconnection, forget what the last one met.
+// A new attempt, and a disconnection, reset the viewer's failure: the last one is kept here.
 void StreamHost::NoteFailure() {
   if (const Failure failure = viewer_->LastFailure(); failure.kind != FailureKind::kNone) failure_ = failure;
 }

@@ -16,7 +16,7 @@ namespace orbelcast {
 /// A host without a window: one viewer on a platform without a screen, which runs until it is time to end.
 class StreamHost {
  public:
-  /// kYielding: a request that the viewer sends in one go suspends the handler that sends it and nobody else.
+  /// kYielding: a request that the viewer sends in one go suspends only the handler that sends it.
   enum class Requests { kAsSent, kYielding };
   explicit StreamHost(Requests requests = Requests::kAsSent);
   ~StreamHost();
@@ -27,7 +27,7 @@ class StreamHost {
   const VideoServerPush& Viewer() const { return *viewer_; }
   /// The viewer's own services.
   Platform& Services() { return platform_; }
-  /// The services underneath: what is drawn by their decoder is none of the viewer's pictures.
+  /// The underlying services, whose decoder does not count its pictures as the viewer's.
   Platform& ServicesUnderneath() { return services_->Get(); }
   DrawnPictures& Pictures() { return pictures_; }
   const DrawnPictures& Pictures() const { return pictures_; }
@@ -44,15 +44,15 @@ class StreamHost {
   /// Why no picture has come, where none has; of the newest request that was answered or failed.
   Failure LastFailure() const { return failure_; }
 
-  /// Calls `begin`, then handles what comes until it is time to end. Ctrl-C is such a time.
+  /// Calls `begin`, then runs the loop until End or Ctrl-C.
   void Run(const std::function<void()>& begin);
-  /// It is time to end: Run returns soon. The first call alone does anything.
+  /// Makes Run return soon. Only the first call has an effect.
   void End();
   bool HasEnded() const { return end_.IsDone(); }
   /// Called by the first End, before Run returns.
   std::function<void()> on_end;
 
-  /// Handles what comes for a while.
+  /// Runs the loop for that time.
   void Pause(EventQueue::Nanoseconds time);
 
  private:

@@ -1,5 +1,5 @@
-// A dialog that was made in Qt Designer: a player beside a viewer. What the form says of the player (its server, port
-// and buttons) holds where the command line names nothing else.
+// A dialog that was made in Qt Designer: a player beside a viewer. The form's settings of the player (server, port and
+// buttons) hold where the command line gives no others.
 //
 //     cmake -S examples/form -B form && cmake --build form
 //     form/example-form [HOST PORT]
@@ -20,7 +20,7 @@ int main(int argc, char** argv) {
     form.player->setServer(arguments[1]);
     form.player->setPort(arguments[2]);
   }
-  // What no form should hold.
+  // A login, which no form should hold.
   form.player->setUsername(qEnvironmentVariable("ORBELCAST_USER"));
   form.player->setPassword(qEnvironmentVariable("ORBELCAST_PASSWORD"));
 

@@ -12,13 +12,13 @@
 ///
 /// Threads and the loop. Everything happens on the thread that made the first object, until all objects are released:
 /// from another one DllGetClassObject, and every method of IClassFactory, IDispatch, IConnectionPointContainer,
-/// IConnectionPoint, IControl and IHostServices, answer RPC_E_WRONG_THREAD. What only counts or reads may be called on
-/// any thread: QueryInterface, AddRef, Release, and the methods of IMemberList, IPicture, ISurface and IDataObject (the
-/// pixels of a surface not while a control may draw on it). An object whose last Release comes on another thread ends
-/// when its own one next calls into the library. Event sinks are called on the objects' thread alone. There are no
-/// threads of the library's own that a host could notice. Pictures arrive only while the message loop runs: inside
-/// IHostServices::RunLoop and HandleNext (a host with a loop of its own calls HandleNext(0) every 10 ms or so) and
-/// inside members that wait.
+/// IConnectionPoint, IControl and IHostServices, answer RPC_E_WRONG_THREAD. Methods that only count or read may be
+/// called on any thread: QueryInterface, AddRef, Release, and the methods of IMemberList, IPicture, ISurface and
+/// IDataObject (the pixels of a surface not while a control may draw on it). An object whose last Release comes on
+/// another thread ends when its own one next calls into the library. Event sinks are called on the objects' thread
+/// alone. There are no threads of the library's own that a host could notice. Pictures arrive only while the message
+/// loop runs: inside IHostServices::RunLoop and HandleNext (a host with a loop of its own calls HandleNext(0) every 10
+/// ms or so) and inside members that wait.
 ///
 /// Blocking. `Connect` waits for the server, at most about a minute. The player's `Connect2Server` and camera
 /// choices wait at most about ten seconds for each question to the server. Everything else returns at once, apart from
@@ -122,9 +122,9 @@ enum VariantType : std::uint16_t {
 
 /// A value. Set all bytes to 0 before use.
 ///
-/// Ownership. `owner` is what keeps the text, bytes or object alive. Null: whoever made the variant does, for as long
-/// as the call lasts that it was made for. Otherwise one reference is counted for this variant, and whoever holds the
-/// variant ends with Clear, which releases it. What a member returned is the caller's to clear; the arguments of an
+/// Ownership. `owner` is what keeps the text, bytes or object alive. Null: the variant's maker does, for as long
+/// as the call lasts that it was made for. Otherwise one reference is counted for this variant, and its holder
+/// ends with Clear, which releases it. A member's result is the caller's to clear; the arguments of an
 /// event belong to the control. To keep a value longer, copy it, or count a reference of your own (`owner->AddRef()`).
 ///
 /// A callee that writes through a reference clears what was there and puts its own value in its place.
@@ -225,7 +225,7 @@ struct IDispatch : IUnknown {
   ~IDispatch() = default;
 };
 
-// ---- What members there are -----------------------------------------------------------------------------------------
+// ---- Lists of members -----------------------------------------------------------------------------------------------
 
 enum MemberKind : std::uint16_t { kPropertyMember = 1, kMethodMember = 2, kEventMember = 3 };
 
@@ -311,7 +311,7 @@ struct PersistedProperty {
   const char* text;
 };
 
-/// The calls of a container, the window that a control stands on.
+/// The calls of a container, the window that a control is placed on.
 struct IControl : IUnknown {
   static constexpr Guid kId{0xdd06299a, 0xad7a, 0x4394, {0x86, 0x6a, 0x43, 0x5a, 0x5e, 0x2d, 0x1a, 0xbe}};
 
@@ -344,7 +344,7 @@ struct IPicture : IUnknown {
 struct ISurface : IPicture {
   static constexpr Guid kId{0x641f5119, 0x10aa, 0x4b44, {0x9e, 0xe1, 0x35, 0xb4, 0x8b, 0xde, 0xea, 0xd2}};
 
-  /// The number that stands for it as a device context (`RenderPicture`), until it is released. Never 0.
+  /// The number by which it is named as a device context (`RenderPicture`), until it is released. Never 0.
   virtual Result GetDeviceContext(std::int32_t* device_context) = 0;
 
  protected:

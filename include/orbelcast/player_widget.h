@@ -101,7 +101,7 @@ class PlayerWidget final : public QWidget {
 
   /// A player on services of the caller's, which outlive the widget; see QtPlatform.
   explicit PlayerWidget(Platform& platform, QWidget* parent = nullptr);
-  /// The control behind the widget.
+  /// The control that the widget shows.
   UserControl1& Control();
 
  public Q_SLOTS:

@@ -108,9 +108,9 @@ class VideoServerPushWidget : public QWidget {
 
   /// A viewer on services of the caller's, which outlive the widget; see QtPlatform.
   explicit VideoServerPushWidget(Platform& platform, QWidget* parent = nullptr);
-  /// Shows a viewer that somebody else made and sizes, such as a player.
+  /// Shows a viewer that another object, such as a player, made and sizes.
   VideoServerPushWidget(Platform& platform, std::shared_ptr<VideoServerPush> control, QWidget* parent);
-  /// The control behind the widget.
+  /// The control that the widget shows.
   VideoServerPush& Control();
 
  public Q_SLOTS:
@@ -163,7 +163,7 @@ class VideoServerPushWidget : public QWidget {
   void MouseDown(short Button);
   void RCQueryMethod(const QString& Rc_Query);
   void Plugin(const QString& Plugin);
-  /// `Data` is valid while the signal is told. `Effect` is the answer to the data's source: 0 none, 1 copy, 2 move.
+  /// `Data` is valid while the signal is emitted. `Effect` is the answer to the data's source: 0 none, 1 copy, 2 move.
   void OLEDragDrop(const QMimeData* Data, int& Effect, short Button, short Shift, float X, float y);
   void MotionArea(int X1, int Y1, int X2, int Y2);
   void MotionDetectedArea(short Area);

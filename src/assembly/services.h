@@ -12,7 +12,6 @@
 #include "adapters/posix/system_clock.h"
 #include "platform/platform.h"
 
-/// The one place where a set of services is chosen.
 namespace orbelcast {
 
 /// The services that are the same with and without a toolkit, on an event queue, screen, clipboard and dialogs of the
@@ -39,8 +38,8 @@ class Services {
   Services(const Services&) = delete;
   Services& operator=(const Services&) = delete;
 
-  /// Ends the handlers that still wait, while everything that they use is there. Called first by whoever adds services
-  /// of its own to these.
+  /// Ends the handlers that still wait, while everything that they use is there. Called first by an owner that adds
+  /// services of its own to these.
   void EndHandlers() { loop_.EndHandlers(); }
 
   Platform& Get() { return platform_; }

@@ -13,7 +13,7 @@
 
 namespace orbelcast::server {
 
-/// The classes, the platform that their controls run on, and the count of what is alive.
+/// The classes, the platform that their controls run on, and the count of living objects.
 ///
 /// Outlives every object that it made, and is outlived by its platform.
 class ControlServer final : public ObjectCount {
@@ -26,18 +26,18 @@ class ControlServer final : public ObjectCount {
   /// Gives the class factory of `class_id`, as the entry point does.
   Result GetClassObject(const Guid* class_id, const Guid* interface_id, void** object);
 
-  /// Nothing of it is in use: no object, no lock, and nobody is inside a handler of its loop.
+  /// Nothing of it is in use: no object, no lock, and no handler of its loop is running.
   bool Idle() const { return objects_ == 0 && locks_ == 0 && !platform_.loop.InHandler(); }
   /// Called whenever the last object or lock has gone, as the last thing: it may end the server.
   std::function<void()> OnUnused;
 
-  /// A control as hosts reach it; its last reference lets go of `control`, which is of that class.
+  /// A control as hosts reach it; its last reference releases `control`, which is of that class.
   Held<IDispatch> Host(const ControlClass& control_class, std::shared_ptr<void> control,
                        Raises raises = Raises::kEvents);
 
   Platform& GetPlatform() { return platform_; }
 
-  // ---- What its objects hand on to their hosts --------------------------------------------------------------------
+  // ---- Host services of its objects -------------------------------------------------------------------------------
 
   bool OnOwnThread() const override { return std::this_thread::get_id() == thread_; }
   void EndLater(std::function<void()> end) override;

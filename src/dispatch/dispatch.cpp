@@ -33,7 +33,7 @@ std::int32_t ArgumentId(std::span<const ArgumentEntry> arguments, std::string_vi
   return kUnknownId;
 }
 
-/// Whether an argument counts as left out: marked so itself, or a reference to what is.
+/// Whether an argument counts as left out: marked so itself, or a reference to a variable that is.
 bool IsMissing(const Variant& argument) {
   const bool refers = argument.type == kReference && argument.reference != nullptr;
   return (refers ? *argument.reference : argument).type == kMissing;
@@ -62,7 +62,7 @@ class BoundArguments {
 
   std::span<ArgumentValue> Values() { return values_; }
 
-  /// Puts what the member changed into the variables that were given by reference.
+  /// Writes the member's changes into the variables that were given by reference.
   void WriteBack(ObjectCount& count) {
     for (std::size_t i = 0; i < values_.size(); ++i) {
       if (entries_[i].by_value || given_[i] == nullptr || given_[i]->type != kReference) continue;
@@ -134,7 +134,7 @@ Result CallMethod(void* control, const MethodEntry& method, const Arguments& arg
   return S_OK;
 }
 
-/// An event's argument while a sink has it: what the sink finds, and how what it left there goes back to the control.
+/// An event's argument as a sink gets it, and the way back of the sink's changes to the control.
 class RaisedArgument {
  public:
   RaisedArgument(const EventArgument& value, const ArgumentEntry& entry, ObjectCount& count)

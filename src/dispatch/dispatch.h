@@ -6,7 +6,6 @@
 #include "interface/member.h"
 #include "orbelcast/orbelcast.h"
 
-/// From a late-bound call to the table's entry and back: names to ids, arguments to their types, results to variants.
 namespace orbelcast::server {
 
 /// IDispatch::GetIDsOfNames of a control with that interface.

@@ -7,7 +7,7 @@
 
 namespace orbelcast::server {
 
-/// An object that has what class factories and controls have in common: the message loop and the list of members.
+/// The common base of class factories and controls: the message loop and the list of members.
 template <typename First, typename... Interfaces>
 class HostObject : public Object<First, Interfaces..., IHostServices, IMemberList> {
   using Base = Object<First, Interfaces..., IHostServices, IMemberList>;

@@ -23,7 +23,7 @@ class ObjectCount {
   virtual void ObjectGone() = 0;
 };
 
-/// Runs an entry point's work: what it throws becomes a result code.
+/// Runs an entry point's work: an exception becomes a result code.
 template <typename Work>
 Result Guarded(Work work) noexcept {
   try {

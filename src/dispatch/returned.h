@@ -10,7 +10,7 @@
 #include "toolkit/controls.h"
 #include "toolkit/surface.h"
 
-/// Results of members, as objects that the host ends.
+/// Results of members, as objects that the host releases.
 namespace orbelcast::server {
 
 /// A text in memory of its own.

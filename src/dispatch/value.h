@@ -42,7 +42,7 @@ Result FromVariant(const Variant& variant, ValueType type, ArgumentValue& value)
 /// A variant of the value's own type. Its text lives in `value`.
 Variant BorrowingVariant(const ArgumentValue& value);
 
-/// Puts `value` into a variable of the caller's: in the variable's own type where that can hold it. What was there is
+/// Puts `value` into a variable of the caller's: in the variable's own type where that can hold it. The former value is
 /// cleared. A text gets an owner made by `own`.
 template <typename OwnText>
 void WriteBack(const ArgumentValue& value, Variant& variable, OwnText own);

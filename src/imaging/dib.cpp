@@ -12,7 +12,7 @@ namespace {
 constexpr std::int16_t kBitmapMark = 19778;  ///< "BM" as a little-endian number.
 constexpr std::size_t kFileHeaderBytes = 14;
 constexpr std::size_t kInfoHeaderBytes = 40;
-/// What a packed DIB's file header records: one byte more than the headers and the pixels have.
+/// Added to the pixels' size as a packed DIB's recorded file size: one byte more than the headers have.
 constexpr std::int32_t kPackedOverhead = 55;
 
 /// Reads little-endian numbers one after another; past the end they keep what they had.

@@ -10,9 +10,9 @@ namespace orbelcast {
 /// One device-independent bitmap in the layout of a BMP file: file header, information header and colour table, pixels.
 ///
 /// A plain value holder: nothing is drawn or converted. It is filled from a BMP file or from a packed DIB in memory (an
-/// information header with the pixels right behind it) and writes itself back as a BMP file. A method answers true when
-/// it reached its end; what could not be read meanwhile (a file that ends early, a header that promises more than there
-/// is) is simply missing from the arrays, so callers check the sizes that they need. Nothing throws.
+/// information header with the pixels right after it) and writes itself back as a BMP file. A method answers true when
+/// it reached its end; bytes that could not be read (a file that ends early, a header that promises more than there is)
+/// are missing from the arrays, so callers check the sizes that they need. Nothing throws.
 class cDIB {
  public:
   /// Loads a BMP file. False where there is none or it does not begin with "BM". No more bytes are allocated than the
@@ -23,7 +23,7 @@ class cDIB {
   /// even then. Bytes that `packed` does not hold are missing from the pixels.
   bool CreateFromPackedDIBPointer(std::span<const std::uint8_t> packed);
 
-  /// Writes the three parts as they stand, over an existing file in place: the tail of a longer one remains.
+  /// Writes the three parts unchanged, over an existing file in place: the tail of a longer one remains.
   bool WriteToFile(const std::string& Filename) const;
 
   std::int32_t BitCount() const { return InfoHeader.biBitCount; }

@@ -15,13 +15,13 @@ struct Box {
 /// Size of the three motion pictures in pixels.
 inline constexpr int kMotionPictureWidth = 89;
 inline constexpr int kMotionPictureHeight = 82;
-/// How far the motion overlay stands out of the control's top-left corner, in pixels.
+/// The width of the motion overlay's part outside the control's top and left edges, in pixels.
 inline constexpr int kMotionPictureMargin = 5;
 
-/// Where a hidden thumbnail goes, given the overlay's size in twips as it is at that moment.
+/// The place of a hidden thumbnail, given the overlay's current size in twips.
 Box ThumbnailBox(float overlay_width, float overlay_height, TwipsScale scale);
 
-/// Where the motion overlay goes: the top-left corner, its first five rows and columns outside.
+/// The place of the motion overlay: the top-left corner, its first five rows and columns outside.
 Box OverlayBox(TwipsScale scale);
 
 /// A box of the given size in the middle of an area; outside it where the area is smaller.

@@ -10,9 +10,9 @@ namespace orbelcast {
 
 namespace {
 
-/// Pixels between two samples, and the side of the square that one sample stands for.
+/// Pixels between two samples, and the side of the square that one sample represents.
 constexpr int kStep = 4;
-/// The grid ends before these coordinates. Its last rows lie below the 82 rows of the thumbnails, where all is level 0.
+/// The grid ends before these coordinates. Its last rows are below the 82 rows of the thumbnails, where all is level 0.
 constexpr int kGridWidth = 92;
 constexpr int kGridHeight = 96;
 /// Side of a zone is 20 pixels; zones count row by row, five a row.
@@ -45,7 +45,7 @@ bool IsFullPicture(const MotionSettings& settings) {
 }
 
 Watch WatchByRectangle(const MotionSettings& settings, int x, int y) {
-  // The bottom edge takes no part: what lies below it is watched.
+  // The bottom edge is not compared: pixels below it are watched.
   const bool outside = x <= settings.MotionArea_x1 || x >= settings.MotionArea_x2 || y <= settings.MotionArea_y1;
   if (!outside) return Watch::kWatched;
   return y >= settings.MotionArea_Y2 || !IsFullPicture(settings) ? Watch::kExcluded : Watch::kOutside;

@@ -9,7 +9,7 @@
 
 namespace orbelcast {
 
-/// What motion detection goes by. Read anew at each sample: a host may change it in the middle of a scan.
+/// Settings of motion detection. Read anew at each sample: a host may change them in the middle of a scan.
 struct MotionSettings {
   bool MotionByZones = false;
   std::string MotionString;        ///< One character a zone, zones 1 to 25; "0" excludes it.
@@ -20,7 +20,8 @@ struct MotionSettings {
   std::int32_t Threshold = 0;  ///< Grey difference in percent of 256 from which a sample is motion, 0 to 255.
 };
 
-/// Where a scan found motion, in thumbnail pixels. X1 is the column of the first sample found, not the leftmost one.
+/// The place where a scan found motion, in thumbnail pixels. X1 is the column of the first sample found, not the
+/// leftmost one.
 struct MotionFound {
   std::int32_t X1 = -1;
   std::int32_t Y1 = -1;
@@ -34,7 +35,7 @@ struct MotionFound {
 /// Grey level, 0 to 254, of a colour as Surface::Point gives it; 0 for a pixel outside the picture.
 std::int32_t GrayLevel(Color color);
 
-/// The threshold that a sensitivity in percent stands for. `sensitivity` becomes 100 minus itself (limited to 100
+/// The threshold for a sensitivity in percent. `sensitivity` becomes 100 minus itself (limited to 100
 /// first).
 std::int32_t MotionThreshold(std::int32_t& sensitivity);
 

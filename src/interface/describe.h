@@ -13,10 +13,8 @@
 #include "interface/member.h"
 #include "toolkit/signal.h"
 
-/// Declarations of members, and the entries that are derived from them at compile time.
-///
-/// A declaration names a member once, with a pointer to it; types, references, results and calls follow from that
-/// member's own type. A declaration that does not fit its member does not compile.
+/// Declarations of members, and the entries that are derived from them. A declaration that does not fit its member does
+/// not compile.
 namespace orbelcast::interface {
 
 template <typename T>

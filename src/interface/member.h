@@ -33,14 +33,14 @@ using EventArgument = std::variant<bool*, std::int16_t*, std::int32_t*, float*, 
 struct EventEntry;
 using EventListener = std::function<void(const EventEntry& event, std::span<const EventArgument> arguments)>;
 
-// The entries of a class's members. Every name and text is a literal, so a 0 stands behind it. `control` is a pointer
+// The entries of a class's members. Every name and text is a literal, so a 0 follows it. `control` is a pointer
 // to an object of the class that the entry belongs to; a call through an entry may end the control.
 
 struct ArgumentEntry {
   std::string_view name;
   ValueType type;
   bool optional = false;
-  bool by_value = false;  ///< All others are references: what a callee writes, the caller sees.
+  bool by_value = false;  ///< All others are references: the caller sees what a callee writes.
 };
 
 struct PropertyEntry {
@@ -49,7 +49,7 @@ struct PropertyEntry {
   ValueType type;
   std::string_view text;  ///< Its meaning with its unit, for people: one or more sentences.
   ResultValue (*get)(void* control);
-  /// Leaves in `value`, which is of the property's type, what the control made of it. Null where it can only be read.
+  /// Leaves the control's corrected value in `value`, which is of the property's type. Null for a read-only property.
   void (*put)(void* control, ArgumentValue& value);
 
   constexpr bool Writable() const { return put != nullptr; }
@@ -61,7 +61,7 @@ struct MethodEntry {
   std::span<const ArgumentEntry> arguments;
   ValueType result;
   std::string_view text;
-  /// `arguments` are of the types of the entry's, none left out; what the method writes to them stays.
+  /// `arguments` are of the types of the entry's, none left out; the method's changes to them stay.
   ResultValue (*call)(void* control, std::span<ArgumentValue> arguments);
 };
 

@@ -14,7 +14,7 @@ using Control = UserControl1;
 
 inline constexpr std::tuple kProperties{
     ReadOnly("SystemName", 0x6803002b, &Control::SystemName,
-             "What the server calls itself; its address where it did not say."),
+             "The name that the server gives itself; its address where it gave none."),
     Property(
         "ShowExtendedFeatures", 0x6803002c, &Control::ShowExtendedFeatures, &Control::ShowExtendedFeatures,
         "Whether the toolbar has its extended buttons: log, alerts, inputs and outputs, message, several cameras.")};

@@ -6,7 +6,7 @@
 namespace orbelcast {
 
 /// One tile, in pixels of the area. Where the side of the grid does not divide the area, the tiles' rounded sizes leave
-/// a margin or stand out of it by less than half a pixel a tile.
+/// a margin or exceed it by less than half a pixel a tile.
 struct MosaicTile {
   std::int32_t x = 0;
   std::int32_t y = 0;
@@ -17,7 +17,7 @@ struct MosaicTile {
   std::int32_t requested_height = 0;
 };
 
-/// What a camera is asked for at most.
+/// The largest picture that a camera is asked for.
 inline constexpr std::int32_t kMaxRequestedWidth = 320;
 inline constexpr std::int32_t kMaxRequestedHeight = 200;
 

@@ -11,8 +11,8 @@
 namespace orbelcast {
 
 /// The parameters of a video stream, set before its first sample. The buffer size that its header suggests to players
-/// is the largest frame's, which whoever writes the file knows at its end; where key frames stand is the compression's
-/// affair.
+/// is the largest frame's, which the writer of the file knows at its end; the compression decides which frames are key
+/// frames.
 struct AviStreamInfo {
   std::int32_t scale = 1;  ///< `rate` / `scale` frames a second.
   std::int32_t rate = 1;
@@ -41,7 +41,7 @@ class AviFile {
   /// Writes one picture at a position counted from 0. Positions only grow; one that is skipped is an empty frame, which
   /// players show as the picture before it. A picture of another size than the format's is fitted into it.
   virtual bool Write(std::int32_t position, const AviSample& sample) = 0;
-  /// Finishes and closes the file. What was written stays.
+  /// Finishes and closes the file. The frames written stay.
   virtual void Release() = 0;
 };
 

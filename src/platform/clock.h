@@ -14,7 +14,7 @@ struct LocalTime {
   bool operator==(const LocalTime&) const = default;
 };
 
-/// The wall clock, for people. What paces and times out goes by EventQueue::Now, which never jumps.
+/// The wall clock, for people. Pacing and time-outs use EventQueue::Now, which never jumps.
 class Clock {
  public:
   virtual ~Clock() = default;

@@ -7,7 +7,7 @@ namespace orbelcast {
 
 class Surface;
 
-/// The surfaces that a host lends for drawing, each under the number that stands for its device context.
+/// The surfaces that a host lends for drawing, each under the number of its device context.
 class DeviceContexts {
  public:
   /// Gives `surface`, which stays the host's and where it is until Remove, a number (never 0).

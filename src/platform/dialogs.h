@@ -8,8 +8,8 @@ namespace orbelcast {
 
 /// The questions that a control asks a person. Each waits for its answer, letting the message loop run.
 ///
-/// This one is a program's without a screen: nobody answers, so every dialog is cancelled at once, a message box that
-/// asks is answered No and one that tells OK.
+/// This class itself serves programs without a screen: every dialog is cancelled at once, a message box that asks is
+/// answered No, and one that informs is answered OK.
 class Dialogs {
  public:
   struct SaveRequest {

@@ -9,8 +9,8 @@ namespace orbelcast {
 
 /// A received body: bytes that are never copied and never change once they are handed out.
 ///
-/// Copying a FrameBytes shares the bytes. Two of them with the same non-zero serial hold the same bytes, so whoever
-/// decodes can tell that it has decoded these already. An empty one has serial 0.
+/// Copying a FrameBytes shares the bytes. Two of them with the same non-zero serial hold the same bytes, so a
+/// decoder can tell that it has decoded these already. An empty one has serial 0.
 class FrameBytes {
  public:
   using Storage = std::vector<std::uint8_t>;

@@ -11,7 +11,7 @@
 
 namespace orbelcast {
 
-/// The status of an answer that has what was asked for.
+/// The status of a successful answer.
 inline constexpr int kHttpOk = 200;
 
 /// Why an exchange ended without an answer.
@@ -21,12 +21,12 @@ enum class HttpFailure {
   kTimedOut,     ///< One of the limits ran out.
   kCutShort,     ///< The connection ended before the answer was complete, or what came is no answer within the limits.
   kAborted,      ///< By `Abort`.
-  kOther,        ///< Too many redirects, no memory, and what else there is.
+  kOther,        ///< Too many redirects, no memory, and all others.
 };
 
 /// One HTTP exchange after another with one server, as the controls make them.
 ///
-/// A request is in one of five states, and each step says what it moves:
+/// A request is in one of five states, and each step says its transitions:
 ///
 ///   closed      no address: nothing was opened, or the last `Open` was refused
 ///   opened      `Open` took an address, nothing was sent yet
@@ -35,21 +35,21 @@ enum class HttpFailure {
 ///   failed      it ended without one
 ///
 /// Nothing here throws. Each step returns whether it worked; one that is refused returns false and changes nothing but
-/// what its description says, so a caller may go on with its next step. The address goes out byte for byte: nothing is
+/// as its description says, so a caller may go on with its next step. The address goes out byte for byte: nothing is
 /// escaped, nothing normalised. An address, header or credential that holds a control character (CR, LF and NUL among
 /// them) is refused, so nothing that is typed can add a header line.
 ///
-/// Redirects are followed (at most ten, http and https only; what proves who asks stays with the server that was
-/// asked); connections are kept open and shared by all requests.
+/// Redirects are followed (at most ten, http and https only; credentials are sent to the server that was asked
+/// alone); connections are kept open and shared by all requests.
 class HttpRequest {
  public:
   virtual ~HttpRequest() = default;
 
   /// From any state to opened, or to closed where method or address are refused. Either way an exchange that is under
-  /// way ends without an answer, and whoever waits for it is woken with false. Headers, credentials and the exchange's
+  /// way ends without an answer, and its waiter is woken with false. Headers, credentials and the exchange's
   /// own limit are forgotten, time-outs kept. With `async` false `Send` blocks the thread until the exchange has ended.
   virtual bool Open(std::string_view method, std::string_view url, bool async = false) = 0;
-  /// Adds a header to what is sent next, or replaces the one of that name. Refused while closed.
+  /// Adds a header to the next request, or replaces the one of that name. Refused while closed.
   virtual bool SetRequestHeader(std::string_view name, std::string_view value) = 0;
   /// Sent when the server asks for them (Basic or Digest), and from then on at once. `flags` 0: for the server itself,
   /// anything else is refused. Refused while closed.
@@ -76,8 +76,8 @@ class HttpRequest {
 
   /// HTTP status of the answer; 0 in every state but answered. Reading changes nothing, here and below.
   virtual int Status() = 0;
-  /// Why there is no answer: of a request that failed what ended the exchange, of one whose address was refused
-  /// kUnreachable, else kNone.
+  /// Why there is no answer: the cause of the exchange's end for a request that failed, kUnreachable for one whose
+  /// address was refused, else kNone.
   virtual HttpFailure Failure() = 0;
   /// The value of a header of the answer, blanks around it removed; empty where it, or the answer, is absent. Names
   /// match in any letter case; the first of several wins. Valid until the next `Open` or `Send`.
@@ -88,11 +88,11 @@ class HttpRequest {
   /// The body of the answer, shared; empty without one. May be read again.
   virtual FrameBytes ResponseBody() = 0;
 
-  /// Ends the exchange that is under way, which fails, and wakes whoever waits for it. Harmless in any other state.
+  /// Ends the exchange that is under way, which fails, and wakes its waiter. Harmless in any other state.
   virtual void Abort() = 0;
 };
 
-/// Passes everything on to another request object; what is derived from it changes a step or two.
+/// Passes everything on to another request object; a derived class changes a step or two.
 class ForwardingHttpRequest : public HttpRequest {
  public:
   explicit ForwardingHttpRequest(std::shared_ptr<HttpRequest> request) : request_(std::move(request)) {}
@@ -144,7 +144,7 @@ namespace http_limits {
 inline constexpr std::size_t kMaxBodyBytes = 64u * 1024 * 1024;
 /// Some hundred headers of a usual length; real cameras send a dozen.
 inline constexpr std::size_t kMaxHeaderBytes = 256u * 1024;
-inline constexpr int kMaxRedirects = 10;  ///< What browsers and libraries allow is of that order.
+inline constexpr int kMaxRedirects = 10;  ///< Of the order that browsers and libraries allow.
 }  // namespace http_limits
 
 }  // namespace orbelcast

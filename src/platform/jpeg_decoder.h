@@ -50,7 +50,7 @@ class JpegDecoder {
   virtual std::optional<Size> SizeOf(const FrameBytes& jpeg) = 0;
 };
 
-/// Passes everything on to another decoder, which outlives it; what is derived from it changes a step or two.
+/// Passes everything on to another decoder, which outlives it; a derived class changes a step or two.
 class ForwardingJpegDecoder : public JpegDecoder {
  public:
   explicit ForwardingJpegDecoder(JpegDecoder& decoder) : decoder_(decoder) {}

@@ -49,14 +49,14 @@ class Completion {
 
 /// The one loop that everything runs on, as the controls see it.
 ///
-/// A handler is what the world starts: a timer tick, a click, a list choice, a mouse press. `RunHandler` starts it on a
-/// stack of its own, so a `Yield` or `Wait` inside it suspends that handler alone while every other one goes on. Only
+/// A handler is started from outside: by a timer tick, a click, a list choice, a mouse press. `RunHandler` starts it on
+/// a stack of its own, so a `Yield` or `Wait` inside it suspends that handler alone while every other one goes on. Only
 /// on the host's own stack (a host that calls a method and expects it done) does a wait handle the queue itself.
 class MessageLoop {
  public:
   virtual ~MessageLoop() = default;
 
-  /// Timers, sockets and posted calls. What they call runs on the loop's stack: short work that never yields or waits;
+  /// Timers, sockets and posted calls. Their callbacks run on the loop's stack: short work that never yields or waits;
   /// anything else goes through RunHandler.
   virtual EventQueue& Queue() = 0;
 
@@ -64,8 +64,8 @@ class MessageLoop {
   /// exception that leaves a handler is swallowed: nothing crosses the loop.
   virtual void RunHandler(std::function<void()> handler) = 0;
 
-  /// Calls `action` and returns when every handler that it started has ended, waiting where one of them does: what a
-  /// person's click sets going has then happened. A loop without stacks of their own has nothing to wait for.
+  /// Calls `action` and returns when every handler that it started has ended, waiting where one of them does: the
+  /// effects of a person's click are complete then. A loop without stacks for handlers has nothing to wait for.
   virtual void RunToEnd(const std::function<void()>& action) { action(); }
 
   /// Handlers that have begun and not ended, and whether the caller is one of them.
@@ -75,7 +75,7 @@ class MessageLoop {
   /// Lets everything that is due be handled, then returns. Cheap when the queue was looked at just now.
   virtual void Yield() = 0;
 
-  /// Returns once `completion` is done, handling what comes meanwhile. Returns early when the loop is being destroyed.
+  /// Returns once `completion` is done, running the loop meanwhile. Returns early when the loop is being destroyed.
   virtual void Wait(Completion& completion) = 0;
 };
 

@@ -35,7 +35,7 @@ struct Platform {
   AviFiles& avi_files;
   const Configuration& configuration;
 
-  /// The same services with another one in place of its kind: what is counted, faked or forwarded.
+  /// The same services with one of them replaced, to count, fake or forward its calls.
   Platform With(MessageLoop& other) const {
     return {other,    clock,     screen,          text_mapper, files,   http,      jpeg_decoder,
             pictures, clipboard, device_contexts, registry,    dialogs, avi_files, configuration};

@@ -30,7 +30,7 @@ struct AlertsWindow final : Window {
   ListBox AlertList;
   ListBox OutList;
   Button Activate;
-  Button OutToogle;  ///< Its tag is what OutToogleOff's request begins with, too.
+  Button OutToogle;  ///< Its tag begins OutToogleOff's request, too.
   Button OutToogleOff;
 
   std::vector<NamedChild> Children() override;

@@ -12,8 +12,8 @@ ArchiveControls::ArchiveControls(PlayerChildren& children, PlayerLife& life, Pla
   }
 }
 
-// The bandwidth is shown while the one picture is on its way. A press while another one's picture is waited for finds
-// it forced on: what the first of them found is what the last one to end brings back.
+// The bandwidth is shown while the single picture is requested. A press during another one's request finds it forced
+// on: the last press to end restores the state that the first one found.
 void ArchiveControls::ShowArchiveEnd(ArchiveStep end, bool bandwidth_was_shown) {
   if (archive_ends_awaited_++ == 0) bandwidth_before_archive_end_ = bandwidth_was_shown;
   const bool alive = stream_.ShowBandwidth(true) && stream_.Archive(end, true);

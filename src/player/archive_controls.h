@@ -10,7 +10,7 @@
 
 namespace orbelcast {
 
-/// The toolbar's buttons that move through the camera's archive, and the boxes that show where it stands.
+/// The toolbar's buttons that move through the camera's archive, and the boxes that show its current date and time.
 class ArchiveControls {
  public:
   /// All outlive this object.

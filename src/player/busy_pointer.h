@@ -4,7 +4,7 @@
 
 namespace orbelcast {
 
-/// A mouse pointer that is an hourglass as long as somebody is busy, and the usual one otherwise.
+/// A mouse pointer that is an hourglass as long as anything is waited for, and the usual one otherwise.
 class BusyPointer {
  public:
   static constexpr int kDefault = 0;

@@ -12,7 +12,8 @@ void CameraList::Clear() {
   CamLive.assign(1, {});
 }
 
-// A camera without a name is not shown; its place in the arrays stays, so those behind it follow one later.
+// A camera without a name is not shown; its place in the arrays stays, so that the cameras after it have
+// an index there that is one higher than in the list.
 void CameraList::Fill(std::string_view lines) {
   ForEachLine(lines, [&](std::size_t k, const std::vector<std::string_view>& fields) {
     CamDevice.resize(k + 1);

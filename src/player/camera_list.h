@@ -10,8 +10,8 @@
 
 namespace orbelcast {
 
-/// The server's cameras: their names in the list that the user sees, and what they are asked by. Cameras are numbered
-/// as the list's items are, from 0.
+/// The server's cameras: their names in the list that the user sees, and the addresses of their pictures. Cameras are
+/// numbered as the list's items are, from 0.
 class CameraList {
  public:
   /// Both outlive this object.

@@ -8,7 +8,7 @@
 
 namespace orbelcast {
 
-/// Shows what the player shows over the whole screen.
+/// Shows the player's stream or mosaic over the whole screen.
 class FullScreenCommand {
  public:
   /// All outlive this object.

@@ -23,8 +23,8 @@ VideoServerPush& FullScreenWindow::Viewer() {
   return *vs;
 }
 
-// Starts the stream anew at each size: what was fetched for another one would be shown stretched until the next
-// picture.
+// Starts the stream anew at each size: the last picture, of another size, would be shown stretched until the next
+// one.
 void FullScreenWindow::Form_Resize() {
   const std::weak_ptr<VideoServerPush> mine = vs;
   if (!vs) return;

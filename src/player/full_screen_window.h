@@ -11,7 +11,7 @@ namespace orbelcast {
 
 /// Shows one stream, or several cameras together, over the whole screen until a mouse button is pressed on it.
 ///
-/// Its tag says what to show: an address, or "*" and the text that VideoServerPush::MultiCamView takes. That starts
+/// Its tag names the stream: an address, or "*" and the text that VideoServerPush::MultiCamView takes. That starts
 /// whenever the window has got a size, so again at each later one.
 struct FullScreenWindow final : Window {
   FullScreenWindow(Platform& platform, PlayerLife& life);
@@ -22,7 +22,7 @@ struct FullScreenWindow final : Window {
 
   /// Makes the viewer, where there is none.
   VideoServerPush& Viewer();
-  /// It was made. Who listens to it from here on is told of its events before the window acts on them.
+  /// The viewer was made. A listener that subscribes to it here gets its events before the window acts on them.
   Signal<VideoServerPush&> ViewerMade;
 
  protected:

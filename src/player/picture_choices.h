@@ -9,14 +9,14 @@
 
 namespace orbelcast {
 
-/// The lists of frame rates and of picture sizes and qualities. What is chosen is kept in the registry.
+/// The lists of frame rates and of picture sizes and qualities. The choices are kept in the registry.
 class PictureChoices {
  public:
   /// All outlive this object.
   PictureChoices(PlayerChildren& children, Registry& registry, PlayerLife& life, PlayerStream& stream,
                  ToolbarCommands& toolbar);
 
-  /// Fills both lists and chooses what is kept.
+  /// Fills both lists and restores the kept choices.
   void Initialize();
 
  private:

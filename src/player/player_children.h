@@ -15,7 +15,7 @@ namespace orbelcast {
 struct CommonDialog {
   std::string DialogTitle;
   std::string Filter;
-  std::string FileName;  ///< What was chosen last.
+  std::string FileName;  ///< The last choice.
 };
 
 /// The child controls that the player is made of, at the positions that they were designed at. Positions are those in
@@ -37,7 +37,7 @@ struct PlayerChildren {
   ComboBox CamList;
   Frame PlayerControls;           ///< The toolbar: holds all that follow down to Label1.
   std::array<TextBox, 6> TCR;     ///< Year, month, day, hour, minute, second of the archive's position.
-  std::array<Button, 18> Player;  ///< 11 to 15 and 17 lie inside Frame1.
+  std::array<Button, 18> Player;  ///< 11 to 15 and 17 are inside Frame1.
   Frame Frame1;
   ComboBox FrameRate;
   ComboBox Resolution;

@@ -21,7 +21,7 @@ class PlayerLife {
   PlayerLife(const PlayerLife&) = delete;
   PlayerLife& operator=(const PlayerLife&) = delete;
 
-  /// The player was made; `memory` is what holds it.
+  /// The player was made; `memory` refers to it.
   void Begin(std::weak_ptr<const void> memory) { memory_ = std::move(memory); }
   /// The host has released the player.
   void End() { ended_ = true; }

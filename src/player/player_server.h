@@ -17,12 +17,12 @@ class PlayerServer {
   /// Both outlive this object.
   PlayerServer(Platform& platform, BusyPointer& pointer) : platform_(platform), questions_(pointer) {}
 
-  /// Turns to a server, a host or host:port; empty is none. Port and login stay what they were. What the server before
-  /// was asked is void; what is returned is current as long as no other one was turned to.
+  /// Turns to a server, a host or host:port; empty is none. Port and login are kept. Questions to the
+  /// former server are void; the result is current until the next call.
   ServerQuestions::Server TurnTo(std::string server);
   /// The port (empty: addresses carry none) and the login from now on.
   void LogIn(std::string port, std::string user_name, std::string password);
-  /// The player has ended: what was asked is void.
+  /// The player has ended: every question is void.
   void End() { questions_.TurnToServer(); }
 
   /// The name that the server gives itself; its address where it gave none.
@@ -34,12 +34,12 @@ class PlayerServer {
   std::string CommandBase() const;
   std::string LiveUrlOf(const std::string& live_base) const;
 
-  /// Asks the server as one question; nothing where that does not hold any more.
+  /// Asks the server as one question; nothing where the question was voided meanwhile.
   std::optional<ServerInfo> Ask(InfoMode mode);
   /// Asks `address` for its cameras as Ask does, and takes on the name that it gives itself.
   std::optional<ServerInfo> AskForCameras(std::string address);
-  /// Sends a command as one question, by way of the relay service where its address names an account. False where that
-  /// does not hold any more; the command is not sent then, unless it was already.
+  /// Sends a command as one question, by way of the relay service where its address names an account. False where it
+  /// was voided meanwhile; the command is not sent then, unless it was already.
   bool SendByRelay(HttpRequest& request, const std::string& url);
 
   ServerQuestions& Questions() { return questions_; }

@@ -13,7 +13,7 @@ namespace orbelcast {
 /// The stream that the player has its viewer show: the current camera's live pictures or archive, in the size and
 /// quality that was chosen.
 ///
-/// A step returns false where the host has released the player before or meanwhile; whoever called ends then.
+/// A step returns false where the host has released the player before or meanwhile; the caller ends then.
 class PlayerStream {
  public:
   /// Both outlive this object. `vs` becomes null when the player has ended.

@@ -5,10 +5,10 @@
 
 namespace orbelcast {
 
-/// A choice of picture size and quality: what the user reads, and what the server is asked for.
+/// A choice of picture size and quality: the text for the user, and the code for the server.
 struct PictureQuality {
   std::string_view text;
-  std::string_view code;  ///< Empty: the choice asks for nothing of its own, and what was asked before stays.
+  std::string_view code;  ///< Empty: the choice asks for nothing of its own, and the code before it stays.
 };
 
 /// The choices in the list's order. Those of 352 × 288 ask for 640 × 480, and those of 640 × 480 for nothing: servers

@@ -11,7 +11,7 @@ namespace orbelcast {
 
 namespace {
 
-/// Adds a line's name to the list, with the state that the line tells. What is not told counts as on.
+/// Adds a line's name to the list, with the state in the line. A missing state counts as on.
 void AddWithState(ListBox& list, const std::vector<std::string_view>& fields) {
   if (fields.size() < 2) return;
   const bool off = fields.size() > 2 && fields[2] == "0";

@@ -8,14 +8,14 @@
 
 namespace orbelcast {
 
-/// The player's own requests to its server, of which it makes one at a time: the camera list, and the questions behind
-/// the toolbar's buttons and the alerts window's.
+/// The player's own requests to its server, of which it makes one at a time: the camera list, and the requests of the
+/// toolbar's and the alerts window's buttons.
 ///
 /// A question lasts from the press that begins it until its answer was taken, a relay look-up before it and a text that
-/// is typed for it included. While one is under way, whoever would begin another drops the press. A player that turns
-/// to another server drops nothing: what was asked before is void, its answer is not looked at, and the place is free.
+/// is typed for it included. While one is under way, a press that would begin another is dropped. A player that turns
+/// to another server voids the earlier question: its answer is not looked at, and the next one may begin.
 ///
-/// Requests that block the thread let nobody press meanwhile; for those that let the loop run this is what keeps two
+/// Requests that block the thread allow no press meanwhile; for those that let the loop run, this class keeps two
 /// handlers from taking each other's answers.
 class ServerQuestions {
  public:
@@ -23,8 +23,8 @@ class ServerQuestions {
 
   explicit ServerQuestions(BusyPointer& pointer) : pointer_(pointer) {}
 
-  /// The player turns to a server, or ends: every question so far is void. What is returned is current as long as no
-  /// other one was turned to.
+  /// The player turns to a server, or ends: every question so far is void. The result is current until the
+  /// next call.
   Server TurnToServer() {
     under_way_ = 0;
     Wait(-waiting_);
@@ -51,7 +51,7 @@ class ServerQuestions {
     /// False once the player has turned to another server or ended: the question ends without another step.
     bool Holds() const { return server_.IsCurrent(); }
 
-    /// Calls `ask`, which returns when the server has answered or will not, and returns what it does. The pointer shows
+    /// Calls `ask`, which returns when the server has answered or will not, and returns its result. The pointer shows
     /// that it is waited for.
     template <typename Ask>
     std::invoke_result_t<Ask> WaitFor(Ask ask) const {

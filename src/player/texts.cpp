@@ -50,7 +50,7 @@ std::size_t LineBreakBeforeLast(std::size_t count, std::string_view text) {
   return at;
 }
 
-/// The newest lines of a log, its last, as many as are shown. They begin behind all of the line breaks before them, so
+/// The newest lines of a log, its last, as many as are shown. They begin after all of the line breaks before them, so
 /// that two belong together as they do in the whole.
 std::string_view NewestOf(std::string_view log) {
   std::string_view newest = log.substr(log.size() - std::min(log.size(), player_limits::kMaxLogBytes));

@@ -17,12 +17,12 @@ void ForEachLine(std::string_view lines,
 /// Adds an item that the server names, as long as the list holds fewer than player_limits::kMaxListItems.
 void AddShown(ItemList& list, std::string text);
 
-/// The text with "+" turned into a blank and "%" with the two characters behind it into the byte of that hexadecimal
-/// number; 0 where they are none. A "%" with fewer behind it stays.
+/// The text with "+" turned into a blank and "%" with the two characters after it into the byte of that hexadecimal
+/// number; 0 where they are none. A "%" with fewer after it stays.
 std::string UrlDecode(std::string_view text);
 
 /// A server's activity log as it is shown: a tab for every comma, one line break for two. Of a long one the newest
-/// lines are shown, behind a first line that says so, and long lines are cut; see player_limits::kMaxLogBytes and the
+/// lines are shown, after a first line that says so, and long lines are cut; see player_limits::kMaxLogBytes and the
 /// next two.
 std::string LogText(std::string_view text);
 

@@ -34,7 +34,8 @@ class ToolbarCommands {
   ToolbarCommands(const ToolbarCommands&) = delete;
   ToolbarCommands& operator=(const ToolbarCommands&) = delete;
 
-  /// Runs the command of a button, toolbar::kStop for instance. Any other number does what precedes every command.
+  /// Runs the command of a button, toolbar::kStop for instance. Any other number only runs the step before every
+  /// command.
   void Player_Click(std::int16_t Index);
   /// Runs the last command again.
   void Repeat() { Player_Click(LastCommand); }

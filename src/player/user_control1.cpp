@@ -123,7 +123,7 @@ void UserControl1::ReadServer(const PropertyBag& bag) {
   const std::string port = Stored(bag, "Port");
   server_.LogIn(port, Stored(bag, "Username"), Stored(bag, "Password"));
   CamList.Visible = true;
-  // The colon stands there without a port too.
+  // With the colon even where the port is empty.
   LoadCameraList(server + ":" + port);
 }
 

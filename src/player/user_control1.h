@@ -51,28 +51,16 @@ class UserControl1 : public PlayerChildren {
 
   // ---- Interface --------------------------------------------------------------------------------------------------
 
-  /// Begins a clip: asks for a file and a compression, then takes a picture at each `StreamInfo` of the viewer. Ends a
-  /// clip that is being recorded. Where an answer is cancelled, or there is no picture, none begins.
+  // Each member's meaning is in its interface's description, interface/user_control1_interface.h.
+
   void AviStart();
-  /// Ends the clip and tells "Total frames" in a message box: the clip's next position, one more than its pictures. The
-  /// box is shown where none is being recorded, too.
   void StopAvi();
-  /// Takes `l` as the camera's live address and `i` as its archive address, each beginning with "http://", and shows
-  /// the live stream.
   void RefreshURLs(const std::string& l, const std::string& i);
-  /// Whether the children follow the control's size, from the next resize on.
   void DoResize(bool X) { layout_.Freeze(!X); }
-  /// Loads the camera list of a server, a host or host:port; the port that was set before is forgotten. Waits for the
-  /// answer, at most 10 seconds for the connection and 10 for the answer. A server that does not answer gives an empty
-  /// list; an empty `xServer` changes nothing but what the host has kept. A newer call takes over: what an older one,
-  /// or a button of the toolbar, still waits for is not looked at any more.
   void Connect2Server(std::string xServer, std::string xUsername, std::string xPassword);
-  /// The name that the server gives itself; its address where it gave none.
   std::string SystemName() const { return server_.SystemName(); }
-  /// Whether the toolbar has its extended buttons: log, alerts, inputs and outputs, message, several cameras.
   bool ShowExtendedFeatures() const { return layout_.ShowExtendedFeatures(); }
   void ShowExtendedFeatures(bool value);
-  /// Opens the chooser of cameras, a modal window, and shows those that were chosen together.
   void SetMultiCams();
 
   // ---- For the container and front ends ---------------------------------------------------------------------------

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-/// The limits to what is read of a camera server's answer, however much it sends.
+/// The limits on how much of a camera server's answer is read.
 namespace orbelcast::protocol_limits {
 
 /// Bytes of an information text. Ten thousand cameras with their names and addresses take a quarter of it.

@@ -24,8 +24,8 @@ std::string LookupRelayAddress(HttpRequestFactory& http, const Configuration& co
 /// `url` with the account's server in place of the relay service and the account; empty where the service does not
 /// answer with status 200. Any other address comes back as it is, without a request.
 ///
-/// Replaced is what is written as `Configuration::relay_host` is, letter by letter; the look-up itself takes any letter
-/// case, so an address in another one comes back unchanged after it.
+/// The replacement compares with `Configuration::relay_host` letter by letter; the look-up itself takes any letter
+/// case, so an address in another case comes back unchanged after it.
 std::string ResolveRelayUrl(HttpRequestFactory& http, const Configuration& configuration, std::string_view url,
                             std::int32_t time_out);
 

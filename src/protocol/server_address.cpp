@@ -51,7 +51,7 @@ std::string LiveStreamAddress(std::string_view live_address, std::string_view qu
 
 std::string MosaicTileAddress(std::string_view live_address, int width, int height) {
   const std::int64_t area = std::int64_t{width} * height;
-  // Beyond what a mosaic asks for the code stands alone, as the server's own viewers send it.
+  // Above a mosaic's largest tile: a fixed code, as the server's own viewers send it.
   if (area > 64000) return "0320x0200055";
   std::string_view quality = "050";
   if (area <= 20000) quality = "070";

@@ -16,7 +16,7 @@ std::string Authority(std::string_view server, std::string_view port);
 std::string LoginBase(std::string_view server, std::string_view port, std::string_view user_name,
                       std::string_view password);
 
-/// Asks what the server is: `address` is a host, or host:port; a "/" at its end is not doubled.
+/// The request for the server's information: `address` is a host, or host:port; a "/" at its end is not doubled.
 std::string ServerInformationAddress(std::string_view address);
 
 // ---- Pictures -----------------------------------------------------------------------------------------------------
@@ -27,7 +27,7 @@ std::string PictureCode(int width, int height, std::string_view quality);
 /// The suffix of an address that says which picture is wanted: "?live-special" and the picture code.
 std::string QualitySuffix(std::string_view picture_code);
 
-/// A camera's live picture, without the suffix. `live_base` is what the server named the camera's base.
+/// A camera's live picture, without the suffix. `live_base` is the camera's, as the server's information has it.
 std::string LiveAddress(std::string_view live_base, std::string_view user_name, std::string_view password);
 
 /// The stream of a camera's live pictures.
@@ -42,9 +42,9 @@ std::string MosaicTileAddress(std::string_view live_address, int width, int heig
 /// The beginning of archive commands; they add their parameters directly.
 std::string ArchiveAddress(std::string_view login_base, std::string_view device);
 
-/// A step from where the archive stands; the value is the command's letter.
+/// A step from the archive's current position; the value is the command's letter.
 enum class ArchiveStep : char { kTop = 'T', kReversePlay = 'R', kPlay = 'F', kEnd = 'B' };
-/// The suffix stands behind "Quality=", so the address holds a second "?".
+/// The suffix follows "Quality=", so the address holds a second "?".
 std::string ArchiveStepAddress(std::string_view archive_address, ArchiveStep step, std::string_view quality_suffix);
 
 /// A date and time as it was typed.

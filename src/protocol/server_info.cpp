@@ -13,7 +13,7 @@ namespace {
 constexpr int kNoAnswer = 404;
 constexpr std::string_view kUserAgent = "HOLMVANE SOFTWARE";
 constexpr std::string_view kMarker = "RDXVIEWER";
-/// The port of a camera server behind the relay, unless the relay names one.
+/// The port of a camera server reached by the relay, unless the relay names one.
 constexpr std::string_view kRelayPort = "1001";
 
 /// The server's address in place of the account's; empty where the relay service does not tell it.

@@ -47,12 +47,12 @@ struct ServerInfo {
 /// The lines that `ServerInfo::Lines` is to hold. With any other value the lines are not looked at.
 enum class InfoMode : int { kCameras = 1, kAlerts = 2, kAllLines = 3 };
 
-/// Asks the server at `address` (a host, host:port, either behind "http://", or a relay account's address) what it is.
+/// Asks the server at `address` (a host, host:port, either after "http://", or a relay account's address) what it is.
 /// Blocks the thread until the answer is there or one of the time-outs has ended it: `time_out` (milliseconds, 0 is
 /// none) limits resolving, connecting, sending and the answer, each. Asking the relay service has no limit.
 ///
-/// `user_name` and `password` are sent with the request where either is not empty. Never fails: what went wrong shows
-/// in the record.
+/// `user_name` and `password` are sent with the request where either is not empty. Never fails: the record tells what
+/// went wrong.
 ServerInfo QueryServerInfo(HttpRequestFactory& http, const Configuration& configuration, std::string_view address,
                            std::string_view user_name, std::string_view password, std::int32_t time_out, InfoMode mode);
 

@@ -5,10 +5,8 @@
 #include <string_view>
 #include <vector>
 
-/// The camera server's language: command addresses, the server information request, info text, Base64, relay lookup.
-///
-/// Texts are bytes. What is typed by a user goes out as it stands; what comes from a server is taken apart by its
-/// separators and never trusted to be anything.
+/// Texts are bytes. A user's texts are sent unchanged; a server's are split at their separators, and nothing else is
+/// assumed of them.
 namespace orbelcast {
 
 /// The separator of the lines of an info text, of a list made from it and of a mosaic's camera list.
@@ -37,7 +35,7 @@ class Parts {
 
   /// Sets `part` to the next one; false when there is none.
   bool Next(std::string_view& part);
-  /// The text behind the last separator that was met.
+  /// The text after the last separator that was met.
   std::string_view Rest() const { return at_end_ ? std::string_view() : rest_; }
 
  private:

@@ -11,7 +11,7 @@ namespace {
 constexpr const char* kTitle = "AVI Maker";
 /// Of a picture in a clip: one of 8K, 7680 × 4320, is as large as players take.
 constexpr std::int64_t kMaxPixels = 7680LL * 4320;
-/// What a BMP file has before its information header.
+/// The size of a BMP file's header, before its information header.
 constexpr std::size_t kFileHeaderBytes = 14;
 
 bool HasContent(const std::string& path) {
@@ -44,7 +44,7 @@ void ClipRecorder::AviStart() {
   const auto choice = platform_.dialogs.ChooseCompression({.codecs = platform_.avi_files.Codecs()});
   if (ended_) return;
   if (!choice) return Release();
-  // The file may be gone: the host may stop what has not begun, while the dialog waits.
+  // The file may be gone: the host may stop the clip while the dialog waits.
   if (!file_ || !file_->MakeCompressedStream(*choice)) return Fail("Can't make compressed stream.");
   if (!file_->SetFormat(bitmap.PointerToBitmapInfo())) return Fail("Can't select AVI format.");
 

@@ -15,7 +15,7 @@
 
 namespace orbelcast {
 
-/// Records what a viewer shows into an AVI clip: one picture each time its host says so.
+/// Records a viewer's pictures into an AVI clip: one picture each time its host says so.
 ///
 /// The control that owns a recorder calls `AviStart` and `StopAvi` from handlers of the message loop (both ask people
 /// questions, and wait for the answers), `WriteFrame` on each of its viewer's StreamInfo events, and `End` when its
@@ -26,7 +26,7 @@ namespace orbelcast {
 /// bottom.
 class ClipRecorder {
  public:
-  /// What the recorder is told by the control that owns it. All three are set.
+  /// The recorder's questions to the control that owns it. All three are set.
   struct Host {
     /// The picture to record, the one that the viewer's SaveImage would save.
     std::function<ShownPicture()> TakePicture;
@@ -47,15 +47,15 @@ class ClipRecorder {
 
   /// Starts a clip: asks for its name and its compression, and takes a first picture for its size. While a clip is
   /// recorded it stops that one instead. A failing step is told in a message box and leaves the recorder idle, with
-  /// what it has opened still open until the next clip or StopAvi.
+  /// its file still open until the next clip or StopAvi.
   void AviStart();
   /// Ends the clip: tells the number of the next position, then closes the file. Without a clip it tells all the same.
   void StopAvi();
   /// Writes the picture of this moment at the next position; nothing while no clip is recorded. A picture that cannot
-  /// be loaded is the one before once more; what else fails is skipped, and the position moves on. True when the clip
-  /// has one picture more.
+  /// be loaded is the one before once more; any other failing step is skipped, and the position moves on. True when the
+  /// clip has one picture more.
   bool WriteFrame();
-  /// Skips to `position`, if the next one lies before it: the positions between are empty frames.
+  /// Skips to `position`, if the next one is before it: the positions between are empty frames.
   void SkipTo(std::int32_t position);
   /// The host has released the control: closes the file and asks nothing more.
   void End();
@@ -80,7 +80,7 @@ class ClipRecorder {
   PictureBox& Conv;
   Host host_;
 
-  Surface loaded_;  ///< What the next picture is decoded into.
+  Surface loaded_;  ///< The target that the next picture is decoded into.
   std::unique_ptr<AviFile> file_;
   bool recording_ = false;
   std::int32_t frame_index_ = 0;

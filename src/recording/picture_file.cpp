@@ -32,7 +32,7 @@ void DeleteFile(const std::string& path) {
 
 bool WriteFile(const std::string& path, std::span<const std::uint8_t> bytes) {
   std::error_code ignored;
-  if (std::filesystem::is_fifo(path, ignored)) return false;  // Opening one waits for whoever reads it.
+  if (std::filesystem::is_fifo(path, ignored)) return false;  // Opening one waits for a reader.
   std::ofstream file(path, std::ios::binary | std::ios::trunc);
   if (!file) return false;
   file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));

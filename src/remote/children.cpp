@@ -143,7 +143,7 @@ Child FindChild(const std::vector<NamedChild>& children, std::string_view name, 
   child.name = path;
   const ChildControl* visited = AsChildControl(*found);
   child.hidden = visited != nullptr && !visited->Visible;
-  // Its container may lie in another one.
+  // Its container may have one itself.
   for (const ChildControl* outer = found->inside; outer != nullptr && !child.hidden;) {
     child.hidden = !outer->Visible;
     const auto next = std::find_if(children.begin(), children.end(),

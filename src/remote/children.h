@@ -9,10 +9,9 @@
 #include "toolkit/controls.h"
 #include "toolkit/surface.h"
 
-/// Child controls as a script reaches them: what they show, and what a person does to them.
 namespace orbelcast {
 
-/// A child control under the path that the script gave, and whether it is hidden: itself, or what it lies in.
+/// A child control under the path that the script gave, and whether it or its container is hidden.
 struct Child : NamedChild {
   bool hidden = false;
 };
@@ -35,7 +34,7 @@ bool WatchPlace(ChildControl& place, std::string_view field, std::function<void(
 bool WatchChild(const ChildReference& child, std::string_view field, std::function<void(Json value)> changed);
 
 // A person's actions. Each throws ScriptError where a person could not do it: the child is of another kind, hidden
-// (itself or what it lies in) or disabled. `child` names it for the message.
+// (itself or its container) or disabled. `child` names it for the message.
 
 void ClickChild(const Child& child);
 /// Chooses these items: of a list that allows several, exactly these.

@@ -45,7 +45,7 @@ Json EventToJson(const EventEntry& event, std::string_view control, std::span<co
 Json NumberToJson(float number) {
   if (!std::isfinite(number)) return nullptr;
   if (std::trunc(number) == number && std::abs(number) <= kExactWhole) return static_cast<std::int32_t>(number);
-  // The shortest digits that give this float; read as a double they are printed as they stand.
+  // The shortest digits that give this float; read as a double they are printed unchanged.
   std::array<char, 32> digits{};
   const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
   double value = number;

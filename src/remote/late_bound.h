@@ -22,10 +22,10 @@ class LateBound {
   explicit LateBound(server::Held<server::IDispatch> kept) : kept_(std::move(kept)), control_(*kept_.Get()) {}
 
   Json Get(const std::string& property);
-  /// Writes the property; gives what the caller's variable, which had the property's type, holds afterwards.
+  /// Writes the property; returns the caller's variable, of the property's type, as the control left it.
   Json Put(const std::string& property, const std::string& word);
-  /// Calls the method with what the words say; `device_context` gives the number that a surface's name stands for. What
-  /// it returns.
+  /// Calls the method with the words as arguments, and returns its result; `device_context` gives the number of a
+  /// surface by its name.
   Json Call(const std::string& method, std::vector<std::string> words,
             const std::function<std::optional<std::int32_t>(const std::string& name)>& device_context);
 

@@ -21,7 +21,7 @@ void CheckOneOf(const std::string& answer, const std::vector<std::string>& possi
   throw ScriptError("'" + answer + "' is no answer to it; there are " + Joined(possible));
 }
 
-/// Adds what the dialog has; an empty text is something that it does not have.
+/// Adds a field of the dialog, unless it is empty.
 void AddText(Json& line, const char* field, const std::string& text) {
   if (!text.empty()) line[field] = text;
 }

@@ -13,7 +13,7 @@
 
 namespace orbelcast {
 
-/// The questions of the controls, answered from what the script said beforehand and told as JSON.
+/// The questions of the controls, answered from the script's prepared answers and printed as JSON.
 ///
 /// A dialog whose kind has no answer waiting is cancelled: a message box that asks is answered No, one that tells OK.
 class ScriptDialogs final : public Dialogs {

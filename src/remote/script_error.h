@@ -4,7 +4,7 @@
 
 namespace orbelcast {
 
-/// A command that is wrong; the text tells the person what is.
+/// A wrong command; the text names the error for people.
 struct ScriptError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };

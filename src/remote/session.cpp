@@ -168,7 +168,7 @@ void Session::PrintError(const std::string& text, int line) {
   Print({{"error", text}, {"line", line}});
 }
 
-// ---- What the controls do -------------------------------------------------------------------------------------------
+// ---- Controls and their events --------------------------------------------------------------------------------------
 
 void Session::Adopt(const std::string& name, const HostControl& control) {
   const Subject subject{control.Viewer(), control.Player(), nullptr};
@@ -230,7 +230,7 @@ void Session::EventCame(const Json& line) {
   }
   for (const Reaction& reaction : due) Execute(reaction.words, reaction.line);
 
-  // Now only: who waits for an event goes on when the host is through with it.
+  // Last: a wait for an event goes on when the host has handled it.
   for (Wait& wait : waits_) {
     if (wait.came && wait.event == event) wait.over.Complete();
   }

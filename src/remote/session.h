@@ -19,14 +19,14 @@
 
 namespace orbelcast {
 
-/// A host application that does what lines of text say, and tells what the controls do as JSON lines.
+/// A host application that is driven by lines of text, and prints the controls' events and answers as JSON lines.
 ///
 /// Each line is carried out as a handler of its own, so that one that waits (for a stream, for a window that it opened)
 /// can be suspended while the next lines act on the window. The session's memory stays until its last handler has
 /// returned.
 class Session : public std::enable_shared_from_this<Session> {
  public:
-  /// The front end's side: what it does with the session's output.
+  /// The front end's functions for the session's output.
   struct FrontEnd {
     std::function<void(const Json& line)> print;
     /// Writes a picture under the name that a line gave. Throws ScriptError where that cannot be.
@@ -38,7 +38,7 @@ class Session : public std::enable_shared_from_this<Session> {
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
-  /// Begins to carry out a line; `number` is told with its errors. What is returned becomes true when it is done.
+  /// Begins to carry out a line; its errors mention `number`. The result becomes true when the line is done.
   std::shared_ptr<const bool> Begin(const std::string& line, int number);
   /// A window that a line has opened, once each: lines that act on it are to come before the line that opened it is
   /// done. Null where there is none.
@@ -56,7 +56,7 @@ class Session : public std::enable_shared_from_this<Session> {
   struct HostSurface;
   /// A `run` or an `until` in progress.
   struct Wait {
-    std::string event;  ///< What `until` waits for; empty for `run`.
+    std::string event;  ///< The event that `until` waits for; empty for `run`.
     bool came = false;
     Completion over;
   };
@@ -138,7 +138,7 @@ class Session : public std::enable_shared_from_this<Session> {
   bool wrong_ = false;
   bool silent_ = false;    ///< The session has ended.
   int line_ = 0;           ///< The line whose command begins.
-  std::list<Wait> waits_;  ///< What `run` and `until` wait for.
+  std::list<Wait> waits_;  ///< The pending `run` and `until`.
   std::list<Reaction> reactions_;
   std::list<OpenWindow> windows_;  ///< The open ones, the newest last.
   server::ControlServer server_;

@@ -33,7 +33,7 @@ char TakeEscape(std::string_view& rest) {
   }
 }
 
-/// Appends what stands up to the closing quote, the opening one being behind us.
+/// Appends the text up to the closing quote; the opening one has been consumed.
 void TakeQuoted(std::string_view& rest, std::string& word) {
   while (!rest.empty()) {
     const char next = Take(rest);

@@ -15,7 +15,7 @@
 #include "toolkit/twips.h"
 
 /// The `On…` members (a user's click, press, drop or menu choice) start a handler of the message loop by themselves and
-/// may be empty. The fonts are named where a front end must know them. Texts are UTF-8 at best: what a server sent is
+/// may be empty. The fonts are named where a front end must know them. Texts are UTF-8 at best: a server's are
 /// bytes of unknown quality, which a front end shows as well as it can.
 namespace orbelcast {
 
@@ -78,9 +78,9 @@ struct Label : ChildControl {
 
 struct Frame : ChildControl {};
 
-/// A picture that can be drawn on. What is drawn stays.
+/// A picture that can be drawn on. The drawing is kept.
 ///
-/// Its surface has the box's size in pixels, and follows the size: what was drawn stays at the top-left corner, new
+/// Its surface has the box's size in pixels, and follows the size: the drawing stays at the top-left corner, new
 /// parts have the background colour. It takes memory from the first time on that it is drawn on or looked at.
 struct PictureBox : ChildControl {
   Property<Color> BackColor{Rgb(255, 255, 255)};
@@ -99,7 +99,7 @@ struct PictureBox : ChildControl {
 
   /// Brings back the background colour everywhere.
   void Cls() { Sized().Fill(BackColor); }
-  /// Tells the front end to paint what was drawn.
+  /// Tells the front end to paint the drawing.
   void Refresh() { Refreshed(); }
   Signal<> Refreshed;
 
@@ -122,7 +122,7 @@ struct PictureBox : ChildControl {
 struct Image : ChildControl {
   /// The picture; set with `SetPicture`, which tells `PictureChanged`.
   const Surface& Picture() const { return *picture_; }
-  /// `picture` is not null; it may be shared, so nobody draws on it any more.
+  /// `picture` is not null; it may be shared, so it must not be drawn on any more.
   void SetPicture(std::shared_ptr<const Surface> picture) {
     picture_ = std::move(picture);
     PictureChanged();
@@ -243,16 +243,16 @@ using ChildReference = std::variant<Label*, Frame*, PictureBox*, Image*, Timer*,
 struct NamedChild {
   std::string name;
   ChildReference control;
-  /// The child control that it lies in, which hides it when it is hidden; null for one that lies in the control itself.
+  /// Its container, which hides it when hidden itself; null where that is the control.
   const ChildControl* inside = nullptr;
 };
 
 /// A window of its own, made of child controls. `Width` and `Height` are its inner size.
 ///
 /// `ShowModal` opens it and waits; a front end that listens to `Opened` shows it, and calls `Close` when the user
-/// closes it by its close box. Where no front end listens, nobody could close it: ShowModal then returns at once.
+/// closes it by its close box. Where no front end listens it could not be closed: ShowModal then returns at once.
 ///
-/// A window that was unloaded is as it was made: what its children showed is gone when it is opened again.
+/// Unloading resets a window: its children's contents are gone when it is opened again.
 struct Window : ChildControl {
   Window() { Visible = false; }
   virtual ~Window() = default;
@@ -281,7 +281,7 @@ struct Window : ChildControl {
   Signal<> Closed;
 
  protected:
-  /// Brings the children back to what they were when the window was made.
+  /// Resets the children to their state when the window was made.
   virtual void Load() {}
 
  private:

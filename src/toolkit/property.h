@@ -6,7 +6,7 @@
 
 namespace orbelcast {
 
-/// A value that tells whoever listens when it changes: once, from this one place, and only when it did change.
+/// A value that notifies its listeners when it changes: once for each change, and only for real changes.
 ///
 /// Reads like a plain value: `lStatus.Caption = text; if (VideoStream.Visible) …`.
 template <typename T>
@@ -16,7 +16,7 @@ class Property {
   explicit Property(T value) : value_(std::move(value)) {}
   Property(const Property&) = delete;
 
-  /// Sets the value and tells the listeners the new one. Setting the value it has tells nobody.
+  /// Sets the value and notifies the listeners, unless it has this value already.
   Property& operator=(T value) {
     if (value_ == value) return *this;
     value_ = std::move(value);
@@ -25,7 +25,7 @@ class Property {
   }
   Property& operator=(const Property& other) { return *this = other.value_; }
 
-  // Implicit, so that a child control's field is used as the plain value that it stands for.
+  // Implicit, so that a child control's field is used as the plain value.
   operator const T&() const { return value_; }
   const T& Get() const { return value_; }
 

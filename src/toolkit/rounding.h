@@ -7,7 +7,7 @@
 namespace orbelcast {
 
 /// Rounds to the nearest integer, ties to even, whatever rounding mode the host has set. Values beyond 32 bits are
-/// limited; what is not a number gives 0.
+/// limited; NaN gives 0.
 inline std::int32_t RoundToEven(double value) {
   if (!(value > std::numeric_limits<std::int32_t>::min())) {
     return std::isnan(value) ? 0 : std::numeric_limits<std::int32_t>::min();

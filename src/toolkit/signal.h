@@ -46,11 +46,11 @@ class Connection {
   std::uint64_t id_ = 0;
 };
 
-/// Something that tells whoever listens. Listeners are called in the order in which they came.
+/// A list of listeners to be notified together, in the order in which they were added.
 ///
 /// A listener may add and remove listeners (itself too) and may destroy the signal while it is being told: one that is
-/// removed is not called any more, one that is added is called from the next time on. Telling allocates nothing. What a
-/// listener throws ends that listener alone: whoever tells goes on with its next step.
+/// removed is not called any more, one that is added is called from the next time on. Telling allocates nothing. A
+/// listener's exception ends that listener alone: the notifier goes on with its next step.
 template <typename... Args>
 class Signal {
  public:

@@ -35,7 +35,7 @@ inline std::atomic<std::int64_t> pixels_in_use = 0;
 /// Memory for pixels, which begin 16 bytes beside a 32-byte boundary.
 ///
 /// Vector code that finds its output aligned tends to write it past the processor's caches. A picture is read again at
-/// once (for its thumbnail, by whoever paints it): decoding 640 × 480 pixels takes a tenth less this way, reading them
+/// once (for its thumbnail, and to be painted): decoding 640 × 480 pixels takes a tenth less this way, reading them
 /// afterwards half.
 template <typename T>
 struct PixelAllocator {
@@ -61,12 +61,12 @@ struct PixelAllocator {
 
 /// A picture in memory: rows from the top, each pixel 32 bits.
 ///
-/// A pixel is the number 0xAARRGGBB in the machine's byte order (on a little-endian machine the bytes B, G, R, A): what
-/// front ends and image libraries take as it is. Surfaces that are shown are opaque (A = 255); only pictures that are
-/// drawn onto others, such as icons, have transparent pixels. Coordinates are pixels. Drawing outside is clipped.
+/// A pixel is the number 0xAARRGGBB in the machine's byte order (on a little-endian machine the bytes B, G, R, A): the
+/// format that front ends and image libraries take. Surfaces that are shown are opaque (A = 255); only pictures that
+/// are drawn onto others, such as icons, have transparent pixels. Coordinates are pixels. Drawing outside is clipped.
 ///
-/// The memory is one block, so a front end may show it without a copy. It is kept while the size stays, unless somebody
-/// exchanges it (Swap; a decoder puts a whole picture there that way). `Block` and `revision` let a front end, or a
+/// The memory is one block, so a front end may show it without a copy. It is kept while the size stays, unless it is
+/// exchanged (Swap; a decoder puts a whole picture there that way). `Block` and `revision` let a front end, or a
 /// decoder, notice that the picture it knew is gone or was drawn on.
 class Surface {
  public:

@@ -13,7 +13,7 @@ inline constexpr int kVersionRevision = 0;
 inline std::string VersionText() {
   return std::to_string(kVersionMajor) + "." + std::to_string(kVersionMinor) + "." + std::to_string(kVersionRevision);
 }
-/// Shown behind the version, in UTF-8.
+/// Shown after the version, in UTF-8.
 inline constexpr std::string_view kLegalNotice = "Copyright © 2026 The Orbelcast authors";
 
 }  // namespace orbelcast

@@ -9,7 +9,8 @@ namespace orbelcast {
 
 namespace {
 
-/// A character at the beginning of a text: its bytes and its number. What is no UTF-8 is a byte that stands for itself.
+/// A character at the beginning of a text: its bytes and its number. A byte that is not UTF-8 is a character of its
+/// own.
 struct Character {
   std::size_t bytes = 1;
   std::uint32_t code = 0;

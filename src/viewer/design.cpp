@@ -12,12 +12,12 @@ namespace orbelcast {
 
 namespace {
 
-/// What the reference thumbnail and the overlay show before the first scan.
+/// The colour of the reference thumbnail and the overlay before the first scan.
 constexpr Color kUnseen = Rgb(64, 64, 64);
 constexpr Color kStripColor = Rgb(255, 255, 192);
 /// The strip's height by design, in twips; it gets its 26 pixels when the control is made.
 constexpr float kStripDesignHeight = 375;
-/// Where the strip's two lines of text begin, beside the icons, and their height in twips.
+/// The left edge of the strip's two lines of text, beside the icons, and their height, in twips.
 constexpr float kStripTextLeft = 870;
 constexpr float kStripLineHeight = 195;
 constexpr int kDummyInterval = 500;

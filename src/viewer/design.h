@@ -6,7 +6,7 @@ namespace orbelcast {
 
 class VideoServerPush;
 
-/// Gives the viewer's children what they have by design, before anything runs: places, colours, fonts, pictures,
+/// Sets the design values of the viewer's children, before anything runs: places, colours, fonts, pictures,
 /// captions and intervals.
 void ApplyDesign(VideoServerPush& viewer, const Platform& platform);
 

@@ -16,7 +16,7 @@ enum class FailureKind {
   kDamagedPicture,  ///< One that is a picture, but ends early or cannot be decoded.
 };
 
-/// The newest failure of a viewer as a value: what its status texts and events say in words.
+/// The newest failure of a viewer as a value: the status texts and events describe it in words.
 struct Failure {
   FailureKind kind = FailureKind::kNone;
   int status = 0;  ///< The answer's HTTP status where that is the failure (kStatus); else 0.
@@ -24,7 +24,7 @@ struct Failure {
   bool operator==(const Failure&) const = default;
 };
 
-/// What kept `request` from being answered with status 200. `worked`: whether each of its steps did.
+/// The reason why `request` has no answer of status 200. `worked`: whether each of its steps succeeded.
 Failure FailureOf(HttpRequest& request, bool worked);
 
 }  // namespace orbelcast

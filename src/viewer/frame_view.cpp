@@ -54,7 +54,7 @@ bool FrameView::Draw(bool with_thumbnail) {
   return true;
 }
 
-// An answer that was no good has failed by that, whatever its body is.
+// A failed answer keeps its failure, whatever its body is.
 void FrameView::NoteDrawing(bool drawn) {
   if (drawn) {
     failure_ = {};

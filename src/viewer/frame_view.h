@@ -31,9 +31,9 @@ class FrameView {
   /// Its body as received.
   const FrameBytes& Newest() const { return FrameBuffer; }
   void Take(HttpRequest& request) { FrameBuffer = request.ResponseBody(); }
-  /// What the newest request failed with, or its picture.
+  /// The failure of the newest request, or of its picture.
   Failure LastFailure() const { return failure_; }
-  /// Notes what `request` failed with, if it did; `worked`: whether each of its steps did.
+  /// Notes the failure of `request`, if it failed; `worked`: whether each of its steps did.
   void NoteAnswer(HttpRequest& request, bool worked) { failure_ = FailureOf(request, worked); }
   void ForgetFailure() { failure_ = {}; }
 

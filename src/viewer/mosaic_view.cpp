@@ -10,10 +10,10 @@ namespace orbelcast {
 
 namespace {
 
-/// What a camera may cost the round, from asking to its picture.
+/// A camera's time limit within the round, from the request to its drawn picture.
 constexpr std::chrono::milliseconds kTileLimit{5000};
 
-/// The lines that are ended: what follows the last line end is no camera.
+/// The lines that have a line end: text after the last one is no camera.
 std::vector<std::string> CamerasOf(const std::string& text) {
   const auto lines = Split(text, kCrLf);
   return {lines.begin(), lines.empty() ? lines.end() : lines.end() - 1};
@@ -71,7 +71,7 @@ void MosaicView::Tick() {
   undertakings_.Yield(mine);
 }
 
-// Whether a picture has come; none where the mosaic is void. The thread stands still meanwhile, where the platform does
+// Whether a picture has come; none where the mosaic is void. The thread is blocked meanwhile, where the platform does
 // not let other handlers run during a synchronous request.
 std::optional<bool> MosaicView::FetchTile(const std::string& address, const Undertakings::Generation& mine) {
   const auto request = http_.Create();

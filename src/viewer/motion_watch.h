@@ -11,7 +11,7 @@
 
 namespace orbelcast {
 
-/// Motion detection in a viewer: its settings, its three pictures, and the events that tell what it found.
+/// Motion detection in a viewer: its settings, its three pictures, and the events that report its results.
 class MotionWatch {
  public:
   /// 0 the current thumbnail, 1 the reference, 2 the overlay that is shown.
@@ -23,10 +23,10 @@ class MotionWatch {
   bool shows = false;    ///< `ShowMotion`.
   MotionSettings settings;
 
-  /// Where a frame's thumbnail is to be drawn before its Scan.
+  /// The target for a frame's thumbnail, to be drawn before its Scan.
   JpegTarget Thumbnail();
-  /// Compares the thumbnail with the frame before and tells what moved. Yields after each sample. False where what
-  /// showed the frame is void by now.
+  /// Compares the thumbnail with the frame before and raises the events for motion. Yields after each sample. False
+  /// where the undertaking that showed the frame is void.
   bool Scan();
 
   /// Hides the three pictures and puts them where they belong on a screen of that scale.

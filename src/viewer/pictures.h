@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <span>
 
-/// The pictures that the viewer carries with it, as the bytes of PNG files.
+/// The viewer's built-in pictures, as the bytes of PNG files.
 namespace orbelcast::resources {
 
 // NOLINTBEGIN(readability-identifier-naming): each has its file's name.

@@ -27,7 +27,7 @@ class StatusStrip {
     std::array<MenuItem, 5>& Menux;
   };
 
-  /// What one tick shows once a second: views of its answer, empty where it fetched nothing.
+  /// The header texts of one tick's answer, shown once a second: views, empty where the tick fetched nothing.
   struct TickTexts {
     std::string_view recording;
     std::string_view server_information;
@@ -42,7 +42,7 @@ class StatusStrip {
   void SetToolTip(const std::string& text) { on_.lStatus.ToolTipText = text; }
   /// A status text in the language of the text mapper.
   std::string Map(const std::string& text) const { return text_mapper_.Map(text, 0); }
-  /// Raises Status with what the line shows.
+  /// Raises Status with the line's text.
   void RaiseStatus();
   void Show(bool visible) { on_.StatusDisplay.Visible = visible; }
 
@@ -51,7 +51,7 @@ class StatusStrip {
   void DrawStatusIcon(StatusIcon Kind);
   /// Draws the recording icon where `recording`, an answer's header, is exactly "Yes"; erases it elsewhere.
   void ShowRecording(std::string_view recording);
-  /// What is drawn stays; the front end paints it.
+  /// Keeps the drawing; the front end paints it.
   void KeepDrawing() { on_.StatusDisplay.Refresh(); }
   void ClearDrawing() { on_.StatusDisplay.Cls(); }
 
@@ -64,7 +64,7 @@ class StatusStrip {
   /// The once-a-second work, where a new clock second has begun. False where `mine` is void.
   bool UpdateOncePerSecond(const TickTexts& texts, const Undertakings::Generation& mine);
 
-  // ---- What the menu chose ----------------------------------------------------------------------------------------
+  // ---- The menu's choice ------------------------------------------------------------------------------------------
 
   /// From the next second on TimeRetrieve shows 0 the server's date, 1 its name, 2 its status.
   void ChooseMode(std::int16_t Index);

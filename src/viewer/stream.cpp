@@ -9,7 +9,7 @@ namespace orbelcast {
 
 namespace {
 
-/// What a request may take before the first Connect sets the stream's own limits, in milliseconds.
+/// A request's time limit before the first Connect sets the stream's own, in milliseconds.
 constexpr int kIdleTimeout = 10000;
 /// The stream's limits. A camera may take long to wake up, hence the minute for an answer.
 constexpr int kStreamTimeout = 20000;
@@ -36,7 +36,7 @@ Stream::Stream(Children children, Platform& platform, VideoServerPushEvents& eve
 }
 
 Undertakings::Generation Stream::TakeOver() {
-  if (request_under_way_) Requester->Abort();  // Whoever waits for it is void, and ends at once.
+  if (request_under_way_) Requester->Abort();  // The handler that waits for it is void, and ends at once.
   request_under_way_ = false;
   doing_ = Doing::kNothing;
   on_.WarningFrame.Visible = false;
@@ -258,7 +258,7 @@ void Stream::Pulse() {
 }
 
 // A frame of an answer that is there already: the second half of a tick, without a request. While a request is under
-// way there is none: its answer belongs to whoever waits for it.
+// way there is none: its answer belongs to its waiter.
 void Stream::RequestEnd() {
   const Generation mine = undertakings_.Current();
   const std::shared_ptr<HttpRequest> request = request_under_way_ ? platform_.http.Create() : Requester;

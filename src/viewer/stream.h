@@ -19,7 +19,7 @@ namespace orbelcast {
 ///
 /// A stream does one thing at a time (`doing_`): kNothing → kConnecting by `Connect`, until its first answer was told →
 /// kTicking by its first tick → kNothing; from there on kNothing → kTicking → kNothing by each tick, whatever starts
-/// it. A tick that finds the stream doing something is no tick. Of what overlaps the newest holds: see Undertakings.
+/// it. A tick that finds the stream busy does nothing. Only the newest undertaking is valid: see Undertakings.
 class Stream {
  public:
   struct Children {
@@ -29,10 +29,10 @@ class Stream {
     Label& WarningMsg;
     Timer& MasterTimer;
     Timer& MultiCam;
-    std::shared_ptr<const Surface> test_card;  ///< What Mira shows.
+    std::shared_ptr<const Surface> test_card;  ///< The picture of Mira.
   };
 
-  /// What the host sets.
+  /// The properties that the host sets.
   struct Settings {
     std::int16_t frame_rate = 1;
     std::string username;
@@ -62,7 +62,7 @@ class Stream {
   const std::string& URL() const { return CurrentUrl; }
   /// Shows the newest frame; with `SkipMotion` once more, at the size that the area has now. Not without a stream.
   void ProcessFrame(bool SkipMotion);
-  /// Begins an undertaking that voids all others, and ends what they left standing.
+  /// Begins an undertaking that voids all others, and resets their marks.
   Undertakings::Generation TakeOver();
 
  private:
@@ -100,7 +100,7 @@ class Stream {
   bool DisconnectPending = false;  ///< A tick that still comes disconnects instead of fetching.
   std::int32_t FailureCount = 0;   ///< Frame requests that failed in a row.
   Doing doing_ = Doing::kNothing;
-  bool request_under_way_ = false;  ///< From `Open` until whoever waits has the outcome.
+  bool request_under_way_ = false;  ///< From `Open` until the waiter has the outcome.
 };
 
 }  // namespace orbelcast

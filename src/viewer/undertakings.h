@@ -5,7 +5,7 @@
 
 namespace orbelcast {
 
-/// What of a viewer is under way, of which the newest holds.
+/// A viewer's undertakings, of which only the newest is valid.
 ///
 /// Handlers of one viewer overlap wherever one of them yields, waits or raises an event. `Connect` and `MultiCamView`
 /// each begin an undertaking, which voids the `Connect`, ticks and `Disconnect` that are under way; each of these asks

@@ -15,7 +15,7 @@ namespace {
 
 /// The strip's height.
 constexpr int kStripHeightPixels = 26;
-/// Where the status line begins until the first layout, in pixels.
+/// The status line's top until the first layout, in pixels.
 constexpr int kStatusTopPixels = 5;
 
 /// The menu item that does not choose what the strip shows.

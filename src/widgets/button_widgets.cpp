@@ -41,7 +41,7 @@ void PictureButtonWidget::resizeEvent(QResizeEvent* event) {
   QToolButton::resizeEvent(event);
 }
 
-// A button may lie over another one's right part: what the lower one shows keeps to the rest.
+// A button may cover another one's right part: the lower one draws in the rest alone.
 QRect PictureButtonWidget::Uncovered() const {
   QRect rest = rect();
   const QObjectList& siblings = parent()->children();

@@ -59,7 +59,7 @@ ComboBoxWidget::ComboBoxWidget(ComboBox& list, const Screen& screen, QWidget* pa
   // Once for all items that are added together.
   fit_soon_.setSingleShot(true);
   QObject::connect(&fit_soon_, &QTimer::timeout, this, [this] { FitTexts(); });
-  // Without focus the wheel is somebody's who scrolls past.
+  // Not by the wheel, with which a person may be scrolling past.
   setFocusPolicy(Qt::StrongFocus);
   ShowItems();
   mirror_.Keep(list.ListChanged.Connect([this] { ShowItems(); }));

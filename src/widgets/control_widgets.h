@@ -8,9 +8,9 @@
 
 namespace orbelcast {
 
-/// Makes the widgets for child controls, each inside of what its control lies in or else inside `root`, with the
-/// control's name as its object name. What is not seen (a timer, a menu) has none, and a window is none of them. A
-/// label names the control that follows it. Tab goes through them line by line as they lie.
+/// Makes the widgets for child controls, each inside its container's widget or else inside `root`, with the
+/// control's name as its object name. Timers and menus, which are not seen, have none; windows are not included. A
+/// label names the control that follows it. Tab goes through them line by line by position.
 void MakeWidgets(const std::vector<NamedChild>& children, const Screen& screen, QWidget& root);
 
 }  // namespace orbelcast

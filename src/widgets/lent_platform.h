@@ -6,7 +6,7 @@
 
 namespace orbelcast {
 
-/// Services that outlive who holds this.
+/// Services that outlive their holder.
 inline std::shared_ptr<Platform> Lent(Platform& platform) {
   return {std::shared_ptr<void>(), &platform};
 }

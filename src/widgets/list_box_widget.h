@@ -20,7 +20,7 @@ class ListBoxWidget final : public QListWidget {
   void TakeSelection();
 
   ListBox& list_;
-  bool showing_ = false;  // what the control holds is being shown: nothing here is a user's doing
+  bool showing_ = false;  // the control's selection is being shown: changes are not the user's
   Mirror mirror_;
 };
 

@@ -54,7 +54,7 @@ void Mirror::Place() {
                       scale.PixelsY(control_.Height));
 }
 
-// As markup that shows the text as it is: what a plain tool tip holds might be taken for markup.
+// As escaped markup: a plain text might be taken for markup.
 void Mirror::SetToolTip(const std::string& text) {
   const QString shown = ToText(text);
   widget_.setToolTip(shown.isEmpty() ? QString() : QStringLiteral("<qt>%1</qt>").arg(shown.toHtmlEscaped()));

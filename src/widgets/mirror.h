@@ -22,7 +22,7 @@ QFont SmallFont(const std::string& family);
 /// A mouse button as handlers are told it; 0 for one that they are not told.
 std::int16_t ButtonNumber(Qt::MouseButton button);
 
-/// Calls a copy of `handler`, where there is one: what is called may end the control that it belongs to.
+/// Calls a copy of `handler`, where there is one: the call may end the control that the handler belongs to.
 void Call(const std::function<void()>& handler);
 
 /// Keeps a widget at its child control's place in pixels, visibility and tool tip. The control and the screen outlive

@@ -29,7 +29,7 @@ class DropWidget : public QWidget {
   Mirror mirror_;
 };
 
-/// A picture box: paints the box's surface where it lies in memory.
+/// A picture box: paints the box's surface from its own memory, without a copy.
 class PictureWidget final : public DropWidget {
  public:
   PictureWidget(PictureBox& box, const Screen& screen, QWidget* parent);

@@ -108,7 +108,7 @@ void PlayerWidget::Load() {
   if (watch) Q_EMIT Loaded();
 }
 
-// As ReadProperties, but for what goes to a server.
+// As ReadProperties, without requests to a server.
 void PlayerWidget::ShowDesign() {
   Site();
   parts_->designing = true;

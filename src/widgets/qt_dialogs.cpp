@@ -25,9 +25,9 @@ namespace {
 /// The compression dialog's numbers when its boxes are checked: a key frame every second at 25 pictures a second, and
 /// the data rate of a picture of 640 × 480 in good quality.
 constexpr int kUsualKeyFrameEvery = 25;
-constexpr int kMostKeyFrameEvery = 10'000;  ///< What its box takes.
+constexpr int kMostKeyFrameEvery = 10'000;  ///< The largest value of its box.
 constexpr int kUsualKilobytesPerSecond = 300;
-constexpr int kMostKilobytesPerSecond = 1'000'000;  ///< What its box takes.
+constexpr int kMostKilobytesPerSecond = 1'000'000;  ///< The largest value of its box.
 
 /// Pixels: room for a sentence.
 constexpr int kTextDialogWidth = 360;

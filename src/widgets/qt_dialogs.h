@@ -10,9 +10,9 @@ class QDialog;
 namespace orbelcast {
 
 /// The questions of the controls as dialogs of the desktop, each modal to the window that is active when it opens. A
-/// dialog suspends the handler that asks and nobody else.
+/// dialog suspends only the handler that asks.
 ///
-/// A dialog that its owner's end takes along, or that is open when the loop ends, was cancelled.
+/// A dialog that ends with its owner, or that is open when the loop ends, counts as cancelled.
 class QtDialogs final : public Dialogs {
  public:
   /// The loop that dialogs wait on. Before it is given every dialog is cancelled at once.

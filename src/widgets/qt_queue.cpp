@@ -14,8 +14,8 @@ namespace {
 
 const auto kPostedEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
 
-// The events that the socket is ready for at this moment. A notifier may call for an event that is over: what it found
-// is old when a callback before it ran a loop of its own.
+// The events that the socket is ready for at this moment. A notifier may call for an event that is over: its state
+// is outdated when a callback before it ran a loop of its own.
 EventQueue::SocketEvents ReadyFor(int socket, EventQueue::SocketEvents events) {
   pollfd look{socket, static_cast<short>((events.readable ? POLLIN : 0) | (events.writable ? POLLOUT : 0)), 0};
   if (poll(&look, 1, 0) <= 0) return {};

@@ -18,7 +18,7 @@ std::shared_ptr<Platform> SharedPlatform() {
   static auto& shared = *new std::shared_ptr<QtPlatform>;
   if (!shared) {
     shared = std::make_shared<QtPlatform>();
-    // Ends just before the application does. A widget that outlives that keeps what it uses.
+    // Ends just before the application does. A widget that outlives that keeps the services alive.
     qAddPostRoutine([] { shared.reset(); });
   }
   return {shared, &shared->Get()};

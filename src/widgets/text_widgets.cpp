@@ -31,7 +31,7 @@ LineWidget::LineWidget(TextBox& box, const Screen& screen, QWidget* parent)
   });
 }
 
-// The longest input bounds what is typed; what the control itself writes into its box may be longer.
+// The longest input bounds typing; the control itself may write a longer text into its box.
 void LineWidget::ShowText() {
   const QString shown = ToLine(box_.Text);
   const int cursor = cursorPosition();

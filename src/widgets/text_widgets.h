@@ -8,7 +8,7 @@
 
 namespace orbelcast {
 
-/// A box for one line of text. Entering it selects what it holds, so that typing replaces it.
+/// A box for one line of text. Entering it selects its text, so that typing replaces it.
 class LineWidget final : public QLineEdit {
  public:
   LineWidget(TextBox& box, const Screen& screen, QWidget* parent);

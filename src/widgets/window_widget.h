@@ -23,13 +23,13 @@ class WindowWidget : public QDialog {
 
   /// `window` outlives the widget; `parent` is on the window that waits for this one.
   WindowWidget(Window& window, const Screen& screen, QWidget* parent);
-  /// A window that is open ends with its dialog: nobody could close it any more.
+  /// Ends a window that is open, since it could not be closed without its dialog.
   ~WindowWidget() override;
 
   void reject() override;
 
  protected:
-  /// The window is about to be shown, or was closed: for what it shows besides its children.
+  /// The window is about to be shown, or was closed: for its parts besides its children.
   virtual void Fill() {}
   virtual void Empty() {}
 

@@ -11,7 +11,7 @@ namespace orbelcast {
 
 namespace {
 
-/// Where a step's name and what was found begin.
+/// The columns of a step's name and of its finding.
 constexpr std::size_t kNameColumn = 9;
 constexpr std::size_t kFoundColumn = 13;
 

@@ -8,15 +8,15 @@
 
 namespace orbelcast {
 
-/// What became of a step of an examination.
+/// The outcome of a step of an examination.
 enum class StepResult { kWorks, kNote, kFailed, kSkipped };
 
 struct Step {
   std::string name;
   StepResult result = StepResult::kWorks;
-  std::string found{};   ///< What was found, for people.
-  std::string advice{};  ///< What to do; empty where there is nothing to do.
-  Json values{};         ///< What was found, for programs.
+  std::string found{};   ///< The finding, for people.
+  std::string advice{};  ///< The next thing to do; empty where there is none.
+  Json values{};         ///< The finding, for programs.
 };
 
 /// Tells of an examination's steps: to people as they happen, to programs all together at the end.

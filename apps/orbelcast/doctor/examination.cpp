@@ -21,7 +21,7 @@ namespace orbelcast {
 
 namespace {
 
-/// What a player asks for where nobody chose otherwise is smaller; this shows what the camera can do.
+/// The size and quality asked for: larger than a player's defaults, to show what the camera can do.
 constexpr int kAskedWidth = 640;
 constexpr int kAskedHeight = 480;
 constexpr const char* kAskedQuality = "080";

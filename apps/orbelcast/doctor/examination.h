@@ -18,7 +18,7 @@
 
 namespace orbelcast {
 
-/// What `orbelcast doctor` was asked to do.
+/// The options of `orbelcast doctor`.
 struct DoctorOptions {
   std::string server;  ///< A host, host:port, a relay account's address; or the whole address of a picture.
   Access access;
@@ -28,7 +28,7 @@ struct DoctorOptions {
   bool json = false;
 };
 
-/// Goes the way to a camera's picture step by step and tells to `output` what works, and what to do where it does not.
+/// Examines the steps to a camera's picture one by one and reports each to `output`, with advice where it fails.
 class Examination {
  public:
   Examination(const DoctorOptions& options, std::ostream& output);
@@ -58,7 +58,7 @@ class Examination {
   /// The first request that needs the credentials; 0 where no answer came.
   int AskForStatus();
   bool ChooseCamera(Step& step, const std::vector<Entry>& cameras);
-  /// What to do where no picture came.
+  /// The advice where no picture came.
   std::string WhatToDo(const FailureText& told) const;
 
   const DoctorOptions& options_;
@@ -69,7 +69,7 @@ class Examination {
   std::string server_;  ///< Of a relay account, what the relay service said.
   std::vector<NetworkAddress> addresses_;
   std::optional<ServerInfo> info_;  ///< Of a server.
-  std::string unread_;              ///< What is told of its information where that was too long.
+  std::string unread_;  ///< The notice that its information was too long to be read whole; empty where it was not.
   std::string camera_name_;
   std::string live_base_;
   std::string picture_address_;

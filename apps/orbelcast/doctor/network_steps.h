@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-/// The way to a server below HTTP, a step at a time: what requests do in one go, taken apart to see where it fails.
+/// Connecting to a server below HTTP, step by step, to find the step that fails.
 namespace orbelcast {
 
 /// A server as an address names it.
@@ -14,7 +14,7 @@ struct HostAndPort {
   std::string port = "80";
 };
 
-/// Takes apart "http://HOST[:PORT][/…]", or the same without "http://". An IPv6 address stands in brackets.
+/// Takes apart "http://HOST[:PORT][/…]", or the same without "http://". An IPv6 address is in brackets.
 HostAndPort HostAndPortOf(std::string_view address);
 
 /// A numeric address of a server, with what the system needs to connect to it.

@@ -9,7 +9,7 @@
 #include "platform/platform.h"
 #include "viewer/failure.h"
 
-/// Pictures of a camera, asked for to see how they come.
+/// Requests for a camera's pictures, to examine size, rate and answers.
 namespace orbelcast {
 
 /// One picture, asked for directly.

@@ -6,7 +6,7 @@
 
 #include "platform/clock.h"
 
-/// Time codes, with which servers say when a picture was taken: fourteen digits, year to second.
+/// Time codes: fourteen digits, year to second, by which servers tell when a picture was taken.
 namespace orbelcast {
 
 /// The seconds that a time code's date and time make, whatever the time zone; nothing where it is none.

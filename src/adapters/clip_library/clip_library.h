@@ -8,8 +8,8 @@ namespace orbelcast {
 
 /// The clips of the library that writes them, liborbelcast-clips.so, which is loaded when the first clip is asked for.
 ///
-/// FFmpeg's libraries bring a hundred others. Who only watches pays for none of them: not in memory, and not in the
-/// tenth of a second that loading them takes at each start. The library is looked for in the folder "orbelcast" beside
+/// FFmpeg's libraries bring a hundred others. A program that records nothing loads none of them, which saves
+/// memory and a tenth of a second at each start. The library is looked for in the folder "orbelcast" beside
 /// the program or library that this code is part of, and in the library folder of the same installation. Where it
 /// cannot be loaded no compression is offered and no clip made; the reason is written to standard error, once.
 class ClipLibrary final : public AviFiles {

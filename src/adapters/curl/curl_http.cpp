@@ -7,8 +7,8 @@ namespace orbelcast {
 
 namespace {
 
-/// The caller's side of a request. The exchange behind it lives on while somebody waits in it, so a request may be
-/// dropped by whoever owns it in the middle of a wait.
+/// The caller's side of a request. Its exchange lives on while a handler waits in it, so the owner may drop
+/// the request in the middle of a wait.
 class CurlRequest final : public ForwardingHttpRequest {
  public:
   explicit CurlRequest(std::shared_ptr<Multiplexer> multiplexer)

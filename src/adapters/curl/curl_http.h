@@ -5,17 +5,16 @@
 #include "platform/http_request.h"
 #include "platform/message_loop.h"
 
-/// HTTP requests on libcurl. One multiplexer drives the requests of a message loop; an exchange is set up so that what
-/// goes out is what was asked for and nothing else: no proxy, cookie, .netrc or compression from anywhere.
 namespace orbelcast {
 
 class Multiplexer;
 
-/// Makes the requests of one message loop, which share their connections. What it does to the process: libcurl is
-/// initialised once (which initialises OpenSSL), names are resolved on threads of libcurl's, no signal is used.
+/// Makes the requests of one message loop, which share their connections. Nothing is sent but what was asked for: no
+/// proxy, cookie, .netrc or compression. Effects on the process: libcurl is initialised once (which initialises
+/// OpenSSL), names are resolved on threads of libcurl's, no signal is used.
 ///
 /// The loop must outlive the factory. Requests may outlive both: the factory's end ends every exchange and wakes
-/// whoever waits, and a request that is left over fails from then on.
+/// its waiter, and a request that is left over fails from then on.
 class CurlHttp final : public HttpRequestFactory {
  public:
   explicit CurlHttp(MessageLoop& loop);

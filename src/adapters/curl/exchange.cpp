@@ -215,7 +215,7 @@ void Exchange::Ended(CURLcode result) {
   } else if (const std::string_view location = answer_.Header("Location"); answer_.IsRedirect() && !location.empty()) {
     next = asked_.Resolve(std::string(location));
     if (!next || allowance_.redirects-- == 0) return Fail(HttpFailure::kOther);
-    // Written as it was opened, with a user name that stands in it.
+    // Kept as it was opened, with the user name in it.
     if (next->SameServer(wanted_.address)) next->origin = wanted_.address.origin;
   } else {
     return EnterState(State::kAnswered);
@@ -223,7 +223,7 @@ void Exchange::Ended(CURLcode result) {
   if (!BeginTransfer(std::move(*next))) Fail(HttpFailure::kOther);
 }
 
-// True where the same is to be asked again, with what the server now wants to be told.
+// True where the request is to be sent again, with the login that the server asks for.
 bool Exchange::AnswersLogin() {
   if (answer_.Status() != kUnauthorized || !login_ || !asked_.SameServer(wanted_.address)) return false;
   if (!login_->Take(answer_.AllHeaders("WWW-Authenticate"))) return false;

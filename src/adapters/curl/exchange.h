@@ -18,7 +18,8 @@
 namespace orbelcast {
 
 /// The implementation of a request object: one exchange after another, each a chain of transfers (the request, and
-/// again where the server redirects it or asks who it is). The states are those of HttpRequest, and these move them:
+/// again where the server redirects it or asks for a login). The states are those of HttpRequest, with these
+/// transitions:
 ///
 ///   Open             any                          -> kOpened, kClosed where it is refused
 ///   Send             kOpened, kAnswered, kFailed  -> kUnderWay, kFailed where it cannot begin
@@ -26,8 +27,8 @@ namespace orbelcast {
 ///                                                    kAnswered, kFailed
 ///   a limit, Abort   kUnderWay                    -> kFailed
 ///
-/// EnterState alone changes the state. What leaves kUnderWay ends the transfer and wakes whoever waits, with the
-/// outcome of just that exchange.
+/// Only EnterState changes the state. Leaving kUnderWay ends the transfer and wakes the waiter, with the outcome of
+/// that very exchange.
 ///
 /// A waiter for an answer keeps the exchange alive.
 class Exchange final : public HttpRequest, public MultiplexedTransfer, private TransferWatcher {
@@ -59,7 +60,7 @@ class Exchange final : public HttpRequest, public MultiplexedTransfer, private T
  private:
   enum class State { kClosed, kOpened, kUnderWay, kAnswered, kFailed };
 
-  /// An exchange under way, as those see it who wait for it; they keep it until they have its outcome.
+  /// An exchange under way, as its waiters see it; they keep it until they have its outcome.
   struct Outcome {
     Completion ended;
     bool answered = false;

@@ -6,13 +6,13 @@
 
 namespace orbelcast {
 
-/// True for what HTTP allows as a method or a header's name.
+/// True for a text that HTTP allows as a method or a header's name.
 bool IsHttpToken(std::string_view text);
 
-/// An http or https address, split into what names the server and what is asked of it.
+/// An http or https address, split into the server's part and the request's target.
 struct HttpAddress {
   std::string origin;  ///< "http://host:port", as it was written.
-  std::string target;  ///< What goes into the request line, byte for byte; begins with "/".
+  std::string target;  ///< The target of the request line, byte for byte; begins with "/".
 
   /// Empty where the text is no address that can be asked: another scheme, no host, a control character.
   static std::optional<HttpAddress> Parse(std::string_view url);

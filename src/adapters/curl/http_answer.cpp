@@ -67,7 +67,7 @@ bool HttpAnswer::TakeHeaderLine(std::string_view line) {
   const auto [name, value] = SplitHeader(line);
   if (EqualIgnoringCase(name, "Transfer-Encoding") && !IsKnownTransferCoding(Trimmed(value, " \t\r\n"))) return false;
   line = line.substr(0, line.find_last_not_of("\r\n") + 1);
-  // A later answer of the same exchange replaces the one before; what comes behind a body is no header.
+  // A later answer of the same exchange replaces the one before; lines after a body are no headers.
   if (!in_headers_ && line.starts_with("HTTP/")) {
     headers_.clear();
     body_.reset();
@@ -116,7 +116,7 @@ FrameBytes::Storage& HttpAnswer::Buffer(std::int64_t announced) {
     body_ = std::make_shared<FrameBytes::Storage>();  // Somebody keeps every one of them.
   } else {
     if (!*unused) *unused = std::make_shared<FrameBytes::Storage>();
-    // Pairs with the release of whoever let go of it, on another thread perhaps.
+    // Pairs with the release by its last holder, perhaps on another thread.
     std::atomic_thread_fence(std::memory_order_acquire);
     body_ = *unused;
     body_->clear();

@@ -20,7 +20,7 @@ class HttpAnswer {
   void Clear();
 
   /// Takes a line of a header block, the empty one at its end included. False when there are too many, and for a
-  /// transfer coding but "chunked": libcurl would decompress what nobody has asked to be compressed.
+  /// transfer coding but "chunked": libcurl would decompress an answer for which no compression was asked.
   bool TakeHeaderLine(std::string_view line);
   /// Takes a part of the body. `announced`: its whole length, −1 where the server did not say. False when it is too
   /// long.
@@ -36,7 +36,7 @@ class HttpAnswer {
   /// The values of all headers of this name.
   std::vector<std::string_view> AllHeaders(std::string_view name) const;
   std::string_view BodyText() const;
-  /// The body, shared with whoever asks. Each answer's body has one serial.
+  /// The body, shared with each caller. Each answer's body has one serial.
   FrameBytes Body();
 
  private:

@@ -24,8 +24,8 @@ struct Challenge {
   std::vector<Parameter> parameters;
 };
 
-/// Reads a WWW-Authenticate header: challenges, each a scheme and its parameters, with commas between all of them. What
-/// stands after a scheme and is no parameter is passed over.
+/// Reads a WWW-Authenticate header: challenges, each a scheme and its parameters, with commas between all of them. Text
+/// after a scheme that is no parameter is skipped.
 class ChallengeReader {
  public:
   explicit ChallengeReader(std::string_view text) : rest_(text) {}

@@ -52,8 +52,8 @@ class HttpLogin {
   explicit HttpLogin(Credentials credentials) : credentials_(std::move(credentials)) {}
 
   const Credentials& Of() const { return credentials_; }
-  /// Takes what a 401's WWW-Authenticate headers ask for; Digest before Basic. False where a request that is sent again
-  /// would not say anything new.
+  /// Takes the challenges of a 401's WWW-Authenticate headers; Digest before Basic. False where a request that is sent
+  /// again would not say anything new.
   bool Take(const std::vector<std::string_view>& headers);
   /// True where the challenge taken last says that only the nonce was wrong.
   bool IsStale() const { return challenge_ && challenge_->stale; }

@@ -8,7 +8,7 @@ extern "C" {
 
 #include <memory>
 
-/// The library's objects, owned.
+/// Owning pointers to FFmpeg's objects.
 namespace orbelcast::av {
 
 struct Free {

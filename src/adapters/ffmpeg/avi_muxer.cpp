@@ -34,7 +34,7 @@ AviMuxer::AviMuxer(ClipFile& file) : file_(file), empty_(av_packet_alloc()) {
   format_.reset(format);
   format_->pb = output_.get();
   format_->flags |= AVFMT_FLAG_FLUSH_PACKETS;
-  // Pictures tell nothing of who wrote them, and the same ones give the same file.
+  // The file names no program, and the same pictures give the same bytes.
   format_->flags |= AVFMT_FLAG_BITEXACT;
   if (empty_) stream_ = avformat_new_stream(format_.get(), nullptr);
 }

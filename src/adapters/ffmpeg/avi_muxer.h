@@ -47,7 +47,7 @@ class AviMuxer {
   av::Owned<AVPacket> empty_;
   std::int64_t next_position_ = 0;
   bool begun_ = false;
-  bool broken_ = false;  ///< A write has failed: what is in the file stays as it is.
+  bool broken_ = false;  ///< A write has failed: the file is not changed any more.
 };
 
 }  // namespace orbelcast

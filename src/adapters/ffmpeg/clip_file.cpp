@@ -56,7 +56,7 @@ bool ClipFile::Reserve(std::int64_t size) {
   const std::int64_t largest = LargestFile();
   if (size > largest) return false;
   if (size <= reserved_) return true;
-  // Full to the last step, a disk may still have room for what is really needed.
+  // A disk without space for the next whole step may still have enough for this write.
   for (const std::int64_t end : {std::min(size + kReserveStep, largest), size}) {
     if (::fallocate(descriptor_, FALLOC_FL_KEEP_SIZE, reserved_, end - reserved_) == 0) {
       reserved_ = end;

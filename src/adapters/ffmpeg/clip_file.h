@@ -9,8 +9,8 @@ namespace orbelcast {
 /// The file of a clip: bytes on a disk that may get full.
 ///
 /// Room is reserved before it is written to, so that a frame is written whole or not at all, and there is always room
-/// for the index at the end. What is reserved but not written does not show: a process that is killed leaves a file
-/// that ends with the last byte written.
+/// for the index at the end. Space that is reserved but not written does not count into the file's size: a process that
+/// is killed leaves a file that ends with the last byte written.
 class ClipFile {
  public:
   /// Makes the file, or empties the one that is there. Ordinary files only.

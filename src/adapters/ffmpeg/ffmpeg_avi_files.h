@@ -2,7 +2,6 @@
 
 #include "platform/avi_file.h"
 
-/// AVI clips written by libavformat, compressed by libavcodec.
 namespace orbelcast {
 
 /// Makes clips in four compressions: "Uncompressed" and "HuffYUV", which keep the pictures exactly, "Motion JPEG" and

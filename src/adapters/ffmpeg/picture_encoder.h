@@ -11,7 +11,7 @@
 
 namespace orbelcast {
 
-/// Compresses a clip's pictures one by one: what goes in comes out at once, so that it can be on the disk.
+/// Compresses a clip's pictures one by one: each is complete at once, so that it can be written to the disk.
 class PictureEncoder {
  public:
   /// The names of the compressions that this library offers here, the one that keeps every bit first.

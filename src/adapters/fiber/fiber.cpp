@@ -55,7 +55,7 @@ struct GuardedStack : context::protected_fixedsize_stack {
   // NOLINTBEGIN(readability-identifier-naming): so Boost calls them.
   context::stack_context allocate() {
     context::stack_context stack = Base::allocate();
-    // Without its guard an overflow would write into somebody else's memory: then rather no stack.
+    // Without its guard an overflow would write into other memory: then there is no stack.
     if (::mprotect(LowestOf(stack), kGuardBytes, PROT_NONE) == 0) return stack;
     Base::deallocate(stack);
     throw std::bad_alloc();
@@ -92,8 +92,7 @@ struct ExceptionState {
 #if defined(ORBELCAST_ASAN) || defined(ORBELCAST_TSAN)
 const std::size_t Fiber::kStackBytes = 4 * 1024 * 1024;
 #else
-/// What a handler may use of stack: hosts run code of their own on it, dialogs included. Pages cost memory once
-/// touched.
+/// Enough for the code that hosts run on it, dialogs included. Pages cost memory once touched.
 const std::size_t Fiber::kStackBytes = 1024 * 1024;
 #endif
 
@@ -117,7 +116,7 @@ Fiber::Fiber() {
 #endif
 }
 
-// The fiber ends by itself: a stack that Boost has to unwind throws an exception through what stands on it.
+// The fiber ends by itself: a stack that Boost has to unwind throws an exception through the frames on it.
 Fiber::~Fiber() {
   assert(!busy_);
   quit_ = true;
@@ -187,7 +186,7 @@ context::fiber Fiber::Run(context::fiber&& resumer) {
   return std::move(resumer_);
 }
 
-/// `fake_stack` keeps what the address sanitizer knows of the stack; null where it is left for good.
+/// `fake_stack` keeps the address sanitizer's state of the stack; null where the stack is left for good.
 void Fiber::TellOfLeaving([[maybe_unused]] void** fake_stack) {
 #ifdef ORBELCAST_ASAN
   __sanitizer_start_switch_fiber(fake_stack, resumer_stack_, resumer_stack_bytes_);

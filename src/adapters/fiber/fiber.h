@@ -8,14 +8,14 @@ namespace orbelcast {
 
 /// A stack of its own for one piece of work after another, which can be left in the middle and come back to.
 ///
-/// Everything happens on one thread. Whoever starts or resumes a fiber gets control back when it suspends or its work
-/// ends, so a fiber may resume others from wherever it stands. Boost.Context maps the stack and switches to it; each
+/// Everything happens on one thread. The caller that starts or resumes a fiber gets control back when it suspends or
+/// its work ends, so a fiber may resume others at any point. Boost.Context maps the stack and switches to it; each
 /// switch is announced to the address and thread sanitizers, and takes the exceptions that are being handled with it,
 /// neither of which the system's Boost does.
 class Fiber {
  public:
-  /// What a handler may use: hosts run code of their own on it, dialogs included. Pages cost memory once touched. The
-  /// sanitizers' frames are several times the usual size.
+  /// The size of a stack: hosts run code of their own on it, dialogs included. Pages cost memory once touched. Larger
+  /// with a sanitizer, whose frames are several times the usual size.
   static const std::size_t kStackBytes;
 
   /// Maps a stack; `Usable` is false where the system has no memory for it.
@@ -31,9 +31,9 @@ class Fiber {
 
   /// Runs `work` until it ends or suspends. An exception that leaves it is swallowed.
   void Start(std::function<void()> work);
-  /// Goes on where the work suspended.
+  /// Continues where the work suspended.
   void Resume();
-  /// Called by the work itself: goes back to whoever resumed it last.
+  /// Called by the work itself: returns control to the last resumer.
   void Suspend();
 
  private:
@@ -42,13 +42,13 @@ class Fiber {
   void TellOfLeaving(void** fake_stack);
   void TellOfArrival(void* fake_stack);
 
-  boost::context::fiber place_;    // where the fiber stands while it is left
-  boost::context::fiber resumer_;  // where its resumer stands while it runs
+  boost::context::fiber place_;    // the fiber's context while it is suspended
+  boost::context::fiber resumer_;  // its resumer's context while it runs
   std::function<void()> work_;
   bool busy_ = false;
   bool quit_ = false;
 
-  // What the sanitizers want to be told.
+  // For the sanitizers' annotations.
   boost::context::stack_context stack_;
   [[maybe_unused]] void* fake_stack_ = nullptr;
   [[maybe_unused]] const void* resumer_stack_ = nullptr;

@@ -60,7 +60,7 @@ void FiberLoop::RunHandler(std::function<void()> handler) {
   Enter(started, std::move(handler));
 }
 
-// Noted is what the action itself begins, not what those handlers begin in their turn.
+// Notes the handlers that the action itself starts, not those that they start in turn.
 void FiberLoop::RunToEnd(const std::function<void()>& action) {
   Started started;
   Started* const outer = std::exchange(started_, &started);

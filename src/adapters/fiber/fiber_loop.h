@@ -7,16 +7,14 @@
 
 #include "platform/message_loop.h"
 
-/// Handlers on stacks of their own, for every event queue. Boost.Context does the switching; everything that has to be
-/// said to the sanitizers and to the C++ runtime about it is in Fiber.
 namespace orbelcast {
 
 class Fiber;
 
-/// The message loop over any event queue: `Yield` and `Wait` suspend the handler that calls them and nobody else.
+/// The message loop over any event queue: `Yield` and `Wait` suspend only the handler that calls them.
 ///
-/// A suspended handler is resumed by a posted call. Whoever resumed it (the toolkit's loop, a wait on the host's stack,
-/// a dialog that runs a loop of its own inside another handler) gets control back when it suspends again.
+/// A suspended handler is resumed by a posted call. The resumer (the toolkit's loop, a wait on the host's stack, a
+/// dialog that runs a loop of its own inside another handler) gets control back when it suspends again.
 ///
 /// The queue must outlive the loop. Destroying the loop ends its handlers (`EndHandlers`). It must not be destroyed
 /// from inside a handler.
@@ -31,12 +29,12 @@ class FiberLoop final : public MessageLoop {
   FiberLoop& operator=(const FiberLoop&) = delete;
 
   /// Resumes the handlers that are suspended, the oldest first; their yields and waits return at once, and so do all
-  /// that follow, until every handler has ended. Whoever owns what handlers use calls this before the first of it ends;
-  /// not from inside a handler.
+  /// that follow, until every handler has ended. The owner of services that handlers use calls this before the first
+  /// of them ends; not from inside a handler.
   void EndHandlers();
 
   EventQueue& Queue() override { return queue_; }
-  /// Where the system has no memory for a stack the handler runs on the caller's.
+  /// Runs on the caller's stack where the system has no memory for another.
   void RunHandler(std::function<void()> handler) override;
   void RunToEnd(const std::function<void()>& action) override;
   void Yield() override;
@@ -62,7 +60,7 @@ class FiberLoop final : public MessageLoop {
   Started* started_ = nullptr;                // where the handlers of the innermost RunToEnd's action are noted
   std::vector<std::unique_ptr<Fiber>> busy_;  // the oldest first
   std::vector<std::unique_ptr<Fiber>> idle_;
-  // What a posted resumption knows the loop by: the queue may look at it after the loop's end.
+  // The loop as a posted resumption refers to it, weakly: the queue may call that after the loop's end.
   std::shared_ptr<FiberLoop> self_;
 };
 

@@ -9,8 +9,8 @@ namespace orbelcast {
 
 /// Requests that wait where others would block the thread: a window stays alive while a server does not answer.
 ///
-/// A request that was opened to be sent in one go goes out as one that is waited for, which suspends the handler that
-/// sends it and nobody else. Whoever sends it sees no difference, but for what other handlers did meanwhile.
+/// A request that was opened to be sent in one go goes out as one that is waited for, which suspends only the handler
+/// that sends it. The sender sees no difference, except that other handlers may have run meanwhile.
 class YieldingHttp final : public HttpRequestFactory {
  public:
   /// How a request ended that was sent in one go.

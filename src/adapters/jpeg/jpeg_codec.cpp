@@ -58,8 +58,8 @@ std::optional<std::uint32_t> TablesOf(std::span<const std::uint8_t> bytes) {
   return std::nullopt;
 }
 
-/// Warnings that mean that a part of the picture is not what was sent. Others are about things that do not show, such
-/// as bytes too many between two markers.
+/// Warnings that mean that a part of the picture is damaged. Others have no visible effect, such as extra bytes between
+/// two markers.
 bool IsDamage(int warning) {
   switch (warning) {
     case JWRN_ARITH_BAD_CODE:
@@ -104,7 +104,7 @@ JpegCodec::~JpegCodec() {
 
 void JpegCodec::Create() {
   created_ = false;
-  // Creating keeps both of these; what fails in it finds its way out by them.
+  // Creating keeps both of these; an error in it jumps out by them.
   decompress_.err = &errors_;
   decompress_.client_data = this;
   if (setjmp(failed_) != 0) return;  // NOLINT(cert-err52-cpp): libjpeg's way to fail.

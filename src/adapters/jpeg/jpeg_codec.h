@@ -21,7 +21,7 @@ namespace orbelcast {
 /// beforehand, gets a fresh decompressor: no picture is decoded with another one's tables. Where it brings no Huffman
 /// tables at all, as Motion JPEG may, those of the standard serve.
 ///
-/// `Begin`, then `Finish` or `Abandon`. What it is given is not trusted: pictures are bounded in size and in scans, and
+/// `Begin`, then `Finish` or `Abandon`. Its input is not trusted: pictures are bounded in size and in scans, and
 /// a picture that does not decode without a sign of damage is refused as a whole.
 class JpegCodec {
  public:

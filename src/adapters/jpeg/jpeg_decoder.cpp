@@ -14,12 +14,12 @@ namespace {
 /// The scales that libjpeg-turbo has fast code for, as eighths.
 constexpr std::array<unsigned, 4> kScales{1, 2, 4, 8};
 
-/// How far a decoded picture may fall short of its place, to be stretched: by up to a third. What it costs in sharpness
-/// is below what the JPEG's own quantisation took.
+/// How far a decoded picture may fall short of its place, to be stretched: by up to a third. The loss in sharpness is
+/// below that of the JPEG's own quantisation.
 constexpr int kEnoughNumerator = 2;
 constexpr int kEnoughDenominator = 3;
 
-/// The part of a pixel that says how much of it covers what lies behind: all.
+/// The opacity of a pixel: all of it.
 constexpr std::uint32_t kOpaque = 0xff000000;
 /// The longest side that libyuv scales: its positions are 16.16 fixed-point numbers.
 constexpr int kMaxScaledSide = 32767;
@@ -70,7 +70,7 @@ const std::uint8_t* Bytes(const std::uint32_t* pixels) {
 }
 
 /// The part of a surface that a place covers, from `left`, `top` up to but without `right`, `bottom`; empty where it
-/// lies outside.
+/// is outside.
 struct VisiblePart {
   int left;
   int top;
@@ -153,7 +153,7 @@ bool TurboJpegDecoder::DrawAgain(const FrameBytes& jpeg) {
 }
 
 bool TurboJpegDecoder::CanDraw(const Surface::Block& decoded, const Place& place) const {
-  // Where it is there already it cannot be its own source.
+  // A surface cannot be drawn onto itself, except where the picture is already in place.
   if (&decoded == place.surface->Memory().get()) return place.IsCorner() && place.Has(decoded_size_);
   const bool native = decoded_size_.width == native_.width && decoded_size_.height == native_.height;
   return (native || Enough(decoded_size_, place.width, place.height)) && LongerSide(decoded_size_) <= kMaxScaledSide;
@@ -260,7 +260,7 @@ bool TurboJpegDecoder::DrawScaled(const Surface::Block& decoded, const Place& pl
                       target.Width());
     return true;
   }
-  // libyuv counts from the place's own corner, which may lie outside the target; it writes the clipped part alone.
+  // libyuv counts from the place's own corner, which may be outside the target; it writes the clipped part alone.
   const std::ptrdiff_t stride = std::ptrdiff_t{target.Width()} * 4;
   std::uint8_t* corner = Bytes(target.MutablePixels().data()) + place.y * stride + std::ptrdiff_t{place.x} * 4;
   if (libyuv::ARGBScaleClip(Bytes(decoded.pixels.data()), decoded_size_.width * 4, decoded_size_.width,
@@ -269,7 +269,7 @@ bool TurboJpegDecoder::DrawScaled(const Surface::Block& decoded, const Place& pl
                             libyuv::kFilterBilinear) != 0) {
     return false;
   }
-  // Where it stretches, libyuv's arithmetic takes a little off every channel, the opacity too.
+  // libyuv's stretching takes a little off every channel, the opacity too.
   for (int y = seen.top; y < seen.bottom; ++y) {
     std::uint32_t* const row = At(target, seen.left, y);
     for (int x = 0; x < seen.Width(); ++x) row[x] |= kOpaque;

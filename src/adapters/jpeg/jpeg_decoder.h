@@ -10,7 +10,6 @@
 #include "platform/jpeg_decoder.h"
 #include "toolkit/surface.h"
 
-/// Pictures decoded by libjpeg-turbo and scaled by libyuv.
 namespace orbelcast {
 
 /// The decoder.
@@ -20,8 +19,8 @@ namespace orbelcast {
 /// be damaged leaves no trace; the others are scaled from it. Of a small one, such as motion detection's thumbnail, the
 /// rows are made while the picture's are still in the processor's cache.
 ///
-/// What was decoded last is known by the frame's serial. It is kept in a surface of the decoder's own or, after an
-/// exchange, found in the target (by its memory and revision), and serves every further drawing of the frame that is
+/// The last decoded picture is identified by the frame's serial. It is kept in a surface of the decoder's own or, after
+/// an exchange, found in the target (by its memory and revision), and serves every further drawing of the frame that is
 /// not much larger.
 class TurboJpegDecoder final : public JpegDecoder {
  public:
@@ -43,7 +42,7 @@ class TurboJpegDecoder final : public JpegDecoder {
     int y;
     int width;
     int height;
-    Surface rows;   ///< What a small one gets, while it is made beside its surface; empty for any other.
+    Surface rows;   ///< A small place's pixels while they are made beside its surface; empty for any other.
     int ready = 0;  ///< How many of these rows are there.
 
     bool IsCorner() const { return x == 0 && y == 0; }

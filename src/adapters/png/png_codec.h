@@ -3,7 +3,6 @@
 #include "platform/picture_codec.h"
 #include "toolkit/surface.h"
 
-/// Pictures on libpng's simplified interface.
 namespace orbelcast {
 
 class PngCodec final : public PictureCodec {

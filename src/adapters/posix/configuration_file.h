@@ -9,7 +9,7 @@
 
 namespace orbelcast {
 
-/// A configuration and what was wrong with what it was read from, for people, a line each.
+/// A configuration and the errors in its sources, for people, a line each.
 struct LoadedConfiguration {
   Configuration configuration;
   std::vector<std::string> problems;
@@ -25,7 +25,7 @@ std::optional<std::string> ProcessEnvironment(const std::string& name);
 LoadedConfiguration LoadConfiguration(const Environment& environment = ProcessEnvironment,
                                       const std::string& system_file = "/etc/orbelcast.conf");
 
-/// The same, with what was wrong on standard error.
+/// The same, with the errors on standard error.
 Configuration LoadConfigurationOrSayWhy();
 
 }  // namespace orbelcast

@@ -26,7 +26,7 @@ namespace {
 /// Keeps values in the order in which they were made.
 using Json = nlohmann::ordered_json;
 
-/// Somebody who holds the lock needs it for a moment; whoever is stopped meanwhile must not stop the others for good.
+/// The lock is held for a moment only; a holder that is stopped meanwhile must not stop the others for good.
 constexpr std::chrono::milliseconds kLockPatience{2000};
 constexpr std::chrono::milliseconds kLockPause{2};
 /// Settings of a user are a few kilobytes; a file beyond this was not written here.
@@ -95,7 +95,7 @@ Finding Read(const std::string& path, Json& registry) {
   if (content.missing) return Finding::kMissing;
   if (content.too_large) return Finding::kDamaged;
   if (!content.problem.empty()) return Finding::kUnreadable;
-  if (content.text.empty()) return Finding::kMissing;  // A name that somebody reserved.
+  if (content.text.empty()) return Finding::kMissing;  // An empty file that reserves the name.
   Json read = Json::parse(content.text, nullptr, /*allow_exceptions=*/false);
   if (!HasForm(read)) return Finding::kDamaged;
   registry = std::move(read);
@@ -173,7 +173,7 @@ bool FileRegistry::SetValue(Hive hive, const std::string& key, const std::string
 std::optional<std::vector<Registry::Value>> FileRegistry::Values(Hive hive, const std::string& key) const try {
   Json registry;
   const Finding finding = Read(path_, registry);
-  // Read again under the lock: whoever writes may have put a good file in its place.
+  // Read again under the lock: another writer may have put a good file in its place.
   if (finding == Finding::kDamaged) ChangeFile(path_, [](Json&) { return Outcome::kAsItWas; });
   const auto found_hive = registry.find(NameOf(hive));
   if (found_hive == registry.end()) return std::nullopt;

@@ -16,8 +16,9 @@ namespace orbelcast {
 /// process loses another's values and a crash leaves the old file or the new one.
 ///
 /// A file that cannot be understood is kept aside as NAME.damaged, or NAME.damaged.2 and so on, and reported on
-/// standard error; the registry begins anew. Where the file, its folder or the lock cannot be had, or something else
-/// than a file has its name, reading finds nothing and writing answers false. Texts that are not UTF-8 are refused.
+/// standard error; the registry begins anew. Where the file, its folder or the lock is not available, or something
+/// other than a file has its name, reading finds nothing and writing answers false. Texts that are not UTF-8 are
+/// refused.
 class FileRegistry final : public Registry {
  public:
   /// The user's registry: the file that the environment variable ORBELCAST_REGISTRY names, else orbelcast/registry.json

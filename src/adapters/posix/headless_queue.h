@@ -9,14 +9,13 @@
 
 #include "platform/event_queue.h"
 
-/// The platform's services on a plain POSIX system, for programs without a toolkit.
 namespace orbelcast {
 
 /// The event queue of a program without a toolkit: poll(2), the steady clock, and lists.
 ///
 /// poll rather than epoll, because sockets are few and requests begin and end thousands of times a second: changing
-/// what is watched costs no system call. What a callback throws passes through HandleDue and HandleNext; what was still
-/// due is handled by the next look.
+/// the watched set costs no system call. A callback's exception passes through HandleDue and HandleNext; calls that
+/// were still due are handled next time.
 ///
 /// HandleNext with nothing to wait for sleeps until a signal comes; a signal that interrupts it makes it return.
 class HeadlessQueue final : public EventQueue {

@@ -70,7 +70,7 @@ std::string WriteInPlace(const fs::path& name, std::span<const std::uint8_t> byt
 
 /// Gives the open file the permissions and, where this user may, the owner of the one that it takes the place of.
 void TakeAttributes(int descriptor, const struct stat& old) {
-  // An owner that cannot be kept is none to stop for: who may write to a folder may put files of his own there.
+  // An owner that cannot be kept is no error: a user who may write to the folder may put files of his own there.
   if (::fchown(descriptor, old.st_uid, old.st_gid) != 0 &&
       ::fchown(descriptor, static_cast<uid_t>(-1), old.st_gid) != 0)
     errno = 0;

@@ -21,15 +21,15 @@ struct FileContent {
   mode_t mode = 0;  ///< As fstat(2) tells it.
 };
 
-/// Whether a pipe may stand where a file is expected. One that nobody writes to is empty, not waited for.
+/// Whether a pipe may be read in place of a file. One without a writer is empty, not waited for.
 enum class Pipes { kRefused, kRead };
 
 /// Reads a file of at most `most_bytes`. Folders, devices and sockets are refused at once.
 FileContent ReadNamedFile(const std::filesystem::path& name, std::size_t most_bytes, Pipes pipes = Pipes::kRefused);
 
-/// Makes what `name` leads to hold exactly these bytes.
+/// Writes exactly these bytes to the file that `name` leads to.
 ///
-/// Links are followed. A device, and a pipe that somebody reads, is written to. A regular file is replaced as a whole:
+/// Links are followed. A device, and a pipe that has a reader, is written to. A regular file is replaced as a whole:
 /// the bytes go to a file of an unforeseeable name in the same folder, to the disk, and to the file's name last, with
 /// the mode and the owner of the one that was there (`mode`, less the umask, for a new one). Where that fails, for want
 /// of room, say, the old file is as it was and nothing else is left. A file that this user may not write to is refused.
@@ -41,7 +41,7 @@ std::string WhyUnwritable(const std::filesystem::path& name);
 /// The file that `name` leads to: itself where it is no link. It need not exist.
 std::filesystem::path FollowLinks(const std::filesystem::path& name);
 
-/// A name in the folder of `file` that nothing has and that nobody can foresee: for a file that is to replace it later.
+/// An unused and unforeseeable name in the folder of `file`: for a file that is to replace it later.
 std::filesystem::path NameBeside(const std::filesystem::path& file);
 
 /// Puts the complete file `beside` in the place of `file`, with the mode and the owner of the one that is there.

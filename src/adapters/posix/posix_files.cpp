@@ -17,7 +17,7 @@ namespace orbelcast {
 namespace {
 
 constexpr mode_t kForThisUserAlone = 0700;
-/// A folder that nothing can be written to, whoever tries.
+/// A folder that no user can write to.
 constexpr const char* kNowhere = "/dev/null/";
 
 std::string WithSeparator(std::string directory) {

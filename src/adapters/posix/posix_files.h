@@ -18,9 +18,9 @@ class PosixFiles final : public Files {
   /// The environment variable "temp", else "TMPDIR", else "/tmp"; with a slash at its end.
   std::string TemporaryDirectory() const override;
   /// The folder that the environment variable "ORBELCAST_MODULE_FOLDER" names, where it is this user's and can be
-  /// written to: what another one left there must not be taken for a picture. Otherwise a new folder below the
+  /// written to: another user's file there must not be taken for a picture. Otherwise a new folder below the
   /// temporary directory, so that no two programs mix up their pictures; it is made when it is first asked for. Where
-  /// that cannot be, what is written there fails.
+  /// that fails, writing to it fails.
   std::string ModuleFolder() const override;
 
  private:

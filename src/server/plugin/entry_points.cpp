@@ -16,7 +16,7 @@ namespace orbelcast::server {
 
 namespace {
 
-/// A control server with the platform that its controls run on. Controls ask nobody: every dialog is cancelled.
+/// A control server with the platform that its controls run on. Every dialog is cancelled, since there is no screen.
 struct HostedServer {
   HeadlessPlatform platform;
   ControlServer server{platform.Get()};
@@ -40,7 +40,7 @@ class Library {
     return hosted_->server.OnOwnThread() ? &hosted_->server : nullptr;
   }
 
-  /// False where it is in use. Only its own thread ends it, so that what that one has of it stays good.
+  /// False where it is in use. Only its own thread ends it, so that the thread's references to it stay valid.
   bool EndServerIfIdle() {
     if (ControlServer* const server = OwnServer()) server->EndReleased();
     std::unique_ptr<HostedServer> ending;

@@ -1,4 +1,4 @@
-#include "frame_road_pictures.h"
+#include "frame_pipeline_pictures.h"
 
 #include <algorithm>
 #include <array>
@@ -46,7 +46,7 @@ class Blobs {
   std::vector<float> nodes_;
 };
 
-/// What does not move, as levels of red, green and blue.
+/// The still background, as levels of red, green and blue.
 std::vector<std::array<float, 3>> Backdrop(int width, int height, std::mt19937& random) {
   std::vector<Blobs> octaves;
   for (double cell = width / 4.0; cell >= 3; cell /= 2) octaves.emplace_back(width, height, cell, random);

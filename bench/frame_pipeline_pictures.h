@@ -6,7 +6,7 @@
 #include "platform/frame_bytes.h"
 #include "toolkit/surface.h"
 
-/// Pictures to measure with, and how good what came out of them is.
+/// Test pictures, and a measure of the results' quality.
 namespace orbelcast::bench {
 
 /// A few consecutive frames of a made-up camera: soft light, texture that grows finer and fainter, hard edges,

@@ -1,10 +1,10 @@
-// What the road of one frame costs, from its bytes to the picture shown and what moved in it: by the viewer, and by
-// what a user would pick instead.
+// The cost of one frame, from its bytes to the picture shown and the motion found in it: by the viewer, and by the
+// libraries that a user would pick instead.
 //
 // Everything is a ratio of CPU times from one run: in each round every contestant shows the same few frames in turn, so
 // whatever else the machine does meets all of them, and the median over the rounds is reported.
 //
-//   FrameRoad/SOURCE/AREA
+//   FramePipeline/SOURCE/AREA
 //     bare      the viewer's cost, in decodes of the same frames by libjpeg-turbo alone (BGRX, native size)
 //     parts     the same for the decoder and the motion scan without a viewer around them
 //     opencv, ffmpeg   their cost for the same work, in the viewer's
@@ -23,9 +23,9 @@
 
 #include "adapters/fiber/fiber_loop.h"
 #include "adapters/posix/headless_queue.h"
-#include "frame_road_memory.h"
-#include "frame_road_pictures.h"
-#include "frame_road_roads.h"
+#include "frame_pipeline_memory.h"
+#include "frame_pipeline_pictures.h"
+#include "frame_pipelines.h"
 #include "imaging/motion.h"
 
 namespace orbelcast::bench {
@@ -61,9 +61,9 @@ double Median(std::vector<double> values) {
   return *middle;
 }
 
-double Turn(Road& road, const std::vector<FrameBytes>& frames) {
+double Turn(Pipeline& pipeline, const std::vector<FrameBytes>& frames) {
   const double start = CpuSeconds();
-  for (const FrameBytes& frame : frames) road.Show(frame);
+  for (const FrameBytes& frame : frames) pipeline.Show(frame);
   return CpuSeconds() - start;
 }
 
@@ -75,18 +75,18 @@ std::vector<FrameBytes> Receive(const std::vector<FrameBytes>& frames) {
   return received;
 }
 
-double Quality(Road& road, const FrameBytes& frame, const Surface& careful) {
-  road.Show(frame);
-  return Psnr(road.Shown(), careful);
+double Quality(Pipeline& pipeline, const FrameBytes& frame, const Surface& careful) {
+  pipeline.Show(frame);
+  return Psnr(pipeline.Shown(), careful);
 }
 
-void FrameRoad(benchmark::State& state, Size source, Size area) {
+void FramePipeline(benchmark::State& state, Size source, Size area) {
   const auto frames = CameraFrames(source.width, source.height, kFramesPerTurn);
   const auto bare = BareDecode();
-  const auto viewer = ViewerRoad(area.width, area.height);
-  const auto parts = PartsRoad(area.width, area.height);
-  const auto opencv = OpenCvRoad(area.width, area.height);
-  const auto ffmpeg = FfmpegRoad(area.width, area.height);
+  const auto viewer = ViewerPipeline(area.width, area.height);
+  const auto parts = PartsPipeline(area.width, area.height);
+  const auto opencv = OpenCvPipeline(area.width, area.height);
+  const auto ffmpeg = FfmpegPipeline(area.width, area.height);
 
   bare->Show(frames.front());
   const Surface native = bare->Shown();
@@ -118,21 +118,22 @@ void Memory(benchmark::State& state, Size source, Size area) {
   constexpr int kWarmUp = 10;
   constexpr int kCounted = 100;
   const auto frames = CameraFrames(source.width, source.height, kFramesPerTurn);
-  const auto count = [&](Road& road) {
+  const auto count = [&](Pipeline& pipeline) {
     std::vector<FrameBytes> received;
     while (received.size() < kWarmUp + kCounted) {
       for (FrameBytes& frame : Receive(frames)) received.push_back(std::move(frame));
     }
-    for (int i = 0; i < kWarmUp; ++i) road.Show(received[static_cast<std::size_t>(i)]);
+    for (int i = 0; i < kWarmUp; ++i) pipeline.Show(received[static_cast<std::size_t>(i)]);
     const MemoryRequests before = CountMemoryRequests();
-    for (int i = kWarmUp; i < kWarmUp + kCounted; ++i) road.Show(received[static_cast<std::size_t>(i)]);
+    for (int i = kWarmUp; i < kWarmUp + kCounted; ++i) pipeline.Show(received[static_cast<std::size_t>(i)]);
     const MemoryRequests after = CountMemoryRequests();
     return std::pair(static_cast<double>(after.by_new - before.by_new) / kCounted,
                      static_cast<double>(after.by_malloc - before.by_malloc) / kCounted);
   };
   for (auto _ : state) {
-    std::tie(state.counters["new"].value, state.counters["malloc"].value) = count(*ViewerRoad(area.width, area.height));
-    state.counters["parts_new"] = count(*PartsRoad(area.width, area.height)).first;
+    std::tie(state.counters["new"].value, state.counters["malloc"].value) =
+        count(*ViewerPipeline(area.width, area.height));
+    state.counters["parts_new"] = count(*PartsPipeline(area.width, area.height)).first;
     state.counters["bare_malloc"] = count(*BareDecode()).second;
   }
 }
@@ -140,7 +141,7 @@ void Memory(benchmark::State& state, Size source, Size area) {
 void Yields(benchmark::State& state) {
   const Size size{640, 480};
   const auto frames = CameraFrames(size.width, size.height, kFramesPerTurn);
-  const auto viewer = ViewerRoad(size.width, size.height);
+  const auto viewer = ViewerPipeline(size.width, size.height);
   HeadlessQueue queue;
   FiberLoop loop(queue);
   Surface current(89, 82);
@@ -175,7 +176,7 @@ void RegisterAll() {
   for (const Size source : kSources) {
     for (const Size area : kAreas) {
       const std::string sizes = Name(source) + "/" + Name(area);
-      benchmark::RegisterBenchmark(("FrameRoad/" + sizes).c_str(), FrameRoad, source, area)
+      benchmark::RegisterBenchmark(("FramePipeline/" + sizes).c_str(), FramePipeline, source, area)
           ->UseManualTime()
           ->Unit(benchmark::kMicrosecond);
     }

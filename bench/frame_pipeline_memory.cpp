@@ -1,6 +1,6 @@
-// Counts by standing in front of the C library's allocator, which offers its own functions under a second name.
+// Counts by replacing the C library's allocator, which offers its own functions under a second name.
 
-#include "frame_road_memory.h"
+#include "frame_pipeline_memory.h"
 
 #include <cstddef>
 #include <cstdlib>

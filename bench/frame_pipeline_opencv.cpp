@@ -1,4 +1,4 @@
-#include "frame_road_roads.h"
+#include "frame_pipelines.h"
 
 #ifdef ORBELCAST_BENCH_OPENCV
 
@@ -12,7 +12,7 @@ namespace orbelcast::bench {
 namespace {
 
 /// As its manual does it: imdecode, resize, a thumbnail in grey, absdiff.
-class OpenCv final : public Road {
+class OpenCv final : public Pipeline {
  public:
   OpenCv(int width, int height) : area_(width, height) { cv::setNumThreads(1); }
 
@@ -44,7 +44,7 @@ class OpenCv final : public Road {
 
 }  // namespace
 
-std::unique_ptr<Road> OpenCvRoad(int width, int height) {
+std::unique_ptr<Pipeline> OpenCvPipeline(int width, int height) {
   return std::make_unique<OpenCv>(width, height);
 }
 
@@ -52,7 +52,7 @@ std::unique_ptr<Road> OpenCvRoad(int width, int height) {
 
 #else
 
-std::unique_ptr<orbelcast::bench::Road> orbelcast::bench::OpenCvRoad(int, int) {
+std::unique_ptr<orbelcast::bench::Pipeline> orbelcast::bench::OpenCvPipeline(int, int) {
   return nullptr;
 }
 

@@ -1,4 +1,4 @@
-#include "frame_road_roads.h"
+#include "frame_pipelines.h"
 
 #ifdef ORBELCAST_BENCH_FFMPEG
 
@@ -20,7 +20,7 @@ namespace {
 constexpr int kThumbnailSide = 100;
 
 /// The mjpeg decoder on one thread, and swscale with its bilinear filter for the area and for a grey thumbnail.
-class Ffmpeg final : public Road {
+class Ffmpeg final : public Pipeline {
  public:
   Ffmpeg(int width, int height) : surface_(width, height) {
     av_log_set_level(AV_LOG_ERROR);
@@ -79,7 +79,7 @@ class Ffmpeg final : public Road {
 
 }  // namespace
 
-std::unique_ptr<Road> FfmpegRoad(int width, int height) {
+std::unique_ptr<Pipeline> FfmpegPipeline(int width, int height) {
   return std::make_unique<Ffmpeg>(width, height);
 }
 
@@ -87,7 +87,7 @@ std::unique_ptr<Road> FfmpegRoad(int width, int height) {
 
 #else
 
-std::unique_ptr<orbelcast::bench::Road> orbelcast::bench::FfmpegRoad(int, int) {
+std::unique_ptr<orbelcast::bench::Pipeline> orbelcast::bench::FfmpegPipeline(int, int) {
   return nullptr;
 }
 

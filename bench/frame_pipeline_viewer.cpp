@@ -1,5 +1,5 @@
 #include "assembly/headless_platform.h"
-#include "frame_road_roads.h"
+#include "frame_pipelines.h"
 #include "imaging/motion.h"
 #include "viewer/video_server_push.h"
 
@@ -40,7 +40,7 @@ class FramesInHand final : public HttpRequestFactory {
   FrameBytes frame;
 };
 
-class Viewer final : public Road {
+class Viewer final : public Pipeline {
  public:
   Viewer(int width, int height) : width_(width), height_(height) {}
   ~Viewer() override { viewer_.reset(); }
@@ -74,7 +74,7 @@ class Viewer final : public Road {
   std::shared_ptr<VideoServerPush> viewer_;
 };
 
-class Parts final : public Road {
+class Parts final : public Pipeline {
  public:
   Parts(int width, int height) : area_(width, height) {
     std::int32_t sensitivity = kSensitivity;
@@ -99,10 +99,10 @@ class Parts final : public Road {
 
 }  // namespace
 
-std::unique_ptr<Road> ViewerRoad(int width, int height) {
+std::unique_ptr<Pipeline> ViewerPipeline(int width, int height) {
   return std::make_unique<Viewer>(width, height);
 }
-std::unique_ptr<Road> PartsRoad(int width, int height) {
+std::unique_ptr<Pipeline> PartsPipeline(int width, int height) {
   return std::make_unique<Parts>(width, height);
 }
 

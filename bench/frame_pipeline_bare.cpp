@@ -3,13 +3,13 @@
 
 #include <jpeglib.h>
 
-#include "frame_road_roads.h"
+#include "frame_pipelines.h"
 
 namespace orbelcast::bench {
 
 namespace {
 
-class Bare final : public Road {
+class Bare final : public Pipeline {
  public:
   Bare() {
     decompress_.err = jpeg_std_error(&errors_);
@@ -41,7 +41,7 @@ class Bare final : public Road {
 
 }  // namespace
 
-std::unique_ptr<Road> BareDecode() {
+std::unique_ptr<Pipeline> BareDecode() {
   return std::make_unique<Bare>();
 }
 
