@@ -31,24 +31,19 @@ class Faults(unittest.TestCase):
         self.server.raw(GET.replace("live/1", "live/2"))
         self.assertEqual(self.server.get("/control/fault")[2],
                          b"1=none\r\n2=cut:7*4\r\ninfo=none\r\ncommand=none\r\nrelay=none\r\n")
-        for query in ("camera=3&fault=none", "camera=1&fault=bogus", "camera=1&fault=status", "camera=1&fault=reset:1",
-                      "camera=1&fault=reset@0", "camera=1", "fault=none", "camera=1&fault=status:200*2@3"):
+        for query in ("camera=3&fault=none", "camera=1&fault=reset:1", "camera=1", "camera=1&fault=status:200*2@3"):
             self.assertEqual(self.server.get("/control/fault?" + query)[0], 400, query)
 
-    def test_wrong_content(self):
+    def test_each_fault(self):
         _, length, body = self.seen("jpegcut")
         self.assertEqual((length, body[:2], is_whole(body)), (len(body), b"\xff\xd8", False))
-        self.assertEqual(len(self.seen("jpegcut:300")[2]), 300)
         head, length, body = self.seen("junkbody")
         self.assertEqual((head[9:12], length, b"\xff\xd8" in body), ("200", len(body), False))
         self.assertEqual(jpeg_size(self.seen("huge")[2]), (65535, 65535))
         head, _, body = self.seen("headers:5000")
         self.assertEqual((head.count("\r\nX-Filler-"), is_whole(body)), (5000, True))
-
-    def test_cut_off(self):
         _, length, body = self.seen("cut")
         self.assertEqual(len(body), length // 2)
-        self.assertEqual(len(self.seen("cut:10")[2]), 10)
         self.server.fault(1, "reset")
         with self.assertRaises(ConnectionResetError):
             self.server.raw(GET)
