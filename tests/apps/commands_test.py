@@ -16,10 +16,11 @@ import unittest
 
 HERE = pathlib.Path(__file__).parent
 sys.path.insert(0, str(HERE / "camera_server"))
-from camera_server import TIMEOUT, Server, end_with_parent  # noqa: E402
+from camera_server import TIMEOUT, Server, end_with_parent, is_whole  # noqa: E402
 
 ORBELCAST, *PLAYER = sys.argv[1:]
 PICTURES = HERE.parent / "scripts/pictures"
+EXAMPLES = HERE.parent.parent / "examples/scripts"
 ENVIRONMENT = {name: value for name, value in os.environ.items() if not name.startswith("ORBELCAST_")}
 LOGIN = dict(ORBELCAST_USER="ann", ORBELCAST_PASSWORD="s3cret")
 STEPS = ["name", "connection", "credentials", "information", "picture", "size", "rate", "time code"]
@@ -318,6 +319,27 @@ class Login(Commands):
             done = orbelcast("info", server, "--credentials", self.file("bad", text))
             self.assertEqual(done.returncode, 2)
             self.assertIn(complaint, done.stderr)
+
+
+class ExampleScripts(Commands):
+    def saved(self, name, address, *words):
+        """The files that the example says it saved."""
+        # A login that a shell and a script's line could both trip over.
+        user, password = "ann", 'a "b" \\c $HOME'
+        server = self.started("--auth", "basic", "--user", user, "--password", password)
+        done = orbelcast(address % server, *words, program=EXAMPLES / name, ORBELCAST=ORBELCAST, ORBELCAST_USER=user,
+                         ORBELCAST_PASSWORD=password, ORBELCAST_REGISTRY=str(self.folder / "registry.json"),
+                         ORBELCAST_MODULE_FOLDER=str(self.folder / "module"))
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        return done.stdout.splitlines()
+
+    def test_pictures_at_times_and_a_clip_on_motion(self):
+        pictures = self.saved("picture-every-minute.sh", "http://%s/live/1", self.folder / "out", 1, 2)
+        self.assertEqual(sorted(pictures), sorted(map(str, (self.folder / "out").iterdir())))
+        for file in pictures:
+            self.assertTrue(is_whole(pathlib.Path(file).read_bytes()))
+        [clip] = self.saved("clip-on-motion.sh", "%s", 1, self.folder / "clips", 2, 1)
+        self.assertGreaterEqual(probe(clip)["nb_read_frames"], 2)
 
 
 class Usage(Commands):

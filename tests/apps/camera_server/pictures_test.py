@@ -1,8 +1,6 @@
 #!/usr/bin/env python3
 """Live pictures and those of the archive: pictures_test.py SERVER_PROGRAM"""
 
-import os
-import tempfile
 import time
 import unittest
 
@@ -51,18 +49,6 @@ class Live(unittest.TestCase):
                 one.recv(1)
                 two.recv(1)
                 self.assertEqual(server.get("/live/1")[1]["HolmvaneStatus"], "Yard: 3 viewers")
-
-    def test_folder_in_turn(self):
-        with tempfile.TemporaryDirectory() as folder:
-            for name, content in (("b.JPEG", b"second"), ("a.jpg", b"first"), ("c.txt", b"none")):
-                with open(os.path.join(folder, name), "wb") as file:
-                    file.write(content)
-            with Server("--folder", folder) as server:
-                self.assertEqual([server.get("/live/1")[2] for _ in range(3)], [b"first", b"second", b"first"])
-                self.assertEqual(server.get("/live/2")[2], b"second")
-                os.remove(os.path.join(folder, "b.JPEG"))
-                self.assertEqual(server.get("/live/1")[0], 500)
-                self.assertEqual(server.get("/live/1")[2], b"first")
 
 
 def query(flag, moment=NOTHING, device="1", login="ann/pw"):
