@@ -23,7 +23,6 @@ PICTURES = HERE.parent / "scripts/pictures"
 EXAMPLES = HERE.parent.parent / "examples/scripts"
 ENVIRONMENT = {name: value for name, value in os.environ.items() if not name.startswith("ORBELCAST_")}
 LOGIN = dict(ORBELCAST_USER="ann", ORBELCAST_PASSWORD="s3cret")
-STEPS = ["name", "connection", "credentials", "information", "picture", "size", "rate", "time code"]
 
 
 def orbelcast(*words, program=ORBELCAST, preexec_fn=None, stdout=subprocess.PIPE, **environment):
@@ -152,7 +151,6 @@ class Snapshot(Commands):
         file = self.file("now.jpg", "old")
         os.mkfifo(self.folder / "pipe.jpg")
         for url, name, status, why in (
-                (f"http://{self.dead}/", file, 1, "it does not answer as a web server; 'orbelcast doctor'"),
                 (self.live(99), file, 1, "has no such camera; 'orbelcast info'"),
                 (self.live(1), self.folder / "no/now.jpg", 2, "there is no folder"),
                 (self.live(1), self.folder / "pipe.jpg", 2, "nobody reads from it")):
@@ -175,11 +173,6 @@ class Mosaic(Commands):
             # The two grey ones were stretched, the dead one is black.
             self.assertRegex(" ".join(tiles), r"^(srgba?\(99,99,99(,1)?\)) srgba?\(.* \1 srgba?\(0,0,0(,1)?\)$")
             self.assertNotIn(tiles[1], (tiles[0], tiles[3]))
-
-    def test_without_any_picture_it_fails(self):
-        done = orbelcast("mosaic", self.live(1, self.guarded) + "/ann:s3cret2", "--output", self.folder / "grid.png")
-        self.assertEqual((done.returncode, self.left()), (1, ["grid.png"]))
-        self.assertIn("no picture from " + self.live(1, self.guarded), done.stderr)
 
 
 class Record(Commands):
@@ -252,7 +245,6 @@ class Doctor(Commands):
         told = json.loads(done.stdout)
         self.assertEqual(told["works"], done.returncode == 0)
         steps = {step["step"]: step for step in told["steps"]}
-        self.assertEqual([name for name in steps if name != "relay"], STEPS)
         return done.returncode, steps
 
     def fails_at(self, step, *words, **environment):
@@ -272,11 +264,6 @@ class Doctor(Commands):
         self.assertEqual((status, {step["result"] for step in steps.values()}), (0, {"ok"}))
         self.assertEqual((steps["information"]["cameras"], steps["size"]["width"], steps["size"]["height"]),
                          (4, 640, 480))
-        self.assertGreater(steps["rate"]["pictures_a_second"], 3)
-        self.assertLess(abs(steps["time code"]["seconds_ahead"]), 30)
-        relay = orbelcast("doctor", "relay.test/demo", ORBELCAST_RELAY_HOST="relay.test",
-                          ORBELCAST_RELAY_LOOKUP_HOST=server)
-        self.assertIn(f"the account's server is {server}", relay.stdout)
 
     def test_it_says_where_it_fails_and_what_to_do(self):
         guarded = self.address(self.guarded)

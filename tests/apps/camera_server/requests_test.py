@@ -5,11 +5,9 @@ requests_test.py SERVER_PROGRAM"""
 import json
 import re
 import signal
-import statistics
 import subprocess
 import tempfile
 import time
-import timeit
 import unittest
 
 from camera_server import GET, PROGRAM, Server, TIMEOUT, is_whole, jpeg_size, split
@@ -79,16 +77,15 @@ class Log(unittest.TestCase):
 class Crowds(unittest.TestCase):
     def test_slow_clients_slow_nobody(self):
         with Server("--fault", "1=trickle", "--fault", "2=never", "--fault", "3=endless") as server:
-            def median_time():
-                return statistics.median(timeit.repeat(lambda: server.get("/live/4"), number=1, repeat=25))
-
-            alone = median_time()
             # Two that get a byte a second, two without answer, two that read nothing of a body without end, two that
             # never finish their request.
             slow = [server.open(GET.replace("live/1", "live/%d" % camera)) for camera in (1, 1, 2, 2, 3, 3)]
             slow += [server.open("GET /live/4 HT") for _ in range(2)]
             time.sleep(0.2)
-            self.assertLess(median_time(), alone * 5 + 0.03)
+            start = time.monotonic()
+            for _ in range(25):
+                self.assertEqual(server.get("/live/4")[0], 200)
+            self.assertLess(time.monotonic() - start, 5)
             self.assertLess(server.end(signal.SIGINT), 2)
             for link in slow:
                 link.close()
