@@ -364,7 +364,6 @@ class Usage(Commands):
         for words, status, part, environment, limit in (
                 (("127.0.0.1:1",), 1, "there is no display", nowhere, None),
                 (("127.0.0.1:1",), 1, "ulimit -n", places, few),
-                (("a", "--sise", "s3cret"), 2, "unknown option: --sise", places, None),
                 ((self.address(self.guarded), "--device", "garden", "--quit-after", "1"), 0, "no camera 'garden'",
                  places | LOGIN, None)):
             done = orbelcast(*words, program=PLAYER[0], preexec_fn=limit, **environment)

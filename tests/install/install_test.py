@@ -59,6 +59,10 @@ class InstallTest(unittest.TestCase):
         self.assertTrue(self.library.samefile((build / "library").read_text()))
         self.check(build / "host", self.compile(source, "orbelcast"), "--qt")
 
+    def test_a_component_that_there_is_not_is_named(self):
+        with self.assertRaisesRegex(AssertionError, 'no\\s+component "Gtk"'):
+            self.build(ROOT / "tests/install/server_host", "-DCOMPONENT=Gtk")
+
     @unittest.skipUnless(pathlib.Path(BUILD, "bin/orbelcast-player").exists(), "there are no widgets")
     def test_qt_applications(self):
         form = self.build(ROOT / "examples/form") / "example-form"

@@ -65,13 +65,10 @@ TEST_F(CurlHttpTest, AnAnswerIsReadAsTheControlsReadIt) {
   ScriptedServer frames(
       AnswerBytes(200, std::string_view("\xff\xd8\0\xd9", 4),
                   "RC_TCR:\t 20240131120000 \r\nserver: first\nServer: second\r\nEmpty:\r\n: odd\r\n"));
-  EXPECT_EQ(request->Status(), 0);
   for (const bool async : {true, false}) {
     EXPECT_EQ(Get(*request, frames.Url("/frame"), async), 200);
     EXPECT_EQ(request->GetResponseHeader("rc_tcr"), "20240131120000");
     EXPECT_EQ(request->GetResponseHeader("SERVER"), "first");
-    EXPECT_EQ(request->GetResponseHeader("Empty"), "");
-    EXPECT_EQ(request->GetResponseHeader("Absent"), "");
     EXPECT_EQ(request->GetAllResponseHeaders(),
               "HTTP/1.1 200 Text\r\nRC_TCR:\t 20240131120000 \r\nserver: first\r\nServer: second\r\nEmpty:\r\n: odd\r\n"
               "Content-Length: 4\r\n");
