@@ -117,7 +117,8 @@ class Info(Commands):
 
     def test_a_password_in_an_address_is_printed_by_nothing(self):
         for login in ("ann:s3cret", "ann:%733cret/?x", "x?user=ann&pwd=s3cret"):
-            for command, *words in (("watch", "--once"), ("doctor", "--json"), ("mosaic", "--output", self.folder / "a.png")):
+            for command, *words in (("watch", "--once"), ("doctor", "--json"),
+                                    ("mosaic", "--output", self.folder / "a.png")):
                 done = orbelcast(command, f"http://{self.dead}/live/1/{login}", *words)
                 self.assertEqual(done.returncode, 1)
                 self.assertIn("***", done.stdout + done.stderr)
@@ -331,7 +332,8 @@ class ExampleScripts(Commands):
 
 class Usage(Commands):
     def test_a_wrong_command_line_says_what_to_do(self):
-        for words, part in (((), "name a command"), (("watch", "http://a/", "--sise", "s3cret"), "unknown option: --sise"),
+        for words, part in (((), "name a command"),
+                            (("watch", "http://a/", "--sise", "s3cret"), "unknown option: --sise"),
                             (("watch", "127.0.0.1/live/1/ann:s3cret"), "did you mean http://127.0.0.1/live/1/ann:***?"),
                             (("record", "http://a/b", "c.mp4"), "must end in .avi")):
             with self.subTest(words=words):
@@ -341,7 +343,8 @@ class Usage(Commands):
                 self.assertIn(part, done.stderr)
 
     def test_output_that_cannot_be_written_is_told(self):
-        for words in (("info", self.address(self.server)), ("watch", self.live(1)), ("script", self.file("s", "print x\n"))):
+        script = self.file("s", "print x\n")
+        for words in (("info", self.address(self.server)), ("watch", self.live(1)), ("script", script)):
             with self.subTest(words=words), open("/dev/full", "w") as full:
                 done = orbelcast(*words, stdout=full)
                 self.assertNotEqual(done.returncode, 0)

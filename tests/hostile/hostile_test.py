@@ -3,8 +3,8 @@
 
 KINDS is the table of misbehaviours: a word, and what the server does in place of an answer. It has what takes time or
 much memory, and what commands print; the fuzzers try the bytes of answers. Each kind meets `watch`, which must show the
-next good picture, and one of the other commands in turn. None may crash, leak, take long or much memory, or leave a file
-that it did not finish. With WORDs only the kinds are tried that have one of them in their name.
+next good picture, and one of the other commands in turn. None may crash, leak, take long or much memory, or leave a
+file that it did not finish. With WORDs only the kinds are tried that have one of them in their name.
 """
 
 import collections

@@ -69,7 +69,8 @@ class Log(unittest.TestCase):
 
     def test_messages(self):
         with Server() as server:
-            for text, told in (("a&Send=b, 100%25 j\xf6rg?", "a&Send=b, 100%25 j\xf6rg?"), ("x" * 5000, "x" * 500 + "...")):
+            for text, told in (("a&Send=b, 100%25 j\xf6rg?", "a&Send=b, 100%25 j\xf6rg?"),
+                               ("x" * 5000, "x" * 500 + "...")):
                 self.assertEqual(command(server, "message?msg=%s&Send=Send+Message" % text)[0], 200)
                 self.assertEqual(log(server)[-1], "ann,Message," + told)
 
