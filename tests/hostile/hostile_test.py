@@ -70,7 +70,6 @@ DIGEST = b'Digest realm="c", nonce="%s", qop="auth"'
 KINDS = {
     # The status line.
     "line-nothing": [CLOSE],
-    "line-status-0": [answer(status=b"000 Nothing")],
     "line-endless": [Flood(b"HTTP/1.1 200 " + b"x" * 65536)],
     "continue-for-ever": [Flood(head(b"X: 1", status=b"HTTP/1.1 100 Continue"))],
     "switching-protocols": [head(b"Upgrade: x", status=b"HTTP/1.1 101 Switching Protocols"), STALL],
@@ -83,11 +82,9 @@ KINDS = {
     "header-nul-first-stalls": [answer(JPEG, b"\0: x")],  # libcurl 7.88 waits for more
     "header-escapes": [answer(JPEG, b"Server: \x1b]0;title\x07\x1b[2J\x9b2J", b"VigilboxInfo: 1\x1b[31m", b"PlugIns: \x7f")],
     "header-no-utf8": [answer(JPEG, b"Server: \xff\xfe\xc0\x80", b"VigilboxInfo: 1\xed\xa0\x80")],
-    "header-end-missing": [b"HTTP/1.1 200 OK\r\nContent-Length: 5\r\n", CLOSE],
     # Lengths that lie.
     "length-huge": [head(b"Content-Length: 9223372036854775807") + JPEG, STALL],
     "length-overflows": [head(b"Content-Length: 18446744073709551617") + JPEG],
-    "body-empty": [answer(b"")],
     "body-endless": [head(), Flood(b"x" * 65536)],
     # Chunks.
     "chunk-without-end": [head(CHUNKED) + b"5\r\nframe\r\n", STALL],
