@@ -56,13 +56,11 @@ class HostsTest(unittest.TestCase):
                 form = program.endswith("form")
                 host = subprocess.Popen([program, *(address.split(":") if form else [f"http://{address}/live/1"])],
                                         preexec_fn=end_with_parent, stderr=subprocess.DEVNULL, env=environment)
-                try:
-                    # The form names the player's camera, of which it shows one picture to begin with.
-                    for camera, count in (("/live/1/ann:", 1), ("/live/2 ", 2)) if form else (("/live/1 ", 2),):
-                        self.wait_for_pictures(host, server, camera, count)
-                finally:
-                    host.kill()
-                    host.wait()
+                self.addCleanup(host.wait)
+                self.addCleanup(host.kill)
+                # The form names the player's camera, of which it shows one picture to begin with.
+                for camera, count in (("/live/1/ann:", 1), ("/live/2 ", 2)) if form else (("/live/1 ", 2),):
+                    self.wait_for_pictures(host, server, camera, count)
 
     def wait_for_pictures(self, host, server, camera, count):
         end = time.monotonic() + TIMEOUT

@@ -29,6 +29,9 @@ void ReadTarget(const Request& request) {
     Require(base->login.size() + base->command.size() < request.target.size());
   }
   QueryValue(request.target, "account");
+  if (const auto query = ParseArchiveQuery(request.target, PictureForm{})) {
+    Require(query->form.Bounded().width == query->form.width && query->form.Bounded().quality == query->form.quality);
+  }
 }
 
 void RequireSecret(std::string_view rest) {

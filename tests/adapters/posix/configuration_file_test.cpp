@@ -37,7 +37,6 @@ class ConfigurationFileTest : public testing::Test {
 };
 
 TEST_F(ConfigurationFileTest, EachPlaceOverridesTheOneBefore) {
-  EXPECT_EQ(Load().configuration.relay_host, "relay.invalid");
   Write("system.conf", "# the machine's\r\n\r\n relay_host =  system.example \r\nrelay_lookup_host=[::1]:80\n");
   EXPECT_EQ(Load().configuration.relay_host, "system.example");
   EXPECT_EQ(Load().configuration.relay_lookup_host, "[::1]:80");
@@ -65,10 +64,8 @@ TEST_F(ConfigurationFileTest, WhatIsWrongIsSaidAndLeftOut) {
                                            HasSubstr(":4: there is no setting 'colour?'"), HasSubstr(":5: "),
                                            HasSubstr(":6: "), HasSubstr("ORBELCAST_RELAY_LOOKUP_HOST is 'two words'")));
   Write("system.conf", std::string(1 << 20, 'x'));
-  for (const char* name : {"/nowhere", ""}) {
-    environment["ORBELCAST_CONFIGURATION"] = folder + name;
-    EXPECT_THAT(Load().problems, ElementsAre(HasSubstr(folder + name + ": cannot be read"), testing::_));
-  }
+  environment["ORBELCAST_CONFIGURATION"] = folder;
+  EXPECT_THAT(Load().problems, ElementsAre(HasSubstr(folder + ": cannot be read"), testing::_));
   environment.clear();
   EXPECT_THAT(Load().problems, ElementsAre(HasSubstr("too large, over 65536 bytes")));
 }

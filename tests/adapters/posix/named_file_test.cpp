@@ -19,6 +19,9 @@ namespace {
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 
+/// What was asked of the system, in order.
+std::string calls;
+
 class NamedFileTest : public testing::Test {
  protected:
   NamedFileTest() { fs::create_directories(folder_); }
@@ -64,13 +67,12 @@ TEST_F(NamedFileTest, WritesWhereTheNameLeads) {
   char text[8] = {};
   EXPECT_EQ(::read(reader.Number(), text, sizeof text), 5);
   EXPECT_TRUE(fs::is_fifo(pipe));
+}
 
-  // A device: a terminal of the test's own, whose other end reads what is written.
-  const Descriptor terminal(::posix_openpt(O_RDWR | O_NOCTTY));
-  ASSERT_EQ(::grantpt(terminal.Number()) + ::unlockpt(terminal.Number()), 0);
-  const Descriptor keeps_it_open(::open(::ptsname(terminal.Number()), O_RDWR | O_NOCTTY));
-  EXPECT_EQ(Write(::ptsname(terminal.Number()), "four"), "");
-  EXPECT_EQ(::read(terminal.Number(), text, sizeof text), 4);
+TEST_F(NamedFileTest, TheBytesAreOnTheDiskBeforeTheNameLeadsToThem) {
+  calls.clear();
+  EXPECT_EQ(Write(folder_ / "file", "text"), "");
+  EXPECT_EQ(calls, "sync file, rename, sync folder, ");
 }
 
 TEST_F(NamedFileTest, WhatFailsIsToldAndLeavesTheOldFile) {
@@ -128,3 +130,14 @@ TEST_F(NamedFileTest, TheModuleFolderIsThisProgramsAloneUnlessItIsNamed) {
 
 }  // namespace
 }  // namespace orbelcast
+
+extern "C" int fsync(int descriptor) {
+  struct stat about {};
+  ::fstat(descriptor, &about);
+  orbelcast::calls += S_ISDIR(about.st_mode) ? "sync folder, " : "sync file, ";
+  return ::fdatasync(descriptor);
+}
+extern "C" int rename(const char* from, const char* to) noexcept {
+  orbelcast::calls += "rename, ";
+  return ::renameat(AT_FDCWD, from, AT_FDCWD, to);
+}

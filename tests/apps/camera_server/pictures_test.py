@@ -1,8 +1,6 @@
 #!/usr/bin/env python3
 """Live pictures and those of the archive: pictures_test.py SERVER_PROGRAM"""
 
-import os
-import tempfile
 import time
 import unittest
 
@@ -29,9 +27,8 @@ class Live(unittest.TestCase):
                                  ("/live/3?height=100", (320, 100)), ("/live/1?live-special0000x9999090", (16, 2160)),
                                  ("/live/1?width=99999999999&height=-3", (320, 240))):
                 self.assertEqual(jpeg_size(picture(target)), size, target)
-            lengths = [len(picture("/live/1?live-special0320x0240%03d" % quality)) for quality in (20, 70, 90)]
-            self.assertLess(lengths[0] * 1.2, lengths[1])
-            self.assertLess(lengths[1] * 1.2, lengths[2])
+            low, high = (len(picture("/live/1?live-special0320x0240%03d" % quality)) for quality in (20, 90))
+            self.assertLess(low * 1.5, high)
 
     def test_cameras_differ_and_move(self):
         with Server("--cameras", "2") as server:
@@ -45,7 +42,6 @@ class Live(unittest.TestCase):
     def test_headers(self):
         with Server("--cameras", "2", "--name", "Yard", "--vigilbox-info", "1 fine", "--recording", "yes") as server:
             _, headers, _ = server.get("/live/2")
-            self.assertRegex(headers["Date"], r"^\w{3}, \d\d \w{3} \d{4} \d\d:\d\d:\d\d GMT$")
             self.assertLess(abs(seconds(headers["RC_TCR"]) - time.time()), 5)
             self.assertEqual([headers[name] for name in ("Recording", "VigilboxInfo", "PlugIns")],
                              ["Yes", "1 fine", None])
@@ -54,23 +50,11 @@ class Live(unittest.TestCase):
                 two.recv(1)
                 self.assertEqual(server.get("/live/1")[1]["HolmvaneStatus"], "Yard: 3 viewers")
 
-    def test_folder_in_turn(self):
-        with tempfile.TemporaryDirectory() as folder:
-            for name, content in (("b.JPEG", b"second"), ("a.jpg", b"first"), ("c.txt", b"none")):
-                with open(os.path.join(folder, name), "wb") as file:
-                    file.write(content)
-            with Server("--folder", folder) as server:
-                self.assertEqual([server.get("/live/1")[2] for _ in range(3)], [b"first", b"second", b"first"])
-                self.assertEqual(server.get("/live/2")[2], b"second")
-                os.remove(os.path.join(folder, "b.JPEG"))
-                self.assertEqual(server.get("/live/1")[0], 500)
-                self.assertEqual(server.get("/live/1")[2], b"first")
 
-
-def query(flag, moment=NOTHING, device="1", code=CODE, login="ann/pw"):
+def query(flag, moment=NOTHING, device="1", login="ann/pw"):
     """What a player sends: two question marks, the picture code behind "Quality="."""
     time_items = "Year=%s&Month=%s&Day=%s&Hour=%s&Minute=%s&Second=%s" % tuple(moment)
-    return "/$openlogin/%s/srv_vigilbox$img?Device=%s&%s&%s=0&Quality=%s" % (login, device, time_items, flag, code)
+    return "/$openlogin/%s/srv_vigilbox$img?Device=%s&%s&%s=0&Quality=%s" % (login, device, time_items, flag, CODE)
 
 
 def seconds(code):
@@ -117,15 +101,12 @@ class Archive(unittest.TestCase):
         self.assertEqual(self.move("F"), wanted + 1)
 
     def test_pictures(self):
-        def picture(code=CODE, device="1"):
-            return self.server.get(query("P", (*self.at(DAY)[:3], "12", "30", "0"), device, code))
-
-        _, headers, noon = picture()
+        noon = query("P", (*self.at(DAY)[:3], "12", "30", "0"))
+        _, headers, picture = self.server.get(noon)
         self.assertRegex(headers["HolmvaneStatus"], r"^Lime Street: archive of \d{4}-\d\d-\d\d 12:30:00$")
-        self.assertEqual(picture()[2], noon)  # the same picture whenever it is asked for
-        self.assertNotEqual(picture(device="2")[2], noon)
-        self.assertEqual(jpeg_size(picture("")[2]), (640, 480))
-        for target, status in ((query("P", device="9"), 506), (query("P", device=""), 506), (query("X"), 400)):
+        self.assertEqual((self.server.get(noon)[2], jpeg_size(picture)), (picture, (160, 120)))
+        self.assertNotEqual(self.server.get(noon.replace("Device=1", "Device=2"))[2], picture)
+        for target, status in ((query("P", device="9"), 506), (query("X"), 400)):
             self.assertEqual(self.server.get(target)[0], status, target)
 
 
