@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "camera_server/addresses.h"
-#include "camera_server/archive.h"
 
 using namespace orbelcast::camera_server;
 
