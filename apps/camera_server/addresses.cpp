@@ -1,7 +1,10 @@
 #include "camera_server/addresses.h"
 
 #include <algorithm>
-#include <charconv>
+#include <chrono>
+#include <ctime>
+
+#include "common/whole_number.h"
 
 namespace orbelcast::camera_server {
 
@@ -9,11 +12,6 @@ namespace {
 
 constexpr std::array<std::string_view, 6> kTimeParts{"Year", "Month", "Day", "Hour", "Minute", "Second"};
 constexpr std::string_view kMoves = "TRFBP";
-
-/// `text` before and behind `mark`, which is at `at`; all of it and nothing where it is nowhere.
-std::pair<std::string_view, std::string_view> Cut(std::string_view text, std::size_t at, std::string_view mark) {
-  return {text.substr(0, at), text.substr(std::min(at == std::string_view::npos ? at : at + mark.size(), text.size()))};
-}
 
 /// The number that `text` begins with; one of more digits than any part of a time has stands for "too large".
 std::optional<int> LeadingNumber(std::string_view text) {
@@ -47,30 +45,43 @@ bool TakePictureCode(std::string_view& text, PictureForm& form) {
   return true;
 }
 
+/// Far enough for any archive, and within what every clock can say.
+constexpr int kFirstYear = 1971;
+constexpr int kLastYear = 2200;
+
+int DaysIn(int year, int month) {
+  using namespace std::chrono;
+  const year_month_day_last last{std::chrono::year(year), month_day_last(std::chrono::month(unsigned(month)))};
+  return static_cast<int>(unsigned(last.day()));
+}
+
 }  // namespace
+
+std::pair<std::string_view, std::string_view> CutAt(std::string_view text, std::string_view mark) {
+  const std::size_t at = std::min(text.find(mark), text.size());
+  return {text.substr(0, at), text.substr(std::min(at + mark.size(), text.size()))};
+}
 
 std::vector<std::pair<std::string_view, std::string_view>> QueryItems(std::string_view query) {
   std::vector<std::pair<std::string_view, std::string_view>> items;
   while (!query.empty()) {
-    const auto [item, rest] = Cut(query, query.find('&'), "&");
-    items.push_back(Cut(item, item.find('='), "="));
+    const auto [item, rest] = CutAt(query, "&");
+    items.push_back(CutAt(item, "="));
     query = rest;
   }
   return items;
 }
 
 std::string_view QueryValue(std::string_view target, std::string_view name) {
-  for (const auto& [each, value] : QueryItems(Cut(target, target.find('?'), "?").second)) {
+  for (const auto& [each, value] : QueryItems(CutAt(target, "?").second)) {
     if (each == name) return value;
   }
   return {};
 }
 
 std::optional<int> WholeNumber(std::string_view text) {
-  int number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size() || number < 0) return std::nullopt;
-  return number;
+  const std::optional<int> number = orbelcast::WholeNumber<int>(text);
+  return number >= 0 ? number : std::nullopt;
 }
 
 std::optional<LiveAddress> ParseLiveAddress(std::string_view target, const PictureForm& form) {
@@ -78,7 +89,7 @@ std::optional<LiveAddress> ParseLiveAddress(std::string_view target, const Pictu
   LiveAddress address{.form = form};
   std::string_view path = target.substr(kLivePath.size());
   if (!TakePictureCode(path, address.form)) {
-    for (const auto& [name, value] : QueryItems(Cut(path, path.find('?'), "?").second)) {
+    for (const auto& [name, value] : QueryItems(CutAt(path, "?").second)) {
       const std::optional<int> number = WholeNumber(value);
       if (name == "width") address.form.width = number.value_or(form.width);
       if (name == "height") address.form.height = number.value_or(form.height);
@@ -87,7 +98,7 @@ std::optional<LiveAddress> ParseLiveAddress(std::string_view target, const Pictu
     path = path.substr(0, path.find('?'));
   }
   address.form = address.form.Bounded();
-  const auto [camera, login] = Cut(path, path.find('/'), "/");
+  const auto [camera, login] = CutAt(path, "/");
   address.camera = WholeNumber(camera).value_or(0);
   address.login = login;
   return address;
@@ -96,7 +107,7 @@ std::optional<LiveAddress> ParseLiveAddress(std::string_view target, const Pictu
 std::optional<LoginBaseAddress> ParseLoginBase(std::string_view target) {
   if (!target.starts_with(kLoginBase)) return std::nullopt;
   target.remove_prefix(kLoginBase.size());
-  const auto [login, command] = Cut(target, target.find(kCommandMark), kCommandMark);
+  const auto [login, command] = CutAt(target, kCommandMark);
   return LoginBaseAddress{.login = login, .command = command};
 }
 
@@ -116,6 +127,43 @@ std::optional<ArchiveQuery> ParseArchiveQuery(std::string_view query, const Pict
   }
   if (parsed.move == 0) return std::nullopt;
   return parsed;
+}
+
+WallClock::time_point CompleteTime(const TypedTime& typed, WallClock::time_point base) {
+  std::tm parts = LocalParts(base);
+  const auto part = [&](std::size_t index, int fallback, int least, int most) {
+    return typed.at(index) && *typed.at(index) >= least ? std::min(*typed.at(index), most) : fallback;
+  };
+  const int year = std::clamp(part(0, parts.tm_year + 1900, 1, kLastYear), kFirstYear, kLastYear);
+  const int month = part(1, parts.tm_mon + 1, 1, 12);
+  parts.tm_year = year - 1900;
+  parts.tm_mon = month - 1;
+  parts.tm_mday = std::min(part(2, parts.tm_mday, 1, 31), DaysIn(year, month));
+  parts.tm_hour = part(3, parts.tm_hour, 0, 23);
+  parts.tm_min = part(4, parts.tm_min, 0, 59);
+  parts.tm_sec = part(5, parts.tm_sec, 0, 59);
+  parts.tm_isdst = -1;
+  return WallClock::from_time_t(std::mktime(&parts));
+}
+
+WallClock::time_point Archive::Move(const std::string& visitor, const ArchiveQuery& query, WallClock::time_point now) {
+  using std::chrono::seconds;
+  const seconds step(settings_.archive_step);
+  const auto picture_before = [step](WallClock::time_point time) {
+    return WallClock::time_point(std::chrono::floor<seconds>(time.time_since_epoch()) / step * step);
+  };
+  const WallClock::time_point last = picture_before(now);
+  const WallClock::time_point first = last - std::chrono::hours(settings_.archive_hours) / step * step;
+
+  const std::lock_guard lock(mutex_);
+  auto& position = positions_.Use(visitor);
+  if (query.move == 'T') position = first;
+  if (query.move == 'B') position = last;
+  if (query.move == 'R') position = position ? *position - step : last;
+  if (query.move == 'F') position = position ? *position + step : first;
+  if (query.move == 'P') position = picture_before(CompleteTime(query.time, position.value_or(now)) + step / 2);
+  position = std::clamp(position.value_or(last), first, last);
+  return *position;
 }
 
 }  // namespace orbelcast::camera_server

@@ -1,15 +1,18 @@
 #pragma once
 
 #include <array>
+#include <mutex>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "camera_server/recent.h"
 #include "camera_server/settings.h"
 
-/// What the targets of requests say. Everything is taken as raw bytes: nothing is decoded. What is read of a target
-/// points into it.
+/// The targets of requests, and the archive that they lead to. Everything is taken as raw bytes: nothing is decoded.
+/// The parts read of a target point into it.
 namespace orbelcast::camera_server {
 
 inline constexpr std::string_view kLivePath = "/live/";
@@ -17,6 +20,8 @@ inline constexpr std::string_view kPictureCodeMark = "?live-special";
 inline constexpr std::string_view kLoginBase = "/$openlogin/";
 inline constexpr std::string_view kCommandMark = "/srv_vigilbox$";
 
+/// `text` before and behind the first `mark`; all of it and nothing where there is none.
+std::pair<std::string_view, std::string_view> CutAt(std::string_view text, std::string_view mark);
 /// Names and values of a query's items, which "&" separates; an item without "=" has an empty value.
 std::vector<std::pair<std::string_view, std::string_view>> QueryItems(std::string_view query);
 /// The value of the first item of that name in the query behind the target's first "?", or empty.
@@ -35,7 +40,7 @@ struct LiveAddress {
   std::string_view login{};
   PictureForm form{};  ///< bounded
 };
-/// None when `target` is no live address. What it does not say, or says in a way that cannot be read, is taken from
+/// None when `target` is no live address. Parts that it does not have, or that cannot be read, are taken from
 /// `form`.
 std::optional<LiveAddress> ParseLiveAddress(std::string_view target, const PictureForm& form);
 
@@ -43,7 +48,7 @@ std::optional<LiveAddress> ParseLiveAddress(std::string_view target, const Pictu
 struct LoginBaseAddress {
   /// "USER/PASSWORD" as typed. Either may hold blanks, slashes and any other bytes, so it is compared whole.
   std::string_view login{};
-  /// What follows "srv_vigilbox$", empty where there is none: "output=3+1".
+  /// The bytes behind "srv_vigilbox$", empty where there is none: "output=3+1".
   std::string_view command{};
 };
 /// None when `target` does not begin with the login base. The login ends at the first "/srv_vigilbox$".
@@ -53,7 +58,7 @@ std::optional<LoginBaseAddress> ParseLoginBase(std::string_view target);
 /// any number may come.
 using TypedTime = std::array<std::optional<int>, 6>;
 
-/// What the command img asks for:
+/// The command img and its query:
 ///   Device=ID&Day=D&Month=M&Year=Y&Hour=H&Minute=M&Second=S&FLAG=0&Quality=?live-specialWWWWxHHHHQQQ
 /// The order of the items is free, but for the picture code, which ends the query.
 struct ArchiveQuery {
@@ -64,5 +69,29 @@ struct ArchiveQuery {
 };
 /// Reads what follows the command's "?". None when there is no flag.
 std::optional<ArchiveQuery> ParseArchiveQuery(std::string_view query, const PictureForm& form);
+
+/// The cameras' archive: a picture each archive step of whole seconds, back from now as far as the settings say. A
+/// visitor (a client's address, user and camera) has a position in it that each request moves. Thread-safe.
+class Archive {
+ public:
+  /// `settings` outlives this.
+  explicit Archive(const Settings& settings) : settings_(settings) {}
+
+  /// Moves the visitor and gives the time of the picture where it then is.
+  ///
+  /// Top and bottom are the first and the last picture. Reverse and forward go one picture back or on, and stay at
+  /// either end; a visitor without a position begins with the last picture, or with the first. Position goes to the
+  /// picture nearest to the time that was typed, which CompleteTime makes whole.
+  WallClock::time_point Move(const std::string& visitor, const ArchiveQuery& query, WallClock::time_point now);
+
+ private:
+  const Settings& settings_;
+  std::mutex mutex_;
+  Recent<std::optional<WallClock::time_point>> positions_{kMaxSessions, kSessionTime};
+};
+
+/// Makes a typed time whole: a missing part, and a year, month or day of 0, is that of `base`; a part too large is the
+/// largest there is, the day by its month. In local time.
+WallClock::time_point CompleteTime(const TypedTime& typed, WallClock::time_point base);
 
 }  // namespace orbelcast::camera_server

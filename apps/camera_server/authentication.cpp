@@ -2,13 +2,14 @@
 
 #include <openssl/crypto.h>
 #include <openssl/evp.h>
-#include <openssl/hmac.h>
 #include <openssl/rand.h>
 
 #include <algorithm>
-#include <charconv>
+#include <array>
+#include <iomanip>
 #include <map>
 #include <span>
+#include <sstream>
 #include <stdexcept>
 
 #include "toolkit/ascii.h"
@@ -26,13 +27,21 @@ constexpr std::size_t kMaxUses = 100'000;
 /// Of the microseconds since 1970, until the year 2286.
 constexpr std::size_t kTimeDigits = 16;
 
-std::string Md5(std::string_view text) {
+std::string Hash(const EVP_MD* kind, std::string_view text) {
   std::array<unsigned char, EVP_MAX_MD_SIZE> hash{};
   unsigned size = 0;
-  if (EVP_Digest(text.data(), text.size(), hash.data(), &size, EVP_md5(), nullptr) != 1) {
-    throw std::runtime_error("MD5 is not available, so Digest authentication is not either");
+  if (EVP_Digest(text.data(), text.size(), hash.data(), &size, kind, nullptr) != 1) {
+    throw std::runtime_error("MD5 or SHA-256 is not available, so nobody can log in");
   }
   return Hexadecimal(std::span(hash).first(size));
+}
+
+std::string Md5(std::string_view text) {
+  return Hash(EVP_md5(), text);
+}
+
+std::string Now() {
+  return std::to_string(WallClock::now().time_since_epoch() / std::chrono::microseconds(1));
 }
 
 /// Takes as long wherever the texts differ, so that nobody can guess one from how long it took.
@@ -65,64 +74,56 @@ using Parameters = std::map<std::string, std::string>;
 /// one name the first. Stops at what cannot be read.
 Parameters ParseParameters(std::string_view text) {
   Parameters parameters;
-  for (std::size_t equals = text.find('='); equals != std::string_view::npos; equals = text.find('=')) {
-    const std::string name = LowerCase(std::string(Trimmed(text.substr(0, equals), " \t,")));
-    text.remove_prefix(equals + 1);
+  std::istringstream rest{std::string(text)};
+  for (std::string name; std::getline(rest, name, '=');) {
     std::string value;
-    std::size_t at = 0;
-    if (text.starts_with('"')) {
-      for (at = 1; at < text.size() && text[at] != '"'; ++at) {
-        if (text[at] == '\\' && at + 1 < text.size()) ++at;
-        value += text[at];
-      }
+    if (rest.peek() == '"') {
+      rest >> std::quoted(value);
     } else {
-      at = std::min(text.find_first_of(", \t"), text.size());
-      value = text.substr(0, at);
+      std::getline(rest, value, ',');
+      value = Trimmed(value);
     }
-    text.remove_prefix(std::min(at + 1, text.size()));
-    parameters.emplace(name, value);
+    parameters.emplace(LowerCase(std::string(Trimmed(name, " \t,"))), value);
   }
   return parameters;
 }
 
-/// What follows the scheme's name, or nothing when the credentials are of another scheme.
+/// The credentials behind the scheme's name; nothing when they are of another scheme.
 std::optional<std::string_view> AfterScheme(std::string_view credentials, std::string_view scheme) {
-  const std::size_t blank = credentials.find(' ');
-  if (blank == std::string_view::npos || !EqualIgnoringCase(credentials.substr(0, blank), scheme)) return std::nullopt;
-  credentials.remove_prefix(blank);
-  credentials.remove_prefix(std::min(credentials.find_first_not_of(' '), credentials.size()));
-  return credentials;
+  const std::size_t blank = std::min(credentials.find(' '), credentials.size());
+  if (!EqualIgnoringCase(credentials.substr(0, blank), scheme)) return std::nullopt;
+  return Trimmed(credentials.substr(blank));
+}
+
+/// The "USER:PASSWORD" of Basic credentials; nothing when they are of another scheme or cannot be read.
+std::optional<std::string> BasicLogin(std::string_view credentials) {
+  const auto encoded = AfterScheme(credentials, "Basic");
+  return encoded ? DecodeBase64(*encoded) : std::nullopt;
+}
+
+/// The text before the first separator. Without one it may as well be a password.
+std::string NameBefore(std::string_view login, char separator) {
+  const std::size_t end = login.find(separator);
+  return end == std::string_view::npos ? std::string() : std::string(login.substr(0, end));
 }
 
 }  // namespace
 
-Nonces::Nonces() {
-  if (RAND_bytes(secret_.data(), static_cast<int>(secret_.size())) != 1) throw std::runtime_error("no random bytes");
+Authenticator::Authenticator(const Settings& settings) : settings_(settings) {
+  std::array<unsigned char, 32> bytes{};
+  if (RAND_bytes(bytes.data(), static_cast<int>(bytes.size())) != 1) throw std::runtime_error("no random bytes");
+  secret_ = Hexadecimal(bytes);
 }
 
-std::string Nonces::Signed(std::string time) const {
-  std::array<unsigned char, EVP_MAX_MD_SIZE> hash{};
-  unsigned size = 0;
-  HMAC(EVP_sha256(), secret_.data(), static_cast<int>(secret_.size()),
-       reinterpret_cast<const unsigned char*>(time.data()), time.size(), hash.data(), &size);
-  return std::move(time) + Hexadecimal(std::span(hash).first(size)).substr(0, 32);
+std::string Authenticator::NonceOf(const std::string& time) const {
+  return time + Hash(EVP_sha256(), secret_ + Hash(EVP_sha256(), secret_ + time)).substr(0, 32);
 }
 
-std::string Nonces::Make(Clock::time_point now) const {
-  return Signed(std::to_string(now.time_since_epoch() / std::chrono::microseconds(1)));
-}
-
-bool Nonces::IsGood(std::string_view nonce, Clock::time_point now) const {
-  const std::string time(nonce.substr(0, kTimeDigits));
-  if (!Same(nonce, Signed(time))) return false;
-  const auto age = now.time_since_epoch() - std::chrono::microseconds(std::stoll(time));
+bool Authenticator::IsGoodNonce(const std::string& nonce) const {
+  const std::string time = nonce.substr(0, kTimeDigits);
+  if (!Same(nonce, NonceOf(time))) return false;
+  const auto age = WallClock::now().time_since_epoch() - std::chrono::microseconds(std::stoll(time));
   return age >= -kNonceLife && age <= kNonceLife;
-}
-
-bool Nonces::Use(const std::string& nonce, std::uint32_t count) {
-  const std::lock_guard lock(mutex_);
-  while (used_.size() >= kMaxUses) used_.erase(used_.begin());
-  return used_.emplace(nonce, count).second;
 }
 
 std::optional<Refusal> Authenticator::Refuse(const Request& request) {
@@ -135,8 +136,7 @@ std::optional<Refusal> Authenticator::Refuse(const Request& request) {
 
 std::optional<Refusal> Authenticator::RefuseUnlessBasic(const Request& request) const {
   const std::string_view credentials = request.Header("Authorization");
-  const auto encoded = AfterScheme(credentials, "Basic");
-  const auto login = encoded ? DecodeBase64(*encoded) : std::nullopt;
+  const auto login = BasicLogin(credentials);
   if (settings_.users.empty() || (login && FindUser(*login, ':') != nullptr)) return std::nullopt;
   return Refusal{Challenge(AuthenticationScheme::kBasic, Verdict::kBad), !credentials.empty()};
 }
@@ -155,31 +155,24 @@ const User* Authenticator::FindUser(std::string_view login, char separator) cons
 }
 
 std::string Authenticator::NameIn(std::string_view login, char separator) const {
-  if (const User* user = FindUser(login, separator)) return user->name;
-  const std::size_t end = login.find(separator);
-  // Without a separator it may as well be a password.
-  return end == std::string_view::npos ? std::string() : std::string(login.substr(0, end));
+  const User* const user = FindUser(login, separator);
+  return user != nullptr ? user->name : NameBefore(login, separator);
 }
 
 std::string Authenticator::UserOf(const Request& request) {
   const std::string_view credentials = request.Header("Authorization");
   if (const auto digest = AfterScheme(credentials, "Digest")) return ParseParameters(*digest)["username"];
-  const auto encoded = AfterScheme(credentials, "Basic");
-  const std::string login = (encoded ? DecodeBase64(*encoded) : std::nullopt).value_or("");
-  const std::size_t colon = login.find(':');
-  return colon == std::string::npos ? std::string() : login.substr(0, colon);
+  return NameBefore(BasicLogin(credentials).value_or(""), ':');
 }
 
 Authenticator::Verdict Authenticator::CheckDigest(const Request& request, std::string_view credentials) {
   Parameters given = ParseParameters(AfterScheme(credentials, "Digest").value_or(""));
   const std::string& nc = given["nc"];
-  std::uint32_t count = 0;
-  const auto [end, error] = std::from_chars(nc.data(), nc.data() + nc.size(), count, 16);
-  if (error != std::errc() || end != nc.data() + nc.size() || nc.size() != 8) return Verdict::kBad;
+  if (nc.size() != 8 || nc.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) return Verdict::kBad;
   if (!given["algorithm"].empty() && !EqualIgnoringCase(given["algorithm"], "MD5")) return Verdict::kBad;
   if (given["qop"] != "auth" || given["cnonce"].empty() || given["realm"] != kRealm) return Verdict::kBad;
   if (given["uri"] != request.target) return Verdict::kOtherAddress;
-  if (!nonces_.IsGood(given["nonce"], Nonces::Clock::now())) return Verdict::kStale;
+  if (!IsGoodNonce(given["nonce"])) return Verdict::kStale;
 
   const std::string proven =
       ":" + given["nonce"] + ":" + nc + ":" + given["cnonce"] + ":auth:" + Md5(request.method + ":" + request.target);
@@ -189,18 +182,20 @@ Authenticator::Verdict Authenticator::CheckDigest(const Request& request, std::s
     is_good |= user.name == given["username"] && Same(Md5(user_hash + proven), given["response"]);
   }
   if (!is_good) return Verdict::kBad;
-  return nonces_.Use(given["nonce"], count) ? Verdict::kGood : Verdict::kStale;
+  const std::lock_guard lock(mutex_);
+  while (used_.size() >= kMaxUses) used_.erase(used_.begin());
+  return used_.insert(given["nonce"] + nc).second ? Verdict::kGood : Verdict::kStale;
 }
 
 Response Authenticator::Challenge(AuthenticationScheme scheme, Verdict verdict) const {
   if (verdict == Verdict::kOtherAddress) return TextResponse(400, "The credentials were made for another address.");
   Response response = TextResponse(401, "A user name and a password are needed.");
   const std::string realm = "realm=\"" + std::string(kRealm) + "\"";
-  const std::string basic = "Basic " + realm + ", charset=\"UTF-8\"";
-  const std::string digest = "Digest " + realm + ", qop=\"auth\", algorithm=MD5, nonce=\"" +
-                             nonces_.Make(Nonces::Clock::now()) + "\"" +
-                             (verdict == Verdict::kStale ? ", stale=true" : "");
-  response.headers.emplace_back("WWW-Authenticate", scheme == AuthenticationScheme::kBasic ? basic : digest);
+  response.headers.emplace_back("WWW-Authenticate",
+                                scheme == AuthenticationScheme::kBasic
+                                    ? "Basic " + realm + ", charset=\"UTF-8\""
+                                    : "Digest " + realm + ", qop=\"auth\", algorithm=MD5, nonce=\"" + NonceOf(Now()) +
+                                          (verdict == Verdict::kStale ? "\", stale=true" : "\""));
   return response;
 }
 

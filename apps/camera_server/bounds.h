@@ -3,7 +3,7 @@
 #include <chrono>
 #include <cstddef>
 
-/// What the camera server bounds, and why. A client is never trusted with more.
+/// The camera server's bounds, each with its reason. A client is never trusted with more.
 namespace orbelcast::camera_server {
 
 /// Clients at a time; each has a thread.
@@ -48,7 +48,7 @@ inline constexpr int kMaxItems = 64;
 /// than a person leaves a player alone.
 inline constexpr std::size_t kMaxSessions = 1024;
 inline constexpr std::chrono::hours kSessionTime{1};
-/// What has paused for so long begins anew in the activity log.
+/// A doing that has paused for so long begins anew in the activity log.
 inline constexpr std::chrono::minutes kActivityPause{5};
 /// Lines that the activity log keeps, the oldest going first.
 inline constexpr std::size_t kMaxActivityLines = 1000;

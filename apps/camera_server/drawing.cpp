@@ -1,5 +1,3 @@
-#include "camera_server/drawing.h"
-
 #include <cairo.h>
 #include <turbojpeg.h>
 
@@ -10,6 +8,8 @@
 #include <memory>
 #include <numbers>
 #include <stdexcept>
+
+#include "camera_server/pictures.h"
 
 namespace orbelcast::camera_server {
 
@@ -196,8 +196,8 @@ void DrawPanel(cairo_t* cr, const View& view, int width, int height) {
   cairo_rectangle(cr, 0, 0, kWidth, kHeight);
   cairo_fill(cr);
   constexpr double kTextWidth = kWidth - 2 * kInset;
-  Write(cr, kInset, 63, 38, "DejaVu Sans Mono", LocalTime(view.time) + Fraction(view.time, 1), kTextWidth);
-  const double date = Write(cr, kInset, 83, 16, "DejaVu Sans Mono", LocalDate(view.time), kTextWidth);
+  Write(cr, kInset, 63, 38, "DejaVu Sans Mono", LocalText(view.time, "%T") + Fraction(view.time, 1), kTextWidth);
+  const double date = Write(cr, kInset, 83, 16, "DejaVu Sans Mono", LocalText(view.time, "%F"), kTextWidth);
   if (view.mark != Mark::kNone) {
     const bool is_recording = view.mark == Mark::kRecording;
     Write(cr, kInset + date + 30, 83, 14, "DejaVu Sans", is_recording ? "REC" : "ARCHIVE", kTextWidth - date - 30);

@@ -2,17 +2,27 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <chrono>
 #include <climits>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <stdexcept>
+#include <utility>
 
-#include "camera_server/http_server.h"
+#include "camera_server/addresses.h"
 
 namespace orbelcast::camera_server {
+
+/// An answer on its way, for a fault to meddle with.
+struct Exchange {
+  Connection& connection;
+  const Request& request;
+  Response response;
+  int value;
+
+  bool Send() const { return SendResponse(connection, request, response); }
+  bool Pause() const { return connection.Pause(std::chrono::milliseconds(value)); }
+};
 
 struct FaultKind {
   std::string_view name;
@@ -21,7 +31,8 @@ struct FaultKind {
   int most;
   std::optional<int> fallback;  ///< of a value that may be left out
   std::string_view help;
-  void (*apply)(Response& response, int value);
+  /// Sends what the fault makes of the answer; returns whether the connection may serve a further request.
+  bool (*serve)(Exchange& exchange);
 };
 
 namespace {
@@ -37,100 +48,75 @@ std::string Junk(std::size_t count) {
   return bytes;
 }
 
-void ReplaceBody(Response& response, std::string body) {
-  response.body = std::make_shared<const std::string>(std::move(body));
-}
-
 constexpr int kHalf = -1;
-std::string Shortened(const std::string& body, int bytes) {
-  return body.substr(0, bytes == kHalf ? body.size() / 2 : static_cast<std::size_t>(bytes));
+std::string Shortened(const Exchange& exchange) {
+  const std::string& body = *exchange.response.body;
+  return body.substr(0, exchange.value == kHalf ? body.size() / 2 : static_cast<std::size_t>(exchange.value));
 }
 
-void AnswerStatus(Response& response, int status) {
-  response = TextResponse(status, StatusText(status));
+bool SendBody(Exchange& exchange, std::string body) {
+  exchange.response.body = MakeBody(std::move(body));
+  return exchange.Send();
 }
 
-void AnswerLate(Response& response, int milliseconds) {
-  response.delivery = [milliseconds](Connection& connection, const Request& request, const Response& answer) {
-    return connection.Pause(std::chrono::milliseconds(milliseconds)) && SendResponse(connection, request, answer);
-  };
+bool AnswerStatus(Exchange& exchange) {
+  exchange.response = TextResponse(exchange.value, StatusText(exchange.value));
+  return exchange.Send();
 }
 
-void AnswerNever(Response& response, int /*value*/) {
-  response.delivery = [](Connection& connection, const Request&, const Response&) {
-    connection.WaitUntilGone();
-    return false;
-  };
-}
-
-void Cut(Response& response, int bytes) {
-  response.delivery = [bytes](Connection& connection, const Request&, const Response& answer) {
-    connection.Send(HeadBytes(answer, true) + Shortened(*answer.body, bytes));
-    return false;
-  };
-}
-
-void CutJpeg(Response& response, int bytes) {
-  ReplaceBody(response, Shortened(*response.body, bytes));
-}
-
-void Reset(Response& response, int /*value*/) {
-  response.delivery = [](Connection& connection, const Request&, const Response&) {
-    connection.Reset();
-    return false;
-  };
-}
-
-void AnswerGarbage(Response& response, int /*value*/) {
-  response.delivery = [](Connection& connection, const Request&, const Response&) {
-    constexpr std::size_t kBytes = 512;
-    connection.Send(Junk(kBytes));
-    return false;
-  };
-}
-
-void ReplaceByJunk(Response& response, int /*value*/) {
-  ReplaceBody(response, Junk(response.body->size()));
-}
-
-constexpr std::size_t kPiece = 0x10000;
-
-bool SendWithoutEnd(Connection& connection, const std::string& head, const std::string& piece) {
-  bool is_open = connection.Send(head + "Connection: close\r\n\r\n");
-  while (is_open) is_open = connection.Send(piece);
+bool AnswerNever(Exchange& exchange) {
+  exchange.connection.WaitUntilGone();
   return false;
 }
 
-void AnswerWithoutEnd(Response& response, int /*value*/) {
-  response.delivery = [](Connection& connection, const Request&, const Response& answer) {
-    return SendWithoutEnd(connection, HeadLines(answer), Junk(kPiece));
-  };
+bool Cut(Exchange& exchange) {
+  exchange.connection.Send(HeadBytes(exchange.response, true) + Shortened(exchange));
+  return false;
 }
 
-void SendChunksWithoutEnd(Response& response, int /*value*/) {
-  response.delivery = [](Connection& connection, const Request&, const Response& answer) {
-    return SendWithoutEnd(connection, HeadLines(answer) + "Transfer-Encoding: chunked\r\n",
-                          "10000\r\n" + Junk(kPiece) + "\r\n");
-  };
+bool Reset(Exchange& exchange) {
+  exchange.connection.Reset();
+  return false;
 }
 
-void Trickle(Response& response, int milliseconds) {
-  response.delivery = [milliseconds](Connection& connection, const Request& request, const Response& answer) {
-    bool is_open = connection.Send(HeadBytes(answer, request.keep_alive));
-    for (std::size_t i = 0; is_open && i < answer.body->size(); ++i) {
-      is_open = connection.Pause(std::chrono::milliseconds(milliseconds)) && connection.Send(answer.body->substr(i, 1));
-    }
-    return is_open && request.keep_alive;
-  };
+bool AnswerGarbage(Exchange& exchange) {
+  constexpr std::size_t kBytes = 512;
+  exchange.connection.Send(Junk(kBytes));
+  return false;
 }
 
-void AddHeaders(Response& response, int count) {
-  for (int i = 1; i <= count; ++i) response.headers.emplace_back("X-Filler-" + std::to_string(i), "filler");
+bool SendWithoutEnd(Exchange& exchange, const std::string& header, const std::string& piece) {
+  bool is_open = exchange.connection.Send(HeadLines(exchange.response) + header + "Connection: close\r\n\r\n");
+  while (is_open) is_open = exchange.connection.Send(piece);
+  return false;
+}
+
+constexpr std::size_t kPiece = 0x10000;
+bool AnswerWithoutEnd(Exchange& exchange) {
+  return SendWithoutEnd(exchange, "", Junk(kPiece));
+}
+bool SendChunksWithoutEnd(Exchange& exchange) {
+  return SendWithoutEnd(exchange, "Transfer-Encoding: chunked\r\n", "10000\r\n" + Junk(kPiece) + "\r\n");
+}
+
+bool Trickle(Exchange& exchange) {
+  bool is_open = exchange.connection.Send(HeadBytes(exchange.response, exchange.request.keep_alive));
+  for (const char& byte : *exchange.response.body) {
+    is_open = is_open && exchange.Pause() && exchange.connection.Send({&byte, 1});
+  }
+  return is_open && exchange.request.keep_alive;
+}
+
+bool AddHeaders(Exchange& exchange) {
+  for (int i = 1; i <= exchange.value; ++i) {
+    exchange.response.headers.emplace_back("X-Filler-" + std::to_string(i), "filler");
+  }
+  return exchange.Send();
 }
 
 /// Writes 65535 by 65535 into the frame header of a JPEG; leaves other bytes as they are.
-void PromiseHugeSize(Response& response, int /*value*/) {
-  std::string jpeg = *response.body;
+bool PromiseHugeSize(Exchange& exchange) {
+  std::string jpeg = *exchange.response.body;
   const auto at = [&](std::size_t index) { return static_cast<unsigned char>(jpeg[index]); };
   for (std::size_t marker = 2; marker + 9 <= jpeg.size() && at(marker) == 0xff;) {
     if (at(marker + 1) >= 0xc0 && at(marker + 1) <= 0xc2) {  // the frame header: length, precision, height, width
@@ -139,20 +125,33 @@ void PromiseHugeSize(Response& response, int /*value*/) {
     }
     marker += 2 + at(marker + 2) * 256u + at(marker + 3);
   }
-  ReplaceBody(response, std::move(jpeg));
+  return SendBody(exchange, std::move(jpeg));
 }
 
 constexpr int kLongest = 600'000;  // ten minutes
 constexpr std::array<FaultKind, 14> kKinds{{
-    {"none", "", 0, 0, {}, "answer as it should", [](Response&, int) {}},
+    {"none", "", 0, 0, {}, "answer as it should", [](Exchange& to) { return to.Send(); }},
     {"status", "CODE", 200, 599, {}, "that HTTP status, with a line of text", AnswerStatus},
-    {"delay", "MS", 0, kLongest, {}, "the right answer, so many milliseconds late", AnswerLate},
+    {"delay",
+     "MS",
+     0,
+     kLongest,
+     {},
+     "the right answer, so many milliseconds late",
+     [](Exchange& to) { return to.Pause() && to.Send(); }},
     {"never", "", 0, 0, {}, "no answer; the connection stays open", AnswerNever},
     {"cut", "BYTES", 0, INT_MAX, kHalf, "closed after so many bytes of the body (half of it)", Cut},
-    {"jpegcut", "BYTES", 0, INT_MAX, kHalf, "complete HTTP; the picture ends early (after half)", CutJpeg},
+    {"jpegcut", "BYTES", 0, INT_MAX, kHalf, "complete HTTP; the picture ends early (after half)",
+     [](Exchange& to) { return SendBody(to, Shortened(to)); }},
     {"reset", "", 0, 0, {}, "the connection is reset", Reset},
     {"garbage", "", 0, 0, {}, "bytes that are no HTTP, then closed", AnswerGarbage},
-    {"junkbody", "", 0, 0, {}, "status 200 with bytes that are no JPEG", ReplaceByJunk},
+    {"junkbody",
+     "",
+     0,
+     0,
+     {},
+     "status 200 with bytes that are no JPEG",
+     [](Exchange& to) { return SendBody(to, Junk(to.response.body->size())); }},
     {"endless", "", 0, 0, {}, "a body without length that does not end", AnswerWithoutEnd},
     {"endless-chunked", "", 0, 0, {}, "a chunked body that does not end", SendChunksWithoutEnd},
     {"trickle", "MS", 0, kLongest, 1000, "the body at a byte each so many milliseconds (1000)", Trickle},
@@ -162,12 +161,9 @@ constexpr std::array<FaultKind, 14> kKinds{{
 constexpr const FaultKind* kNone = kKinds.data();
 
 int ParseCount(std::string_view text, int least, int most, const std::string& what) {
-  int count = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
-  if (error != std::errc() || end != text.data() + text.size() || count < least || count > most) {
-    throw std::invalid_argument(what + " a number from " + std::to_string(least) + " to " + std::to_string(most));
-  }
-  return count;
+  const int count = WholeNumber(text).value_or(least - 1);
+  if (count >= least && count <= most) return count;
+  throw std::invalid_argument(what + " a number from " + std::to_string(least) + " to " + std::to_string(most));
 }
 
 const FaultKind& FindKind(std::string_view name) {
@@ -250,7 +246,10 @@ Response FaultPlan::Apply(std::string_view place, Response response) {
   const Fault now = planned.fault;
   if (planned.fault.times && --*planned.fault.times == 0) planned.fault = {.kind = kNone};
   lock.unlock();
-  now.kind->apply(response, now.value.value_or(now.kind->fallback.value_or(0)));
+  response.delivery = [now](Connection& connection, const Request& request, const Response& answer) {
+    Exchange exchange{connection, request, answer, now.value.value_or(now.kind->fallback.value_or(0))};
+    return now.kind->serve(exchange);
+  };
   return response;
 }
 

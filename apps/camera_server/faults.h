@@ -7,10 +7,10 @@
 #include <utility>
 #include <vector>
 
-#include "camera_server/http_message.h"
+#include "camera_server/http.h"
 
-/// Misbehaviour on request, a word each: what a camera, or another part of the server, does instead of answering as it
-/// should.
+/// Misbehaviour on request, a word each, of a camera or another part of the server: in place of the answer as it should
+/// be.
 namespace orbelcast::camera_server {
 
 /// The places that have faults besides the cameras, whose places are their numbers.

@@ -9,20 +9,21 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <chrono>
-#include <cstring>
 #include <exception>
 #include <iostream>
+#include <list>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <system_error>
-#include <utility>
+#include <thread>
 #include <variant>
 
+#include "adapters/posix/descriptor.h"
 #include "camera_server/bounds.h"
-#include "camera_server/time_text.h"
 
 namespace orbelcast::camera_server {
 
@@ -79,52 +80,33 @@ class RequestReader {
   std::string head_;
 };
 
-bool IsLoopback(const sockaddr_storage& peer) {
-  if (peer.ss_family == AF_INET) {
-    return (ntohl(reinterpret_cast<const sockaddr_in&>(peer).sin_addr.s_addr) >> 24) == 127;
-  }
-  if (peer.ss_family != AF_INET6) return false;
-  const in6_addr& address = reinterpret_cast<const sockaddr_in6&>(peer).sin6_addr;
-  return IN6_IS_ADDR_LOOPBACK(&address) || (IN6_IS_ADDR_V4MAPPED(&address) && address.s6_addr[12] == 127);
+/// "127.0.0.1" or "::1"; with the port "127.0.0.1:8080" or "[::1]:8080".
+std::string NumericAddress(const sockaddr_storage& end, socklen_t size, bool with_port) {
+  std::array<char, NI_MAXHOST> host{};
+  std::array<char, NI_MAXSERV> port{};
+  if (getnameinfo(reinterpret_cast<const sockaddr*>(&end), size, host.data(), host.size(), port.data(), port.size(),
+                  NI_NUMERICHOST | NI_NUMERICSERV) != 0)
+    return "unknown";
+  if (!with_port) return host.data();
+  return (end.ss_family == AF_INET6 ? "[" + std::string(host.data()) + "]" : host.data()) + ":" + port.data();
 }
 
-std::string NumericAddress(const sockaddr_storage& peer, socklen_t size) {
-  std::array<char, NI_MAXHOST> text{};
-  const int failed =
-      getnameinfo(reinterpret_cast<const sockaddr*>(&peer), size, text.data(), text.size(), nullptr, 0, NI_NUMERICHOST);
-  return failed == 0 ? text.data() : "unknown";
+/// This server's end of a connection, or where it listens, with the port.
+std::string OwnAddress(int socket) {
+  sockaddr_storage own{};
+  socklen_t size = sizeof own;
+  getsockname(socket, reinterpret_cast<sockaddr*>(&own), &size);
+  return NumericAddress(own, size, true);
 }
 
-/// The end of the connection that is ours: "127.0.0.1:8080", "[::1]:8080".
-std::string ReachedAddress(int socket, int port) {
-  sockaddr_storage local{};
-  socklen_t size = sizeof local;
-  getsockname(socket, reinterpret_cast<sockaddr*>(&local), &size);
-  const std::string host = NumericAddress(local, size);
-  return (host.find(':') == std::string::npos ? host : "[" + host + "]") + ":" + std::to_string(port);
+void Refuse(Connection& connection, int status) {
+  const Response response = TextResponse(status, StatusText(status));
+  connection.Send(HeadBytes(response, false) + *response.body);
+  connection.CloseGently();
 }
 
-std::string Reason() {
-  return std::generic_category().message(errno);
-}
-
-}  // namespace
-
-bool SendResponse(Connection& connection, const Request& request, const Response& response) {
-  const std::string head = HeadBytes(response, request.keep_alive);
-  if (!HasBody(request, response)) return connection.Send(head) && request.keep_alive;
-  return connection.Send(head, Connection::More::kFollows) && connection.Send(*response.body) && request.keep_alive;
-}
-
-HttpServer::HttpServer(std::string name, RequestHandler& handler)
-    : name_(std::move(name)), handler_(handler), stop_(eventfd(0, EFD_CLOEXEC)) {}
-
-HttpServer::~HttpServer() {
-  if (listener_ >= 0) close(listener_);
-  close(stop_);
-}
-
-void HttpServer::Listen(const std::string& address, int port) {
+/// A socket that listens.
+int Listen(const std::string& address, int port) {
   addrinfo wanted{};
   wanted.ai_flags = AI_NUMERICHOST | AI_PASSIVE;
   wanted.ai_socktype = SOCK_STREAM;
@@ -133,128 +115,125 @@ void HttpServer::Listen(const std::string& address, int port) {
     throw std::runtime_error("'" + address + "' is not a numeric network address, such as 127.0.0.1 or ::1");
   }
   const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> owned(found, freeaddrinfo);
-  const std::string place = address + " port " + std::to_string(port);
-
-  listener_ = socket(found->ai_family, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  const int listener = socket(found->ai_family, SOCK_STREAM | SOCK_CLOEXEC, 0);
   const int on = 1;
-  if (listener_ >= 0) setsockopt(listener_, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-  if (listener_ < 0 || bind(listener_, found->ai_addr, found->ai_addrlen) != 0 || listen(listener_, SOMAXCONN) != 0) {
-    throw std::runtime_error("cannot listen on " + place + ": " + Reason());
+  setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+  if (bind(listener, found->ai_addr, found->ai_addrlen) != 0 || listen(listener, SOMAXCONN) != 0) {
+    throw std::runtime_error("cannot listen on " + address + " port " + std::to_string(port) + ": " +
+                             std::generic_category().message(errno));
   }
-  sockaddr_storage bound{};
-  socklen_t size = sizeof bound;
-  getsockname(listener_, reinterpret_cast<sockaddr*>(&bound), &size);
-  port_ = ntohs(bound.ss_family == AF_INET6 ? reinterpret_cast<const sockaddr_in6&>(bound).sin6_port
-                                            : reinterpret_cast<const sockaddr_in&>(bound).sin_port);
-  host_ = bound.ss_family == AF_INET6 ? "[" + address + "]" : address;
+  return listener;
 }
 
-std::string HttpServer::Url() const {
-  return "http://" + host_ + ":" + std::to_string(port_) + "/";
-}
+class HttpServer {
+ public:
+  /// `listener` becomes the server's own.
+  HttpServer(Router& router, int listener) : router_(router), listener_(listener) {}
 
-void HttpServer::Run(int stop_descriptor) {
-  while (true) {
-    std::array<pollfd, 2> polled{pollfd{listener_, POLLIN, 0}, pollfd{stop_descriptor, POLLIN, 0}};
-    if (poll(polled.data(), polled.size(), -1) < 0 && errno != EINTR) break;
-    if (polled[1].revents != 0) break;
-    if (polled[0].revents != 0) Accept();
+  std::string Url() const { return "http://" + OwnAddress(listener_.Number()) + "/"; }
+
+  void Run(int stop_descriptor) {
+    while (true) {
+      std::array<pollfd, 2> polled{pollfd{listener_.Number(), POLLIN, 0}, pollfd{stop_descriptor, POLLIN, 0}};
+      if (poll(polled.data(), polled.size(), -1) < 0 && errno != EINTR) break;
+      if (polled[1].revents != 0) break;
+      if (polled[0].revents != 0) Accept();
+    }
+    eventfd_write(stop_.Number(), 1);
+    workers_.clear();
   }
-  eventfd_write(stop_, 1);
-  for (Worker& worker : workers_) worker.thread.join();
-  workers_.clear();
-}
 
-void HttpServer::Accept() {
-  sockaddr_storage peer{};
-  socklen_t size = sizeof peer;
-  const int socket = accept4(listener_, reinterpret_cast<sockaddr*>(&peer), &size, SOCK_CLOEXEC);
-  if (socket < 0) {
-    // Out of descriptors: without a pause this would spin until one is free.
-    if (errno == EMFILE || errno == ENFILE) std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    return;
+ private:
+  struct Worker {
+    std::atomic<bool> done = false;
+    std::jthread thread;
+  };
+
+  void Accept() {
+    sockaddr_storage peer{};
+    socklen_t size = sizeof peer;
+    const int socket = accept4(listener_.Number(), reinterpret_cast<sockaddr*>(&peer), &size, SOCK_CLOEXEC);
+    if (socket < 0) {
+      // Out of descriptors: without a pause this would spin until one is free.
+      if (errno == EMFILE || errno == ENFILE) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+      return;
+    }
+    workers_.remove_if([](const Worker& worker) { return worker.done.load(); });
+    if (workers_.size() >= kMaxConnections + kMaxRefusals) {
+      close(socket);
+      return;
+    }
+    const bool is_refused = workers_.size() >= kMaxConnections;
+    const std::string address = NumericAddress(peer, size, false);
+    const Client client{
+        .id = next_client_++,
+        .address = address,
+        .reached = OwnAddress(socket),
+        .is_local = address == "::1" || address.starts_with("127.") || address.starts_with("::ffff:127.")};
+    Worker& worker = workers_.emplace_back();
+    try {
+      worker.thread = std::jthread([this, &worker, socket, client, is_refused] {
+        Serve(socket, client, is_refused);
+        worker.done = true;
+      });
+    } catch (const std::system_error&) {  // no further thread: this client is not served
+      workers_.pop_back();
+      close(socket);
+    }
   }
-  ForgetEnded();
-  if (workers_.size() >= kMaxConnections + kMaxRefusals) {
-    close(socket);
-    return;
+
+  void Serve(int socket, const Client& client, bool is_refused) {
+    Connection connection(socket, stop_.Number());
+    try {
+      if (is_refused) return Refuse(connection, 503);
+      AnswerRequests(connection, client);
+    } catch (const std::exception& error) {  // such as memory running out: this client's trouble alone
+      std::cerr << "orbelcast-camera-server: a client was dropped: " + std::string(error.what()) + "\n";
+    }
+    router_.Gone(client);
   }
-  const bool is_refused = workers_.size() >= kMaxConnections;
-  const Client client{.id = next_client_++,
-                      .address = NumericAddress(peer, size),
-                      .reached = ReachedAddress(socket, port_),
-                      .is_local = IsLoopback(peer)};
-  Worker& worker = workers_.emplace_back();
-  try {
-    worker.thread = std::thread([this, &worker, socket, client, is_refused] {
-      Serve(socket, client, is_refused);
-      worker.done = true;
-    });
-  } catch (const std::system_error&) {  // no further thread: this client is not served
-    workers_.pop_back();
-    close(socket);
+
+  void AnswerRequests(Connection& connection, const Client& client) {
+    RequestReader reader(connection);
+    while (const auto next = reader.Next()) {
+      if (!reader.Head().empty()) router_.Heard(reader.Head(), client);
+      if (const int* status = std::get_if<int>(&*next)) return Refuse(connection, *status);
+      const auto& request = std::get<Request>(*next);
+      const Response response = AnswerOf(request, client);
+      if (!response.delivery(connection, request, response)) break;
+    }
+    connection.CloseGently();
   }
-}
 
-void HttpServer::ForgetEnded() {
-  workers_.remove_if([](Worker& worker) {
-    if (!worker.done) return false;
-    worker.thread.join();
-    return true;
-  });
-}
-
-void HttpServer::Serve(int socket, const Client& client, bool is_refused) {
-  Connection connection(socket, stop_);
-  try {
-    if (is_refused) return Refuse(connection, 503);
-    AnswerRequests(connection, client);
-  } catch (const std::exception& error) {  // such as memory running out: this client's trouble alone
-    std::cerr << "orbelcast-camera-server: a client was dropped: " + std::string(error.what()) + "\n";
+  Response AnswerOf(const Request& request, const Client& client) {
+    if (request.method != "GET" && request.method != "HEAD") {
+      Response response = TextResponse(405, "This server answers GET and HEAD.");
+      response.headers.emplace_back("Allow", "GET, HEAD");
+      return response;
+    }
+    try {
+      return router_.Answer(request, client);
+    } catch (const std::exception& error) {  // such as a picture's file that has gone
+      std::cerr << "orbelcast-camera-server: " + std::string(error.what()) + "\n";
+      return TextResponse(500, error.what());
+    }
   }
-  handler_.Gone(client);
-}
 
-void HttpServer::AnswerRequests(Connection& connection, const Client& client) {
-  RequestReader reader(connection);
-  while (const auto next = reader.Next()) {
-    if (!reader.Head().empty()) handler_.Heard(reader.Head(), client);
-    if (const int* status = std::get_if<int>(&*next)) return Refuse(connection, *status);
-    if (!AnswerRequest(connection, std::get<Request>(*next), client)) break;
-  }
-  connection.CloseGently();
-}
+  Router& router_;
+  const Descriptor listener_;
+  const Descriptor stop_{eventfd(0, EFD_CLOEXEC)};  // watched by all connections
+  std::uint64_t next_client_ = 1;
+  std::list<Worker> workers_;
+};
 
-bool HttpServer::AnswerRequest(Connection& connection, const Request& request, const Client& client) {
-  Response response = AnswerOf(request, client);
-  Complete(response);
-  return response.delivery ? response.delivery(connection, request, response)
-                           : SendResponse(connection, request, response);
-}
+}  // namespace
 
-Response HttpServer::AnswerOf(const Request& request, const Client& client) {
-  if (request.method != "GET" && request.method != "HEAD") {
-    Response response = TextResponse(405, "This server answers GET and HEAD.");
-    response.headers.emplace_back("Allow", "GET, HEAD");
-    return response;
-  }
-  try {
-    return handler_.Answer(request, client);
-  } catch (const std::exception& error) {  // such as a picture's file that has gone
-    std::cerr << "orbelcast-camera-server: " + std::string(error.what()) + "\n";
-    return TextResponse(500, error.what());
-  }
-}
-
-void HttpServer::Complete(Response& response) const {
-  response.headers.insert(response.headers.begin(), {{"Server", name_}, {"Date", HttpDate(WallClock::now())}});
-}
-
-void HttpServer::Refuse(Connection& connection, int status) const {
-  Response response = TextResponse(status, StatusText(status));
-  Complete(response);
-  connection.Send(HeadBytes(response, false) + *response.body);
-  connection.CloseGently();
+void ServeHttp(Router& router, const std::string& address, int port, int stop_descriptor) {
+  HttpServer server(router, Listen(address, port));
+  std::cout << "listening on " << server.Url() << std::endl;  // flushed: somebody waits for the line
+  if (!std::cout)
+    throw std::runtime_error("cannot write to standard output; is the disk full, or has its reader gone?");
+  server.Run(stop_descriptor);
 }
 
 }  // namespace orbelcast::camera_server

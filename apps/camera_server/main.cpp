@@ -3,24 +3,24 @@
 #include <cairo.h>
 #include <fontconfig/fontconfig.h>
 #include <sys/signalfd.h>
-#include <unistd.h>
-#include <CLI/CLI.hpp>
 
 #include <csignal>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
-#include <stdexcept>
+#include <memory>
+#include <variant>
 
+#include "adapters/posix/descriptor.h"
 #include "camera_server/http_server.h"
 #include "camera_server/options.h"
-#include "camera_server/router.h"
 #include "camera_server/services.h"
 #include "common/program.h"
 
 namespace {
 
-using namespace orbelcast::camera_server;
+using namespace orbelcast;
+using namespace camera_server;
 
 /// A descriptor that becomes readable when the program is asked to end. Made before any thread, so that none of them is
 /// interrupted instead.
@@ -33,43 +33,30 @@ int WatchForEnd() {
   return signalfd(-1, &signals, SFD_CLOEXEC);
 }
 
-/// Gives back, after all drawing, what Cairo and the font library keep for the whole program, so that a leak checker
-/// reports real leaks only.
-struct FontKeeper {
-  FontKeeper() = default;
-  FontKeeper(const FontKeeper&) = delete;
-  FontKeeper& operator=(const FontKeeper&) = delete;
-  ~FontKeeper() {
+void Serve(const Settings& settings) {
+  const Descriptor end(WatchForEnd());
+  // Gives back, after all drawing, what Cairo and the font library keep for the whole program, so that a leak checker
+  // reports real leaks only.
+  const std::shared_ptr<void> fonts(nullptr, [](void*) {
     cairo_debug_reset_static_data();
     FcFini();
-  }
-};
-
-void Serve(const Settings& settings) {
-  const int end = WatchForEnd();
-  const FontKeeper fonts;
+  });
   Services services(settings);
   Router router(services);
-  HttpServer server(kServerName, router);
-  server.Listen(settings.address, settings.port);
-  std::cout << "listening on " << server.Url() << std::endl;  // flushed: somebody waits for the line
-  if (!std::cout)
-    throw std::runtime_error("cannot write to standard output; is the disk full, or has its reader gone?");
-  server.Run(end);
-  close(end);
+  ServeHttp(router, settings.address, settings.port, end.Number());
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  orbelcast::SurviveFailedWrites();
-  Options options;
+  SurviveFailedWrites();
   try {
-    options.Parse(argc, argv);
-    Serve(options.Result());
+    const auto read = ReadCommandLine(argc, argv);
+    if (const int* const status = std::get_if<int>(&read)) {
+      return EndOutput("orbelcast-camera-server", *status);
+    }
+    Serve(std::get<Settings>(read));
     return EXIT_SUCCESS;
-  } catch (const CLI::ParseError& error) {
-    return orbelcast::EndOutput("orbelcast-camera-server", options.Report(error));
   } catch (const std::exception& error) {
     std::cerr << "orbelcast-camera-server: " << error.what() << '\n';
     return EXIT_FAILURE;  // such as an address that is taken or not ours, or a folder without pictures

@@ -8,7 +8,7 @@
 
 namespace orbelcast::camera_server {
 
-/// What is remembered of clients by a key, bounded in number and in age: the one not used for longest is forgotten
+/// A memory of clients by a key, bounded in number and in age: the one not used for longest is forgotten
 /// first. Used by one thread at a time.
 template <typename Value>
 class Recent {

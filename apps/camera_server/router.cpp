@@ -1,14 +1,23 @@
 #include "camera_server/router.h"
 
 #include <algorithm>
-#include <memory>
-#include <optional>
-#include <utility>
+#include <array>
+#include <cstdlib>
+#include <fstream>
+#include <span>
+#include <sstream>
+#include <stdexcept>
+#include <thread>
+#include <tuple>
+#include <vector>
 
 #include "camera_server/addresses.h"
-#include "camera_server/commands.h"
-#include "camera_server/content.h"
 #include "common/http_status.h"
+#include "toolkit/ascii.h"
+
+namespace orbelcast::resources {
+extern const std::span<const std::uint8_t> home_html;
+}  // namespace orbelcast::resources
 
 namespace orbelcast::camera_server {
 
@@ -25,6 +34,255 @@ std::string AuthorityOf(const Request& request, const Client& client) {
   const bool is_good =
       !host.empty() && host.size() <= kMaxHostBytes && host.find_first_not_of(kFit) == std::string_view::npos;
   return is_good ? std::string(host) : client.reached;
+}
+
+/// The answer that carries a picture: its time code, whether the camera records now, and `status` for people.
+Response PictureResponse(const Settings& settings, int camera, const Picture& picture, const std::string& status) {
+  Response response = FreshResponse("image/jpeg", picture.jpeg);
+  response.headers.emplace_back("RC_TCR", TimeCode(picture.time));
+  response.headers.emplace_back("Recording", settings.IsRecording(camera, WallClock::now()) ? "Yes" : "No");
+  response.headers.emplace_back("HolmvaneStatus", settings.NameOf(camera) + ": " + status);
+  if (!settings.vigilbox_info.empty()) response.headers.emplace_back("VigilboxInfo", settings.vigilbox_info);
+  if (!settings.plug_ins.empty()) response.headers.emplace_back("PlugIns", settings.plug_ins);
+  return response;
+}
+
+/// A number, a name and a state, as alerts, inputs and outputs have them.
+void WriteContacts(std::ostream& text, const char* key, const std::vector<Contact>& contacts) {
+  int number = 0;
+  for (const Contact& contact : contacts) {
+    text << key << ++number << '\t' << contact.name << '\t' << (contact.is_on ? 1 : 0) << "\r\n";
+  }
+}
+
+/// The number behind the first line of `file` that begins with `name`, such as "MemTotal:  8000000 kB"; 0 without one.
+double NumberAt(const char* file, const std::string& name) {
+  std::ifstream lines(file);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.starts_with(name)) return std::strtod(line.c_str() + std::min(line.size(), line.find(':') + 1), nullptr);
+  }
+  return 0;
+}
+
+/// The state of the machine: its load of the last minute and its memory in use in per cent, its free memory in
+/// megabytes, its processors and their megahertz. A figure that cannot be read is 0.
+std::vector<std::pair<std::string, double>> MachineFigures() {
+  const int processors = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+  double load = 0;
+  getloadavg(&load, 1);
+  const double total = NumberAt("/proc/meminfo", "MemTotal");
+  const double available = NumberAt("/proc/meminfo", "MemAvailable");
+  return {{"CPU", std::min(100.0, 100 * load / processors)},
+          {"RAM", total > 0 ? 100 * (total - available) / total : 0},
+          {"AME", available / 1024},
+          {"CPN", processors},
+          {"CPS", NumberAt("/proc/cpuinfo", "cpu MHz")}};
+}
+
+/// The server's description of itself: lines of a key and a value, each with CR LF. `authority` is the host and port
+/// under which the client reached the server; `running` is for how long it has run.
+std::string InfoText(const Services& services, const std::string& authority, std::chrono::seconds running) {
+  const Settings& settings = services.settings;
+  std::ostringstream text;
+  text << "RDXVIEWER\r\n";
+  for (int camera = 1; settings.HasCamera(camera); ++camera) {
+    text << "CAM:" << camera << '\t' << settings.NameOf(camera) << "\thttp://" << authority << kLivePath << camera
+         << "\r\n";
+  }
+  WriteContacts(text, "ALT:", services.site.All(Site::Kind::kAlert));
+  WriteContacts(text, "HWO:", services.site.All(Site::Kind::kOutput));
+  WriteContacts(text, "HWI:", services.site.All(Site::Kind::kInput));
+
+  const auto write = [&](const std::string& key, const std::string& value) {
+    const auto given = settings.info_values.find(key);
+    text << key << ':' << (given == settings.info_values.end() ? value : given->second) << "\r\n";
+  };
+  write("SNM", settings.system_name);
+  write("SVR", kServerName);
+  write("SYN", TimeCode(WallClock::now()));
+  for (const auto& [key, figure] : MachineFigures()) write(key, std::to_string(static_cast<long>(figure)));
+  const auto tenths_of_hours = running.count() / 360;
+  write("UPS", std::to_string(tenths_of_hours / 10) + "." + std::to_string(tenths_of_hours % 10));
+  for (const std::string& flag : settings.info_flags) text << flag << ":1\r\n";
+  return text.str();
+}
+
+std::string Escaped(const std::string& text) {
+  std::string escaped;
+  for (const char letter : text) {
+    const bool is_mark = letter == '&' || letter == '<' || letter == '>' || letter == '"';
+    escaped += is_mark ? "&#" + std::to_string(static_cast<int>(letter)) + ";" : std::string(1, letter);
+  }
+  return escaped;
+}
+
+/// A web page with all cameras, and how outputs, inputs and alerts stand: home.html with a text for each "@@".
+std::string HomePage(const Services& services) {
+  constexpr int kWidth = 400;
+  const Settings& settings = services.settings;
+  const std::string height = std::to_string(kWidth * settings.form.height / settings.form.width);
+  std::ostringstream cameras;
+  for (int camera = 1; settings.HasCamera(camera); ++camera) {
+    const std::string name = Escaped(settings.NameOf(camera));
+    const std::string path = std::string(kLivePath) + std::to_string(camera);
+    cameras << "<figure><img src=\"" << path << "?width=" << kWidth << "&amp;height=" << height << "\" width=\""
+            << kWidth << "\" height=\"" << height << "\" alt=\"" << name << "\"><figcaption><span>" << name
+            << "</span><a href=\"" << path << "\">" << path << "</a></figcaption></figure>\n";
+  }
+  std::ostringstream state;
+  for (const auto& [title, kind, on, off, style] :
+       {std::tuple("Outputs", Site::Kind::kOutput, "on", "off", "on"),
+        std::tuple("Inputs", Site::Kind::kInput, "on", "off", "on"),
+        std::tuple("Alerts", Site::Kind::kAlert, "active", "quiet", "alarm")}) {
+    const std::vector<Contact> contacts = services.site.All(kind);
+    if (contacts.empty()) continue;
+    state << "<section><h2>" << title << "</h2><ul>\n";
+    for (const auto& [name, is_on] : contacts) {
+      state << "<li><span>" << Escaped(name) << "</span><b class=\"" << (is_on ? style : "off") << "\">"
+            << (is_on ? on : off) << "</b></li>\n";
+    }
+    state << "</ul></section>\n";
+  }
+  std::string page(resources::home_html.begin(), resources::home_html.end());
+  std::size_t at = 0;
+  const std::string title = Escaped(settings.system_name);
+  for (const std::string& text : {title, title, cameras.str(), state.str()}) {
+    at = page.find("@@", at);
+    page.replace(at, 2, text);
+    at += text.size();
+  }
+  return page;
+}
+
+/// The text behind `word`; nothing when it begins otherwise.
+std::optional<std::string_view> After(std::string_view text, std::string_view word) {
+  if (!text.starts_with(word)) return std::nullopt;
+  return text.substr(word.size());
+}
+
+Response AnswerArchive(Services& services, const Actor& actor, std::string_view text) {
+  static const std::map<char, const char*> doings{
+      {'T', "first picture"}, {'R', "play backwards"}, {'F', "play"}, {'B', "last picture"}, {'P', "search"}};
+  const Settings& settings = services.settings;
+  const auto query = ParseArchiveQuery(text, settings.form);
+  if (!query) return TextResponse(kBadRequest, "One of T=0, R=0, F=0, B=0 and P=0 tells where to go in the archive.");
+  const int camera = WholeNumber(query->device).value_or(0);
+  if (!settings.HasCamera(camera)) return TextResponse(kVideoNotFound, "There is no such camera.");
+  const std::string device = std::to_string(camera);
+  const std::string visitor = actor.address + '\n' + actor.user + '\n' + device;
+  const WallClock::time_point time = services.archive.Move(visitor, *query, WallClock::now());
+  const std::string moment = LocalText(time, "%F %T");
+  const std::string doing = doings.at(query->move) + (query->move == 'P' ? " " + moment : "");
+  services.activity.RecordBeginning(actor, "Archive", settings.NameOf(camera), doing);
+  const Picture picture = services.pictures->Take(camera, query->form, time);
+  return services.faults.Apply(device, PictureResponse(settings, camera, picture, "archive of " + moment));
+}
+
+/// The message stands between "msg=" and the last "&Send=": it may hold a "&".
+Response AnswerMessage(Services& services, const Actor& actor, std::string_view message) {
+  message = message.substr(0, message.rfind("&Send="));
+  if (message.empty()) return TextResponse(kBadRequest, "There is no message.");
+  services.activity.Record(actor, "Message", message);
+  return TextResponse(200, "The message is in the activity log.");
+}
+
+/// Switches the output or alert that `number` names.
+Response AnswerSwitch(Services& services, const Actor& actor, Site::Kind kind, std::string_view number, bool is_on) {
+  const bool is_alert = kind == Site::Kind::kAlert;
+  const std::string event = is_alert ? "Alert" : "Output";
+  const int index = WholeNumber(number).value_or(0);
+  if (!services.site.Switch(kind, index, is_on)) {
+    services.activity.Record(actor, event, "there is none '" + std::string(number) + "'");
+    return TextResponse(kNotFound, "There is no such " + LowerCase(event) + ".");
+  }
+  const std::string name = services.site.All(kind).at(static_cast<std::size_t>(index - 1)).name;
+  services.activity.Record(actor, event, is_alert ? name : name + (is_on ? ": on" : ": off"));
+  return TextResponse(200, name + (is_alert ? " is active." : is_on ? " is on." : " is off."));
+}
+
+/// `text` is "3+1" or "3+0".
+Response AnswerOutput(Services& services, const Actor& actor, std::string_view text) {
+  if (!text.ends_with("+1") && !text.ends_with("+0")) {
+    return TextResponse(kBadRequest, "An output is switched on by NUMBER+1 and off by NUMBER+0.");
+  }
+  return AnswerSwitch(services, actor, Site::Kind::kOutput, text.substr(0, text.size() - 2), text.ends_with('1'));
+}
+
+Response CarryOut(Services& services, const Actor& actor, std::string_view command) {
+  if (command == "activitylogfile") return FreshResponse(kPlainText, MakeBody(services.activity.Text()));
+  if (const auto message = After(command, "message?msg=")) return AnswerMessage(services, actor, *message);
+  if (const auto output = After(command, "output=")) return AnswerOutput(services, actor, *output);
+  if (const auto alert = After(command, "activatealert=")) {
+    return AnswerSwitch(services, actor, Site::Kind::kAlert, *alert, true);
+  }
+  return TextResponse(kNotFound, "There is no such command.");
+}
+
+/// Whether a Host header is one that the machine itself is reached by. A page that a browser shows can lead a name of
+/// its own here, and would read the answer; whoever sends none is no browser.
+bool NamesThisMachine(std::string_view host) {
+  const std::size_t port = host.ends_with(']') ? std::string_view::npos : host.rfind(':');
+  const std::string_view name = host.substr(0, port);
+  return host.empty() || name == "[::1]" || EqualIgnoringCase(name, "localhost") ||
+         (name.starts_with("127.") && name.find_first_not_of("0123456789.") == std::string_view::npos);
+}
+
+Response AnswerFaults(FaultPlan& faults, std::string_view target) {
+  const std::string_view place = QueryValue(target, "camera");
+  const std::string_view fault = QueryValue(target, "fault");
+  try {
+    if (!place.empty() || !fault.empty()) faults.Set(place, fault);
+  } catch (const std::invalid_argument& error) {
+    return TextResponse(kBadRequest, error.what());
+  }
+  return TextResponse(200, faults.Lines());
+}
+
+Response AnswerInputs(Site& site, std::string_view target) {
+  const std::string_view input = QueryValue(target, "input");
+  const std::string_view state = QueryValue(target, "state");
+  const bool is_state = state == "0" || state == "1";
+  const bool is_question = input.empty() && state.empty();
+  if (!is_question && (!is_state || !site.Switch(Site::Kind::kInput, WholeNumber(input).value_or(0), state == "1"))) {
+    return TextResponse(kBadRequest, "Give the number of an input and a state: input=1&state=1");
+  }
+  std::string lines;
+  int number = 0;
+  for (const Contact& contact : site.All(Site::Kind::kInput)) {
+    lines += (lines.empty() ? "" : "\r\n") + std::to_string(++number) + "=" + (contact.is_on ? "1" : "0");
+  }
+  return TextResponse(200, lines);
+}
+
+/// Carries out the command behind a login base, such as "output=3+1", for somebody who was let in.
+///
+///   img?Device=…                      a picture of the archive
+///   activitylogfile                   the activity log
+///   message?msg=TEXT&Send=Send+Message
+///   output=N+1, output=N+0            switches an output
+///   activatealert=N
+Response AnswerCommand(Services& services, const Actor& actor, std::string_view command) {
+  services.activity.RecordBeginning(actor, "Login");
+  if (const auto query = After(command, "img?")) return AnswerArchive(services, actor, *query);
+  return services.faults.Apply(kCommandPlace, CarryOut(services, actor, command));
+}
+
+/// The means by which a test steers and watches the server, for clients on this machine alone:
+///   /control/fault     how all places stand; ?camera=PLACE&fault=FAULT plans one
+///   /control/input     how the inputs stand; ?input=N&state=1 or 0 switches one
+///   /control/requests  what was asked; ?clear=yes forgets what it shows
+Response AnswerControl(Services& services, const Request& request, const Client& client) {
+  if (!client.is_local || !NamesThisMachine(request.Header("Host"))) {
+    return TextResponse(kForbidden, "This is for the server's own machine.");
+  }
+  const std::string_view path = request.Path();
+  if (path == "/control/fault") return AnswerFaults(services.faults, request.target);
+  if (path == "/control/input") return AnswerInputs(services.site, request.target);
+  if (path == "/control/requests") {
+    const bool is_last_time = QueryValue(request.target, "clear") == "yes";
+    return FreshResponse("application/x-ndjson", MakeBody(services.requests.Lines(is_last_time)));
+  }
+  return TextResponse(kNotFound, "There are /control/fault, /control/input and /control/requests.");
 }
 
 }  // namespace
@@ -64,9 +322,7 @@ Response Router::AnswerPage(const Request& request, const Client& client) {
   if (auto refusal = authenticator_.Refuse(request)) {
     return Refuse(std::move(*refusal), {client.address, Authenticator::UserOf(request)}, "page");
   }
-  if (request.Path() == "/") {
-    return FreshResponse("text/html; charset=utf-8", std::make_shared<const std::string>(HomePage(services_)));
-  }
+  if (request.Path() == "/") return FreshResponse("text/html; charset=utf-8", MakeBody(HomePage(services_)));
   return TextResponse(kNotFound,
                       "There is nothing here. The cameras are at /live/1, /live/2, and so on; / lists them.");
 }
@@ -106,10 +362,8 @@ Response Router::AnswerInfo(const Request& request, const Client& client) {
   services_.activity.RecordBeginning(actor, "Login");
   const Settings& settings = services_.settings;
   const auto running = std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - start_);
-  Response response = FreshResponse("text/plain; charset=utf-8", settings.info_text);
-  if (!response.body) {
-    response.body = std::make_shared<const std::string>(InfoText(services_, AuthorityOf(request, client), running));
-  }
+  Response response = FreshResponse(kPlainText, settings.info_text);
+  if (!response.body) response.body = MakeBody(InfoText(services_, AuthorityOf(request, client), running));
   for (std::size_t i = 0; i < settings.gps.size(); ++i) {
     static constexpr std::array kNames{"GPS-Lat", "GPS-Lon", "GPS-Alt"};
     if (!settings.gps.at(i).empty()) response.headers.emplace_back(kNames.at(i), settings.gps.at(i));

@@ -8,20 +8,23 @@
 #include <string_view>
 
 #include "camera_server/authentication.h"
-#include "camera_server/http_server.h"
+#include "camera_server/http.h"
 #include "camera_server/services.h"
 
 namespace orbelcast::camera_server {
 
-/// Which request gets which answer.
-class Router final : public RequestHandler {
+/// Gives each request its answer. Called from many threads at once.
+class Router {
  public:
   /// `services` outlive the router.
   explicit Router(Services& services) : services_(services), authenticator_(services.settings) {}
 
-  void Heard(std::string_view head, const Client& client) override { services_.requests.Record(head, client); }
-  Response Answer(const Request& request, const Client& client) override;
-  void Gone(const Client& client) override;
+  /// Notes that a client sent `head`, all from the method to the empty line, which may be no request at all.
+  void Heard(std::string_view head, const Client& client) { services_.requests.Record(head, client); }
+  /// Answers a GET or HEAD.
+  Response Answer(const Request& request, const Client& client);
+  /// The client's connection has ended.
+  void Gone(const Client& client);
 
  private:
   Response AnswerLive(const Request& request, const Client& client);

@@ -7,8 +7,8 @@
 #include <variant>
 
 #include "camera_server/addresses.h"
-#include "camera_server/http_message.h"
-#include "camera_server/request_log.h"
+#include "camera_server/http.h"
+#include "camera_server/logs.h"
 
 using namespace orbelcast::camera_server;
 

@@ -1,14 +1,11 @@
-#include "camera_server/request_log.h"
+#include "camera_server/logs.h"
 
 #include <algorithm>
-#include <chrono>
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <utility>
 
-#include "camera_server/bounds.h"
-#include "camera_server/time_text.h"
 #include "common/shown_text.h"
 #include "toolkit/ascii.h"
 #include "toolkit/visible_text.h"
@@ -16,6 +13,18 @@
 namespace orbelcast::camera_server {
 
 namespace {
+
+/// `text` as it can stand in a line: short, and without what would end the line or be taken for more than text.
+std::string OneLine(std::string_view text, std::size_t most) {
+  const std::string line = WithoutControls(HidePasswords(text), ' ');
+  return line.size() <= most ? line : line.substr(0, most) + "...";
+}
+
+std::string Fields(const Actor& actor, std::string_view event, std::string_view detail) {
+  std::string user = OneLine(actor.user, kMaxActivityUser);
+  std::replace(user.begin(), user.end(), ',', ';');
+  return actor.address + "," + user + "," + std::string(event) + "," + OneLine(detail, kMaxActivityDetail);
+}
 
 /// Each byte as the character of that number, so that any bytes make a JSON text and come back from it unchanged.
 std::string BytesAsText(std::string_view bytes) {
@@ -56,6 +65,40 @@ std::string MaskHeaderLine(std::string_view line) {
 
 }  // namespace
 
+void ActivityLog::Record(const Actor& actor, std::string_view event, std::string_view detail) {
+  const std::lock_guard lock(mutex_);
+  Add(Fields(actor, event, detail));
+}
+
+void ActivityLog::RecordBeginning(const Actor& actor, std::string_view event, std::string_view subject,
+                                  const std::string& doing) {
+  const std::lock_guard lock(mutex_);
+  auto& last = going_on_.Use(Fields(actor, event, subject));
+  if (last == doing) return;
+  last = doing;
+  Add(Fields(actor, event, doing.empty() ? std::string(subject) : std::string(subject) + ": " + doing));
+}
+
+void ActivityLog::Add(std::string fields) {
+  if (lines_.empty() || lines_.back().fields != fields) {
+    lines_.push_back({.time = {}, .fields = std::move(fields)});
+  }
+  lines_.back().time = WallClock::now();
+  ++lines_.back().count;
+  if (lines_.size() > kMaxActivityLines) lines_.pop_front();
+}
+
+std::string ActivityLog::Text() const {
+  const std::lock_guard lock(mutex_);
+  std::string text = "Date,Time,Address,User,Event,Detail\r\n";
+  for (const Line& line : lines_) {
+    text += LocalText(line.time, "%F,%T,") + line.fields;
+    if (line.count > 1) text += " (" + std::to_string(line.count) + " times)";
+    text += "\r\n";
+  }
+  return text;
+}
+
 RequestLog::RequestLog(const std::string& file, Credentials credentials) : credentials_(credentials) {
   if (file.empty()) return;
   file_.open(file, std::ios::binary | std::ios::trunc);
@@ -68,7 +111,7 @@ void RequestLog::Record(std::string_view head, const Client& client) {
   if (line.find(" /control/") != std::string_view::npos) return;
   nlohmann::ordered_json entry;
   const WallClock::time_point now = WallClock::now();
-  entry["time"] = LocalDate(now) + "T" + LocalTime(now) + Fraction(now, 3);
+  entry["time"] = LocalText(now, "%FT%T") + Fraction(now, 3);
   entry["client"] = client.address;
   entry["connection"] = client.id;
   entry["request"] = BytesAsText(is_masked ? MaskRequestLine(line) : line);
@@ -77,34 +120,26 @@ void RequestLog::Record(std::string_view head, const Client& client) {
     const std::string_view header = TakeLine(head);
     if (!header.empty()) headers.push_back(BytesAsText(is_masked ? MaskHeaderLine(header) : header));
   }
-  std::string text = JsonWithoutControls(entry.dump());
-  const std::lock_guard lock(mutex_);
-  Write(text);
-  Keep(std::move(text));
-}
+  std::string text = JsonWithoutControls(entry.dump()) + "\n";
 
-void RequestLog::Keep(std::string line) {
-  kept_bytes_ += line.size();
-  lines_.push_back(std::move(line));
+  const std::lock_guard lock(mutex_);
+  written_bytes_ += text.size();
+  if (file_.is_open() && (written_bytes_ > kMaxLogFileBytes || !(file_ << text << std::flush))) {
+    std::cerr << "orbelcast-camera-server: the log file is full, and no further request is written to it\n";
+    file_.close();
+  }
+  kept_bytes_ += text.size();
+  lines_.push_back(std::move(text));
   while (lines_.size() > kMaxKeptRequests || (kept_bytes_ > kMaxKeptRequestBytes && lines_.size() > 1)) {
     kept_bytes_ -= lines_.front().size();
     lines_.pop_front();
   }
 }
 
-void RequestLog::Write(const std::string& line) {
-  if (!file_.is_open()) return;
-  written_bytes_ += line.size() + 1;
-  if (written_bytes_ > kMaxLogFileBytes || !(file_ << line << std::endl)) {  // flushed: somebody may watch the file
-    std::cerr << "orbelcast-camera-server: the log file is full, and no further request is written to it\n";
-    file_.close();
-  }
-}
-
 std::string RequestLog::Lines(bool forgets_them) {
   const std::lock_guard lock(mutex_);
   std::string text;
-  for (const std::string& line : lines_) text.append(line).append("\n");
+  for (const std::string& line : lines_) text += line;
   if (forgets_them) {
     lines_.clear();
     kept_bytes_ = 0;

@@ -1,10 +1,19 @@
-#include "camera_server/http_message.h"
+#include "camera_server/http.h"
+
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <array>
+#include <cerrno>
 #include <charconv>
 #include <map>
 
-#include "camera_server/bounds.h"
+#include "camera_server/settings.h"
 #include "common/http_status.h"
 #include "toolkit/ascii.h"
 
@@ -18,12 +27,8 @@ constexpr int kNotImplemented = 501;
 constexpr int kVersionNotSupported = 505;
 
 bool IsToken(std::string_view text) {
-  static constexpr std::string_view kMarks = "!#$%&'*+-.^_`|~";
-  return !text.empty() && std::all_of(text.begin(), text.end(), [](char letter) {
-    const char lower = LowerCase(letter);
-    return (lower >= 'a' && lower <= 'z') || (letter >= '0' && letter <= '9') ||
-           kMarks.find(letter) != std::string_view::npos;
-  });
+  constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789!#$%&'*+-.^_`|~";
+  return !text.empty() && text.find_first_not_of(kLetters) == std::string_view::npos;
 }
 
 std::string_view WithoutAuthority(std::string_view target) {
@@ -67,6 +72,20 @@ int ReadBodySize(Request& request) {
   return request.body_bytes > kMaxRequestBytes ? kTooLarge : 0;
 }
 
+using Clock = std::chrono::steady_clock;
+
+constexpr Connection::TimePoint kNever = Connection::TimePoint::max();
+
+int MillisecondsUntil(Connection::TimePoint deadline) {
+  if (deadline == kNever) return -1;
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
+  return static_cast<int>(std::clamp<long long>(left, 0, 3'600'000));
+}
+
+bool WouldBlock() {
+  return errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR;
+}
+
 }  // namespace
 
 std::string_view TakeLine(std::string_view& text) {
@@ -78,8 +97,7 @@ std::string_view TakeLine(std::string_view& text) {
 }
 
 std::string_view Request::Header(std::string_view name) const {
-  const auto found = std::find_if(headers.begin(), headers.end(),
-                                  [&](const auto& line) { return EqualIgnoringCase(line.first, name); });
+  const auto found = std::ranges::find_if(headers, [&](auto& line) { return EqualIgnoringCase(line.first, name); });
   return found == headers.end() ? std::string_view() : std::string_view(found->second);
 }
 
@@ -111,12 +129,10 @@ std::optional<std::size_t> FindEndOfHead(std::string_view bytes) {
 }
 
 Response TextResponse(int status, const std::string& text) {
-  return {.status = status,
-          .headers = {{"Content-Type", "text/plain; charset=utf-8"}},
-          .body = std::make_shared<const std::string>(text + "\r\n")};
+  return {.status = status, .headers = {{"Content-Type", kPlainText}}, .body = MakeBody(text + "\r\n")};
 }
 
-Response FreshResponse(const std::string& type, std::shared_ptr<const std::string> body) {
+Response FreshResponse(const std::string& type, Body body) {
   return {.headers = {{"Content-Type", type}, {"Cache-Control", "no-store"}}, .body = std::move(body)};
 }
 
@@ -140,10 +156,9 @@ std::string StatusText(int status) {
 }
 
 std::string HeadLines(const Response& response) {
-  std::string lines = "HTTP/1.1 " + StatusText(response.status) + "\r\n";
-  for (const auto& [name, value] : response.headers) {
-    lines.append(name).append(": ").append(value).append("\r\n");
-  }
+  std::string lines = "HTTP/1.1 " + StatusText(response.status) + "\r\nServer: " + kServerName +
+                      "\r\nDate: " + HttpDate(WallClock::now()) + "\r\n";
+  for (const auto& [name, value] : response.headers) lines.append(name).append(": ").append(value).append("\r\n");
   return lines;
 }
 
@@ -152,8 +167,93 @@ std::string HeadBytes(const Response& response, bool keep_alive) {
          "\r\nConnection: " + (keep_alive ? "keep-alive" : "close") + "\r\n\r\n";
 }
 
-bool HasBody(const Request& request, const Response& response) {
-  return request.method != "HEAD" && response.status != 204 && response.status != 304;
+bool SendResponse(Connection& connection, const Request& request, const Response& response) {
+  const std::string head = HeadBytes(response, request.keep_alive);
+  const bool has_body = request.method != "HEAD" && response.status != 204 && response.status != 304;
+  if (!has_body) return connection.Send(head) && request.keep_alive;
+  return connection.Send(head, Connection::More::kFollows) && connection.Send(*response.body) && request.keep_alive;
+}
+
+Connection::Connection(int socket, int stop_descriptor) : socket_(socket), stop_descriptor_(stop_descriptor) {
+  fcntl(socket_, F_SETFL, fcntl(socket_, F_GETFL) | O_NONBLOCK);
+  const int on = 1;
+  setsockopt(socket_, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+}
+
+Connection::~Connection() {
+  Close();
+}
+
+Connection::Woken Connection::Wait(short events, TimePoint deadline) const {
+  while (true) {
+    std::array<pollfd, 2> polled{pollfd{socket_, events, 0}, pollfd{stop_descriptor_, POLLIN, 0}};
+    const int ready = poll(polled.data(), polled.size(), MillisecondsUntil(deadline));
+    if (ready < 0 && errno != EINTR) return Woken::kStopped;
+    if (polled[1].revents != 0) return Woken::kStopped;
+    if (ready > 0) return Woken::kReady;
+    if (Clock::now() >= deadline) return Woken::kTimeOut;
+  }
+}
+
+Connection::Received Connection::Receive(std::string& bytes, TimePoint deadline) {
+  std::array<char, 8192> piece;
+  while (socket_ >= 0) {
+    const Woken woken = Wait(POLLIN, deadline);
+    if (woken == Woken::kTimeOut) return Received::kTimeOut;
+    if (woken == Woken::kStopped) break;
+    const ssize_t count = recv(socket_, piece.data(), piece.size(), 0);
+    if (count > 0) {
+      bytes.append(piece.data(), static_cast<std::size_t>(count));
+      return Received::kBytes;
+    }
+    if (count == 0 || !WouldBlock()) break;
+  }
+  return Received::kClosed;
+}
+
+bool Connection::Send(std::string_view bytes, More more) {
+  const int flags = MSG_NOSIGNAL | (more == More::kFollows ? MSG_MORE : 0);
+  while (!bytes.empty()) {
+    if (socket_ < 0) return false;
+    const ssize_t count = send(socket_, bytes.data(), bytes.size(), flags);
+    if (count >= 0) {
+      bytes.remove_prefix(static_cast<std::size_t>(count));
+    } else if (!WouldBlock() || Wait(POLLOUT, Clock::now() + kSendStallTime) != Woken::kReady) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool Connection::Pause(std::chrono::milliseconds time) {
+  // With no event asked for, only a reset wakes: a client that has closed its sending side still wants its answer.
+  return socket_ >= 0 && Wait(0, Clock::now() + time) == Woken::kTimeOut;
+}
+
+void Connection::WaitUntilGone() {
+  if (socket_ >= 0) Wait(POLLRDHUP, kNever);
+}
+
+void Connection::CloseGently() {
+  if (socket_ < 0) return;
+  shutdown(socket_, SHUT_WR);
+  const TimePoint deadline = Clock::now() + kLingerTime;
+  std::string unread;
+  while (Receive(unread, deadline) == Received::kBytes && unread.size() <= kMaxRequestBytes) {
+  }
+  Close();
+}
+
+void Connection::Close() {
+  if (socket_ >= 0) close(socket_);
+  socket_ = -1;
+}
+
+void Connection::Reset() {
+  if (socket_ < 0) return;
+  const linger at_once{.l_onoff = 1, .l_linger = 0};
+  setsockopt(socket_, SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
+  Close();
 }
 
 }  // namespace orbelcast::camera_server
