@@ -1,4 +1,4 @@
-// A host that releases the player, or calls it again, at every moment at which it can.
+// A host that releases the player at every moment at which it can.
 
 #include <chrono>
 
@@ -11,8 +11,6 @@ namespace {
 using std::chrono::milliseconds;
 
 struct RudeWorld {
-  using Rudeness = std::function<void(std::shared_ptr<UserControl1>&)>;
-
   fakes::FakePlatform world;
   fakes::RudeLoop loop{world.loop};
   fakes::FakeHttp http{loop};
@@ -59,13 +57,13 @@ struct RudeWorld {
     look(player->XFullScreen, [](UserControl1& p) { p.XFullScreen.vs->Mira.OnMouseDown(kRightButton); });
   }
 
-  /// Everything a person and a host do with a player, with something rude at step `at`. Returns the number of steps.
-  int Run(int at, const Rudeness& rude) {
+  /// Everything a person and a host do with a player, which is released at step `at`. Returns the number of steps.
+  int Run(int at) {
     player = UserControl1::Create(platform);
     WatchWindows();
     loop.steps = 0;
     loop.rude_at = at;
-    loop.act = [&] { rude(player); };
+    loop.act = [&] { player.reset(); };
     dialogs.names = {"/nowhere/at/all.jpg", "/nowhere/at/all.avi"};
     dialogs.answers = {Dialogs::Answer::kYes};
     dialogs.texts = {"hello"};
@@ -103,23 +101,18 @@ struct RudeWorld {
   }
 };
 
-/// At every `stride`th step.
-void TryEverywhere(bool own_stack, const RudeWorld::Rudeness& rude, int stride) {
-  int steps = 1;
-  for (int at = -1; at < steps; at += at < 0 ? 1 : stride) {
-    RudeWorld world;
-    world.own_stack = own_stack;
-    const int counted = world.Run(at, rude);
-    if (at < 0) steps = counted;
-  }
-  EXPECT_GT(steps, 100);
-}
-
 TEST(PlayerRudenessTest, ReleasedAtAnyMoment) {
-  const auto release = [](std::shared_ptr<UserControl1>& player) { player.reset(); };
   // The many frames' steps are alike: prime strides meet every kind of step, on either stack.
-  TryEverywhere(false, release, 3);
-  TryEverywhere(true, release, 7);
+  for (const auto& [own_stack, stride] : {std::pair(false, 3), std::pair(true, 7)}) {
+    int steps = 1;
+    for (int at = -1; at < steps; at += at < 0 ? 1 : stride) {
+      RudeWorld world;
+      world.own_stack = own_stack;
+      const int counted = world.Run(at);
+      if (at < 0) steps = counted;
+    }
+    EXPECT_GT(steps, 100);
+  }
 }
 
 }  // namespace

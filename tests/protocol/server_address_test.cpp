@@ -7,15 +7,6 @@
 namespace orbelcast {
 namespace {
 
-TEST(ServerAddressTest, NothingIsEscapedAndThePortIsWrittenWhereThereIsOne) {
-  EXPECT_EQ(LoginBase("host", "", "u", ""), "http://host/$openlogin/u/");
-  EXPECT_EQ(LoginBase("host", "80", "a user", "p/w?d"), "http://host:80/$openlogin/a user/p/w?d");
-  EXPECT_EQ(ServerInformationAddress("host/site:"), "http://host/site:/secure/srv_vigilbox$rdxviewer");
-  EXPECT_EQ(ServerInformationAddress("host/"), "http://host/secure/srv_vigilbox$rdxviewer");
-  EXPECT_EQ(ArchiveSearchAddress("a", {"31", "01", "2024", "7", "", "x"}, QualitySuffix(PictureCode(12345, 7, "020"))),
-            "a&Day=31&Month=01&Year=2024&Hour=7&Minute=&Second=x&P=0&Quality=?live-special12345x0007020");
-}
-
 TEST(ServerAddressTest, AMosaicTileIsAskedForAtTheQualityOfItsArea) {
   EXPECT_EQ(MosaicTileAddress("c", 99, 101), "c?live-special0099x0101080");
   EXPECT_EQ(MosaicTileAddress("c", 100, 100), "c?live-special0100x0100070");

@@ -4,9 +4,10 @@
     run_script.py ORBELCAST CAMERA_SERVER NAME.orb [--accept]
 """
 
-import filecmp
+import contextlib
 import json
 import os
+import pathlib
 import re
 import shlex
 import subprocess
@@ -61,23 +62,20 @@ def mismatch(expected, printed, also):
     return None if len(printed) in reached else best
 
 
-class CameraServer:
-    def __init__(self, program, options):
-        command = [program, "--port", "0", "--log-passwords", *options]
-        self.process = subprocess.Popen(command, stdout=subprocess.PIPE, text=True)
-        self.address = self.process.stdout.readline().split("//")[1].strip().rstrip("/")
+@contextlib.contextmanager
+def camera_server(program, options):
+    """A camera server while it runs: its address."""
+    command = [program, "--port", "0", "--log-passwords", *options]
+    with subprocess.Popen(command, stdout=subprocess.PIPE, text=True) as process:
+        try:
+            yield process.stdout.readline().split("//")[1].strip().rstrip("/")
+        finally:
+            process.terminate()
 
-    def requests(self):
-        with urllib.request.urlopen(f"http://{self.address}/control/requests", timeout=10) as answer:
-            lines = answer.read().decode().splitlines()
-        return [json.loads(line)["request"] for line in lines]
 
-    def __enter__(self):
-        return self
-
-    def __exit__(self, *_):
-        self.process.terminate()
-        self.process.wait(10)
+def requests_of(server):
+    with urllib.request.urlopen(f"http://{server}/control/requests", timeout=10) as answer:
+        return [json.loads(line)["request"] for line in answer.read().decode().splitlines()]
 
 
 def compare(name, expected, printed, accept, also=()):
@@ -98,27 +96,15 @@ def compare(name, expected, printed, accept, also=()):
     return False
 
 
-def same_picture(one, other):
-    """True where ImageMagick sees no pixel that differs."""
-    done = subprocess.run(["compare", "-metric", "AE", one, other, "null:"], capture_output=True, text=True, check=False)
-    return done.returncode == 0 and done.stderr.strip() == "0"
-
-
 def look_at_files(said, fill_in):
     """True where the pairs of files hold the same bytes or pictures, and those that are to be missing are not there."""
-    good = True
-    for word, same in (("same", lambda one, other: filecmp.cmp(one, other, shallow=False)),
-                       ("same picture", same_picture)):
-        for pair in said[word]:
-            one, other = map(fill_in, pair.split())
-            if not os.path.exists(one) or not os.path.exists(other) or not same(one, other):
-                print(f"{one} is not what {other} is")
-                good = False
-    for name in map(fill_in, said["missing"]):
-        if os.path.lexists(name):
-            print(f"{name} is there")
-            good = False
-    return good
+    wrong = [name for name in map(fill_in, said["missing"]) if os.path.lexists(name)]
+    for word, command, rest in ("same", ["cmp"], []), ("same picture", ["compare", "-metric", "AE"], ["null:"]):
+        for pair in map(fill_in, said[word]):
+            done = subprocess.run([*command, *pair.split(), *rest], capture_output=True, check=False)
+            wrong += [pair] * (done.returncode != 0)
+    print(*(f"not as it is to be: {files}\n" for files in wrong), sep="", end="")
+    return not wrong
 
 
 def read_lines(name):
@@ -126,21 +112,22 @@ def read_lines(name):
         return file.read().splitlines()
 
 
-def run(orbelcast, camera_server, script_name, accept):
+def run(orbelcast, server_program, script_name, accept):
     with open(script_name, encoding="utf-8") as file:
         script = file.read()
     said = directives(script)
     here = os.path.dirname(os.path.abspath(script_name))
     base = os.path.splitext(script_name)[0]
     with tempfile.TemporaryDirectory() as folder:
+        pathlib.Path(folder, "empty").touch()
         options = [word.replace("{HERE}", here) for word in shlex.split(" ".join(said["server"]))]
-        with CameraServer(camera_server, options) as server:
-            names = {"{SERVER}": server.address, "{FOLDER}": folder, "{HERE}": here}
+        with camera_server(server_program, options) as server:
+            names = {"{SERVER}": server, "{FOLDER}": folder, "{HERE}": here}
 
             def fill_in(text):
                 for name, value in names.items():
                     text = text.replace(name, value)
-                return text.replace("{PORT}", server.address.rpartition(":")[2])
+                return text.replace("{PORT}", server.rpartition(":")[2])
 
             def take_out(text):
                 for name, value in names.items():
@@ -156,7 +143,7 @@ def run(orbelcast, camera_server, script_name, accept):
                 [orbelcast, "script"], input=fill_in(script), capture_output=True, text=True, env=environment,
                 timeout=SECONDS, check=False,
             )
-            requests = [take_out(line) for line in server.requests()]
+            requests = [take_out(line) for line in requests_of(server)]
             good = look_at_files(said, fill_in)
     printed = [take_out(line) for line in done.stdout.splitlines()]
     ignored = tuple(f'{{"event":"{event}",' for event in " ".join(said["ignore"]).split())

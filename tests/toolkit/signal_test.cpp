@@ -6,8 +6,6 @@
 #include <stdexcept>
 #include <string>
 
-#include "toolkit/property.h"
-
 namespace orbelcast {
 namespace {
 
@@ -48,17 +46,6 @@ TEST(SignalTest, AListenerMayDestroyTheSignalOrTellItAgain) {
   signal->Listen([&] { log += "3"; });
   (*signal)();
   EXPECT_EQ(log, "112323");  // both tellings go on to their end
-}
-
-TEST(PropertyTest, TellsAChangeOnceAndOnlyWhereThereIsOne) {
-  Property<std::string> property{"a"};
-  std::string log;
-  property.Changed.Listen([&](const std::string& value) { log += value + " "; });
-  const Property<std::string> other{"c"};
-  property = "a";
-  property = "b";
-  property = other;
-  EXPECT_EQ(log, "b c ");
 }
 
 }  // namespace

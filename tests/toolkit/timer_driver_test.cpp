@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <memory>
 #include <optional>
 
 #include "adapters/fiber/fiber_loop.h"
@@ -17,12 +16,6 @@ using std::chrono::milliseconds;
 class TimerDriverTest : public testing::Test {
  protected:
   TimerDriverTest() { timer.Interval = 100; }
-  /// Waits inside of a tick.
-  void Pause(milliseconds time) {
-    Completion done;
-    queue.ArmTimer(time, [&] { done.Complete(); });
-    loop.Wait(done);
-  }
   int TicksIn(milliseconds time) {
     const int before = ticks;
     queue.Advance(time);
@@ -33,47 +26,32 @@ class TimerDriverTest : public testing::Test {
   FiberLoop loop{queue};
   Timer timer;
   int ticks = 0;
+  bool ends = false;  ///< The driver ends in its own tick.
 };
-
-TEST_F(TimerDriverTest, TicksWhileItIsOnOnePeriodFromEachChange) {
-  const TimerDriver driver(loop, timer, [this] { ++ticks; });
-  EXPECT_EQ(TicksIn(milliseconds(1000)), 0);
-  timer.Enabled = true;
-  EXPECT_EQ(TicksIn(milliseconds(350)), 3);
-  timer.Interval = 60;
-  EXPECT_EQ(TicksIn(milliseconds(59)), 0);
-  EXPECT_EQ(TicksIn(milliseconds(1)), 1);
-  timer.Interval = -5;
-  EXPECT_EQ(TicksIn(milliseconds(1000)), 0);
-}
 
 TEST_F(TimerDriverTest, ATickHoldsUpThoseOfItsOwnSeriesAlone) {
   milliseconds takes(30);
-  const TimerDriver driver(loop, timer, [&] {
-    ++ticks;
-    Pause(takes);
-  });
-  timer.Enabled = true;
-  EXPECT_EQ(TicksIn(milliseconds(1000)), 10);  // in the period's rhythm
-  takes = milliseconds(450);
-  EXPECT_EQ(TicksIn(milliseconds(100)), 1);
-  EXPECT_EQ(TicksIn(milliseconds(449)), 0);
-  takes = milliseconds(10'000);
-  EXPECT_EQ(TicksIn(milliseconds(1)), 1);  // one for all periods that ended meanwhile
-  timer.Interval = 50;
-  takes = milliseconds(0);
-  EXPECT_EQ(TicksIn(milliseconds(200)), 4);
-}
-
-TEST_F(TimerDriverTest, MayBeDestroyedInItsOwnTick) {
   std::optional<TimerDriver> driver;
   driver.emplace(loop, timer, [&] {
     ++ticks;
-    driver.reset();
-    Pause(milliseconds(10));
+    Completion done;
+    queue.ArmTimer(takes, [&] { done.Complete(); });
+    if (ends) driver.reset();
+    loop.Wait(done);
   });
+  EXPECT_EQ(TicksIn(milliseconds(1000)), 0);
   timer.Enabled = true;
-  EXPECT_EQ(TicksIn(milliseconds(1000)), 1);
+  EXPECT_EQ(TicksIn(milliseconds(1000)), 10);  // in the period's rhythm
+  takes = milliseconds(10'000);
+  EXPECT_EQ(TicksIn(milliseconds(9000)), 1);
+  timer.Interval = -5;
+  EXPECT_EQ(TicksIn(milliseconds(1000)), 0);
+  timer.Interval = 50;  // a new series, one period from the change on
+  takes = milliseconds(0);
+  EXPECT_EQ(TicksIn(milliseconds(49)), 0);
+  EXPECT_EQ(TicksIn(milliseconds(151)), 4);
+  ends = true;
+  EXPECT_EQ(TicksIn(milliseconds(20'000)), 1);
   EXPECT_EQ(loop.Handlers(), 0u);
 }
 

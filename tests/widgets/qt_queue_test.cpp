@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
 #include <QDialog>
-#include <QTimer>
 
 #include "adapters/fiber/fiber_loop.h"
 #include "fakes/event_queue_contract.h"
@@ -19,15 +17,6 @@ INSTANTIATE_TEST_SUITE_P(Qt, EventQueueContract, testing::Values(MakerOf<QtQueue
 namespace {
 
 using std::chrono::milliseconds;
-
-TEST(QtQueueTest, HandlesWhatComesUnderQtsOwnLoopToo) {
-  QtQueue queue;
-  bool posted = false;
-  queue.Post([&] { posted = true; });
-  queue.ArmTimer(milliseconds(5), [] { QTimer::singleShot(0, [] { QApplication::quit(); }); });
-  QApplication::exec();
-  EXPECT_TRUE(posted);
-}
 
 // The dialog's handler was resumed by a posted call: its loop runs inside Qt's delivery of that call.
 TEST(QtQueueTest, AHandlerThatWasResumedMayShowADialogWhileOthersComeAndGo) {

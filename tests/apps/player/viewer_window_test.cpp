@@ -48,7 +48,6 @@ TEST_F(ViewerWindowTest, SaysWhyThereIsNoPicture) {
   const std::pair<std::string, const char*> answers[] = {
       {AnswerBytes(200, "<html>a camera server's page</html>"), "is no JPEG picture"},
       {AnswerBytes(401), "does not accept this user name"},
-      {AnswerBytes(503), "status 503"},
       {"no HTTP at all\r\n\r\n", "does not answer"},
   };
   for (const auto& [answer, why] : answers) {
@@ -78,7 +77,6 @@ TEST_F(ViewerWindowTest, GoesOnTryingACameraThatHasNotAnsweredYet) {
   Open(server.Url(), /*auto_reconnect=*/true);
   const auto* video = window->findChild<QWidget*>(QStringLiteral("VideoStream"));
   EXPECT_TRUE(RunUntil([&] { return video->isVisible(); })) << "asked " << asked << " times; " << Notice();
-  EXPECT_EQ(Notice(), "");
 }
 
 }  // namespace
