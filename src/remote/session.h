@@ -12,6 +12,7 @@
 
 #include "remote/children.h"
 #include "remote/host_control.h"
+#include "remote/host_surface.h"
 #include "remote/json.h"
 #include "remote/script_dialogs.h"
 #include "remote/subject.h"
@@ -52,8 +53,15 @@ class Session : public std::enable_shared_from_this<Session> {
 
  private:
   using Words = std::span<const std::string>;
-  struct Command;
-  struct HostSurface;
+  struct Command {
+    std::string_view name;
+    std::size_t least;  ///< Arguments.
+    std::size_t most;
+    std::string_view arguments;
+    void (Session::*carry_out)(Words words);
+  };
+  /// The child's name that means the object itself.
+  static constexpr std::string_view kItself = ".";
   /// A `run` or an `until` in progress.
   struct Wait {
     std::string event;  ///< The event that `until` waits for; empty for `run`.
