@@ -206,9 +206,8 @@ struct IDispatch : IUnknown {
   /// platform's scripts expect: numbers to narrower numbers where they fit (halves to the even number), numbers and
   /// texts to each other, Boolean from any number and the texts "True" and "False".
   ///
-  /// Where the interface takes an argument by reference and the variant is a kReference, the variable that it points to
-  /// holds what the control left in it afterwards: in the variable's own type where that can hold it, as it was where
-  /// the control did not change it.
+  /// Arguments by reference: the variable that a kReference points to holds the control's value afterwards, in the
+  /// variable's own type where that can hold it, and is untouched where the control did not change the value.
   ///
   /// `result` may be null. It need not be initialised and is kEmpty where there is no result. `wrong_argument` may be
   /// null; it gets the position in `arguments->values` of the argument that an argument's error is about.
