@@ -40,18 +40,9 @@ std::string Md5(std::string_view text) {
   return Hash(EVP_md5(), text);
 }
 
-std::string Now() {
-  return std::to_string(WallClock::now().time_since_epoch() / std::chrono::microseconds(1));
-}
-
 /// Takes as long wherever the texts differ, so that nobody can guess one from how long it took.
 bool Same(std::string_view a, std::string_view b) {
   return a.size() == b.size() && CRYPTO_memcmp(a.data(), b.data(), a.size()) == 0;
-}
-
-/// Hashed first, so that the length does not tell either.
-bool SameSecret(std::string_view a, std::string_view b) {
-  return Same(Md5(a), Md5(b));
 }
 
 std::optional<std::string> DecodeBase64(std::string_view text) {
@@ -149,7 +140,8 @@ std::optional<Refusal> Authenticator::RefuseLoginBase(std::string_view login) co
 const User* Authenticator::FindUser(std::string_view login, char separator) const {
   const User* found = nullptr;
   for (const User& user : settings_.users) {
-    if (SameSecret(login, user.name + separator + user.password)) found = &user;
+    // Hashed first, so that the length does not tell either.
+    if (Same(Md5(login), Md5(user.name + separator + user.password))) found = &user;
   }
   return found;
 }
@@ -191,11 +183,11 @@ Response Authenticator::Challenge(AuthenticationScheme scheme, Verdict verdict) 
   if (verdict == Verdict::kOtherAddress) return TextResponse(400, "The credentials were made for another address.");
   Response response = TextResponse(401, "A user name and a password are needed.");
   const std::string realm = "realm=\"" + std::string(kRealm) + "\"";
-  response.headers.emplace_back("WWW-Authenticate",
-                                scheme == AuthenticationScheme::kBasic
-                                    ? "Basic " + realm + ", charset=\"UTF-8\""
-                                    : "Digest " + realm + ", qop=\"auth\", algorithm=MD5, nonce=\"" + NonceOf(Now()) +
-                                          (verdict == Verdict::kStale ? "\", stale=true" : "\""));
+  const std::string now = std::to_string(WallClock::now().time_since_epoch() / std::chrono::microseconds(1));
+  const std::string digest = "Digest " + realm + ", qop=\"auth\", algorithm=MD5, nonce=\"" + NonceOf(now) + "\"" +
+                             (verdict == Verdict::kStale ? ", stale=true" : "");
+  response.headers.emplace_back(
+      "WWW-Authenticate", scheme == AuthenticationScheme::kDigest ? digest : "Basic " + realm + ", charset=\"UTF-8\"");
   return response;
 }
 

@@ -16,7 +16,8 @@
 #include "toolkit/ascii.h"
 
 namespace orbelcast::resources {
-extern const std::span<const std::uint8_t> home_html;
+// Embedded by the build, under its file's name.
+extern const std::span<const std::uint8_t> home_html;  // NOLINT(readability-identifier-naming): the file's name
 }  // namespace orbelcast::resources
 
 namespace orbelcast::camera_server {
