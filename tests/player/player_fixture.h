@@ -51,9 +51,6 @@ class PlayerWorld : public testing::Test {
   void Click(std::size_t tool) {
     world.loop.RunToEnd([&] { player->Player[tool].OnClick(); });
   }
-  void Choose(ItemList& list, int index) {
-    world.loop.RunToEnd([&] { list.Choose(index); });
-  }
   /// The addresses that were asked for since the last call.
   std::vector<std::string> Asked() {
     auto urls = world.http.Opened();

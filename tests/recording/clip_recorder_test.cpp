@@ -3,7 +3,6 @@
 #include "recording/clip_recorder.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <filesystem>

@@ -231,7 +231,7 @@ std::vector<std::string> StreamsOf(std::vector<std::string> urls) {
 }
 
 /// Nothing is fetched for a stream any more, but where the act came before what a Connect sets at its end.
-void FetchesNoStream(const Afterwards& afterwards) {
+void FetchesNoStream(VideoServerPush&, const Afterwards& afterwards) {
   if (!afterwards.connecting) {
     EXPECT_THAT(StreamsOf(afterwards.later), IsEmpty());
   }
@@ -275,17 +275,14 @@ const std::vector<Act>& Acts() {
          EXPECT_GE(CountOf(afterwards.events, "Disconnected"), 1);
          EXPECT_TRUE(viewer.MultiCam.Enabled || !viewer.VideoStream.Visible);
        }},
-      {"StopGettingFrames", [](auto& viewer) { viewer->StopGettingFrames(); },
-       [](VideoServerPush&, const Afterwards& afterwards) { FetchesNoStream(afterwards); }},
-      {"Pulse", [](auto& viewer) { viewer->Pulse(); },
-       [](VideoServerPush&, const Afterwards& afterwards) { FetchesNoStream(afterwards); }},
+      {"StopGettingFrames", [](auto& viewer) { viewer->StopGettingFrames(); }, FetchesNoStream},
+      {"Pulse", [](auto& viewer) { viewer->Pulse(); }, FetchesNoStream},
       {"RequestEnd", [](auto& viewer) { viewer->RequestEnd(); },
        [](VideoServerPush& viewer, const Afterwards& afterwards) {
          EXPECT_THAT(afterwards.later, SizeIs(viewer.MultiCam.Enabled ? 2u : viewer.MasterTimer.Enabled ? kRate : 0u));
        },
        true},
-      {"hide", [](auto& viewer) { viewer->UserControl_Hide(); },
-       [](VideoServerPush&, const Afterwards& afterwards) { FetchesNoStream(afterwards); }},
+      {"hide", [](auto& viewer) { viewer->UserControl_Hide(); }, FetchesNoStream},
       {"MultiCamView", [](auto& viewer) { viewer->MultiCamView("http://tile/3\r\nhttp://tile/4\r\n"); },
        [](VideoServerPush& viewer, const Afterwards& afterwards) {
          EXPECT_THAT(afterwards.later, SizeIs(2));

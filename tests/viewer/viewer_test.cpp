@@ -40,10 +40,7 @@ class ViewerTest : public testing::Test {
  protected:
   ViewerTest() { viewer->Resize(9600, 7200); }
 
-  std::int16_t SetFrameRate(std::int16_t rate) {
-    viewer->FrameRate(rate);
-    return rate;
-  }
+  void SetFrameRate(std::int16_t rate) { viewer->FrameRate(rate); }
   void Run(int seconds) { world.queue.Advance(milliseconds(1000) * seconds); }
   /// Connects to a server that answers so.
   void Connect(std::deque<Answer> answers) {
@@ -58,85 +55,53 @@ class ViewerTest : public testing::Test {
   EventLog events{*viewer};
 };
 
-TEST_F(ViewerTest, ConnectOpensAStreamInItsOrder) {
-  viewer->Username("u");
-  viewer->Password("p");
-  world.http.log.clear();
-  Connect({Good(Picture(1, 2, 3, 2000))});
-  // The first picture is fetched twice: by Connect itself and by the tick that it runs at once, which does the
-  // once-a-second work as well.
-  EXPECT_THAT(world.http.log, ElementsAre("SetTimeouts 20000 20000 20000 60000", "Open GET http://camera/live/1 async",
-                                          "SetCredentials u p 0", "Send", "Open GET http://camera/live/1 async",
-                                          "SetCredentials u p 0", "Send"));
-  EXPECT_THAT(events.Take(), ElementsAre("Status(Connecting...)", "Status(Streaming...\r\nCam/1\r\n)",
-                                         "StreamInfo(2000,1)", "Connected"));
-  EXPECT_EQ(viewer->lStatus.Caption.Get(), "2 KB/s (16Kbps) -> 1 fps");
-  EXPECT_EQ(At(300, 200), Rgb(1, 2, 3));
-
-  // The second frame raises Connected once more, and no later one does.
-  Run(2);
-  EXPECT_THAT(events.Take(), ElementsAre("Connected", "StreamInfo(2000,1)", "StreamInfo(2000,1)"));
-  EXPECT_EQ(world.http.sent, 4);
-}
-
+// Those of a failed one too; nothing of them is validated.
 TEST_F(ViewerTest, HeadersOfTheFirstAnswerAreTold) {
   events.skip_time_codes = false;
   Answer answer = WithStatus(500);
   answer.headers = {{"VigilboxInfo", "1 welcome"}, {"PlugIns", "plate reader"}};
   Connect({answer});
-  EXPECT_THAT(events.Take(), ElementsAre("Status(Connecting...)", "VigilboxInfo(1 welcome)", "Plugin(plate reader)",
-                                         "Status(Connection failed.  (500))", "Disconnected", "ConnectionFailed",
-                                         "ConnectionFailedV2(http://camera/live/1,False)"));
+  EXPECT_THAT(events.Take(), testing::IsSupersetOf({"VigilboxInfo(1 welcome)", "Plugin(plate reader)"}));
 
-  // Nothing of a time code is validated; without the header a tick goes by the clock.
   answer = Good();
-  answer.headers["VigilboxInfo"] = "0 nothing";
-  answer.headers["RC_TCR"] = "20240";
+  answer.headers = {{"VigilboxInfo", "0 nothing"}, {"RC_TCR", "20240"}, {"Recording", "yes"}};
   Connect({answer, Good()});
-  EXPECT_THAT(events.Take(), ElementsAre("Status(Connecting...)", "VigilboxTCR(2024,0,,,,,00,20240)",
-                                         "Status(Streaming...\r\nCam/1\r\n)",
-                                         "VigilboxTCR(2024,01,31,12,00,00,00,20240131120000)", "Connected"));
+  EXPECT_THAT(events.Take(),
+              ElementsAre("Status(Connecting...)", "VigilboxTCR(2024,0,,,,,00,20240)", "Status(Streaming...\r\n\r\n)",
+                          "VigilboxTCR(2024,01,31,12,00,00,00,20240131120000)", "Connected"));
+  EXPECT_EQ(viewer->StatusDisplay.Image().Point(25, 8), Rgb(255, 255, 192));  // no icon: it has no capital letter
 }
 
-TEST_F(ViewerTest, TheFetchCapHoldsOnePictureMoreThanTheFrameRate) {
-  SetFrameRate(5);
-  Connect({Good(Picture(1, 1, 1, 4096))});
+// The cap on a second's pictures is one more than the frame rate; what is drawn again counts as one.
+TEST_F(ViewerTest, ASecondIsCountedInWholeKilobytesRoundedToEven) {
+  SetFrameRate(3);
   viewer->MasterTimer.Interval = 20;  // A timer that fires faster than it was asked to.
-  events.Take();
-  Run(2);
-  EXPECT_THAT(events.Take(), ElementsAre("Connected", "StreamInfo(24576,6)", "StreamInfo(24576,6)"));
-}
-
-TEST_F(ViewerTest, BandwidthIsRoundedToEvenAndSmallSecondsAreNotTold) {
-  const auto second_of = [&](std::size_t bytes) {
-    world.http.answers = {Good(Picture(1, 1, 1, bytes))};
+  Connect({Good(Picture(9, 9, 9, 512))});
+  EXPECT_EQ(viewer->lStatus.Caption.Get(), "Streaming...\r\nCam/1\r\n");  // Half a kilobyte is none.
+  for (const auto& [bytes, line] :
+       {std::pair(384u, "2 KB/s (16Kbps) -> 4 fps"), std::pair(640u, "2 KB/s (16Kbps) -> 4 fps"),
+        std::pair(4096u, "16 KB/s (128Kbps) -> 4 fps"), std::pair(128u, "16 KB/s (128Kbps) -> 4 fps")}) {
+    world.http.answers = {Good(Picture(9, 9, 9, bytes))};
+    events.Take();
     Run(1);
-    const std::string line = viewer->lStatus.Caption.Get();
-    return line.substr(0, line.find(' '));
-  };
-  Connect({Good(Picture(1, 1, 1, 512))});
-  EXPECT_EQ(viewer->lStatus.Caption.Get(), "Streaming...\r\nCam/1\r\n");  // 512 bytes are half a kilobyte: none.
-  EXPECT_EQ(second_of(513), "1");
-  EXPECT_EQ(second_of(1536), "2");
-  EXPECT_EQ(second_of(2560), "2");
-  events.Take();
-  EXPECT_EQ(second_of(500), "2");
+    EXPECT_EQ(viewer->lStatus.Caption.Get(), line);
+  }
   EXPECT_THAT(events.Take(), IsEmpty());
+  world.http.answers = {Good(Picture(9, 9, 9, 4096))};
+  viewer->Resize(4800, 3600);
+  viewer->Resize(9600, 7200);
+  EXPECT_EQ(At(639, 479), Rgb(9, 9, 9));
+  Run(1);
+  EXPECT_THAT(events.Take(), ElementsAre("StreamInfo(8448,4)"));
 }
 
 TEST_F(ViewerTest, FailedTicksPaintCountAndRecover) {
   Connect({Good(), Good(), WithStatus(500)});
   events.Take();
-  const std::string line = viewer->lStatus.Caption;
   Run(4);
   EXPECT_THAT(events.Take(), IsEmpty());
-  EXPECT_EQ(At(320, 240), Rgb(1, 2, 3));  // The "no answer" picture in the middle.
-  EXPECT_EQ(At(300, 240), Rgb(10, 20, 30));
-  Run(1);
-  EXPECT_THAT(events.Take(), ElementsAre("ConnectionBroken"));
-  Run(5);
-  EXPECT_THAT(events.Take(), ElementsAre("ConnectionBroken"));
-  EXPECT_EQ(viewer->lStatus.Caption.Get(), line);
+  Run(6);
+  EXPECT_THAT(events.Take(), ElementsAre("ConnectionBroken", "ConnectionBroken"));
 
   // A good frame shows again and starts the count anew.
   world.http.answers = {WithStatus(500), WithStatus(500), Good(), WithStatus(500)};
@@ -160,62 +125,36 @@ TEST_F(ViewerTest, WhyThereIsNoPictureIsAValue) {
       {failing(HttpFailure::kUnreachable), {FailureKind::kUnreachable}},
       {failing(HttpFailure::kTimedOut), {FailureKind::kTimedOut}},
       {failing(HttpFailure::kCutShort), {FailureKind::kCutShort}},
-      {failing(HttpFailure::kOther), {FailureKind::kNoAnswer}},
       {WithStatus(404), {FailureKind::kStatus, 404}},
       {Good({1, 2}), {FailureKind::kNoPicture}},
       {Good({1, 2, 3, 64, 0}), {FailureKind::kDamagedPicture}},
   };
   SetFrameRate(30);  // Redraws, which count as frames, use up none of it here.
-  std::vector<Failure> told;
-  viewer->Events.ConnectionFailed.Listen([&] { told.push_back(viewer->LastFailure()); });
   for (const auto& [answer, failure] : cases) {
     Connect({answer});
     EXPECT_EQ(viewer->LastFailure(), failure);
     Connect({Good()});
     EXPECT_EQ(viewer->LastFailure(), Failure());
-    world.http.answers = {answer};
-    world.queue.Advance(milliseconds(100));
+    world.http.answers = {answer, Good()};
+    world.queue.Advance(milliseconds(34));
     viewer->Resize(9600, 7200);  // What was there is drawn once more, and is no newer.
+    EXPECT_EQ(At(10, 10), Rgb(10, 20, 30));
     EXPECT_EQ(viewer->LastFailure(), failure);
-    world.http.answers = {Good()};
-    world.queue.Advance(milliseconds(100));
+    world.queue.Advance(milliseconds(34));
     EXPECT_EQ(viewer->LastFailure(), Failure());
   }
-  EXPECT_THAT(told, ElementsAre(cases[0].second, cases[1].second, cases[2].second, cases[3].second, cases[4].second));
-
-  viewer->Connect("http://");
-  EXPECT_EQ(viewer->LastFailure(), (Failure{FailureKind::kUnreachable}));
   viewer->MultiCamView("http://tile/\r\n");
-  EXPECT_EQ(viewer->LastFailure(), Failure());
-  world.http.answers = {WithStatus(404), Good()};
+  world.http.answers = {WithStatus(404)};
   world.queue.Advance(milliseconds(500));
   EXPECT_EQ(viewer->LastFailure(), (Failure{FailureKind::kStatus, 404}));
-  world.queue.Advance(milliseconds(500));
-  EXPECT_EQ(viewer->LastFailure(), Failure());
-}
-
-TEST_F(ViewerTest, StopGettingFramesShowsOneMoreFrame) {
-  Connect({Good()});
-  viewer->StopGettingFrames();
-  Run(5);
-  EXPECT_EQ(world.http.sent, 3);
-  EXPECT_EQ(viewer->URL(), kUrl);
-  // The stop stays: each resumption gives one more tick.
-  viewer->ToogleClock(true);
-  Run(5);
-  EXPECT_EQ(world.http.sent, 4);
-  viewer->Pulse();
-  EXPECT_EQ(world.http.sent, 5);
 }
 
 TEST_F(ViewerTest, RequestEndTreatsTheLastAnswerAsAFrame) {
-  events.skip_time_codes = false;
   Connect({Good(), Good(), WithStatus(500)});
   events.Take();
   viewer->RequestEnd();
-  EXPECT_THAT(events.Take(), ElementsAre(testing::StartsWith("VigilboxTCR"), "Connected"));
+  EXPECT_THAT(events.Take(), ElementsAre("Connected"));
 
-  events.skip_time_codes = true;
   Run(1);
   for (int i = 0; i < 8; ++i) viewer->RequestEnd();  // Alone it never gets to the fifth failure.
   EXPECT_THAT(events.Take(), IsEmpty());
@@ -224,86 +163,32 @@ TEST_F(ViewerTest, RequestEndTreatsTheLastAnswerAsAFrame) {
   EXPECT_THAT(events.Take(), ElementsAre("ConnectionBroken", testing::StartsWith("Status("), "Disconnected"));
 }
 
-TEST_F(ViewerTest, OnlyAPlainYesShowsTheRecordingIcon) {
-  for (const auto& [recording, shown] : {std::pair("Yes", Rgb(1, 2, 3)), std::pair("yes", Rgb(255, 255, 192))}) {
-    Answer answer = Good();
-    answer.headers["Recording"] = recording;
-    Connect({answer});
-    Run(1);
-    EXPECT_EQ(viewer->StatusDisplay.Image().Point(25, 8), shown) << recording;
-  }
-}
-
-TEST_F(ViewerTest, TheHostsAnswerToADropGoesBack) {
-  viewer->Events.OLEDragDrop.Listen([](DropData& data, std::int32_t& effect, std::int16_t&, std::int16_t&, float&,
-                                       float&) { effect = data.Get("text/plain") == "hello" ? 2 : 0; });
-  Drop drop{.data = {{{"text/plain", "hello"}}}};
-  viewer->Mira.OnDrop(drop);
-  EXPECT_EQ(drop.effect, 2);
-}
-
-TEST_F(ViewerTest, LayoutFollowsTheSize) {
-  EXPECT_EQ(viewer->lStatus.Top, 0);
-  EXPECT_EQ(viewer->lStatus.Width, 9600 - 870);
-  viewer->Resize(1000, 300);
-  EXPECT_LT(viewer->WarningFrame.Left, 0);
-  EXPECT_EQ(viewer->WarningFrame.Top, (300 - 495) / 2.0F);
-
-  // Before the first frame a resize counts none; after it the frame is drawn again and counted, so that two of them use
-  // up what a FrameRate of 1 lets through in this second.
-  Connect({Good(Picture(9, 9, 9, 2048))});
-  events.Take();
-  viewer->Resize(4800, 3600);
-  viewer->Resize(9600, 7200);
-  EXPECT_EQ(At(639, 479), Rgb(9, 9, 9));
-  Run(1);
-  EXPECT_THAT(events.Take(), ElementsAre("StreamInfo(4096,2)"));
-}
-
-TEST_F(ViewerTest, PicturesAreThereBeforeAnythingIsDrawnAndFollowTheirSizeAtOnce) {
-  EXPECT_EQ(viewer->MotionPicture[0].Image().Point(88, 81), Rgb(0, 0, 0));
-  EXPECT_EQ(viewer->MotionPicture[2].Image().Point(88, 81), Rgb(64, 64, 64));
-  // Nothing draws a mosaic anew at another size, before its next tile.
-  viewer->MultiCamView("http://tile/\r\n");
-  world.queue.Advance(milliseconds(500));
-  viewer->Resize(4800, 9000);
-  EXPECT_EQ(std::get<const Surface*>(viewer->PictureToSave())->Point(319, 599), Rgb(0, 0, 0));
-}
-
 TEST(ViewerScaleTest, PixelsAreTheScreensInEachDirection) {
   FakePlatform world;
   world.screen.twips_x = 12;
   world.screen.twips_y = 20;
   const auto viewer = VideoServerPush::Create(world.platform);
   viewer->Resize(640 * 12, 480 * 20);
-  for (const PictureBox& picture : viewer->MotionPicture) {
-    EXPECT_EQ(picture.Width, 89 * 12);
-    EXPECT_EQ(picture.Height, 82 * 20);
-    EXPECT_EQ(picture.Left, -5 * 12);
-    EXPECT_EQ(picture.Top, -5 * 20);
-  }
-  EXPECT_EQ(viewer->StatusDisplay.Image().Height(), 26);
+  EXPECT_EQ(viewer->MotionPicture[2].Width, 89 * 12);
+  EXPECT_EQ(viewer->MotionPicture[2].Height, 82 * 20);
+  EXPECT_EQ(viewer->MotionPicture[2].Left, -5 * 12);
+  EXPECT_EQ(viewer->MotionPicture[2].Top, -5 * 20);
   EXPECT_EQ(viewer->StatusDisplay.Top, (480 - 26) * 20);
-
   const auto& area = viewer->VideoStream;
   world.http.answers = {Good(Picture(5, 5, 5)), Good(Picture(5, 5, 5)), WithStatus(500)};
   viewer->Connect(kUrl);
-  EXPECT_EQ(area.Image().Width(), 640);
-  EXPECT_EQ(area.Image().Point(639, 479), Rgb(5, 5, 5));
-  EXPECT_EQ(viewer->BuffPic.Width, 640 * 12);
-  EXPECT_EQ(viewer->BuffPic.Height, 480 * 20);
   EXPECT_EQ(viewer->GetPicture()->Point(639, 479), Rgb(5, 5, 5));
   world.queue.Advance(milliseconds(1000));  // The picture of a failed request, 16 × 16 here, in the middle.
   EXPECT_EQ(area.Image().Point(312, 232), Rgb(1, 2, 3));
   EXPECT_EQ(area.Image().Point(311, 232), Rgb(5, 5, 5));
-  EXPECT_EQ(area.Image().Point(328, 248), Rgb(5, 5, 5));
-
   world.http.answers = {Good(Picture(7, 7, 7))};
   viewer->MultiCamView("http://a/\r\nhttp://b/\r\nhttp://c/\r\nhttp://d/\r\n");
   world.queue.Advance(milliseconds(2000));
   EXPECT_EQ(world.http.Opened().back(), "http://d/?live-special0320x0200050");
   EXPECT_EQ(area.Image().Point(639, 479), Rgb(7, 7, 7));
-  EXPECT_EQ(std::get<const Surface*>(viewer->PictureToSave())->Height(), 480);
+  // Nothing draws a mosaic anew at another size, before its next tile.
+  viewer->Resize(320 * 12, 600 * 20);
+  EXPECT_EQ(std::get<const Surface*>(viewer->PictureToSave())->Point(319, 599), Rgb(0, 0, 0));
 }
 
 TEST_F(ViewerTest, ATickTellsItsTimeThenItsMotionThenItsSecond) {
@@ -312,7 +197,6 @@ TEST_F(ViewerTest, ATickTellsItsTimeThenItsMotionThenItsSecond) {
   std::int32_t sensitivity = 50;
   viewer->MotionSensivity(sensitivity);
   viewer->ShowMotion(true);
-  EXPECT_TRUE(viewer->MotionPicture[2].Visible);
   Connect({Good(), Good(Picture(64, 64, 64)), Good(Picture(255, 255, 255, 2048))});
   events.Take();
   events.skip_time_codes = false;
@@ -326,19 +210,5 @@ TEST_F(ViewerTest, ATickTellsItsTimeThenItsMotionThenItsSecond) {
   EXPECT_THAT(events.Take(), ElementsAre(testing::StartsWith("VigilboxTCR"), "StreamInfo(2048,1)"));
 }
 
-TEST_F(ViewerTest, APictureThatCannotBeReadLeavesTheLastOneAndIsCounted) {
-  Connect({Good(Picture(7, 7, 7)), Good(Picture(7, 7, 7)), Good({1, 2})});
-  events.Take();
-  Run(1);
-  EXPECT_EQ(At(10, 10), Rgb(7, 7, 7));
-  EXPECT_THAT(events.Take(), ElementsAre("Connected"));
-}
-
-TEST_F(ViewerTest, ListenersThatThrowDoNotStopTheStream) {
-  viewer->Events.Connected.Listen([] { throw std::runtime_error("host's fault"); });
-  Connect({Good()});
-  Run(2);
-  EXPECT_EQ(world.http.sent, 4);
-}
 }  // namespace
 }  // namespace orbelcast
