@@ -9,9 +9,9 @@
 
 #include "common/option_values.h"
 #include "common/whole_number.h"
+#include "interface/video_server_push_interface.h"
 #include "orbelcast/camera_options.h"
 #include "protocol/text.h"
-#include "interface/video_server_push_interface.h"
 
 namespace orbelcast {
 

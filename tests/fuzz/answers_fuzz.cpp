@@ -11,11 +11,11 @@
 #include "adapters/curl/curl_http.h"
 #include "adapters/fiber/fiber_loop.h"
 #include "fakes/fake_platform.h"
+#include "fuzz/wire.h"
 #include "protocol/relay.h"
 #include "protocol/server_info.h"
 #include "toolkit/ascii.h"
 #include "viewer/video_server_push.h"
-#include "fuzz/wire.h"
 
 using namespace orbelcast;
 
