@@ -111,22 +111,6 @@ TEST_F(LibraryTest, IsUsedCountsEveryUseAndIsUnloadedTwice) {
   }
 }
 
-TEST_F(LibraryTest, RefusesWhatItHasNot) {
-  const Library library;
-  ASSERT_TRUE(library.Loaded());
-  void* object = this;
-  EXPECT_EQ(library.GetClassObject(IDispatch::kId, IClassFactory::kId, &object), CLASS_E_CLASSNOTAVAILABLE);
-  EXPECT_EQ(object, nullptr);
-  EXPECT_EQ(library.GetClassObject(kVideoServerPushClass, IDispatch::kId, &object), E_NOINTERFACE);
-  EXPECT_EQ(library.GetClassObject(kVideoServerPushClass, IClassFactory::kId, nullptr), E_POINTER);
-  {
-    const auto factory = library.Factory();
-    EXPECT_EQ(factory->CreateInstance(factory.Get(), &IDispatch::kId, &object), CLASS_E_NOAGGREGATION);
-    EXPECT_EQ(factory->CreateInstance(nullptr, &IClassFactory::kId, &object), E_NOINTERFACE);
-  }
-  EXPECT_EQ(library.CanUnloadNow(), S_OK);
-}
-
 TEST_F(LibraryTest, BelongsToTheThreadThatCameFirst) {
   const Library library;
   ASSERT_TRUE(library.Loaded());

@@ -82,21 +82,6 @@ TEST_F(FiberLoopTest, AWaitForWhatIsDoneOrGoneReturns) {
   EXPECT_THAT(log, ElementsAre("was done", "is gone"));
 }
 
-TEST_F(FiberLoopTest, YieldsLetEachOtherRunInTurn) {
-  for (const char* name : {"a", "b"}) {
-    loop.RunHandler([this, name] {
-      for (int i = 0; i < 3; ++i) {
-        Note(name + std::to_string(i));
-        loop.Yield();
-      }
-    });
-  }
-  loop.Yield();
-  EXPECT_THAT(log, ElementsAre("a0", "b0", "a1", "b1"));
-  queue.Advance(milliseconds(1));
-  EXPECT_THAT(log, ElementsAre("a0", "b0", "a1", "b1", "a2", "b2"));
-}
-
 // A dialog that a handler opens runs a loop of its own on the handler's stack. What it resumes comes back to it.
 TEST_F(FiberLoopTest, ANestedLoopInAHandlerResumesTheOthers) {
   Completion waited;

@@ -150,11 +150,5 @@ TEST_F(FileRegistryTest, WhatCannotBeWrittenAnswersFalse) {
   EXPECT_FALSE(std::filesystem::exists(folder_ + "/elsewhere"));
 }
 
-TEST_F(FileRegistryTest, TheEnvironmentNamesTheFile) {
-  ::setenv("XDG_CONFIG_HOME", folder_.c_str(), 1);
-  EXPECT_EQ(FileRegistry().Path(), folder_ + "/orbelcast/registry.json");
-  ::unsetenv("XDG_CONFIG_HOME");
-}
-
 }  // namespace
 }  // namespace orbelcast
