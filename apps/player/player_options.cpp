@@ -76,7 +76,10 @@ QString ShownAddress(const std::string& address) {
   return place;
 }
 
-void AddPlayerOptions(CLI::App& app, PlayerOptions& options) {
+namespace {
+
+/// The options of both windows; returns the camera's.
+CLI::Option* AddCommonOptions(CLI::App& app, PlayerOptions& options) {
   auto* camera = app.add_option("CAMERA", options.camera,
                                 "A camera server, HOST[:PORT]: opens the player. Or the whole address of a picture, "
                                 "http://...: opens the viewer alone")
@@ -100,7 +103,11 @@ void AddPlayerOptions(CLI::App& app, PlayerOptions& options) {
       ->check(CheckPictureFile)
       ->needs(quit_after)
       ->type_name("FILE");
+  return camera;
+}
 
+/// The player's options, which go without a named camera; returns the live stream's.
+CLI::Option* AddOptionsOfPlayer(CLI::App& app, PlayerOptions& options, CLI::Option* camera) {
   const std::string player = "Player";
   app.add_option("--device", options.device, "The camera to begin with, by its id on the server (default: the first)")
       ->type_name("ID")
@@ -122,7 +129,10 @@ void AddPlayerOptions(CLI::App& app, PlayerOptions& options) {
   app.add_flag("--fixed-layout", options.fixed_layout,
                "Keep everything at its first place and size, whatever the size of the window")
       ->group(player);
+  return live;
+}
 
+void AddOptionsOfViewer(CLI::App& app, PlayerOptions& options, CLI::Option* camera, CLI::Option* live) {
   const std::string viewer = "Viewer alone";
   app.add_option("--mosaic", options.mosaic,
                  "Show several cameras as a grid: their live addresses, each beginning with http://")
@@ -149,6 +159,14 @@ void AddPlayerOptions(CLI::App& app, PlayerOptions& options) {
   app.add_flag("--time-first-picture", options.time_first_picture,
                "Print the time from connecting to the first picture, in milliseconds")
       ->group(viewer);
+}
+
+}  // namespace
+
+void AddPlayerOptions(CLI::App& app, PlayerOptions& options) {
+  CLI::Option* const camera = AddCommonOptions(app, options);
+  CLI::Option* const live = AddOptionsOfPlayer(app, options, camera);
+  AddOptionsOfViewer(app, options, camera, live);
 }
 
 }  // namespace orbelcast

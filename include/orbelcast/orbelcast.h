@@ -4,7 +4,8 @@
 #include <string_view>
 
 /// Orbelcast's controls for any host: C++ that links nothing, Python's ctypes, or whatever else can call a table of
-/// functions. This header is all that a host needs; it depends on nothing and declares nothing that has to be linked.
+/// functions. This header is all that a host needs, one file to copy; it depends on nothing and declares nothing that
+/// has to be linked.
 ///
 /// Getting in. Load `liborbelcast.so` and look up its four entry points, `DllGetClassObject` first. It gives the class
 /// factory of a control, the factory makes controls, and a control gives its other interfaces by QueryInterface.
