@@ -58,7 +58,7 @@ Json Describe(const ControlInterface& described) {
     control["properties"].push_back({{"name", each.name},
                                      {"id", each.id},
                                      {"type", NameOf(each.type)},
-                                     {"writable", each.Writable()},
+                                     {"writable", each.writable},
                                      {"text", each.text}});
   }
   for (const auto& each : described.methods) {

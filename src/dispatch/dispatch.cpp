@@ -113,7 +113,7 @@ Result GetProperty(void* control, const PropertyEntry& property, const Arguments
 
 Result PutProperty(void* control, const PropertyEntry& property, Arguments arguments, ObjectCount& count,
                    std::uint32_t& wrong) {
-  if (!property.Writable()) return DISP_E_MEMBERNOTFOUND;
+  if (!property.writable) return DISP_E_MEMBERNOTFOUND;
   if (arguments.count > 1) return DISP_E_BADPARAMCOUNT;
   // The new value may also be named, as the platform's scripts do.
   if (arguments.named_count == 1 && arguments.names[0] == kPropertyPutId) arguments.named_count = 0;

@@ -62,7 +62,7 @@ class MemberTable {
     };
     for (const PropertyEntry& property : Described.properties) {
       members[next] = Describe(property, kPropertyMember, property.type);
-      members[next++].writable = property.Writable() ? 1 : 0;
+      members[next++].writable = property.writable ? 1 : 0;
     }
     for (const MethodEntry& method : Described.methods) {
       add_callable(Describe(method, kMethodMember, method.result), method.arguments.size());

@@ -48,13 +48,18 @@ constexpr Argument Optional(const char* name) {
   return {name, true};
 }
 
-template <typename Control, typename Value, typename Put>
-struct PropertyDeclaration {
+/// A property that can only be read has no `put`.
+template <typename Control, typename Value>
+struct ReadOnlyDeclaration {
   const char* name;
   std::uint32_t id;
   Value (Control::*get)() const;
-  void (Control::*put)(Put);  ///< Null where it can only be read.
   const char* text;
+};
+
+template <typename Control, typename Value, typename Put>
+struct PropertyDeclaration : ReadOnlyDeclaration<Control, Value> {
+  void (Control::*put)(Put);
 };
 
 /// `Pointer` is a pointer to the method, const or not.
@@ -80,11 +85,11 @@ template <typename Control, typename Value, typename Put>
 constexpr auto Property(const char* name, std::uint32_t id, Value (Control::*get)() const, void (Control::*put)(Put),
                         const char* text) {
   static_assert(std::is_same_v<Value, std::remove_cvref_t<Put>>, "a property is read and written as one type");
-  return PropertyDeclaration<Control, Value, Put>{name, id, get, put, text};
+  return PropertyDeclaration<Control, Value, Put>{{name, id, get, text}, put};
 }
 template <typename Control, typename Value>
 constexpr auto ReadOnly(const char* name, std::uint32_t id, Value (Control::*get)() const, const char* text) {
-  return PropertyDeclaration<Control, Value, Value&>{name, id, get, nullptr, text};
+  return ReadOnlyDeclaration<Control, Value>{name, id, get, text};
 }
 template <typename Control, typename Result, typename... Args>
 constexpr auto Method(const char* name, std::uint32_t id, Result (Control::*call)(Args...),
@@ -117,21 +122,26 @@ template <const auto& Declared, std::size_t I>
 struct PropertyOf {
   static constexpr const auto& kDeclared = std::get<I>(Declared);
 
-  template <typename Control, typename Value, typename Put>
-  static constexpr PropertyEntry Make(const PropertyDeclaration<Control, Value, Put>& declared) {
+  template <typename Control, typename Value>
+  static constexpr PropertyEntry Make(const ReadOnlyDeclaration<Control, Value>& declared) {
     static_assert(kTypeOf<Value> != ValueType::kNone, "a property's type is one of the interface's");
     return {declared.name,
             declared.id,
             kTypeOf<Value>,
+            false,
             declared.text,
             [](void* control) -> ResultValue { return (static_cast<const Control*>(control)->*kDeclared.get)(); },
-            kDeclared.put == nullptr ? nullptr : &Write<Control, Value>};
+            nullptr};
   }
-  template <typename Control, typename Value>
-  static void Write(void* control, ArgumentValue& value) {
-    if constexpr (kDeclared.put != nullptr) {
+  template <typename Control, typename Value, typename Put>
+  static constexpr PropertyEntry Make(const PropertyDeclaration<Control, Value, Put>& declared) {
+    const ReadOnlyDeclaration<Control, Value>& readable = declared;
+    PropertyEntry entry = Make(readable);
+    entry.writable = true;
+    entry.put = [](void* control, ArgumentValue& value) {
       (static_cast<Control*>(control)->*kDeclared.put)(std::get<Value>(value));
-    }
+    };
+    return entry;
   }
 };
 

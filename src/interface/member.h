@@ -47,12 +47,11 @@ struct PropertyEntry {
   std::string_view name;
   std::uint32_t id;
   ValueType type;
+  bool writable;
   std::string_view text;  ///< Its meaning with its unit, for people: one or more sentences.
   ResultValue (*get)(void* control);
   /// Leaves the control's corrected value in `value`, which is of the property's type. Null for a read-only property.
   void (*put)(void* control, ArgumentValue& value);
-
-  constexpr bool Writable() const { return put != nullptr; }
 };
 
 struct MethodEntry {

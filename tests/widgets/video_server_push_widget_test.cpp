@@ -64,7 +64,7 @@ TEST(WidgetInterfaceTest, EveryMemberOfAnInterfaceIsAMemberOfItsWidget) {
     for (const PropertyEntry& property : described->properties) {
       const int index = meta->indexOfProperty(property.name.data());
       ASSERT_GE(index, 0) << property.name;
-      EXPECT_EQ(meta->property(index).isWritable(), property.Writable()) << property.name;
+      EXPECT_EQ(meta->property(index).isWritable(), property.writable) << property.name;
     }
     for (const MethodEntry& method : described->methods) EXPECT_TRUE(methods.contains(method.name)) << method.name;
     for (const EventEntry& event : described->events) EXPECT_TRUE(methods.contains(event.name)) << event.name;
