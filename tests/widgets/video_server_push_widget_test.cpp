@@ -20,6 +20,7 @@
 #include <cmath>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "fakes/fake_platform.h"
 #include "fakes/run_loop.h"
@@ -27,6 +28,7 @@
 #include "fakes/small_jpeg.h"
 #include "interface/user_control1_interface.h"
 #include "interface/video_server_push_interface.h"
+#include "orbelcast/player_widget.h"
 #include "viewer/video_server_push.h"
 #include "widgets/picture_widgets.h"
 #include "widgets/qt_platform.h"
