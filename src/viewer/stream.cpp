@@ -31,7 +31,10 @@ Stream::Stream(Children children, Platform& platform, VideoServerPushEvents& eve
       undertakings_(undertakings),
       frames_(frames),
       strip_(strip),
-      Requester(platform.http.Create()) {
+      Requester(platform.http.Create()),
+      // The number in the name tells the streams of all processes apart while they live.
+      StreamTempFile(platform.files.TemporaryDirectory() + "FSTREAM" +
+                     std::to_string(reinterpret_cast<std::uintptr_t>(this)) + ".tmp") {
   Requester->SetTimeouts(kIdleTimeout, kIdleTimeout, kIdleTimeout, kIdleTimeout);
 }
 
@@ -62,6 +65,7 @@ void Stream::Connect(std::string URL, bool OnlyOnce, const std::string& msg) {
   FailureCount = 0;
   SingleShot = OnlyOnce;
   if (!OnlyOnce) ShowConnecting();
+  ConnectedFlag = false;
   DisconnectPending = false;
   if (!OnlyOnce && !settings.disable_test_screen) ShowTestCard();
   if (!undertakings_.Yield(mine)) return;
@@ -130,6 +134,8 @@ bool Stream::AnnounceStream(const Generation& mine) {
   const std::string server(Requester->GetResponseHeader("Server"));
   strip_.DrawStatusIcon(StatusIcon::kConnect);
   strip_.SetStatus(strip_.Map("Connected.") + "  " + server);
+  ConnectedFlag = true;
+  Requester->GetResponseHeader("Plug-In");  // Read, and not used.
   if (std::string time_code(Requester->GetResponseHeader("RC_TCR")); !time_code.empty()) {
     RaiseTimeCode(events_, std::move(time_code));
     if (!mine.IsCurrent()) return false;

@@ -94,7 +94,9 @@ class Stream {
 
   std::shared_ptr<HttpRequest> Requester;  ///< Every Connect makes a new one.
   std::string CurrentUrl;
-  bool StreamStopped = true;  ///< No stream runs: ticks do nothing.
+  std::string StreamTempFile;  ///< The name of a temporary file of this stream's own, which nothing makes.
+  bool ConnectedFlag = false;  ///< The server has answered the newest Connect with 200; nothing reads it.
+  bool StreamStopped = true;   ///< No stream runs: ticks do nothing.
   bool SingleShot = false;
   bool StopAfterTick = false;      ///< The tick that runs switches the timer off at its end.
   bool DisconnectPending = false;  ///< A tick that still comes disconnects instead of fetching.
