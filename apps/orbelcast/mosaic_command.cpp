@@ -59,6 +59,7 @@ class MosaicHost {
       NoteEvent(event, arguments);
     });
     if (options_.seconds) host_.EndAfter(*options_.seconds);
+    host_.Pictures().decodes_all = true;  // Outcome tells which cameras gave none.
     host_.Resize(options_.size);
     std::string cameras;
     for (const std::string& camera : options_.cameras) cameras += TileAddress(camera, options_.access) + "\r\n";

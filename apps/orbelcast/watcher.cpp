@@ -34,6 +34,8 @@ void Watcher::Begin() {
     NoteEvent(event, arguments);
   });
   host_.Pictures().on_picture = [this] { NotePicture(); };
+  // Those that are counted, kept or recorded are to be good ones.
+  host_.Pictures().decodes_all = on_picture || options_.frames || options_.once || !options_.picture.empty();
   if (options_.seconds) host_.EndAfter(*options_.seconds);
   if (options_.time_out) host_.EndWithoutPictureAfter(*options_.time_out);
   host_.Resize(options_.size);

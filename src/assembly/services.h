@@ -11,6 +11,7 @@
 #include "adapters/posix/posix_files.h"
 #include "adapters/posix/system_clock.h"
 #include "platform/platform.h"
+#include "toolkit/pictures_on_demand.h"
 
 namespace orbelcast {
 
@@ -51,7 +52,7 @@ class Services {
   TextMapper text_mapper_;
   PosixFiles files_;
   CurlHttp http_{loop_};
-  TurboJpegDecoder jpeg_decoder_;
+  PicturesOnDemand jpeg_decoder_{std::make_shared<TurboJpegDecoder>()};
   PngCodec pictures_;
   DeviceContexts device_contexts_;
   FileRegistry registry_;

@@ -40,10 +40,19 @@ class JpegDecoder {
   /// Surface::kMaxPixels, nor for a large one while the process has many pixels already: every surface keeps what it
   /// had. A target whose width or height is negative or above Surface::kMaxSide is left out; without any other nothing
   /// is returned.
-  virtual std::optional<Size> DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets) = 0;
+  ///
+  /// The scale also serves a target of the size `serves`, which is drawn another time.
+  virtual std::optional<Size> DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets,
+                                        Size serves = {}) = 0;
 
   /// The same with one target.
   std::optional<Size> DrawOn(const JpegTarget& target, const FrameBytes& jpeg) { return DrawOnAll(jpeg, {&target, 1}); }
+
+  /// The same when somebody looks at a target's surface; what that one had stays until then. Returns nothing where the
+  /// header cannot be read or the picture has no end; one that turns out to be damaged later is not drawn.
+  virtual std::optional<Size> DrawWhenSeen(const FrameBytes& jpeg, std::span<const JpegTarget> targets) {
+    return DrawOnAll(jpeg, targets);
+  }
 
   /// The picture's own size from its header, without decoding it; nothing where the header cannot be read or promises
   /// more than Surface::kMaxPixels. The picture may turn out to be damaged all the same.
@@ -55,8 +64,12 @@ class ForwardingJpegDecoder : public JpegDecoder {
  public:
   explicit ForwardingJpegDecoder(JpegDecoder& decoder) : decoder_(decoder) {}
 
-  std::optional<Size> DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets) override {
-    return decoder_.DrawOnAll(jpeg, targets);
+  std::optional<Size> DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets,
+                                Size serves = {}) override {
+    return decoder_.DrawOnAll(jpeg, targets, serves);
+  }
+  std::optional<Size> DrawWhenSeen(const FrameBytes& jpeg, std::span<const JpegTarget> targets) override {
+    return decoder_.DrawWhenSeen(jpeg, targets);
   }
   std::optional<Size> SizeOf(const FrameBytes& jpeg) override { return decoder_.SizeOf(jpeg); }
 

@@ -26,21 +26,27 @@ constexpr std::uint32_t Blend(std::uint32_t over, std::uint32_t under) {
 
 }  // namespace
 
-Surface::Surface(const Surface& other)
-    : width_(other.width_),
-      height_(other.height_),
-      block_(other.block_ ? std::make_shared<Block>(*other.block_) : nullptr) {}
-
-Surface::Surface(Surface&& other) noexcept
-    : width_(std::exchange(other.width_, 0)),
-      height_(std::exchange(other.height_, 0)),
-      block_(std::move(other.block_)) {}
+Surface::Surface(const Surface& other) : width_(other.width_), height_(other.height_), plain_(other.plain_) {
+  if (other.unseen_) other.Look();
+  if (other.block_) block_ = std::make_shared<Block>(*other.block_);
+}
 
 Surface& Surface::operator=(Surface other) noexcept {
-  width_ = std::exchange(other.width_, 0);
-  height_ = std::exchange(other.height_, 0);
-  block_ = std::move(other.block_);
+  Swap(other);
   return *this;
+}
+
+void Surface::Swap(Surface& other) noexcept {
+  std::swap(width_, other.width_);
+  std::swap(height_, other.height_);
+  std::swap(plain_, other.plain_);
+  std::swap(block_, other.block_);
+  std::swap(unseen_, other.unseen_);
+  std::swap(newest_was_damaged_, other.newest_was_damaged_);
+  for (Surface* surface : {this, &other}) {
+    if (surface->block_) ++surface->block_->revision;
+    if (surface->unseen_) surface->unseen_->surface = surface;
+  }
 }
 
 void Surface::Resize(int width, int height, Color background) {
@@ -50,31 +56,49 @@ void Surface::Resize(int width, int height, Color background) {
   }
   if (width == width_ && height == height_) return;
 
-  auto block = std::make_shared<Block>();
-  block->revision = Revision() + 1;
-  block->pixels.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), PixelOf(background));
+  Settle();
   const int kept_width = std::min(width, width_);
   const int kept_height = std::min(height, height_);
-  for (int y = 0; y < kept_height; ++y) {
-    std::copy_n(block_->pixels.begin() + static_cast<std::ptrdiff_t>(y) * width_, kept_width,
-                block->pixels.begin() + static_cast<std::ptrdiff_t>(y) * width);
+  const bool plain = !block_ && (kept_width == 0 || kept_height == 0 || plain_ == background);
+  if (plain) {
+    plain_ = background;
+  } else {
+    auto block = std::make_shared<Block>();
+    block->revision = Revision() + 1;
+    block->pixels.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), PixelOf(background));
+    const auto& old = Memorized().pixels;
+    for (int y = 0; y < kept_height; ++y) {
+      std::copy_n(old.begin() + static_cast<std::ptrdiff_t>(y) * width_, kept_width,
+                  block->pixels.begin() + static_cast<std::ptrdiff_t>(y) * width);
+    }
+    block_ = std::move(block);
   }
-  block_ = std::move(block);
   width_ = width;
   height_ = height;
 }
 
 void Surface::FillBox(int x1, int y1, int x2, int y2, Color color) {
-  const int left = std::max(std::min(x1, x2), 0);
-  const int top = std::max(std::min(y1, y2), 0);
-  const int right = std::min(std::max(x1, x2), width_ - 1);
-  const int bottom = std::min(std::max(y1, y2), height_ - 1);
-  if (left > right || top > bottom) return;
-  const std::uint32_t pixel = PixelOf(color);
-  for (int y = top; y <= bottom; ++y) {
-    std::fill_n(block_->pixels.begin() + static_cast<std::ptrdiff_t>(y) * width_ + left, right - left + 1, pixel);
+  const Box box = Clipped({std::min(x1, x2), std::min(y1, y2), std::max(x1, x2), std::max(y1, y2)});
+  if (box.Empty()) return;
+  const bool whole = box.Covers(Whole());
+  if (whole) unseen_.reset();
+  if (unseen_) {
+    DrawLater({.box = box, .picture = nullptr, .color = color});
+  } else if (whole && !block_) {
+    plain_ = color;
+  } else {
+    FillPixels(box, color);
   }
-  ++block_->revision;
+}
+
+void Surface::FillPixels(const Box& box, Color color) {
+  Block& block = Memorized();
+  const std::uint32_t pixel = PixelOf(color);
+  for (int y = box.top; y <= box.bottom; ++y) {
+    std::fill_n(block.pixels.begin() + static_cast<std::ptrdiff_t>(y) * width_ + box.left, box.right - box.left + 1,
+                pixel);
+  }
+  ++block.revision;
 }
 
 void Surface::OutlineBox(int x1, int y1, int x2, int y2, Color color) {
@@ -94,30 +118,108 @@ void Surface::Draw(const Surface& source, int x, int y) {
   const int right = static_cast<int>(std::min<std::int64_t>(static_cast<std::int64_t>(x) + source.width_, width_));
   const int bottom = static_cast<int>(std::min<std::int64_t>(static_cast<std::int64_t>(y) + source.height_, height_));
   if (left >= right || top >= bottom) return;
+  const auto from_all = source.Pixels();
+  const auto to_all = MutablePixels();
   for (int row = top; row < bottom; ++row) {
-    const auto* from = source.block_->pixels.data() + static_cast<std::ptrdiff_t>(row - y) * source.width_ + (left - x);
-    auto* to = block_->pixels.data() + static_cast<std::ptrdiff_t>(row) * width_ + left;
+    const auto* from = from_all.data() + static_cast<std::ptrdiff_t>(row - y) * source.width_ + (left - x);
+    auto* to = to_all.data() + static_cast<std::ptrdiff_t>(row) * width_ + left;
     std::transform(from, from + (right - left), to, to, Blend);
   }
-  ++block_->revision;
-}
-
-void Surface::Swap(Surface& other) noexcept {
-  std::swap(width_, other.width_);
-  std::swap(height_, other.height_);
-  std::swap(block_, other.block_);
-  if (block_) ++block_->revision;
-  if (other.block_) ++other.block_->revision;
 }
 
 std::span<const std::uint32_t> Surface::Pixels() const {
-  return block_ ? std::span<const std::uint32_t>(block_->pixels) : std::span<const std::uint32_t>();
+  if (Empty()) return {};
+  Look();
+  return block_->pixels;
 }
 
 std::span<std::uint32_t> Surface::MutablePixels() {
-  if (!block_) return {};
-  ++block_->revision;
-  return block_->pixels;
+  if (Empty()) return {};
+  Settle();
+  Block& block = Memorized();
+  ++block.revision;
+  return block.pixels;
+}
+
+Surface::Box Surface::Clipped(const Box& box) const {
+  return {std::max(box.left, 0), std::max(box.top, 0), std::min(box.right, width_ - 1),
+          std::min(box.bottom, height_ - 1)};
+}
+
+// The memory, made where there is none yet.
+Surface::Block& Surface::Memorized() const {
+  if (!block_) {
+    block_ = std::make_shared<Block>();
+    block_->pixels.assign(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_), PixelOf(plain_));
+  }
+  return *block_;
+}
+
+// ---- Pictures that nobody has seen yet -----------------------------------------------------------------------------
+
+void Surface::DrawWhenSeen(std::shared_ptr<UnseenPicture> picture, int x, int y, int width, int height) {
+  const auto end = [](int start, int size) {
+    return static_cast<int>(std::min<std::int64_t>(std::int64_t{start} + size, kMaxSide)) - 1;
+  };
+  const Box box = Clipped({x, y, end(x, width), end(y, height)});
+  if (box.Empty()) return;
+  newest_was_damaged_ = false;
+  if (box.Covers(Whole())) watched_ = std::exchange(looked_at_, false);
+  DrawLater({.box = box, .picture = std::move(picture)});
+}
+
+void Surface::DrawLater(Drawing drawing) {
+  if (unseen_ && unseen_->drawings.size() == kMaxUnseen) Settle();
+  if (!unseen_) unseen_ = std::make_shared<Unseen>(Unseen{this, {}});
+  auto& drawings = unseen_->drawings;
+  // A picture may turn out to be damaged, so that it takes two of them to cover something for good.
+  std::erase_if(drawings, [&](Drawing& earlier) {
+    if (!drawing.box.Covers(earlier.box)) return false;
+    return !drawing.picture || ++earlier.pictures_above == 2;
+  });
+  drawings.push_back(std::move(drawing));
+}
+
+void Surface::Settle() const {
+  if (const auto unseen = std::exchange(unseen_, nullptr)) unseen->surface->DrawNow(unseen->drawings);
+}
+
+void Surface::Look() const {
+  looked_at_ = true;
+  Settle();
+  Memorized();
+}
+
+// What lies below the newest drawing that covers everything is not made, unless that one is damaged.
+void Surface::DrawNow(std::span<const Drawing> drawings) {
+  const auto is_whole = [this](const Drawing& drawing) { return drawing.box.Covers(Whole()); };
+  const auto draw = [&](const Drawing& drawing) {
+    const bool drawn = DrawNow(drawing);
+    if (&drawing == &drawings.back()) newest_was_damaged_ = !drawn;
+    return drawn;
+  };
+  std::size_t first = drawings.size();
+  while (first > 0 && !(is_whole(drawings[first - 1]) && draw(drawings[first - 1]))) --first;
+  for (const Drawing& drawing : drawings.subspan(first)) {
+    if (!is_whole(drawing)) draw(drawing);
+  }
+}
+
+bool Surface::DrawNow(const Drawing& drawing) {
+  if (drawing.picture) return drawing.picture->DrawOn(*this);
+  FillPixels(drawing.box, drawing.color);
+  return true;
+}
+
+std::shared_ptr<Surface::Unseen> Surface::TakeUnseen(const UnseenPicture& picture) {
+  if (!watched_) return nullptr;
+  const Drawing& newest = unseen_->drawings.back();
+  if (newest.picture.get() != &picture || !newest.box.Covers(Whole())) return nullptr;
+  return std::exchange(unseen_, nullptr);
+}
+
+void Surface::GiveBack(std::shared_ptr<Unseen> unseen) {
+  unseen_ = std::move(unseen);
 }
 
 }  // namespace orbelcast

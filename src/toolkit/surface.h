@@ -59,11 +59,29 @@ struct PixelAllocator {
   friend bool operator==(const PixelAllocator&, const PixelAllocator&) { return true; }
 };
 
+class Surface;
+
+/// A picture that is drawn on a surface when somebody looks at it.
+class UnseenPicture {
+ public:
+  UnseenPicture() = default;
+  virtual ~UnseenPicture() = default;
+  UnseenPicture(const UnseenPicture&) = delete;
+  UnseenPicture& operator=(const UnseenPicture&) = delete;
+
+  /// Draws it. False where it is damaged: the surface is as it was.
+  virtual bool DrawOn(Surface& surface) = 0;
+};
+
 /// A picture in memory: rows from the top, each pixel 32 bits.
 ///
 /// A pixel is the number 0xAARRGGBB in the machine's byte order (on a little-endian machine the bytes B, G, R, A): the
 /// format that front ends and image libraries take. Surfaces that are shown are opaque (A = 255); only pictures that
 /// are drawn onto others, such as icons, have transparent pixels. Coordinates are pixels. Drawing outside is clipped.
+///
+/// Pixels are made when somebody looks at them: a surface in one colour has no memory, and of the pictures given to
+/// DrawWhenSeen those are drawn that are still to be seen. To look is to ask for pixels, in whatever way; nothing else
+/// of the interface shows whether they are there.
 ///
 /// The memory is one block, so a front end may show it without a copy. It is kept while the size stays, unless it is
 /// exchanged (Swap; a decoder puts a whole picture there that way). `Block` and `revision` let a front end, or a
@@ -78,12 +96,14 @@ class Surface {
   /// A side longer than this is refused (the surface becomes empty): 64 megapixels is the largest picture handled.
   static constexpr int kMaxSide = 65535;
   static constexpr std::int64_t kMaxPixels = 64LL * 1024 * 1024;
+  /// Drawings that wait for somebody to look, at most: with one more, all are made.
+  static constexpr std::size_t kMaxUnseen = 256;
 
   Surface() = default;
   Surface(int width, int height, Color background = 0) { Resize(width, height, background); }
-  /// A copy has pixels of its own.
+  /// A copy has pixels of its own. To copy is to look.
   Surface(const Surface& other);
-  Surface(Surface&& other) noexcept;
+  Surface(Surface&& other) noexcept { Swap(other); }
   Surface& operator=(Surface other) noexcept;
   ~Surface() = default;
 
@@ -104,6 +124,7 @@ class Surface {
   /// The colour at (x, y), or kNoColor outside.
   Color Point(int x, int y) const {
     if (x < 0 || y < 0 || x >= width_ || y >= height_) return kNoColor;
+    if (!block_ || unseen_) Look();
     const std::uint32_t pixel =
         block_->pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) + static_cast<std::size_t>(x)];
     return Rgb(static_cast<int>((pixel >> 16) & 0xff), static_cast<int>((pixel >> 8) & 0xff),
@@ -113,21 +134,80 @@ class Surface {
   /// Draws another surface with its top-left corner at (x, y), its transparent pixels blended.
   void Draw(const Surface& source, int x, int y);
 
-  /// Exchanges the pixels of two surfaces without copying any. Counts as drawing on both.
+  /// Exchanges two surfaces without copying a pixel. Counts as drawing on both.
   void Swap(Surface& other) noexcept;
 
   /// The pixels, row by row without gaps; empty for an empty surface. The mutable ones count as drawn on.
   std::span<const std::uint32_t> Pixels() const;
   std::span<std::uint32_t> MutablePixels();
 
-  /// The memory, shared so that its end can be noticed. Null for a surface that never had a size.
+  /// The memory, shared so that its end can be noticed. Null for a surface that has none yet.
   const std::shared_ptr<Block>& Memory() const { return block_; }
   std::uint64_t Revision() const { return block_ ? block_->revision : 0; }
 
+  // ---- Pictures that nobody has seen yet ---------------------------------------------------------------------------
+
+  /// Draws `picture` in the box at (x, y) when somebody looks, unless later drawings have covered it by then. Where it
+  /// turns out to be damaged, what it covers is seen: the picture before it is kept for that, but none before these
+  /// two.
+  void DrawWhenSeen(std::shared_ptr<UnseenPicture> picture, int x, int y, int width, int height);
+  /// Draws what nobody has seen yet. Unlike a look it does not make the surface one that is watched.
+  void Settle() const;
+  /// Whether the newest picture given to DrawWhenSeen was found to be damaged, by whoever looked.
+  bool NewestWasDamaged() const { return newest_was_damaged_; }
+
+  /// The drawings that nobody has seen yet, from the oldest; gone when somebody looks.
+  struct Unseen;
+  std::weak_ptr<Unseen> WhatIsUnseen() const { return unseen_; }
+  /// Takes these off, where `picture` covers them all and the surface is watched: somebody saw the picture before. For
+  /// who makes the picture anyway and draws it here too. Null elsewhere.
+  std::shared_ptr<Unseen> TakeUnseen(const UnseenPicture& picture);
+  /// Puts back what TakeUnseen gave.
+  void GiveBack(std::shared_ptr<Unseen> unseen);
+
  private:
+  struct Box {
+    int left;
+    int top;
+    int right;  ///< Included, as is the bottom.
+    int bottom;
+
+    bool Empty() const { return left > right || top > bottom; }
+    bool Covers(const Box& other) const {
+      return left <= other.left && top <= other.top && right >= other.right && bottom >= other.bottom;
+    }
+  };
+  /// A picture, or where there is none a box in one colour.
+  struct Drawing {
+    Box box;
+    std::shared_ptr<UnseenPicture> picture;
+    Color color = 0;
+    int pictures_above = 0;  ///< Later pictures that cover it.
+  };
+
+  Box Whole() const { return {0, 0, width_ - 1, height_ - 1}; }
+  Box Clipped(const Box& box) const;
+  void Look() const;
+  Block& Memorized() const;
+  void FillPixels(const Box& box, Color color);
+  void DrawLater(Drawing drawing);
+  void DrawNow(std::span<const Drawing> drawings);
+  bool DrawNow(const Drawing& drawing);
+
   int width_ = 0;
   int height_ = 0;
-  std::shared_ptr<Block> block_;
+  Color plain_ = 0;  ///< The colour of all pixels while there is no memory.
+  bool watched_ = false;
+  bool newest_was_damaged_ = false;
+  // Made when somebody looks, which changes nothing that can be seen.
+  mutable std::shared_ptr<Block> block_;
+  mutable std::shared_ptr<Unseen> unseen_;
+  mutable bool looked_at_ = false;  ///< Since the last whole picture was drawn.
+};
+
+struct Surface::Unseen {
+  Surface* surface;
+  std::vector<Drawing> drawings;
 };
 
 }  // namespace orbelcast

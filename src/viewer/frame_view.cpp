@@ -41,17 +41,24 @@ void FrameView::Show(bool SkipMotion) {
   CountFirstFrames();
 }
 
-// The thumbnail is drawn along with the picture, so that both come from one decoding.
+// The thumbnail goes along with the picture, so that both come from one decoding.
 bool FrameView::Draw(bool with_thumbnail) {
   const auto [width, height] = AreaSize();
   const JpegTarget area{on_.VideoStream.Canvas(), width, height};
-  const auto size = with_thumbnail ? decoder_.DrawOnAll(FrameBuffer, std::array{area, motion_.Thumbnail()})
-                                   : decoder_.DrawOn(area, FrameBuffer);
+  const auto size = with_thumbnail ? decoder_.DrawWhenSeen(FrameBuffer, std::array{area, motion_.Thumbnail()})
+                                   : decoder_.DrawWhenSeen(FrameBuffer, std::array{area});
   if (!size) return false;
   const TwipsScale now = TwipsScale::Of(screen_);
   on_.BuffPic.Width = now.TwipsX(size->width);
   on_.BuffPic.Height = now.TwipsY(size->height);
   return true;
+}
+
+Failure FrameView::LastFailure() const {
+  if (failure_.kind == FailureKind::kNone && on_.VideoStream.Image().NewestWasDamaged()) {
+    return {.kind = FailureKind::kDamagedPicture, .status = failure_.status};
+  }
+  return failure_;
 }
 
 // A failed answer keeps its failure, whatever its body is.
@@ -81,7 +88,8 @@ void FrameView::PaintTile(const MosaicTile& tile, bool fetched) {
     area.FillBox(tile.x, tile.y, tile.x + tile.width, tile.y + tile.height, kBlack);
     NoteDrawing(false);
   } else if (tile.width > 0 && tile.height > 0) {
-    NoteDrawing(decoder_.DrawOn({area, tile.width, tile.height, tile.x, tile.y}, FrameBuffer).has_value());
+    const JpegTarget place{area, tile.width, tile.height, tile.x, tile.y};
+    NoteDrawing(decoder_.DrawWhenSeen(FrameBuffer, std::array{place}).has_value());
   }
   on_.VideoStream.Refresh();
 }

@@ -31,8 +31,8 @@ class FrameView {
   /// Its body as received.
   const FrameBytes& Newest() const { return FrameBuffer; }
   void Take(HttpRequest& request) { FrameBuffer = request.ResponseBody(); }
-  /// The failure of the newest request, or of its picture.
-  Failure LastFailure() const { return failure_; }
+  /// The failure of the newest request, or of its picture. Damage inside a picture is known once somebody has looked.
+  Failure LastFailure() const;
   /// Notes the failure of `request`, if it failed; `worked`: whether each of its steps did.
   void NoteAnswer(HttpRequest& request, bool worked) { failure_ = FailureOf(request, worked); }
   void ForgetFailure() { failure_ = {}; }

@@ -36,7 +36,10 @@ std::optional<Surface> PictureExport::GetPicture() const {
 
 void PictureExport::RenderPicture(std::int32_t PictureHdc, std::int32_t sX, std::int32_t sY) const {
   Surface* surface = platform_.device_contexts.Find(PictureHdc);
-  if (surface != nullptr) platform_.jpeg_decoder.DrawOn({*surface, sX, sY}, frames_.Newest());
+  if (surface == nullptr) return;
+  // Both come from the decoding that serves the area, whether or not somebody has seen that.
+  on_.VideoStream.Image().Settle();
+  platform_.jpeg_decoder.DrawOn({*surface, sX, sY}, frames_.Newest());
 }
 
 }  // namespace orbelcast

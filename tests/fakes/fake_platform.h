@@ -16,7 +16,7 @@ namespace orbelcast::fakes {
 /// shorter cannot be read; one without a height has a header, and cannot be drawn.
 class FakeJpegDecoder final : public JpegDecoder {
  public:
-  std::optional<Size> DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets) override {
+  std::optional<Size> DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets, Size /*serves*/) override {
     const auto size = SizeOf(jpeg);
     if (!size || size->height == 0) return std::nullopt;
     const auto bytes = jpeg.Bytes();

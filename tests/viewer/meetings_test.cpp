@@ -38,13 +38,16 @@ class CountingDecoder final : public ForwardingJpegDecoder {
  public:
   CountingDecoder(JpegDecoder& decoder, const fakes::RudeLoop& loop) : ForwardingJpegDecoder(decoder), loop_(loop) {}
 
-  std::optional<Size> DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets) override {
+  std::optional<Size> DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets, Size serves) override {
     if (targets.size() > 1) scans.insert(loop_.steps);
     if (!jpeg.Empty()) {
       ++drawings;
       most_often = std::max(most_often, ++drawn_[jpeg.Serial()]);
     }
-    return ForwardingJpegDecoder::DrawOnAll(jpeg, targets);
+    return ForwardingJpegDecoder::DrawOnAll(jpeg, targets, serves);
+  }
+  std::optional<Size> DrawWhenSeen(const FrameBytes& jpeg, std::span<const JpegTarget> targets) override {
+    return DrawOnAll(jpeg, targets, {});
   }
 
   std::set<int> scans;

@@ -147,6 +147,14 @@ bool JpegCodec::Begin(std::span<const std::uint8_t> bytes) {
   return true;
 }
 
+std::optional<Size> JpegCodec::ReadSize(std::span<const std::uint8_t> bytes) {
+  if (!Begin(bytes)) return std::nullopt;
+  const Size size = OwnSize();
+  Abandon();
+  tables_ = brought_;
+  return size;
+}
+
 bool JpegCodec::Finish(Surface& target, unsigned eighths, const RowsDone& rows_done) {
   const std::span<std::uint32_t> pixels = target.MutablePixels();
   if (setjmp(failed_) != 0) return Abandon();  // NOLINT(cert-err52-cpp)

@@ -36,6 +36,8 @@ class JpegCodec {
   /// Reads the header of `bytes`, which stay until Finish. False where there is none that can be read, or the picture
   /// has more than Surface::kMaxPixels.
   bool Begin(std::span<const std::uint8_t> bytes);
+  /// The picture's own size from its header, without decoding it; nothing where Begin would fail.
+  std::optional<Size> ReadSize(std::span<const std::uint8_t> bytes);
   /// The picture's own size; after Begin.
   Size OwnSize() const {
     return {static_cast<int>(decompress_.image_width), static_cast<int>(decompress_.image_height)};

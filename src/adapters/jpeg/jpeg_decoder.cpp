@@ -92,6 +92,14 @@ struct VisiblePart {
   }
 };
 
+/// Brings back the opacity of pixels that libyuv has stretched, which takes a little off every channel.
+void MakeOpaque(Surface& surface, const VisiblePart& part) {
+  for (int y = part.top; y < part.bottom; ++y) {
+    std::uint32_t* const row = At(surface, part.left, y);
+    for (int x = 0; x < part.Width(); ++x) row[x] |= kOpaque;
+  }
+}
+
 /// Draws a picture of `size` pixels at (x, y), pixel by pixel.
 void Copy(const std::uint32_t* picture, Size size, Surface& target, int x, int y) {
   const VisiblePart seen(target, x, y, size.width, size.height);
@@ -107,14 +115,15 @@ void Copy(const std::uint32_t* picture, Size size, Surface& target, int x, int y
 std::optional<Size> TurboJpegDecoder::SizeOf(const FrameBytes& jpeg) {
   if (jpeg.Empty()) return std::nullopt;
   if (jpeg.Serial() == serial_) return native_;
-  if (!codec_.Begin(jpeg.Bytes())) return std::nullopt;
-  const Size size = codec_.OwnSize();
-  codec_.Abandon();
-  return size;
+  return codec_.ReadSize(jpeg.Bytes());
 }
 
-std::optional<Size> TurboJpegDecoder::DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets) {
+std::optional<Size> TurboJpegDecoder::DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets,
+                                                Size serves) {
+  // What a target still has to draw comes first: that may be a picture of this decoder.
+  for (const JpegTarget& target : targets) target.surface.Settle();
   TakePlaces(targets);
+  serves_ = serves;
   const bool drawn = !jpeg.Empty() && !places_.empty() && (DrawAgain(jpeg) || Decode(jpeg));
   places_.clear();
   if (!drawn) return std::nullopt;
@@ -195,7 +204,8 @@ unsigned TurboJpegDecoder::Scale() const {
     const auto serves = [have = ScaledSize(native_, scale)](const Place& place) {
       return Enough(have, place.width, place.height);
     };
-    if (scale >= longest || std::ranges::all_of(places_, serves)) return scale;
+    const bool served = Enough(ScaledSize(native_, scale), serves_.width, serves_.height);
+    if (scale >= longest || (served && std::ranges::all_of(places_, serves))) return scale;
   }
   return longest;
 }
@@ -228,6 +238,7 @@ void TurboJpegDecoder::GrowRows(Place& place, const Surface& growing, int rows) 
   libyuv::ARGBScaleClip(Bytes(growing.Pixels().data()), growing.Width() * 4, growing.Width(), growing.Height(),
                         Bytes(place.rows.MutablePixels().data()), place.width * 4, place.width, place.height, 0,
                         place.ready, place.width, ready - place.ready, libyuv::kFilterBilinear);
+  MakeOpaque(place.rows, {place.rows, 0, place.ready, place.width, ready - place.ready});
   place.ready = ready;
 }
 
@@ -269,11 +280,7 @@ bool TurboJpegDecoder::DrawScaled(const Surface::Block& decoded, const Place& pl
                             libyuv::kFilterBilinear) != 0) {
     return false;
   }
-  // libyuv's stretching takes a little off every channel, the opacity too.
-  for (int y = seen.top; y < seen.bottom; ++y) {
-    std::uint32_t* const row = At(target, seen.left, y);
-    for (int x = 0; x < seen.Width(); ++x) row[x] |= kOpaque;
-  }
+  MakeOpaque(target, seen);
   return true;
 }
 

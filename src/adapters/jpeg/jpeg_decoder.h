@@ -28,7 +28,7 @@ class TurboJpegDecoder final : public JpegDecoder {
   TurboJpegDecoder(const TurboJpegDecoder&) = delete;
   TurboJpegDecoder& operator=(const TurboJpegDecoder&) = delete;
 
-  std::optional<Size> DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets) override;
+  std::optional<Size> DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets, Size serves = {}) override;
   std::optional<Size> SizeOf(const FrameBytes& jpeg) override;
 
   /// How often entropy-coded data was decoded; for tests and benchmarks.
@@ -68,6 +68,7 @@ class TurboJpegDecoder final : public JpegDecoder {
   SurfacePool pool_;
   DoubleSize double_size_;
   std::vector<Place> places_;  ///< Those of the call; a member for its memory's sake.
+  Size serves_;
 
   // The frame decoded last, and where its picture is; serial 0 for none.
   std::uint64_t serial_ = 0;
