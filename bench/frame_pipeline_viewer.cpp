@@ -49,6 +49,7 @@ class Viewer final : public Pipeline {
     http_.frame = frame;
     if (!viewer_) Begin();
     viewer_->RequestEnd();
+    viewer_->VideoStream.Image().Pixels();  // As a window does that paints it.
   }
   Surface Shown() override { return viewer_->VideoStream.Image(); }
 

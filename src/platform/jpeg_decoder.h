@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 
@@ -13,6 +15,14 @@ class Surface;
 struct Size {
   int width = 0;
   int height = 0;
+};
+
+/// Memory of somebody else's for pixels as a Surface has them: its first one, and how many pixels apart two rows begin.
+struct PixelMemory {
+  std::uint32_t* first = nullptr;
+  int width = 0;
+  int height = 0;
+  std::ptrdiff_t stride = 0;
 };
 
 /// A place to draw a picture: stretched to `width` × `height` pixels with its top-left corner at (x, y), clipped to the
@@ -48,8 +58,13 @@ class JpegDecoder {
   /// The same with one target.
   std::optional<Size> DrawOn(const JpegTarget& target, const FrameBytes& jpeg) { return DrawOnAll(jpeg, {&target, 1}); }
 
-  /// The same when somebody looks at a target's surface; what that one had stays until then. Returns nothing where the
-  /// header cannot be read or the picture has no end; one that turns out to be damaged later is not drawn.
+  /// Draws the picture over all of `memory`, at a scale that also serves a target of the size `serves`. False where it
+  /// cannot be drawn; the memory then has anything in it.
+  virtual bool DrawInto(const PixelMemory& memory, const FrameBytes& jpeg, Size serves) = 0;
+
+  /// The same as DrawOnAll when somebody looks at a target's surface; what that one had stays until then. Returns
+  /// nothing where the header cannot be read or the picture has no end; one that turns out to be damaged later is not
+  /// drawn.
   virtual std::optional<Size> DrawWhenSeen(const FrameBytes& jpeg, std::span<const JpegTarget> targets) {
     return DrawOnAll(jpeg, targets);
   }
@@ -67,6 +82,9 @@ class ForwardingJpegDecoder : public JpegDecoder {
   std::optional<Size> DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets,
                                 Size serves = {}) override {
     return decoder_.DrawOnAll(jpeg, targets, serves);
+  }
+  bool DrawInto(const PixelMemory& memory, const FrameBytes& jpeg, Size serves) override {
+    return decoder_.DrawInto(memory, jpeg, serves);
   }
   std::optional<Size> DrawWhenSeen(const FrameBytes& jpeg, std::span<const JpegTarget> targets) override {
     return decoder_.DrawWhenSeen(jpeg, targets);

@@ -63,6 +63,18 @@ class Picture final : public UnseenPicture {
     return false;
   }
 
+  bool DrawInto(const PixelMemory& memory, const Surface& surface) override {
+    const auto place = std::ranges::find_if(places_, [&](const Place& its) {
+      const auto unseen = its.unseen.lock();
+      return unseen && unseen->surface == &surface;
+    });
+    const bool fits = place != places_.end() && place->x == 0 && place->y == 0 && place->width == memory.width &&
+                      place->height == memory.height;
+    if (!fits || damaged_) return false;
+    damaged_ = !decoder_->DrawInto(memory, jpeg_, serves_);
+    return !damaged_;
+  }
+
  private:
   struct Place {
     std::weak_ptr<Surface::Unseen> unseen;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/jpeg_decoder.h"
+
 namespace orbelcast {
 
 namespace {
@@ -188,6 +190,13 @@ void Surface::Look() const {
   looked_at_ = true;
   Settle();
   Memorized();
+}
+
+bool Surface::LookInto(const PixelMemory& memory) const {
+  looked_at_ = true;
+  if (!unseen_ || memory.width != width_ || memory.height != height_) return false;
+  const Drawing& newest = unseen_->drawings.back();
+  return newest.picture && newest.box.Covers(Whole()) && newest.picture->DrawInto(memory, *this);
 }
 
 // What lies below the newest drawing that covers everything is not made, unless that one is damaged.

@@ -60,6 +60,7 @@ struct PixelAllocator {
 };
 
 class Surface;
+struct PixelMemory;
 
 /// A picture that is drawn on a surface when somebody looks at it.
 class UnseenPicture {
@@ -71,6 +72,8 @@ class UnseenPicture {
 
   /// Draws it. False where it is damaged: the surface is as it was.
   virtual bool DrawOn(Surface& surface) = 0;
+  /// Draws it into memory of somebody else's, as it would cover `surface`. False where it is damaged, or covers less.
+  virtual bool DrawInto(const PixelMemory& memory, const Surface& surface) = 0;
 };
 
 /// A picture in memory: rows from the top, each pixel 32 bits.
@@ -153,6 +156,9 @@ class Surface {
   void DrawWhenSeen(std::shared_ptr<UnseenPicture> picture, int x, int y, int width, int height);
   /// Draws what nobody has seen yet. Unlike a look it does not make the surface one that is watched.
   void Settle() const;
+  /// To look without making pixels: where all that is to be seen is a picture that nobody has seen, draws it into
+  /// `memory`, which has the surface's size. False elsewhere; the memory then has anything in it.
+  bool LookInto(const PixelMemory& memory) const;
   /// Whether the newest picture given to DrawWhenSeen was found to be damaged, by whoever looked.
   bool NewestWasDamaged() const { return newest_was_damaged_; }
 

@@ -29,7 +29,8 @@ class DropWidget : public QWidget {
   Mirror mirror_;
 };
 
-/// A picture box: paints the box's surface from its own memory, without a copy.
+/// A picture box: paints a picture that nobody has seen straight into the window's memory, and anything else from the
+/// box's own.
 class PictureWidget final : public DropWidget {
  public:
   PictureWidget(PictureBox& box, const Screen& screen, QWidget* parent);
@@ -41,6 +42,8 @@ class PictureWidget final : public DropWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  bool PaintStraight(const QRegion& region);
+
   PictureBox& box_;
 };
 

@@ -28,6 +28,7 @@ class FakeJpegDecoder final : public JpegDecoder {
     }
     return size;
   }
+  bool DrawInto(const PixelMemory& /*memory*/, const FrameBytes& /*jpeg*/, Size /*serves*/) override { return false; }
   std::optional<Size> SizeOf(const FrameBytes& jpeg) override {
     const auto bytes = jpeg.Bytes();
     if (bytes.size() < 5) return std::nullopt;

@@ -155,8 +155,7 @@ std::optional<Size> JpegCodec::ReadSize(std::span<const std::uint8_t> bytes) {
   return size;
 }
 
-bool JpegCodec::Finish(Surface& target, unsigned eighths, const RowsDone& rows_done) {
-  const std::span<std::uint32_t> pixels = target.MutablePixels();
+bool JpegCodec::Finish(const PixelMemory& target, unsigned eighths, const RowsDone& rows_done) {
   if (setjmp(failed_) != 0) return Abandon();  // NOLINT(cert-err52-cpp)
   const bool cmyk = decompress_.num_components == 4;
   decompress_.scale_num = eighths;
@@ -166,17 +165,20 @@ bool JpegCodec::Finish(Surface& target, unsigned eighths, const RowsDone& rows_d
   decompress_.do_fancy_upsampling = eighths == 8 ? TRUE : FALSE;
   jpeg_start_decompress(&decompress_);
   const auto width = static_cast<std::size_t>(decompress_.output_width);
-  if (static_cast<int>(width) != target.Width() || static_cast<int>(decompress_.output_height) != target.Height()) {
+  if (static_cast<int>(width) != target.width || static_cast<int>(decompress_.output_height) != target.height) {
     return Abandon();
   }
   const bool adobe = decompress_.saw_Adobe_marker != FALSE;
   while (decompress_.output_scanline < decompress_.output_height) {
-    const auto first = static_cast<std::size_t>(decompress_.output_scanline);
+    const std::size_t first = decompress_.output_scanline;
+    const auto row = [&](std::size_t i) {
+      return target.first + static_cast<std::ptrdiff_t>(first + i) * target.stride;
+    };
     std::array<JSAMPROW, kRowsAtOnce> rows;
     const std::size_t count = std::min(rows.size(), decompress_.output_height - first);
-    for (std::size_t i = 0; i < count; ++i) rows[i] = reinterpret_cast<JSAMPROW>(&pixels[(first + i) * width]);
+    for (std::size_t i = 0; i < count; ++i) rows[i] = reinterpret_cast<JSAMPROW>(row(i));
     const std::size_t read = jpeg_read_scanlines(&decompress_, rows.data(), static_cast<JDIMENSION>(count));
-    if (cmyk) CmykToPixels(pixels.subspan(first * width, read * width), adobe);
+    for (std::size_t i = 0; cmyk && i < read; ++i) CmykToPixels({row(i), width}, adobe);
     rows_done(static_cast<int>(decompress_.output_scanline));
   }
   jpeg_finish_decompress(&decompress_);

@@ -45,7 +45,7 @@ class JpegCodec {
 
   /// Decodes at `eighths` / 8 of the size into `target`, which has that size (rounded up). False where the picture is
   /// damaged; `target` then holds a part of it.
-  bool Finish(Surface& target, unsigned eighths, const RowsDone& rows_done);
+  bool Finish(const PixelMemory& target, unsigned eighths, const RowsDone& rows_done);
   bool Abandon();
 
  private:

@@ -57,9 +57,12 @@ bool Enough(Size have, int width, int height) {
   return enough(have.width, width) && enough(have.height, height);
 }
 
-std::uint32_t* At(Surface& surface, int x, int y) {
-  return &surface.MutablePixels()[static_cast<std::size_t>(y) * static_cast<std::size_t>(surface.Width()) +
-                                  static_cast<std::size_t>(x)];
+PixelMemory MemoryOf(Surface& surface) {
+  return {surface.MutablePixels().data(), surface.Width(), surface.Height(), surface.Width()};
+}
+
+std::uint32_t* At(const PixelMemory& memory, int x, int y) {
+  return memory.first + y * memory.stride + x;
 }
 
 std::uint8_t* Bytes(std::uint32_t* pixels) {
@@ -77,11 +80,11 @@ struct VisiblePart {
   int right;
   int bottom;
 
-  VisiblePart(const Surface& surface, int x, int y, int width, int height)
+  VisiblePart(const PixelMemory& target, int x, int y, int width, int height)
       : left(std::max(x, 0)),
         top(std::max(y, 0)),
-        right(End(x, width, surface.Width())),
-        bottom(End(y, height, surface.Height())) {}
+        right(End(x, width, target.width)),
+        bottom(End(y, height, target.height)) {}
   int Width() const { return right - left; }
   int Height() const { return bottom - top; }
   bool Empty() const { return right <= left || bottom <= top; }
@@ -93,15 +96,15 @@ struct VisiblePart {
 };
 
 /// Brings back the opacity of pixels that libyuv has stretched, which takes a little off every channel.
-void MakeOpaque(Surface& surface, const VisiblePart& part) {
+void MakeOpaque(const PixelMemory& target, const VisiblePart& part) {
   for (int y = part.top; y < part.bottom; ++y) {
-    std::uint32_t* const row = At(surface, part.left, y);
+    std::uint32_t* const row = At(target, part.left, y);
     for (int x = 0; x < part.Width(); ++x) row[x] |= kOpaque;
   }
 }
 
 /// Draws a picture of `size` pixels at (x, y), pixel by pixel.
-void Copy(const std::uint32_t* picture, Size size, Surface& target, int x, int y) {
+void Copy(const std::uint32_t* picture, Size size, const PixelMemory& target, int x, int y) {
   const VisiblePart seen(target, x, y, size.width, size.height);
   if (seen.Empty()) return;
   for (int row = seen.top; row < seen.bottom; ++row) {
@@ -130,12 +133,28 @@ std::optional<Size> TurboJpegDecoder::DrawOnAll(const FrameBytes& jpeg, std::spa
   return native_;
 }
 
+bool TurboJpegDecoder::DrawInto(const PixelMemory& memory, const FrameBytes& jpeg, Size serves) {
+  places_.clear();
+  places_.push_back({.surface = nullptr,
+                     .memory = memory,
+                     .x = 0,
+                     .y = 0,
+                     .width = memory.width,
+                     .height = memory.height,
+                     .rows = {}});
+  serves_ = serves;
+  const bool drawn = !jpeg.Empty() && (DrawAgain(jpeg) || Decode(jpeg));
+  places_.clear();
+  return drawn;
+}
+
 void TurboJpegDecoder::TakePlaces(std::span<const JpegTarget> targets) {
   const auto refused = [](int side) { return side < 0 || side > Surface::kMaxSide; };
   places_.clear();
   for (const JpegTarget& target : targets) {
     if (refused(target.width) || refused(target.height)) continue;
     places_.push_back({.surface = &target.surface,
+                       .memory = {},
                        .x = target.x,
                        .y = target.y,
                        .width = target.width,
@@ -163,7 +182,7 @@ bool TurboJpegDecoder::DrawAgain(const FrameBytes& jpeg) {
 
 bool TurboJpegDecoder::CanDraw(const Surface::Block& decoded, const Place& place) const {
   // A surface cannot be drawn onto itself, except where the picture is already in place.
-  if (&decoded == place.surface->Memory().get()) return place.IsCorner() && place.Has(decoded_size_);
+  if (place.Holds(decoded)) return place.IsCorner() && place.Has(decoded_size_);
   const bool native = decoded_size_.width == native_.width && decoded_size_.height == native_.height;
   return (native || Enough(decoded_size_, place.width, place.height)) && LongerSide(decoded_size_) <= kMaxScaledSide;
 }
@@ -176,14 +195,18 @@ bool TurboJpegDecoder::Decode(const FrameBytes& jpeg) {
   const unsigned eighths = Scale();
   decoded_size_ = ScaledSize(native_, eighths);
   if (!HasRoom(decoded_size_)) return codec_.Abandon();
+  if (places_.size() == 1 && places_.front().surface == nullptr && places_.front().Has(decoded_size_)) {
+    ++decodes_;
+    return codec_.Finish(places_.front().memory, eighths, [](int) {});
+  }
   Surface growing = pool_.Take(decoded_size_.width, decoded_size_.height);
   const bool complete = !growing.Empty() && DecodeInto(growing, eighths);
   if (!complete) codec_.Abandon();
   bool drawn = complete;
   if (complete) {
     const auto fits = std::ranges::find_if(places_, [&](const Place& place) {
-      return place.IsCorner() && place.Has(decoded_size_) && place.surface->Width() == place.width &&
-             place.surface->Height() == place.height;
+      return place.surface != nullptr && place.IsCorner() && place.Has(decoded_size_) &&
+             place.surface->Width() == place.width && place.surface->Height() == place.height;
     });
     Surface& holder = fits != places_.end() ? *fits->surface : own_;
     holder.Swap(growing);
@@ -213,7 +236,7 @@ unsigned TurboJpegDecoder::Scale() const {
 bool TurboJpegDecoder::DecodeInto(Surface& growing, unsigned eighths) {
   ++decodes_;
   BeginRows(decoded_size_);
-  return codec_.Finish(growing, eighths, [&](int rows) {
+  return codec_.Finish(MemoryOf(growing), eighths, [&](int rows) {
     for (Place& place : places_) {
       if (!place.rows.Empty()) GrowRows(place, growing, rows);
     }
@@ -238,7 +261,8 @@ void TurboJpegDecoder::GrowRows(Place& place, const Surface& growing, int rows) 
   libyuv::ARGBScaleClip(Bytes(growing.Pixels().data()), growing.Width() * 4, growing.Width(), growing.Height(),
                         Bytes(place.rows.MutablePixels().data()), place.width * 4, place.width, place.height, 0,
                         place.ready, place.width, ready - place.ready, libyuv::kFilterBilinear);
-  MakeOpaque(place.rows, {place.rows, 0, place.ready, place.width, ready - place.ready});
+  const PixelMemory made = MemoryOf(place.rows);
+  MakeOpaque(made, {made, 0, place.ready, place.width, ready - place.ready});
   place.ready = ready;
 }
 
@@ -249,31 +273,31 @@ void TurboJpegDecoder::Keep(Surface& holder, std::uint64_t serial) {
 }
 
 bool TurboJpegDecoder::Draw(const Surface::Block& decoded, const Place& place) {
-  if (&decoded == place.surface->Memory().get()) return true;
+  if (place.Holds(decoded)) return true;
+  const PixelMemory target = place.surface != nullptr ? MemoryOf(*place.surface) : place.memory;
   if (place.ready == place.height) {
-    Copy(place.rows.Pixels().data(), {place.width, place.height}, *place.surface, place.x, place.y);
+    Copy(place.rows.Pixels().data(), {place.width, place.height}, target, place.x, place.y);
     return true;
   }
   if (place.Has(decoded_size_)) {
-    Copy(decoded.pixels.data(), decoded_size_, *place.surface, place.x, place.y);
+    Copy(decoded.pixels.data(), decoded_size_, target, place.x, place.y);
     return true;
   }
-  return DrawScaled(decoded, place);
+  return DrawScaled(decoded, place, target);
 }
 
-bool TurboJpegDecoder::DrawScaled(const Surface::Block& decoded, const Place& place) {
-  Surface& target = *place.surface;
+bool TurboJpegDecoder::DrawScaled(const Surface::Block& decoded, const Place& place, const PixelMemory& target) {
   const VisiblePart seen(target, place.x, place.y, place.width, place.height);
   if (seen.Empty()) return true;
   const bool whole = seen.Width() == place.width && seen.Height() == place.height;
   if (whole && place.Has({2 * decoded_size_.width, 2 * decoded_size_.height})) {
     double_size_.Draw(decoded.pixels.data(), decoded_size_.width, decoded_size_.height, At(target, place.x, place.y),
-                      target.Width());
+                      target.stride);
     return true;
   }
   // libyuv counts from the place's own corner, which may be outside the target; it writes the clipped part alone.
-  const std::ptrdiff_t stride = std::ptrdiff_t{target.Width()} * 4;
-  std::uint8_t* corner = Bytes(target.MutablePixels().data()) + place.y * stride + std::ptrdiff_t{place.x} * 4;
+  const std::ptrdiff_t stride = target.stride * 4;
+  std::uint8_t* corner = Bytes(target.first) + place.y * stride + std::ptrdiff_t{place.x} * 4;
   if (libyuv::ARGBScaleClip(Bytes(decoded.pixels.data()), decoded_size_.width * 4, decoded_size_.width,
                             decoded_size_.height, corner, static_cast<int>(stride), place.width, place.height,
                             seen.left - place.x, seen.top - place.y, seen.Width(), seen.Height(),

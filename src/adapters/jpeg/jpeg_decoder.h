@@ -29,6 +29,7 @@ class TurboJpegDecoder final : public JpegDecoder {
   TurboJpegDecoder& operator=(const TurboJpegDecoder&) = delete;
 
   std::optional<Size> DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets, Size serves = {}) override;
+  bool DrawInto(const PixelMemory& memory, const FrameBytes& jpeg, Size serves) override;
   std::optional<Size> SizeOf(const FrameBytes& jpeg) override;
 
   /// How often entropy-coded data was decoded; for tests and benchmarks.
@@ -37,7 +38,8 @@ class TurboJpegDecoder final : public JpegDecoder {
  private:
   /// A target whose size is known.
   struct Place {
-    Surface* surface;
+    Surface* surface;    ///< Null where it is memory of somebody else's.
+    PixelMemory memory;  ///< That.
     int x;
     int y;
     int width;
@@ -46,6 +48,7 @@ class TurboJpegDecoder final : public JpegDecoder {
     int ready = 0;  ///< How many of these rows are there.
 
     bool IsCorner() const { return x == 0 && y == 0; }
+    bool Holds(const Surface::Block& block) const { return surface != nullptr && surface->Memory().get() == &block; }
     bool Has(Size size) const { return width == size.width && height == size.height; }
   };
 
@@ -62,7 +65,7 @@ class TurboJpegDecoder final : public JpegDecoder {
 
   bool CanDraw(const Surface::Block& decoded, const Place& place) const;
   bool Draw(const Surface::Block& decoded, const Place& place);
-  bool DrawScaled(const Surface::Block& decoded, const Place& place);
+  bool DrawScaled(const Surface::Block& decoded, const Place& place, const PixelMemory& target);
 
   JpegCodec codec_;
   SurfacePool pool_;
