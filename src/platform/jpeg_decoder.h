@@ -17,11 +17,13 @@ struct Size {
   int height = 0;
 };
 
-/// Memory of somebody else's for pixels as a Surface has them: its first one, and how many pixels apart two rows begin.
+/// Memory of somebody else's for pixels as a Surface has them: the first one, and how many pixels apart two rows begin.
+/// Of the `height` rows only the first `rows` are there; others are drawn nowhere.
 struct PixelMemory {
   std::uint32_t* first = nullptr;
   int width = 0;
   int height = 0;
+  int rows = 0;
   std::ptrdiff_t stride = 0;
 };
 

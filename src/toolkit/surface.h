@@ -157,7 +157,7 @@ class Surface {
   /// Draws what nobody has seen yet. Unlike a look it does not make the surface one that is watched.
   void Settle() const;
   /// To look without making pixels: where all that is to be seen is a picture that nobody has seen, draws it into
-  /// `memory`, which has the surface's size. False elsewhere; the memory then has anything in it.
+  /// `memory`, which has the surface's size, or its first rows. False elsewhere; the memory then has anything in it.
   bool LookInto(const PixelMemory& memory) const;
   /// Whether the newest picture given to DrawWhenSeen was found to be damaged, by whoever looked.
   bool NewestWasDamaged() const { return newest_was_damaged_; }

@@ -73,24 +73,24 @@ QImage PictureWidget::View() const {
   return ViewOf(box_.Image(), QImage::Format_RGB32);
 }
 
-// A widget that is painted as a whole, not by a host that makes a picture of it: its place in the window's own image.
-bool PictureWidget::PaintStraight(const QRegion& region) {
+// Where the widget is painted on its window, and as a whole but for rows at its bottom, which the status strip covers.
+bool PictureWidget::PaintStraight(const QRect& part, int parts) {
   QPoint offset;
   QPaintDevice* const device = redirected(&offset);
   const bool on_window = device != nullptr && backingStore() != nullptr && device == backingStore()->paintDevice() &&
                          device->devType() == QInternal::Image && devicePixelRatioF() == 1;
-  if (!on_window || region != QRegion(rect())) return false;
+  if (!on_window || parts != 1 || part.topLeft() != QPoint(0, 0) || part.width() != width()) return false;
   auto& window = static_cast<QImage&>(*device);
-  const QRect place = rect().translated(-offset);
+  const QRect place = part.translated(-offset);
   const bool known = window.format() == QImage::Format_RGB32 || window.format() == QImage::Format_ARGB32_Premultiplied;
   if (!known || !window.rect().contains(place)) return false;
   const qsizetype stride = window.bytesPerLine() / 4;
   auto* const first = reinterpret_cast<std::uint32_t*>(window.bits()) + place.y() * stride + place.x();
-  return box_.Image().LookInto({first, width(), height(), stride});
+  return box_.Image().LookInto({first, width(), height(), part.height(), stride});
 }
 
 void PictureWidget::paintEvent(QPaintEvent* event) {
-  if (PaintStraight(event->region())) return;
+  if (PaintStraight(event->region().boundingRect(), event->region().rectCount())) return;
   QPainter painter(this);
   const QImage view = View();
   const Color back = box_.BackColor;

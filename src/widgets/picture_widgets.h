@@ -42,7 +42,7 @@ class PictureWidget final : public DropWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  bool PaintStraight(const QRegion& region);
+  bool PaintStraight(const QRect& part, int parts);
 
   PictureBox& box_;
 };

@@ -50,13 +50,14 @@ const std::uint8_t* Bytes(const std::uint32_t* pixels) {
 
 }  // namespace
 
-void DoubleSize::Draw(const std::uint32_t* from, int width, int height, std::uint32_t* to, std::ptrdiff_t to_stride) {
+void DoubleSize::Draw(const std::uint32_t* from, int width, int height, std::uint32_t* to, std::ptrdiff_t to_stride,
+                      int rows) {
   const std::ptrdiff_t count = width;
   rows_.resize(static_cast<std::size_t>(3 * count + 2));
   std::uint32_t* const row = rows_.data() + 1;
   std::uint32_t* const left = row + count + 1;
   std::uint32_t* const right = left + count;
-  for (int y = 0; y < 2 * height; ++y, to += to_stride) {
+  for (int y = 0; y < std::min(2 * height, rows); ++y, to += to_stride) {
     const int near = y / 2;
     const int far = std::clamp(y % 2 == 0 ? near - 1 : near + 1, 0, height - 1);
     MixRows(Bytes(from + near * count), Bytes(from + far * count), Bytes(row), count * 4);

@@ -10,8 +10,9 @@ namespace orbelcast {
 /// take twice the time for it.
 class DoubleSize {
  public:
-  /// `to` has twice as many pixels on each axis, `to_stride` pixels from row to row.
-  void Draw(const std::uint32_t* from, int width, int height, std::uint32_t* to, std::ptrdiff_t to_stride);
+  /// `to` has twice as many pixels on each axis, `to_stride` pixels from row to row; of its rows only the first `rows`
+  /// are drawn.
+  void Draw(const std::uint32_t* from, int width, int height, std::uint32_t* to, std::ptrdiff_t to_stride, int rows);
 
  private:
   std::vector<std::uint32_t> rows_;

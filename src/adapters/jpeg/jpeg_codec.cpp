@@ -168,11 +168,13 @@ bool JpegCodec::Finish(const PixelMemory& target, unsigned eighths, const RowsDo
   if (static_cast<int>(width) != target.width || static_cast<int>(decompress_.output_height) != target.height) {
     return Abandon();
   }
+  if (target.rows < target.height) unseen_row_.resize(width);
   const bool adobe = decompress_.saw_Adobe_marker != FALSE;
   while (decompress_.output_scanline < decompress_.output_height) {
     const std::size_t first = decompress_.output_scanline;
     const auto row = [&](std::size_t i) {
-      return target.first + static_cast<std::ptrdiff_t>(first + i) * target.stride;
+      const auto y = static_cast<std::ptrdiff_t>(first + i);
+      return y < target.rows ? target.first + y * target.stride : unseen_row_.data();
     };
     std::array<JSAMPROW, kRowsAtOnce> rows;
     const std::size_t count = std::min(rows.size(), decompress_.output_height - first);

@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <span>
+#include <vector>
 
 #include <jpeglib.h>
 
@@ -57,6 +58,7 @@ class JpegCodec {
 
   jpeg_decompress_struct decompress_{};
   jpeg_error_mgr errors_{};
+  std::vector<std::uint32_t> unseen_row_;  ///< For the rows that a target does not have.
   jpeg_progress_mgr progress_{};
   std::jmp_buf failed_{};
   bool created_ = false;  ///< Else there was no memory for it.

@@ -58,7 +58,7 @@ bool Enough(Size have, int width, int height) {
 }
 
 PixelMemory MemoryOf(Surface& surface) {
-  return {surface.MutablePixels().data(), surface.Width(), surface.Height(), surface.Width()};
+  return {surface.MutablePixels().data(), surface.Width(), surface.Height(), surface.Height(), surface.Width()};
 }
 
 std::uint32_t* At(const PixelMemory& memory, int x, int y) {
@@ -107,7 +107,7 @@ void MakeOpaque(const PixelMemory& target, const VisiblePart& part) {
 void Copy(const std::uint32_t* picture, Size size, const PixelMemory& target, int x, int y) {
   const VisiblePart seen(target, x, y, size.width, size.height);
   if (seen.Empty()) return;
-  for (int row = seen.top; row < seen.bottom; ++row) {
+  for (int row = seen.top; row < std::min(seen.bottom, target.rows); ++row) {
     const std::uint32_t* from = picture + std::ptrdiff_t{row - y} * size.width + (seen.left - x);
     std::copy_n(from, seen.Width(), At(target, seen.left, row));
   }
@@ -287,14 +287,15 @@ bool TurboJpegDecoder::Draw(const Surface::Block& decoded, const Place& place) {
 }
 
 bool TurboJpegDecoder::DrawScaled(const Surface::Block& decoded, const Place& place, const PixelMemory& target) {
-  const VisiblePart seen(target, place.x, place.y, place.width, place.height);
+  VisiblePart seen(target, place.x, place.y, place.width, place.height);
   if (seen.Empty()) return true;
   const bool whole = seen.Width() == place.width && seen.Height() == place.height;
   if (whole && place.Has({2 * decoded_size_.width, 2 * decoded_size_.height})) {
     double_size_.Draw(decoded.pixels.data(), decoded_size_.width, decoded_size_.height, At(target, place.x, place.y),
-                      target.stride);
+                      target.stride, target.rows - place.y);
     return true;
   }
+  seen.bottom = std::min(seen.bottom, target.rows);
   // libyuv counts from the place's own corner, which may be outside the target; it writes the clipped part alone.
   const std::ptrdiff_t stride = target.stride * 4;
   std::uint8_t* corner = Bytes(target.first) + place.y * stride + std::ptrdiff_t{place.x} * 4;
