@@ -195,8 +195,13 @@ void Surface::Look() const {
 bool Surface::LookInto(const PixelMemory& memory) const {
   looked_at_ = true;
   if (!unseen_ || memory.width != width_ || memory.height != height_) return false;
-  const Drawing& newest = unseen_->drawings.back();
-  return newest.picture && newest.box.Covers(Whole()) && newest.picture->DrawInto(memory, *this);
+  auto& drawings = unseen_->drawings;
+  const Drawing& newest = drawings.back();
+  if (!newest.picture || !newest.box.Covers(Whole()) || !newest.picture->DrawInto(memory, *this)) return false;
+  // It is good, and what it covers will not be seen.
+  drawings.erase(drawings.begin(), drawings.end() - 1);
+  block_.reset();
+  return true;
 }
 
 // What lies below the newest drawing that covers everything is not made, unless that one is damaged.

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <new>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -87,8 +88,8 @@ class UnseenPicture {
 /// of the interface shows whether they are there.
 ///
 /// The memory is one block, so a front end may show it without a copy. It is kept while the size stays, unless it is
-/// exchanged (Swap; a decoder puts a whole picture there that way). `Block` and `revision` let a front end, or a
-/// decoder, notice that the picture it knew is gone or was drawn on.
+/// exchanged (Swap; a decoder puts a whole picture there that way) or not needed any more (LookInto). `Block` and
+/// `revision` let a front end, or a decoder, notice that the picture it knew is gone or was drawn on.
 class Surface {
  public:
   struct Block {
@@ -133,6 +134,9 @@ class Surface {
     return Rgb(static_cast<int>((pixel >> 16) & 0xff), static_cast<int>((pixel >> 8) & 0xff),
                static_cast<int>(pixel & 0xff));
   }
+
+  /// The colour of all pixels of a surface that has no memory yet, and no picture to be seen.
+  std::optional<Color> Plain() const { return block_ || unseen_ ? std::nullopt : std::optional(plain_); }
 
   /// Draws another surface with its top-left corner at (x, y), its transparent pixels blended.
   void Draw(const Surface& source, int x, int y);

@@ -14,6 +14,10 @@ namespace orbelcast {
 
 namespace {
 
+QColor ToQt(Color color) {
+  return {RedOf(color), GreenOf(color), BlueOf(color)};
+}
+
 Drop ToDrop(const QDropEvent& event, const Screen& screen) {
   Drop drop;
   for (const QString& format : event.mimeData()->formats()) {
@@ -92,12 +96,14 @@ bool PictureWidget::PaintStraight(const QRect& part, int parts) {
 void PictureWidget::paintEvent(QPaintEvent* event) {
   if (PaintStraight(event->region().boundingRect(), event->region().rectCount())) return;
   QPainter painter(this);
-  const QImage view = View();
-  const Color back = box_.BackColor;
-  if (!QRect(QPoint(0, 0), view.size()).contains(event->rect())) {
-    painter.fillRect(event->rect(), QColor(RedOf(back), GreenOf(back), BlueOf(back)));
+  const Surface& surface = box_.Image();
+  const QRect drawn(0, 0, surface.Width(), surface.Height());
+  if (!drawn.contains(event->rect())) painter.fillRect(event->rect(), ToQt(box_.BackColor));
+  if (const auto plain = surface.Plain()) {
+    painter.fillRect(event->rect() & drawn, ToQt(*plain));
+  } else {
+    painter.drawImage(event->rect().topLeft(), View(), event->rect());
   }
-  if (!view.isNull()) painter.drawImage(event->rect().topLeft(), view, event->rect());
 }
 
 ImageWidget::ImageWidget(Image& image, const Screen& screen, QWidget* parent)

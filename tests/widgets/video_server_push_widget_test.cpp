@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include <QApplication>
+#include <QBackingStore>
 #include <QClipboard>
 #include <QDockWidget>
 #include <QDragEnterEvent>
@@ -17,6 +18,7 @@
 #include <QPointer>
 #include <QTabWidget>
 #include <QTest>
+#include <algorithm>
 #include <cmath>
 #include <set>
 #include <string>
@@ -29,6 +31,7 @@
 #include "interface/user_control1_interface.h"
 #include "interface/video_server_push_interface.h"
 #include "orbelcast/player_widget.h"
+#include "platform/jpeg_decoder.h"
 #include "viewer/video_server_push.h"
 #include "widgets/picture_widgets.h"
 #include "widgets/qt_platform.h"
@@ -94,6 +97,57 @@ TEST_F(WidgetTest, AChildLiesAtItsPlaceByTheScreensOwnScale) {
   EXPECT_EQ(static_cast<const void*>(picture.View().constBits()),
             static_cast<const void*>(box.Image().Pixels().data()));
   EXPECT_EQ(picture.grab().toImage().pixelColor(20, 20), QColor(200, 100, 50));
+}
+
+/// A picture in one colour that notes how it is drawn.
+struct Plain final : UnseenPicture {
+  bool DrawOn(Surface& surface) override {
+    surface.Fill(color);
+    return true;
+  }
+  bool DrawInto(const PixelMemory& memory, const Surface& /*surface*/) override {
+    for (int y = 0; y < memory.rows; ++y) std::fill_n(memory.first + y * memory.stride, memory.width, 0xff3264c8);
+    rows = memory.rows;
+    return !damaged;
+  }
+  static constexpr Color color = Rgb(0x32, 0x64, 0xc8);
+  bool damaged = false;
+  int rows = 0;
+};
+
+TEST_F(WidgetTest, APictureIsDrawnStraightOntoTheWindowExceptWhereItCannotBe) {
+  QWidget window;
+  window.resize(60, 50);
+  PictureBox box;
+  Place(box, 150, 150, 600, 450);
+  PictureWidget picture(box, platform.Get().screen, &window);
+  QWidget strip(&picture);
+  strip.setAttribute(Qt::WA_OpaquePaintEvent);
+  strip.setGeometry(0, 20, 40, 10);
+  const auto show = [&](bool damaged) {
+    auto unseen = std::make_shared<Plain>();
+    unseen->damaged = damaged;
+    box.Canvas().DrawWhenSeen(unseen, 0, 0, 40, 30);
+    box.Refresh();
+    window.repaint();
+    return unseen;
+  };
+  const auto pixel = [&](int x, int y) {
+    return static_cast<const QImage*>(window.backingStore()->paintDevice())->pixelColor(x, y);
+  };
+  const QColor blue(0x32, 0x64, 0xc8);
+  window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+  EXPECT_EQ(show(false)->rows, 20);
+  EXPECT_EQ(box.Image().Memory(), nullptr);
+  EXPECT_EQ(pixel(10, 10), blue);
+  EXPECT_EQ(pixel(49, 29), blue);
+  EXPECT_NE(pixel(9, 10), blue);
+  EXPECT_NE(pixel(50, 29), blue);
+  box.Canvas().Fill(Rgb(1, 2, 3));
+  strip.hide();
+  EXPECT_EQ(show(true)->rows, 30);  // A damaged one has left anything: all is painted again.
+  EXPECT_NE(box.Image().Memory(), nullptr);
 }
 
 TEST_F(WidgetTest, PressesReachTheHostAndARightClickOnTheStripOpensTheMenu) {
