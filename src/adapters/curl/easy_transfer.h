@@ -60,6 +60,7 @@ class EasyTransfer {
   bool SetHeaders(const HeaderLines& headers);
 
   TransferWatcher& watcher_;
+  const std::shared_ptr<CURLU> parsed_origin_;  // libcurl uses it until the transfer ends
   std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> header_list_{nullptr, &curl_slist_free_all};
   std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> easy_{curl_easy_init(), &curl_easy_cleanup};
 };

@@ -131,11 +131,10 @@ bool Exchange::LimitExchange(std::chrono::milliseconds limit) {
 
 bool Exchange::Send() {
   if (state_ == State::kClosed || state_ == State::kUnderWay) return false;
-  MessageLoop* const loop = multiplexer_->Loop();
   failure_ = HttpFailure::kNone;
   EnterState(State::kUnderWay);
   limits_ = {};
-  if (loop != nullptr && wanted_.limit) limits_.whole = loop->Queue().Now() + *wanted_.limit;
+  if (wanted_.limit) limits_.whole = At(*wanted_.limit);
   allowance_ = {http_limits::kMaxRedirects, kMaxLogins};
   RememberLogin();
   if (!BeginTransfer(wanted_.address)) {
@@ -196,9 +195,9 @@ HeaderLines Exchange::HeadersFor(const HttpAddress& address) {
   return headers;
 }
 
-bool Exchange::BeginTransfer(HttpAddress address) {
+bool Exchange::BeginTransfer(const HttpAddress& address) {
   answer_.Clear();
-  asked_ = std::move(address);
+  asked_ = address;
   limits_.connection = In(timeouts_.resolve);
   TransferWatcher& watcher = *this;
   transfer_ = std::make_unique<EasyTransfer>(wanted_.method, asked_, HeadersFor(asked_),
@@ -216,11 +215,14 @@ void Exchange::Ended(CURLcode result) {
     next = asked_.Resolve(std::string(location));
     if (!next || allowance_.redirects-- == 0) return Fail(HttpFailure::kOther);
     // Kept as it was opened, with the user name in it.
-    if (next->SameServer(wanted_.address)) next->origin = wanted_.address.origin;
+    if (next->SameServer(wanted_.address)) {
+      next->origin = wanted_.address.origin;
+      next->parsed_origin = wanted_.address.parsed_origin;
+    }
   } else {
     return EnterState(State::kAnswered);
   }
-  if (!BeginTransfer(std::move(*next))) Fail(HttpFailure::kOther);
+  if (!BeginTransfer(*next)) Fail(HttpFailure::kOther);
 }
 
 // True where the request is to be sent again, with the login that the server asks for.
@@ -241,10 +243,16 @@ Exchange::Limits::Time Exchange::Limits::Next() const {
   return next;
 }
 
-Exchange::Limits::Time Exchange::In(int milliseconds) const {
+Exchange::Limits::Time Exchange::At(std::chrono::milliseconds from_now) const {
   MessageLoop* const loop = multiplexer_->Loop();
-  if (loop == nullptr || milliseconds == 0) return std::nullopt;
-  return loop->Queue().Now() + std::chrono::milliseconds(milliseconds);
+  if (loop == nullptr) return std::nullopt;
+  const auto time = loop->Queue().Now() + from_now;
+  multiplexer_->NoteDeadline(time);
+  return time;
+}
+
+Exchange::Limits::Time Exchange::In(int milliseconds) const {
+  return milliseconds == 0 ? std::nullopt : At(std::chrono::milliseconds(milliseconds));
 }
 
 void Exchange::Connecting() {

@@ -107,10 +107,11 @@ class Exchange final : public HttpRequest, public MultiplexedTransfer, private T
   HttpAnswer& Answer() { return state_ == State::kAnswered ? answer_ : no_answer_; }
   void EnterState(State state);
   void Fail(HttpFailure failure);
+  Limits::Time At(std::chrono::milliseconds from_now) const;
   Limits::Time In(int milliseconds) const;
   void RememberLogin();
   HeaderLines HeadersFor(const HttpAddress& address);
-  bool BeginTransfer(HttpAddress address);
+  bool BeginTransfer(const HttpAddress& address);
   bool AnswersLogin();
 
   const std::shared_ptr<Multiplexer> multiplexer_;

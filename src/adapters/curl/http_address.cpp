@@ -55,9 +55,10 @@ std::optional<HttpAddress> HttpAddress::Parse(std::string_view url) {
   }
   if (host == 0) return std::nullopt;
   const std::size_t end = std::min(url.find_first_of("/?#", host), url.size());
-  HttpAddress address{std::string(url.substr(0, end)), std::string(url.substr(end))};
+  HttpAddress address{std::string(url.substr(0, end)), std::string(url.substr(end)), nullptr};
   if (!address.target.starts_with('/')) address.target.insert(0, 1, '/');
-  if (!ParseUrl(address.origin)) return std::nullopt;
+  address.parsed_origin = ParseUrl(address.origin);
+  if (!address.parsed_origin) return std::nullopt;
   return address;
 }
 

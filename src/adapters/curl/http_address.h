@@ -1,5 +1,8 @@
 #pragma once
 
+#include <curl/curl.h>
+
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,6 +16,8 @@ bool IsHttpToken(std::string_view text);
 struct HttpAddress {
   std::string origin;  ///< "http://host:port", as it was written.
   std::string target;  ///< The target of the request line, byte for byte; begins with "/".
+  /// The origin as libcurl reads it, so that it is not read anew for each request.
+  std::shared_ptr<CURLU> parsed_origin;
 
   /// Empty where the text is no address that can be asked: another scheme, no host, a control character.
   static std::optional<HttpAddress> Parse(std::string_view url);

@@ -46,10 +46,12 @@ void Multiplexer::Close() {
 }
 
 bool Multiplexer::Begin(MultiplexedTransfer& transfer) {
-  if (loop_ == nullptr || curl_multi_add_handle(multi_, transfer.Handle()) != CURLM_OK) return false;
+  if (loop_ == nullptr || curl_easy_setopt(transfer.Handle(), CURLOPT_PRIVATE, &transfer) != CURLE_OK ||
+      curl_multi_add_handle(multi_, transfer.Handle()) != CURLM_OK) {
+    return false;
+  }
   transfers_.push_back(&transfer);
-  curl_due_ = Nanoseconds::zero();
-  HandleTime();
+  Act(CURL_SOCKET_TIMEOUT, 0);
   return true;
 }
 
@@ -74,6 +76,8 @@ int Multiplexer::OnTimerWanted(CURLM*, long milliseconds, void* self) {
   auto& multiplexer = *static_cast<Multiplexer*>(self);
   if (multiplexer.loop_ == nullptr || milliseconds < 0) {
     multiplexer.curl_due_ = Nanoseconds::max();
+  } else if (milliseconds == 0) {
+    multiplexer.curl_due_ = Nanoseconds::zero();
   } else {
     multiplexer.curl_due_ = multiplexer.loop_->Queue().Now() + std::chrono::milliseconds(milliseconds);
   }
@@ -90,24 +94,25 @@ void Multiplexer::SetSocket(curl_socket_t socket, int what) {
   const EventQueue::SocketEvents events{(what & CURL_POLL_IN) != 0, (what & CURL_POLL_OUT) != 0};
   sockets_.push_back({socket, events});
   loop_->Queue().WatchSocket(socket, events,
-                             [this, socket](EventQueue::SocketEvents ready) { SocketReady(socket, ready); });
+                             [this, socket](EventQueue::SocketEvents ready) { Act(socket, ToCurl(ready)); });
 }
 
-void Multiplexer::SocketReady(curl_socket_t socket, EventQueue::SocketEvents events) {
+void Multiplexer::Act(curl_socket_t socket, int events) {
+  if (socket == CURL_SOCKET_TIMEOUT) curl_due_ = Nanoseconds::max();
   int running = 0;
-  curl_multi_socket_action(multi_, socket, ToCurl(events), &running);
+  curl_multi_socket_action(multi_, socket, events, &running);
   EndFinished();
   ArmTimer();
 }
 
 void Multiplexer::HandleTime() {
   const Nanoseconds now = loop_->Queue().Now();
-  if (curl_due_ <= now) {
-    curl_due_ = Nanoseconds::max();
-    int running = 0;
-    curl_multi_socket_action(multi_, CURL_SOCKET_TIMEOUT, 0, &running);
-  }
-  EndFinished();
+  if (curl_due_ <= now) Act(CURL_SOCKET_TIMEOUT, 0);
+  if (first_deadline_ <= now) EndLate(now);
+  ArmTimer();
+}
+
+void Multiplexer::EndLate(Nanoseconds now) {
   const auto late = [&] {
     return std::ranges::find_if(transfers_, [now](const MultiplexedTransfer* each) {
       const auto deadline = each->Deadline();
@@ -115,7 +120,10 @@ void Multiplexer::HandleTime() {
     });
   };
   for (auto each = late(); each != transfers_.end(); each = late()) End(**each, CURLE_OPERATION_TIMEDOUT);
-  ArmTimer();
+  first_deadline_ = Nanoseconds::max();
+  for (const MultiplexedTransfer* each : transfers_) {
+    if (const auto deadline = each->Deadline()) NoteDeadline(*deadline);
+  }
 }
 
 void Multiplexer::EndFinished() {
@@ -123,23 +131,15 @@ void Multiplexer::EndFinished() {
   while (const CURLMsg* message = curl_multi_info_read(multi_, &left)) {
     if (message->msg != CURLMSG_DONE) continue;
     const CURLcode result = message->data.result;
-    const auto finished = std::ranges::find_if(
-        transfers_, [&](MultiplexedTransfer* each) { return each->Handle() == message->easy_handle; });
-    if (finished != transfers_.end()) End(**finished, result);
+    MultiplexedTransfer* finished = nullptr;
+    curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &finished);
+    End(*finished, result);
   }
 }
 
 void Multiplexer::End(MultiplexedTransfer& transfer, CURLcode result) {
   Drop(transfer);
   transfer.Ended(result);
-}
-
-Multiplexer::Nanoseconds Multiplexer::NextTime() const {
-  Nanoseconds next = curl_due_;
-  for (const MultiplexedTransfer* each : transfers_) {
-    if (const auto deadline = each->Deadline()) next = std::min(next, *deadline);
-  }
-  return next;
 }
 
 void Multiplexer::ArmTimer() {
@@ -172,7 +172,7 @@ void Multiplexer::PollOnce() {
   for (const pollfd& each : polled) {
     if (found <= 0 || each.revents == 0) continue;
     const bool error = (each.revents & (POLLERR | POLLHUP | POLLNVAL)) != 0;
-    SocketReady(each.fd, {error || (each.revents & POLLIN) != 0, error || (each.revents & POLLOUT) != 0});
+    Act(each.fd, ToCurl({error || (each.revents & POLLIN) != 0, error || (each.revents & POLLOUT) != 0}));
   }
   HandleTime();
 }

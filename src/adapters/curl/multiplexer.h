@@ -2,7 +2,7 @@
 
 #include <curl/curl.h>
 
-#include <memory>
+#include <algorithm>
 #include <optional>
 #include <vector>
 
@@ -15,7 +15,8 @@ class MultiplexedTransfer {
  public:
   virtual ~MultiplexedTransfer() = default;
   virtual CURL* Handle() = 0;
-  /// The time at which it has waited long enough, by EventQueue::Now; none where it has no limit (yet).
+  /// The time at which it has waited long enough, by EventQueue::Now; none where it has no limit (yet). A deadline that
+  /// it sets itself is noted with the multiplexer, which asks for it at that time.
   virtual std::optional<EventQueue::Nanoseconds> Deadline() const = 0;
   /// It has ended and is no longer the multiplexer's. It may begin another one at once.
   virtual void Ended(CURLcode result) = 0;
@@ -45,6 +46,9 @@ class Multiplexer {
   /// Takes a transfer out without a word to it. Harmless where it has ended.
   void Drop(MultiplexedTransfer& transfer);
   bool IsUnderWay(const MultiplexedTransfer& transfer) const;
+  /// To be called where a transfer sets its deadline, before it begins or inside libcurl. One that is over, or that a
+  /// later one has replaced, costs one look.
+  void NoteDeadline(EventQueue::Nanoseconds deadline) { first_deadline_ = std::min(first_deadline_, deadline); }
 
   /// Blocks the thread until the transfer has ended. The other transfers go on, their waiters wait for the loop.
   void Block(const MultiplexedTransfer& transfer);
@@ -59,11 +63,13 @@ class Multiplexer {
   static int OnSocketWanted(CURL* easy, curl_socket_t socket, int what, void* self, void* of_socket);
   static int OnTimerWanted(CURLM* multi, long milliseconds, void* self);
   void SetSocket(curl_socket_t socket, int what);
-  void SocketReady(curl_socket_t socket, EventQueue::SocketEvents events);
+  /// Lets libcurl go on with a socket, or with what is due (CURL_SOCKET_TIMEOUT).
+  void Act(curl_socket_t socket, int events);
   void HandleTime();
+  void EndLate(Nanoseconds now);
   void EndFinished();
   void End(MultiplexedTransfer& transfer, CURLcode result);
-  Nanoseconds NextTime() const;
+  Nanoseconds NextTime() const { return std::min(curl_due_, first_deadline_); }
   void ArmTimer();
   void PollOnce();
 
@@ -72,6 +78,7 @@ class Multiplexer {
   std::vector<MultiplexedTransfer*> transfers_;
   std::vector<Socket> sockets_;
   Nanoseconds curl_due_ = Nanoseconds::max();
+  Nanoseconds first_deadline_ = Nanoseconds::max();  // none of the transfers' is earlier
   // The timer is left alone when it comes too early: with thousands of transfers a second it is rarely touched.
   EventQueue::TimerId timer_ = 0;
   Nanoseconds timer_due_ = Nanoseconds::max();
