@@ -15,9 +15,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <ctime>
-
-#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -27,6 +24,7 @@
 #include "frame_pipeline_pictures.h"
 #include "frame_pipelines.h"
 #include "imaging/motion.h"
+#include "measures.h"
 
 namespace orbelcast::bench {
 
@@ -47,24 +45,10 @@ constexpr Size kAreas[] = {{320, 240}, {640, 480}, {1280, 720}};
 /// Frames that are shown in a row before it is the next one's turn: enough for the caches to be one's own.
 constexpr int kFramesPerTurn = 4;
 
-/// CPU seconds of the whole process, whichever of its threads used them.
-double CpuSeconds() {
-  timespec time{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-}
-
-double Median(std::vector<double> values) {
-  if (values.empty()) return 0;
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  return *middle;
-}
-
 double Turn(Pipeline& pipeline, const std::vector<FrameBytes>& frames) {
-  const double start = CpuSeconds();
+  const double start = ProcessCpuSeconds();
   for (const FrameBytes& frame : frames) pipeline.Show(frame);
-  return CpuSeconds() - start;
+  return ProcessCpuSeconds() - start;
 }
 
 /// The same bytes under new serials, as frames come from a camera.
@@ -149,9 +133,9 @@ void Yields(benchmark::State& state) {
   Surface overlay(89, 82);
   MotionSettings settings;
   const auto scan = [&](const std::function<bool()>& after_sample) {
-    const double start = CpuSeconds();
+    const double start = ProcessCpuSeconds();
     for (int i = 0; i < kFramesPerTurn; ++i) ScanMotion(current, reference, overlay, settings, after_sample);
-    return CpuSeconds() - start;
+    return ProcessCpuSeconds() - start;
   };
 
   std::vector<double> shares;
