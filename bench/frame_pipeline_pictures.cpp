@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <numbers>
+#include <optional>
 #include <random>
 
 #include <jpeglib.h>
@@ -16,6 +18,10 @@ namespace {
 
 constexpr int kQuality = 80;
 constexpr int kSensorNoise = 5;  // levels either way
+
+/// The number in a picture: squares of so many pixels a side, in a row.
+constexpr int kSquare = 16;
+constexpr int kSquares = 11;
 
 /// A plane of soft random blobs `cell` pixels apart.
 class Blobs {
@@ -135,30 +141,48 @@ std::vector<float> ResizeAndTurn(const std::vector<float>& plane, int width, int
   return out;
 }
 
-}  // namespace
-
-std::vector<FrameBytes> CameraFrames(int width, int height, int count) {
+/// `mark` gives the level of a frame's pixel that is not the camera's.
+template <typename Mark>
+std::vector<FrameBytes> Frames(int width, int height, int count, const Mark& mark) {
   std::mt19937 random(1);
   const auto scene = Backdrop(width, height, random);
   std::vector<FrameBytes> frames;
   for (int i = 0; i < count; ++i) {
     std::vector<std::uint8_t> rgb;
     rgb.reserve(scene.size() * 3);
-    const int walker = width / 10 + i * width / 40;
+    const int walker = (width / 10 + i * width / 40) % width;
     for (int y = 0; y < height; ++y) {
       for (int x = 0; x < width; ++x) {
         const bool in_walker = std::abs(x - walker) < width / 30 && std::abs(y - height * 2 / 3) < height / 6;
         const int noise = static_cast<int>(random() % (2 * kSensorNoise + 1)) - kSensorNoise;
+        const std::optional<int> marked = mark(i, x, y);
         for (const float level :
              scene[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)]) {
           const int value = static_cast<int>(in_walker ? level / 3 : level) + noise;
-          rgb.push_back(static_cast<std::uint8_t>(std::clamp(value, 0, 255)));
+          rgb.push_back(static_cast<std::uint8_t>(std::clamp(marked.value_or(value), 0, 255)));
         }
       }
     }
     frames.push_back(Encode(rgb, width, height));
   }
   return frames;
+}
+
+}  // namespace
+
+std::vector<FrameBytes> CameraFrames(int width, int height, int count) {
+  return Frames(width, height, count, [](int, int, int) { return std::optional<int>(); });
+}
+
+std::vector<FrameBytes> NumberedFrames(int width, int height, int count) {
+  return Frames(width, height, count, [](int number, int x, int y) -> std::optional<int> {
+    const auto byte = static_cast<std::uint8_t>(number);
+    const auto parity = static_cast<unsigned>(std::popcount(byte) % 2);
+    const unsigned squares = 0b10u << 9 | unsigned{byte} << 1 | parity;
+    const int square = x / kSquare;
+    if (y >= kSquare || square >= kSquares) return std::nullopt;
+    return (squares >> (kSquares - 1 - square)) % 2 == 1 ? 255 : 0;
+  });
 }
 
 Surface ResizeCarefully(const Surface& source, int width, int height) {

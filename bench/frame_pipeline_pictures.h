@@ -14,6 +14,10 @@ namespace orbelcast::bench {
 /// pixel, as cameras send it.
 std::vector<FrameBytes> CameraFrames(int width, int height, int count);
 
+/// The same, each with its number in a row of squares in the top-left corner, 16 pixels a side: a white one, a black
+/// one, eight bits with the highest first, and the parity of these. A set bit is white.
+std::vector<FrameBytes> NumberedFrames(int width, int height, int count);
+
 /// Resizes as carefully as it gets: Lanczos' filter over three lobes, as wide as the scale asks for, on both axes.
 Surface ResizeCarefully(const Surface& source, int width, int height);
 
