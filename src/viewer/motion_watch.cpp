@@ -26,7 +26,7 @@ bool MotionWatch::Scan() {
   pictures_[0].Refresh();
   const Surface& current = pictures_[0].Image();
   const auto found = ScanMotion(current, pictures_[1].Canvas(), pictures_[2].Canvas(), settings,
-                                [&] { return undertakings_.Yield(mine); });
+                                [&, turn = 0u]() mutable { return undertakings_.YieldInTurn(turn++, mine); });
   if (!found) return false;
   pictures_[2].Refresh();
   if (!found->Any()) return true;

@@ -26,6 +26,11 @@ class Undertakings {
     loop_.Yield();
     return mine.IsCurrent();
   }
+  /// The same in a loop of many short turns, counted from 0.
+  bool YieldInTurn(unsigned turn, const Generation& mine) const {
+    loop_.YieldInTurn(turn);
+    return mine.IsCurrent();
+  }
 
  private:
   MessageLoop& loop_;

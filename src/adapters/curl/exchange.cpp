@@ -48,10 +48,13 @@ bool SaysWhoAsks(std::string_view header) {
 
 }  // namespace
 
-Exchange::Exchange(std::shared_ptr<Multiplexer> multiplexer) : multiplexer_(std::move(multiplexer)) {}
+Exchange::Exchange(std::shared_ptr<Multiplexer> multiplexer) : multiplexer_(std::move(multiplexer)) {
+  multiplexer_->CountRequests(1);
+}
 
 Exchange::~Exchange() {
   EnterState(State::kClosed);
+  multiplexer_->CountRequests(-1);
 }
 
 void Exchange::EnterState(State state) {

@@ -45,6 +45,12 @@ void Multiplexer::Close() {
   for (const Socket& each : std::exchange(sockets_, {})) queue.UnwatchSocket(each.socket);
 }
 
+void Multiplexer::CountRequests(long change) {
+  requests_ += change;
+  // A smaller number closes nothing that is open.
+  curl_multi_setopt(multi_, CURLMOPT_MAXCONNECTS, std::max(kIdleConnections, requests_));
+}
+
 bool Multiplexer::Begin(MultiplexedTransfer& transfer) {
   if (loop_ == nullptr || curl_easy_setopt(transfer.Handle(), CURLOPT_PRIVATE, &transfer) != CURLE_OK ||
       curl_multi_add_handle(multi_, transfer.Handle()) != CURLM_OK) {

@@ -28,7 +28,8 @@ class MultiplexedTransfer {
 /// time-outs and the transfers' deadlines. Nothing of a caller runs inside libcurl.
 class Multiplexer {
  public:
-  /// Connections kept open without use, of all servers together.
+  /// Connections kept open without use, of all servers together: so many, or as many as there are request objects,
+  /// so that however many viewers there are, none connects anew for each picture.
   static constexpr long kIdleConnections = 64;
 
   explicit Multiplexer(MessageLoop& loop);
@@ -40,6 +41,9 @@ class Multiplexer {
   MessageLoop* Loop() const { return loop_; }
   /// Ends every transfer and lets go of the loop; nothing begins any more.
   void Close();
+
+  /// A request object was made, or has ended.
+  void CountRequests(long change);
 
   /// Begins a transfer, up to its first wait. False when it cannot begin.
   bool Begin(MultiplexedTransfer& transfer);
@@ -74,6 +78,7 @@ class Multiplexer {
   void PollOnce();
 
   MessageLoop* loop_;
+  long requests_ = 0;
   CURLM* multi_;
   std::vector<MultiplexedTransfer*> transfers_;
   std::vector<Socket> sockets_;

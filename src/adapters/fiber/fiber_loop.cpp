@@ -18,7 +18,10 @@ struct CompleteAtEnd {
 }  // namespace
 
 FiberLoop::FiberLoop(EventQueue& queue)
-    : queue_(queue), fresh_for_(queue.FreshFor()), self_(this, [](FiberLoop*) { /* refers, does not own */ }) {
+    : queue_(queue),
+      fresh_for_(queue.FreshFor()),
+      turns_a_look_(fresh_for_ > EventQueue::Nanoseconds::zero() ? kTurnsALook : 1),
+      self_(this, [](FiberLoop*) { /* refers, does not own */ }) {
   idle_.reserve(kIdleStacks);
 }
 
@@ -69,7 +72,6 @@ void FiberLoop::RunToEnd(const std::function<void()>& action) {
   for (const auto& ended : started) Wait(*ended);
 }
 
-// The check for freshness is nearly all that a yield costs: a frame yields some five hundred times.
 void FiberLoop::Yield() {
   if (closing_ || queue_.Now() < fresh_until_) return;
   if (current_ == nullptr) {
