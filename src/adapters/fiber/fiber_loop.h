@@ -20,8 +20,8 @@ class Fiber;
 /// from inside a handler.
 class FiberLoop final : public MessageLoop {
  public:
-  /// Stacks that are kept for the next handler, the last used first.
-  static constexpr std::size_t kIdleStacks = 16;
+  /// Stacks that are kept for the next handler, the last used first. As many handlers of as many viewers wait at once.
+  static constexpr std::size_t kIdleStacks = 256;
   /// Turns of a loop after which its yield reads the clock: together far shorter than a look counts as fresh.
   static constexpr unsigned kTurnsALook = 16;
 
