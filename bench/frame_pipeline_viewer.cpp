@@ -1,3 +1,5 @@
+#include <benchmark/benchmark.h>
+
 #include "assembly/headless_platform.h"
 #include "frame_pipelines.h"
 #include "imaging/motion.h"

@@ -42,10 +42,10 @@ class Times:
 
     def __init__(self, smoke):
         self.peers = not smoke
-        self.short, self.long = (0.5, 1.0) if smoke else (2, 12)
+        self.short, self.long = (0.3, 0.6) if smoke else (2, 12)
         self.rounds = 1 if smoke else 3
         self.state = 0.3 if smoke else 4
-        self.lag = 1.5 if smoke else 60
+        self.lag = 1 if smoke else 60
         self.settle = 0.3 if smoke else 1.5
 
 
