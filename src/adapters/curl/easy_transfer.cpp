@@ -33,7 +33,6 @@ void EasyTransfer::SetOptions() {
   curl_easy_setopt(easy, CURLOPT_PROXY, "");  // keeps the environment's away too
   curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
   curl_easy_setopt(easy, CURLOPT_BUFFERSIZE, kReceiveBufferBytes);
-  curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(http_limits::kMaxBodyBytes));
   // An abort must not wait for a resolver thread that waits for a dead name server.
   curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
   curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &OnHeader);

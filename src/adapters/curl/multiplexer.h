@@ -45,6 +45,11 @@ class Multiplexer {
   /// Takes a transfer out without a word to it. Harmless where it has ended.
   void Drop(MultiplexedTransfer& transfer);
   bool IsUnderWay(const MultiplexedTransfer& transfer) const;
+  /// The socket that the transfer waits for; none where it waits for none.
+  std::optional<curl_socket_t> SocketOf(MultiplexedTransfer& transfer) const;
+
+  /// Looks at the transfers' deadlines again, after one was moved from outside.
+  void ArmTimer();
 
   /// Blocks the thread until the transfer has ended. The other transfers go on, their waiters wait for the loop.
   void Block(const MultiplexedTransfer& transfer);
@@ -54,17 +59,17 @@ class Multiplexer {
   struct Socket {
     curl_socket_t socket;
     EventQueue::SocketEvents events;
+    CURL* easy;  ///< The transfer that waits for it.
   };
 
   static int OnSocketWanted(CURL* easy, curl_socket_t socket, int what, void* self, void* of_socket);
   static int OnTimerWanted(CURLM* multi, long milliseconds, void* self);
-  void SetSocket(curl_socket_t socket, int what);
+  void SetSocket(CURL* easy, curl_socket_t socket, int what);
   void SocketReady(curl_socket_t socket, EventQueue::SocketEvents events);
   void HandleTime();
   void EndFinished();
   void End(MultiplexedTransfer& transfer, CURLcode result);
   Nanoseconds NextTime() const;
-  void ArmTimer();
   void PollOnce();
 
   MessageLoop* loop_;
