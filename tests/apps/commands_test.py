@@ -187,6 +187,13 @@ class Record(Commands):
                          ["mjpeg", 100, 80, "20/1"])
         self.assertGreaterEqual(stream["nb_read_frames"], 6)
 
+        # A stream is a camera too, and asked for once, and once more with the login.
+        stream = self.live(1, self.guarded).replace("/live/", "/stream/")
+        done = orbelcast("record", stream + "?rate=30", self.folder / "s.avi", "--frames", "9", "--frame-rate", "20", **LOGIN)
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        self.assertEqual(self.guarded.get("/control/requests")[2].count(b"GET /stream/1?rate=30"), 2)
+        (self.folder / "s.avi").unlink()
+
         # It is not replaced unasked, nor when there is nothing to put in its place.
         before = clip.read_bytes()
         done = orbelcast("record", self.live(1), clip, "--frames", "1")
@@ -265,6 +272,7 @@ class Doctor(Commands):
         self.assertEqual((status, {step["result"] for step in steps.values()}), (0, {"ok"}))
         self.assertEqual((steps["information"]["cameras"], steps["size"]["width"], steps["size"]["height"]),
                          (4, 640, 480))
+        self.assertEqual(self.examine(f"http://{server}/stream/1")[1]["picture"]["kind"], "stream")
 
     def test_it_says_where_it_fails_and_what_to_do(self):
         guarded = self.address(self.guarded)

@@ -37,6 +37,7 @@ HttpFailure FailureOf(CURLcode result) {
     case CURLE_WEIRD_SERVER_REPLY:
     case CURLE_UNSUPPORTED_PROTOCOL:  // an answer in another language than HTTP
     case CURLE_WRITE_ERROR:           // an answer that is refused while it comes
+    case CURLE_FILESIZE_EXCEEDED:
       return HttpFailure::kCutShort;
     default:
       return HttpFailure::kOther;
