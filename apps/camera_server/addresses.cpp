@@ -85,15 +85,17 @@ std::optional<int> WholeNumber(std::string_view text) {
 }
 
 std::optional<LiveAddress> ParseLiveAddress(std::string_view target, const PictureForm& form) {
-  if (!target.starts_with(kLivePath)) return std::nullopt;
   LiveAddress address{.form = form};
-  std::string_view path = target.substr(kLivePath.size());
+  if (target.starts_with(kStreamPath)) address.rate = kUsualRate;
+  if (!address.rate && !target.starts_with(kLivePath)) return std::nullopt;
+  std::string_view path = target.substr(target.find('/', 1) + 1);
   if (!TakePictureCode(path, address.form)) {
     for (const auto& [name, value] : QueryItems(CutAt(path, "?").second)) {
       const std::optional<int> number = WholeNumber(value);
       if (name == "width") address.form.width = number.value_or(form.width);
       if (name == "height") address.form.height = number.value_or(form.height);
       if (name == "quality") address.form.quality = number.value_or(form.quality);
+      if (name == "rate" && address.rate) address.rate = std::clamp(number.value_or(kUsualRate), 1, kMaxRate);
     }
     path = path.substr(0, path.find('?'));
   }

@@ -16,6 +16,7 @@
 namespace orbelcast::camera_server {
 
 inline constexpr std::string_view kLivePath = "/live/";
+inline constexpr std::string_view kStreamPath = "/stream/";
 inline constexpr std::string_view kPictureCodeMark = "?live-special";
 inline constexpr std::string_view kLoginBase = "/$openlogin/";
 inline constexpr std::string_view kCommandMark = "/srv_vigilbox$";
@@ -30,15 +31,16 @@ std::string_view QueryValue(std::string_view target, std::string_view name);
 /// A number of 0 or more, of digits and nothing else; nothing for any other text, and for one beyond an int.
 std::optional<int> WholeNumber(std::string_view text);
 
-/// The target of a live picture: /live/CAMERA, then any path, then one of
+/// The target of a live picture, /live/CAMERA, or of a stream of them, /stream/CAMERA; then any path, then one of
 ///   ?live-specialWWWWxHHHHQQQ              the viewers' picture code: four digits of width, four of height, three of
 ///                                          quality
-///   ?width=W&height=H&quality=Q            any of the three
+///   ?width=W&height=H&quality=Q&rate=R     any of them; the rate is a stream's
 struct LiveAddress {
   int camera = 0;  ///< 0 where no camera can have that number
   /// The path behind the camera's number, without its first "/"; viewers put "user:password" there.
   std::string_view login{};
-  PictureForm form{};  ///< bounded
+  PictureForm form{};         ///< bounded
+  std::optional<int> rate{};  ///< pictures a second; none for a single one
 };
 /// None when `target` is no live address. Parts that it does not have, or that cannot be read, are taken from
 /// `form`.

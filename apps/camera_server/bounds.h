@@ -39,6 +39,10 @@ inline constexpr int kMaxHeight = 2160;
 inline constexpr int kMinQuality = 1;
 inline constexpr int kMaxQuality = 100;
 
+/// Pictures a second of a stream: as often as a drawn one changes, and as many as a viewer asks for.
+inline constexpr int kUsualRate = 10;
+inline constexpr int kMaxRate = 30;
+
 /// The largest mosaic that a screen still shows well is 8 by 8.
 inline constexpr int kMaxCameras = 64;
 /// Of alerts, inputs, outputs and relay accounts each: what a person can still choose from in a list.

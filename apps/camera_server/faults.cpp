@@ -20,7 +20,7 @@ struct Exchange {
   Response response;
   int value;
 
-  bool Send() const { return SendResponse(connection, request, response); }
+  bool Send() const { return response.delivery(connection, request, response); }
   bool Pause() const { return connection.Pause(std::chrono::milliseconds(value)); }
 };
 
@@ -80,8 +80,7 @@ bool Reset(Exchange& exchange) {
 }
 
 bool AnswerGarbage(Exchange& exchange) {
-  constexpr std::size_t kBytes = 512;
-  exchange.connection.Send(Junk(kBytes));
+  exchange.connection.Send(Junk(512));
   return false;
 }
 
@@ -92,12 +91,7 @@ bool SendWithoutEnd(Exchange& exchange, const std::string& header, const std::st
 }
 
 constexpr std::size_t kPiece = 0x10000;
-bool AnswerWithoutEnd(Exchange& exchange) {
-  return SendWithoutEnd(exchange, "", Junk(kPiece));
-}
-bool SendChunksWithoutEnd(Exchange& exchange) {
-  return SendWithoutEnd(exchange, "Transfer-Encoding: chunked\r\n", "10000\r\n" + Junk(kPiece) + "\r\n");
-}
+constexpr const char* kChunked = "Transfer-Encoding: chunked\r\n";
 
 bool Trickle(Exchange& exchange) {
   bool is_open = exchange.connection.Send(HeadBytes(exchange.response, exchange.request.keep_alive));
@@ -132,12 +126,7 @@ constexpr int kLongest = 600'000;  // ten minutes
 constexpr std::array<FaultKind, 14> kKinds{{
     {"none", "", 0, 0, {}, "answer as it should", [](Exchange& to) { return to.Send(); }},
     {"status", "CODE", 200, 599, {}, "that HTTP status, with a line of text", AnswerStatus},
-    {"delay",
-     "MS",
-     0,
-     kLongest,
-     {},
-     "the right answer, so many milliseconds late",
+    {"delay", "MS", 0, kLongest, std::nullopt, "the right answer, so many milliseconds late",
      [](Exchange& to) { return to.Pause() && to.Send(); }},
     {"never", "", 0, 0, {}, "no answer; the connection stays open", AnswerNever},
     {"cut", "BYTES", 0, INT_MAX, kHalf, "closed after so many bytes of the body (half of it)", Cut},
@@ -145,15 +134,12 @@ constexpr std::array<FaultKind, 14> kKinds{{
      [](Exchange& to) { return SendBody(to, Shortened(to)); }},
     {"reset", "", 0, 0, {}, "the connection is reset", Reset},
     {"garbage", "", 0, 0, {}, "bytes that are no HTTP, then closed", AnswerGarbage},
-    {"junkbody",
-     "",
-     0,
-     0,
-     {},
-     "status 200 with bytes that are no JPEG",
+    {"junkbody", "", 0, 0, std::nullopt, "status 200 with bytes that are no JPEG",
      [](Exchange& to) { return SendBody(to, Junk(to.response.body->size())); }},
-    {"endless", "", 0, 0, {}, "a body without length that does not end", AnswerWithoutEnd},
-    {"endless-chunked", "", 0, 0, {}, "a chunked body that does not end", SendChunksWithoutEnd},
+    {"endless", "", 0, 0, std::nullopt, "a body without length that does not end",
+     [](Exchange& to) { return SendWithoutEnd(to, "", Junk(kPiece)); }},
+    {"endless-chunked", "", 0, 0, std::nullopt, "a chunked body that does not end",
+     [](Exchange& to) { return SendWithoutEnd(to, kChunked, "10000\r\n" + Junk(kPiece) + "\r\n"); }},
     {"trickle", "MS", 0, kLongest, 1000, "the body at a byte each so many milliseconds (1000)", Trickle},
     {"headers", "COUNT", 0, 1'000'000, {}, "so many header lines more", AddHeaders},
     {"huge", "", 0, 0, {}, "a picture whose header promises 65535x65535 pixels", PromiseHugeSize},
@@ -229,8 +215,7 @@ void FaultPlan::Set(std::string_view place, std::string_view fault) {
   const std::lock_guard lock(mutex_);
   bool is_there = false;
   for (Place& each : places_) {
-    const bool is_camera = each.name.front() <= '9';
-    if (each.name != place && !(place == "all" && is_camera)) continue;
+    if (each.name != place && !(place == "all" && each.name.front() <= '9')) continue;  // of cameras it is a number
     each.fault = parsed;
     each.requests = 0;
     is_there = true;
@@ -246,8 +231,10 @@ Response FaultPlan::Apply(std::string_view place, Response response) {
   const Fault now = planned.fault;
   if (planned.fault.times && --*planned.fault.times == 0) planned.fault = {.kind = kNone};
   lock.unlock();
-  response.delivery = [now](Connection& connection, const Request& request, const Response& answer) {
+  response.delivery = [now, right = std::move(response.delivery)](Connection& connection, const Request& request,
+                                                                  const Response& answer) {
     Exchange exchange{connection, request, answer, now.value.value_or(now.kind->fallback.value_or(0))};
+    exchange.response.delivery = right;
     return now.kind->serve(exchange);
   };
   return response;

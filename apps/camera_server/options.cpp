@@ -26,9 +26,9 @@ namespace orbelcast::camera_server {
 namespace {
 
 std::string Footer() {
-  return "A camera's picture is at http://127.0.0.1:PORT/live/CAMERA; give that address to a\n"
-         "viewer, or 127.0.0.1:PORT to a player. A browser shows everything at\n"
-         "http://127.0.0.1:PORT/.\n"
+  return "A camera's picture is at http://127.0.0.1:PORT/live/CAMERA, a stream of them at\n"
+         "/stream/CAMERA; give such an address to a viewer, or 127.0.0.1:PORT to a player. A\n"
+         "browser shows everything at http://127.0.0.1:PORT/.\n"
          "\n"
          "Faults:\n" +
          FaultHelp() +

@@ -48,6 +48,21 @@ Response PictureResponse(const Settings& settings, int camera, const Picture& pi
   return response;
 }
 
+/// Sends one picture after the other as the parts of one answer, until the client goes. One that takes them slowly gets
+/// fewer. A part has the headers that a single picture has.
+bool SendStream(Connection& connection, const std::function<Response()>& take, std::chrono::milliseconds interval) {
+  const Response head = FreshResponse("multipart/x-mixed-replace; boundary=picture", MakeBody({}));
+  bool is_open = connection.Send(HeadLines(head) + "Connection: close\r\n\r\n--picture\r\n");
+  while (is_open) {
+    const auto next = std::chrono::steady_clock::now() + interval;
+    const Response part = take();
+    const std::string lines = HeadBytes(part, true);
+    is_open = connection.Send(lines.substr(lines.find('\n') + 1) + *part.body + "\r\n--picture\r\n") &&
+              connection.Pause(std::chrono::ceil<std::chrono::milliseconds>(next - std::chrono::steady_clock::now()));
+  }
+  return false;
+}
+
 /// A number, a name and a state, as alerts, inputs and outputs have them.
 void WriteContacts(std::ostream& text, const char* key, const std::vector<Contact>& contacts) {
   int number = 0;
@@ -291,7 +306,7 @@ Response AnswerControl(Services& services, const Request& request, const Client&
 Response Router::Answer(const Request& request, const Client& client) {
   const std::string_view path = request.Path();
   if (path.starts_with("/control/")) return AnswerControl(services_, request, client);
-  if (path.starts_with(kLivePath)) return AnswerLive(request, client);
+  if (path.starts_with(kLivePath) || path.starts_with(kStreamPath)) return AnswerLive(request, client);
   if (request.target.starts_with(kLoginBase)) return AnswerLoginBase(request, client);
   if (path == kInfoPath) return AnswerInfo(request, client);
   if (path == kLookupPath) return services_.faults.Apply(kRelayPlace, AnswerRelayLookup(request, client));
@@ -324,8 +339,8 @@ Response Router::AnswerPage(const Request& request, const Client& client) {
     return Refuse(std::move(*refusal), {client.address, Authenticator::UserOf(request)}, "page");
   }
   if (request.Path() == "/") return FreshResponse("text/html; charset=utf-8", MakeBody(HomePage(services_)));
-  return TextResponse(kNotFound,
-                      "There is nothing here. The cameras are at /live/1, /live/2, and so on; / lists them.");
+  return TextResponse(
+      kNotFound, "There is nothing here. The cameras are at /live/1 and /stream/1, /live/2, and so on; / lists them.");
 }
 
 Response Router::AnswerLive(const Request& request, const Client& client) {
@@ -341,11 +356,18 @@ Response Router::AnswerLive(const Request& request, const Client& client) {
   }
   if (!settings.HasCamera(address.camera)) return TextResponse(kVideoNotFound, "There is no such camera.");
   services_.activity.RecordBeginning(actor, "Live", settings.NameOf(address.camera));
-  const int viewers = CountViewers(client.id, address.camera);
-  const Picture picture = services_.pictures->Take(address.camera, address.form);
-  const std::string status = std::to_string(viewers) + (viewers == 1 ? " viewer" : " viewers");
-  return services_.faults.Apply(std::to_string(address.camera),
-                                PictureResponse(settings, address.camera, picture, status));
+  const auto take = [this, address, id = client.id] {
+    const int viewers = CountViewers(id, address.camera);
+    const Picture picture = services_.pictures->Take(address.camera, address.form);
+    const char* const word = viewers == 1 ? " viewer" : " viewers";
+    return PictureResponse(services_.settings, address.camera, picture, std::to_string(viewers) + word);
+  };
+  Response response = take();
+  if (address.rate && request.method == "GET") {
+    response.delivery = [take, interval = std::chrono::milliseconds(1000 / *address.rate)](
+                            Connection& to, const Request&, const Response&) { return SendStream(to, take, interval); };
+  }
+  return services_.faults.Apply(std::to_string(address.camera), std::move(response));
 }
 
 Response Router::AnswerLoginBase(const Request& request, const Client& client) {

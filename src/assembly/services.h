@@ -4,6 +4,7 @@
 #include "adapters/curl/curl_http.h"
 #include "adapters/fiber/fiber_loop.h"
 #include "adapters/jpeg/jpeg_decoder.h"
+#include "adapters/multipart/multipart_http.h"
 #include "adapters/png/png_codec.h"
 #include "adapters/posix/configuration_file.h"
 #include "adapters/posix/file_registry.h"
@@ -51,7 +52,8 @@ class Services {
   SystemClock clock_;
   TextMapper text_mapper_;
   PosixFiles files_;
-  CurlHttp http_{loop_};
+  CurlHttp curl_{loop_};
+  MultipartHttp http_{loop_, curl_};
   PicturesOnDemand jpeg_decoder_{std::make_shared<TurboJpegDecoder>()};
   PngCodec pictures_;
   DeviceContexts device_contexts_;

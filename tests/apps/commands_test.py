@@ -161,6 +161,12 @@ class Snapshot(Commands):
         self.assertEqual((self.left(), file.read_text()), (["now.jpg", "pipe.jpg"], "old"))
 
 
+    def test_a_stream_is_asked_for_once_and_once_more_with_the_login(self):
+        url = self.live(1, self.guarded).replace("live", "stream")
+        self.assertEqual(orbelcast("watch", url, "--frames", "5", "--frame-rate", "20", **LOGIN).returncode, 0)
+        self.assertEqual(self.guarded.get("/control/requests")[2].count(b"GET /stream/1"), 2)
+
+
 class Mosaic(Commands):
     def test_a_grid_becomes_a_file(self):
         for name in ("grid.png", "grid.bmp"):
@@ -265,6 +271,7 @@ class Doctor(Commands):
         self.assertEqual((status, {step["result"] for step in steps.values()}), (0, {"ok"}))
         self.assertEqual((steps["information"]["cameras"], steps["size"]["width"], steps["size"]["height"]),
                          (4, 640, 480))
+        self.assertEqual(self.examine(f"http://{server}/stream/1")[1]["picture"]["kind"], "stream")
 
     def test_it_says_where_it_fails_and_what_to_do(self):
         guarded = self.address(self.guarded)

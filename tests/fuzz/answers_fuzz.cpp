@@ -10,6 +10,7 @@
 
 #include "adapters/curl/curl_http.h"
 #include "adapters/fiber/fiber_loop.h"
+#include "adapters/multipart/multipart_http.h"
 #include "fakes/fake_platform.h"
 #include "fuzz/wire.h"
 #include "protocol/relay.h"
@@ -64,11 +65,12 @@ struct World : fakes::FakePlatform {
   FiberLoop wire_loop{wire};
   fuzz::WireServer server;
   CurlHttp curl{wire_loop};
-  WaitingHttp waiting{curl};
+  MultipartHttp http{wire_loop, curl};
+  WaitingHttp waiting{http};
 };
 
 void AskForFrames(World& world, bool with_login) {
-  const auto request = world.curl.Create();
+  const auto request = world.http.Create();
   request->SetTimeouts(900, 900, 900, 900);
   for (int i = 0; i < kRequests; ++i) {
     const std::size_t before = world.server.Requests().size();
@@ -92,7 +94,7 @@ void AskForInformation(World& world, const std::string& server) {
 }
 
 void WatchCamera(World& world) {
-  Platform platform = world.platform.With(world.wire_loop).With(world.curl);
+  Platform platform = world.platform.With(world.wire_loop).With(world.http);
   const auto viewer = VideoServerPush::Create(platform);
   viewer->Resize(1600, 1200);
   std::int16_t rate = 5;

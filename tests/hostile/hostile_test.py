@@ -65,6 +65,7 @@ def moved(location, status=b"302 Found"):
     return [answer(b"moved", b"Location: " + location, status=status)]
 
 
+STREAM = head(b"Content-Type: multipart/x-mixed-replace; boundary=b")
 CHUNKED = b"Transfer-Encoding: chunked"
 DIGEST = b'Digest realm="c", nonce="%s", qop="auth"'
 KINDS = {
@@ -90,6 +91,12 @@ KINDS = {
     "chunk-without-end": [head(CHUNKED) + b"5\r\nframe\r\n", STALL],
     "chunk-extension-flood": [head(CHUNKED) + b"5;", Flood(b"x" * 65536)],
     "chunk-trailer-flood": [head(CHUNKED) + b"5\r\nframe\r\n0\r\n", Flood(b"X-Trailer: 1\r\n" * 100)],
+    # Streams.
+    "stream-stalls": [STREAM + b"--b\r\n\r\n" + JPEG, STALL],
+    "stream-header-endless": [STREAM + b"--b\r\n", Flood(b"X-Filler: 1\r\n" * 5000)],
+    "stream-part-endless": [STREAM + b"--b\r\n\r\n\xff\xd8", Flood(b"--b " * 16384)],
+    "stream-flood": [STREAM, Flood(b"--b\r\n\r\n" + JPEG + b"\r\n")],
+    "stream-flood-of-large-parts": [STREAM, Flood(b"--b\r\n\r\n" + b"x" * (60 * 2**20) + b"\r\n")],
     # Redirects and logins.
     "redirect-to-itself": moved(b"/again"),
     "redirect-to-long": moved(b"/again?" + b"x" * 60000),

@@ -195,13 +195,15 @@ bool Examination::FirstPicture() {
   if (picture_->status != kHttpOk) return Fail(step, told.found, WhatToDo(told));
   step.values["milliseconds"] = picture_->milliseconds;
   step.values["bytes"] = picture_->bytes;
+  step.values["kind"] = picture_->of_stream ? "stream" : "pictures";
   if (picture_->failure.kind != FailureKind::kNone) {
     const std::string type = picture_->content_type.empty() ? "" : " (" + picture_->content_type + ")";
     return Fail(step, told.found + type, told.advice);
   }
   step.found = (camera_name_.empty() ? "" : camera_name_ + ": ") +
                Rounded(static_cast<double>(picture_->bytes) / 1024, 1) + " KB after " +
-               Rounded(picture_->milliseconds, 1) + " ms";
+               Rounded(picture_->milliseconds, 1) + " ms, " +
+               (picture_->of_stream ? "from a stream of pictures" : "one picture for each request");
   return Pass(step);
 }
 

@@ -5,6 +5,7 @@
 
 #include "orbelcast/watcher.h"
 #include "stream/seconds.h"
+#include "toolkit/ascii.h"
 
 namespace orbelcast {
 
@@ -36,6 +37,8 @@ PictureAnswer FetchPicture(Platform& platform, const std::string& address, const
   picture.milliseconds = RoundedMilliseconds(Steady::now() - start);
   picture.content_type = request->GetResponseHeader("Content-Type");
   picture.time_code = request->GetResponseHeader("RC_TCR");
+  const std::string headers = LowerCase(request->GetAllResponseHeaders());
+  picture.of_stream = headers.find("multipart/x-mixed-replace") != std::string::npos;
   const FrameBytes body = request->ResponseBody();
   picture.bytes = body.Size();
   Surface unseen(1, 1);

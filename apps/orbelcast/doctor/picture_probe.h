@@ -19,6 +19,7 @@ struct PictureAnswer {
   std::size_t bytes = 0;
   std::string content_type;
   std::string time_code;
+  bool of_stream = false;  ///< The camera sends one picture after the other, unasked; otherwise one for each request.
   Failure failure;
   int width = 0;  ///< In pixels.
   int height = 0;

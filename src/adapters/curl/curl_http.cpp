@@ -28,4 +28,8 @@ std::shared_ptr<HttpRequest> CurlHttp::Create() {
   return std::make_shared<CurlRequest>(multiplexer_);
 }
 
+std::shared_ptr<StreamingHttpRequest> CurlHttp::CreateStreaming(HttpBodyReader& reader) {
+  return std::make_shared<Exchange>(multiplexer_, &reader);
+}
+
 }  // namespace orbelcast

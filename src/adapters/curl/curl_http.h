@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "platform/http_request.h"
 #include "platform/message_loop.h"
+#include "platform/streaming_http.h"
 
 namespace orbelcast {
 
@@ -15,7 +15,7 @@ class Multiplexer;
 ///
 /// The loop must outlive the factory. Requests may outlive both: the factory's end ends every exchange and wakes
 /// its waiter, and a request that is left over fails from then on.
-class CurlHttp final : public HttpRequestFactory {
+class CurlHttp final : public HttpRequestFactory, public StreamingHttpFactory {
  public:
   explicit CurlHttp(MessageLoop& loop);
   ~CurlHttp() override;
@@ -23,6 +23,7 @@ class CurlHttp final : public HttpRequestFactory {
   CurlHttp& operator=(const CurlHttp&) = delete;
 
   std::shared_ptr<HttpRequest> Create() override;
+  std::shared_ptr<StreamingHttpRequest> CreateStreaming(HttpBodyReader& reader) override;
 
  private:
   std::shared_ptr<Multiplexer> multiplexer_;

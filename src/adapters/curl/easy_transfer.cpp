@@ -3,6 +3,7 @@
 #include <sys/socket.h>
 
 #include <climits>
+#include <limits>
 #include <new>
 
 #include "platform/http_request.h"
@@ -33,7 +34,8 @@ void EasyTransfer::SetOptions() {
   curl_easy_setopt(easy, CURLOPT_PROXY, "");  // keeps the environment's away too
   curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
   curl_easy_setopt(easy, CURLOPT_BUFFERSIZE, kReceiveBufferBytes);
-  curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(http_limits::kMaxBodyBytes));
+  // The longest length there is: a stream may announce any, but one that is no number fails.
+  curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, std::numeric_limits<curl_off_t>::max());
   // An abort must not wait for a resolver thread that waits for a dead name server.
   curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
   curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &OnHeader);

@@ -1,5 +1,7 @@
 #include "adapters/curl/exchange.h"
 
+#include <sys/ioctl.h>
+
 #include <algorithm>
 #include <climits>
 #include <utility>
@@ -48,7 +50,8 @@ bool SaysWhoAsks(std::string_view header) {
 
 }  // namespace
 
-Exchange::Exchange(std::shared_ptr<Multiplexer> multiplexer) : multiplexer_(std::move(multiplexer)) {
+Exchange::Exchange(std::shared_ptr<Multiplexer> multiplexer, HttpBodyReader* reader)
+    : multiplexer_(std::move(multiplexer)), reader_(reader) {
   multiplexer_->CountRequests(1);
 }
 
@@ -68,6 +71,7 @@ void Exchange::EnterState(State state) {
   if (const auto outcome = std::exchange(outcome_, nullptr)) {
     outcome->answered = state == State::kAnswered;
     outcome->ended.Complete();
+    if (reader_ != nullptr) reader_->Ended();
   }
 }
 
@@ -200,6 +204,8 @@ HeaderLines Exchange::HeadersFor(const HttpAddress& address) {
 
 bool Exchange::BeginTransfer(const HttpAddress& address) {
   answer_.Clear();
+  reader_reads_.reset();
+  reader_has_enough_ = false;
   asked_ = address;
   limits_.connection = In(timeouts_.resolve);
   TransferWatcher& watcher = *this;
@@ -208,7 +214,16 @@ bool Exchange::BeginTransfer(const HttpAddress& address) {
   return transfer_->Handle() != nullptr && multiplexer_->Begin(*this);
 }
 
+bool Exchange::TakeBody(std::string_view part, std::int64_t announced) {
+  if (reader_ != nullptr && !reader_reads_) reader_reads_ = reader_->ReadsBody(answer_.Status(), answer_.Headers());
+  if (!reader_reads_.value_or(false)) return answer_.TakeBody(part, announced);
+  const HttpBodyReader::Reading reading = reader_->TakeBody(part);
+  reader_has_enough_ = reading == HttpBodyReader::Reading::kEnough;
+  return reading == HttpBodyReader::Reading::kGoesOn;
+}
+
 void Exchange::Ended(CURLcode result) {
+  if (reader_has_enough_) return EnterState(State::kAnswered);
   if (result != CURLE_OK) return Fail(FailureOf(result));
   if (answer_.Status() <= 0) return Fail(HttpFailure::kCutShort);
   std::optional<HttpAddress> next;
@@ -256,6 +271,21 @@ Exchange::Limits::Time Exchange::At(std::chrono::milliseconds from_now) const {
 
 Exchange::Limits::Time Exchange::In(int milliseconds) const {
   return milliseconds == 0 ? std::nullopt : At(std::chrono::milliseconds(milliseconds));
+}
+
+void Exchange::LimitRest(std::chrono::milliseconds limit) {
+  MessageLoop* const loop = multiplexer_->Loop();
+  if (loop == nullptr || state_ != State::kUnderWay) return;
+  const EventQueue::Nanoseconds end = loop->Queue().Now() + limit;
+  limits_.whole = std::min(limits_.whole.value_or(end), end);
+  multiplexer_->MoveDeadline(end);
+}
+
+std::size_t Exchange::Unread() {
+  const auto socket = multiplexer_->SocketOf(*this);
+  int bytes = 0;
+  if (!socket || ioctl(*socket, FIONREAD, &bytes) != 0) return 0;
+  return static_cast<std::size_t>(bytes);
 }
 
 void Exchange::Connecting() {

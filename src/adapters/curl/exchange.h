@@ -13,7 +13,7 @@
 #include "adapters/curl/http_answer.h"
 #include "adapters/curl/http_login.h"
 #include "adapters/curl/multiplexer.h"
-#include "platform/http_request.h"
+#include "platform/streaming_http.h"
 
 namespace orbelcast {
 
@@ -31,9 +31,10 @@ namespace orbelcast {
 /// that very exchange.
 ///
 /// A waiter for an answer keeps the exchange alive.
-class Exchange final : public HttpRequest, public MultiplexedTransfer, private TransferWatcher {
+class Exchange final : public StreamingHttpRequest, public MultiplexedTransfer, private TransferWatcher {
  public:
-  explicit Exchange(std::shared_ptr<Multiplexer> multiplexer);
+  /// `reader`, which may be null, outlives every exchange.
+  explicit Exchange(std::shared_ptr<Multiplexer> multiplexer, HttpBodyReader* reader = nullptr);
   ~Exchange() override;
   Exchange(const Exchange&) = delete;
   Exchange& operator=(const Exchange&) = delete;
@@ -52,6 +53,9 @@ class Exchange final : public HttpRequest, public MultiplexedTransfer, private T
   std::string ResponseText() override { return std::string(Answer().BodyText()); }
   FrameBytes ResponseBody() override { return Answer().Body(); }
   void Abort() override;
+  void LiftLimits() override { limits_ = {}; }
+  void LimitRest(std::chrono::milliseconds limit) override;
+  std::size_t Unread() override;
 
   CURL* Handle() override { return transfer_ ? transfer_->Handle() : nullptr; }
   std::optional<EventQueue::Nanoseconds> Deadline() const override { return limits_.Next(); }
@@ -101,7 +105,7 @@ class Exchange final : public HttpRequest, public MultiplexedTransfer, private T
   void Connecting() override;
   void Sending() override;
   bool TakeHeaderLine(std::string_view line) override { return answer_.TakeHeaderLine(line); }
-  bool TakeBody(std::string_view part, std::int64_t announced) override { return answer_.TakeBody(part, announced); }
+  bool TakeBody(std::string_view part, std::int64_t announced) override;
 
   /// The answer; an empty one in every state but kAnswered.
   HttpAnswer& Answer() { return state_ == State::kAnswered ? answer_ : no_answer_; }
@@ -115,6 +119,7 @@ class Exchange final : public HttpRequest, public MultiplexedTransfer, private T
   bool AnswersLogin();
 
   const std::shared_ptr<Multiplexer> multiplexer_;
+  HttpBodyReader* const reader_;
   State state_ = State::kClosed;
   HttpFailure failure_ = HttpFailure::kNone;  // of kFailed, and of kClosed after an address that was refused
   Settings wanted_;
@@ -126,6 +131,8 @@ class Exchange final : public HttpRequest, public MultiplexedTransfer, private T
   HttpAddress asked_;                       // by the transfer
   Limits limits_;
   Allowance allowance_;
+  std::optional<bool> reader_reads_;  // the transfer's body; nothing before it begins
+  bool reader_has_enough_ = false;
 
   std::optional<HttpLogin> login_;  // at the server of login_address_
   HttpAddress login_address_;

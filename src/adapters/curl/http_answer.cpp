@@ -3,11 +3,10 @@
 #include <algorithm>
 #include <atomic>
 #include <charconv>
-#include <optional>
-#include <utility>
 
 #include "platform/http_request.h"
 #include "toolkit/ascii.h"
+#include "toolkit/header_block.h"
 
 namespace orbelcast {
 
@@ -19,24 +18,6 @@ int StatusOf(std::string_view status_line) {
   int status = 0;
   std::from_chars(rest.data(), rest.data() + rest.size(), status);
   return status;
-}
-
-/// Name and value of a header line; both empty where it is none.
-std::pair<std::string_view, std::string_view> SplitHeader(std::string_view line) {
-  const std::size_t colon = line.find(':');
-  if (colon == std::string_view::npos || colon == 0 || line.starts_with("HTTP/")) return {};
-  return {Trimmed(line.substr(0, colon)), Trimmed(line.substr(colon + 1))};
-}
-
-/// Takes the next value of the headers of this name off a header block; nothing where there is none left.
-std::optional<std::string_view> NextHeader(std::string_view& block, std::string_view name) {
-  while (!block.empty()) {
-    const std::size_t end = block.find("\r\n");
-    const auto [found, value] = SplitHeader(block.substr(0, end));
-    block.remove_prefix(end + 2);
-    if (!found.empty() && EqualIgnoringCase(found, name)) return value;
-  }
-  return std::nullopt;
 }
 
 bool IsKnownTransferCoding(std::string_view list) {
@@ -80,6 +61,7 @@ bool HttpAnswer::TakeHeaderLine(std::string_view line) {
 }
 
 bool HttpAnswer::TakeBody(std::string_view part, std::int64_t announced) {
+  if (announced > static_cast<std::int64_t>(http_limits::kMaxBodyBytes)) return false;
   FrameBytes::Storage& body = Buffer(announced);
   if (part.size() > http_limits::kMaxBodyBytes - body.size()) return false;
   body.insert(body.end(), part.begin(), part.end());
@@ -88,8 +70,7 @@ bool HttpAnswer::TakeBody(std::string_view part, std::int64_t announced) {
 }
 
 std::string_view HttpAnswer::Header(std::string_view name) const {
-  std::string_view rest = headers_;
-  return NextHeader(rest, name).value_or(std::string_view());
+  return HeaderIn(headers_, name);
 }
 
 std::vector<std::string_view> HttpAnswer::AllHeaders(std::string_view name) const {

@@ -73,8 +73,13 @@ void Multiplexer::Block(const MultiplexedTransfer& transfer) {
   while (IsUnderWay(transfer)) PollOnce();
 }
 
-int Multiplexer::OnSocketWanted(CURL*, curl_socket_t socket, int what, void* self, void*) {
-  static_cast<Multiplexer*>(self)->SetSocket(socket, what);
+std::optional<curl_socket_t> Multiplexer::SocketOf(MultiplexedTransfer& transfer) const {
+  const auto found = std::ranges::find(sockets_, transfer.Handle(), &Socket::easy);
+  return found == sockets_.end() ? std::nullopt : std::optional(found->socket);
+}
+
+int Multiplexer::OnSocketWanted(CURL* easy, curl_socket_t socket, int what, void* self, void*) {
+  static_cast<Multiplexer*>(self)->SetSocket(easy, socket, what);
   return 0;
 }
 
@@ -90,7 +95,7 @@ int Multiplexer::OnTimerWanted(CURLM*, long milliseconds, void* self) {
   return 0;
 }
 
-void Multiplexer::SetSocket(curl_socket_t socket, int what) {
+void Multiplexer::SetSocket(CURL* easy, curl_socket_t socket, int what) {
   std::erase_if(sockets_, [socket](const Socket& each) { return each.socket == socket; });
   if (loop_ == nullptr) return;
   if (what == CURL_POLL_REMOVE) {
@@ -98,7 +103,7 @@ void Multiplexer::SetSocket(curl_socket_t socket, int what) {
     return;
   }
   const EventQueue::SocketEvents events{(what & CURL_POLL_IN) != 0, (what & CURL_POLL_OUT) != 0};
-  sockets_.push_back({socket, events});
+  sockets_.push_back({socket, events, easy});
   loop_->Queue().WatchSocket(socket, events,
                              [this, socket](EventQueue::SocketEvents ready) { Act(socket, ToCurl(ready)); });
 }

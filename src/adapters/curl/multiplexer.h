@@ -53,6 +53,13 @@ class Multiplexer {
   /// To be called where a transfer sets its deadline, before it begins or inside libcurl. One that is over, or that a
   /// later one has replaced, costs one look.
   void NoteDeadline(EventQueue::Nanoseconds deadline) { first_deadline_ = std::min(first_deadline_, deadline); }
+  /// The same for one that is set at any other time.
+  void MoveDeadline(EventQueue::Nanoseconds deadline) {
+    NoteDeadline(deadline);
+    ArmTimer();
+  }
+  /// The socket that the transfer waits for; none where it waits for none.
+  std::optional<curl_socket_t> SocketOf(MultiplexedTransfer& transfer) const;
 
   /// Blocks the thread until the transfer has ended. The other transfers go on, their waiters wait for the loop.
   void Block(const MultiplexedTransfer& transfer);
@@ -62,11 +69,12 @@ class Multiplexer {
   struct Socket {
     curl_socket_t socket;
     EventQueue::SocketEvents events;
+    CURL* easy;  ///< The transfer that waits for it.
   };
 
   static int OnSocketWanted(CURL* easy, curl_socket_t socket, int what, void* self, void* of_socket);
   static int OnTimerWanted(CURLM* multi, long milliseconds, void* self);
-  void SetSocket(curl_socket_t socket, int what);
+  void SetSocket(CURL* easy, curl_socket_t socket, int what);
   /// Lets libcurl go on with a socket, or with what is due (CURL_SOCKET_TIMEOUT).
   void Act(curl_socket_t socket, int events);
   void HandleTime();
