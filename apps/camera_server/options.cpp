@@ -1,10 +1,10 @@
 #include "camera_server/options.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <functional>
 #include <list>
 #include <map>
+#include <optional>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
@@ -13,11 +13,10 @@
 #include "camera_server/faults.h"
 #include "camera_server/pictures.h"
 #include "common/access.h"
+#include "common/command_line.h"
 #include "common/credentials_file.h"
 #include "common/pixel_size.h"
 #include "common/shown_text.h"
-#include "common/usage.h"
-#include "common/within.h"
 #include "toolkit/ascii.h"
 #include "toolkit/version.h"
 
@@ -45,47 +44,47 @@ std::string Footer() {
 }
 
 void Require(bool holds, const char* option, const std::string& otherwise) {
-  if (!holds) throw CLI::ValidationError(option, otherwise);
+  if (!holds) throw UsageError(option, otherwise);
 }
 
 /// The items of a list with commas between; "none" has none.
-std::vector<std::string> Items(const std::string& text) {
-  return text == "none" ? std::vector<std::string>() : CLI::detail::split(text, ',');
+std::vector<std::string> Items(std::string_view text) {
+  std::vector<std::string> items;
+  if (text == "none") return items;
+  do {
+    const auto [item, rest] = CutAt(text, ",");
+    items.emplace_back(item);
+    text = rest;
+  } while (!text.empty());
+  return items;
+}
+
+/// The error in a text for a line, of headers or of the information: it could end the line, or a field of it.
+std::string WhyNoLine(const std::string& text) {
+  return HasControlCharacter(text) ? "holds a line break or another control character" : std::string();
 }
 
 std::string NoMoreThan(int most) {
   return "there can be no more than " + std::to_string(most);
 }
 
-/// The command line, which fills the settings.
-class CommandLine {
+/// The options, which fill the settings.
+class ServerOptions {
  public:
-  CommandLine() {
-    app_.footer(Footer());
+  ServerOptions() {
+    line_.Footer(Footer());
     constexpr std::size_t kHelpColumn = 33;
-    app_.get_formatter()->column_width(kHelpColumn);
-    app_.set_version_flag("--version", VersionText());
+    line_.HelpColumn(kHelpColumn);
+    line_.Version(VersionText());
+    line_.OnRight([this] { CompleteSettings(); });
     AddCameraOptions();
     AddSiteOptions();
     AddUserOptions();
   }
 
   std::variant<Settings, int> Read(int argc, char** argv) {
-    try {
-      app_.parse(argc, argv);
-      for (const List& list : lists_) ReadNames(list);
-      if (settings_.accounts.empty()) settings_.accounts.push_back({"demo", ""});
-      Require(settings_.accounts.size() <= kMaxItems, "--account", NoMoreThan(kMaxItems));
-      ReadUsers();
-      for (FaultPlan plan(static_cast<int>(settings_.cameras.size())); const auto& [place, fault] : settings_.faults) {
-        plan.Set(place, fault);
-      }
-      return settings_;
-    } catch (const std::invalid_argument& error) {
-      return ReportUsage(app_, CLI::ValidationError("--fault", error.what()));
-    } catch (const CLI::ParseError& error) {
-      return ReportUsage(app_, error);
-    }
+    if (const auto status = line_.Read(argc, argv)) return *status;
+    return settings_;
   }
 
  private:
@@ -100,57 +99,56 @@ class CommandLine {
     bool has_state = false;  ///< a name may end in "=on"
     std::vector<std::string> names{};
     int count = static_cast<int>(good_names.size());
+    std::optional<Option> count_option{};
   };
 
-  /// An option in the group begun last; one that is a list takes a value each time it is given. `form` is how the help
-  /// shows its value and its default.
-  template <typename Value>
-  void Add(const std::string& name, Value& value, const std::string& form, const std::string& help,
-           const CLI::Validator& check = {}) {
-    Complete(app_.add_option(name, value, help), form)->check(check);
+  /// Puts an option into the group begun last. `form` is how the help shows its value and its default.
+  Option Place(Option option, const std::string& form) const { return option.Form(form).Group(group_).OneAtATime(); }
+  Option AddText(const std::string& name, std::string& value, const std::string& form, const std::string& help) {
+    return Place(line_.AddText(name, value, help), form);
   }
-  void AddText(const std::string& name, std::string& value, const std::string& form, const std::string& help) {
-    Add(name, value, form, help, line_text_);
+  Option AddText(const std::string& name, const std::string& form, const std::string& help,
+                 const std::function<void(const std::string&)>& take) {
+    return Place(line_.AddText(name, take, help), form).Check(WhyNoLine);
   }
-  /// An option of which each value is given to `take`, which throws what is wrong with one.
-  CLI::Option* AddEach(const std::string& name, const std::string& form, const std::string& help,
-                       const std::function<void(const std::string&)>& take) {
-    const auto take_all = [take](const std::vector<std::string>& values) { std::ranges::for_each(values, take); };
-    return Complete(app_.add_option_function<std::vector<std::string>>(name, take_all, help), form)->check(line_text_);
+  /// An option that may be given several times, with a value each time.
+  Option AddList(const std::string& name, std::vector<std::string>& values, const std::string& form,
+                 const std::string& help) {
+    return Place(line_.AddList(name, values, help), form);
   }
-  CLI::Option* Complete(CLI::Option* option, const std::string& form) const {
-    return option->option_text(form)->group(group_)->allow_extra_args(false);
+  Option AddList(const std::string& name, const std::string& form, const std::string& help,
+                 const std::function<void(const std::string&)>& take) {
+    return Place(line_.AddList(name, take, help), form).Check(WhyNoLine);
   }
-  /// The same of one value.
-  CLI::Option* AddOne(const std::string& name, const std::string& form, const std::string& help,
-                      const std::function<void(const std::string&)>& take) {
-    return AddEach(name, form, help, take)->expected(1);
+  Option AddNumber(const std::string& name, int& value, int least, int most, const std::string& form,
+                   const std::string& help) {
+    return Place(line_.AddNumber(name, value, least, most, help), form);
   }
   /// An option whose value is one of a few words.
   template <typename Value>
   void AddChoice(const std::string& name, Value& value, const std::map<std::string, Value>& words,
                  const std::string& form, const std::string& help) {
-    AddOne(name, form, help, [name, &value, words](const std::string& word) {
+    AddText(name, form, help, [name, &value, words](const std::string& word) {
       Require(words.contains(word), name.c_str(), "there is no choice '" + word + "'");
       value = words.at(word);
     });
   }
   void AddNames(List list) {
     List& kept = lists_.emplace_back(std::move(list));
-    Add("--" + kept.word + "s", kept.count, "COUNT [" + std::to_string(kept.count) + "]",
-        "How many " + kept.word + "s there are, " + std::to_string(kept.least) + " to " + std::to_string(kept.most),
-        Within(kept.least, kept.most));
-    Add(kept.option, kept.names, kept.has_state ? "NAME[=on] ..." : "TEXT ...",
-        "Name of " + kept.word + " 1; once more for " + kept.word + " 2, and so on" +
-            (kept.has_state ? "; with =on it is on at first" : ""),
-        line_text_);
+    kept.count_option = AddNumber(
+        "--" + kept.word + "s", kept.count, kept.least, kept.most, "COUNT [" + std::to_string(kept.count) + "]",
+        "How many " + kept.word + "s there are, " + std::to_string(kept.least) + " to " + std::to_string(kept.most));
+    AddList(kept.option, kept.names, kept.has_state ? "NAME[=on] ..." : "TEXT ...",
+            "Name of " + kept.word + " 1; once more for " + kept.word + " 2, and so on" +
+                (kept.has_state ? "; with =on it is on at first" : ""))
+        .Check(WhyNoLine);
   }
 
   void AddCameraOptions() {
     group_ = "Server";
-    Add("--port", settings_.port, "PORT [8080]", "Port to listen on; 0 takes a free one", Within(0, 65535));
-    Add("--listen", settings_.address, "ADDRESS [127.0.0.1]",
-        "Numeric address to listen on; 0.0.0.0 is every network of this machine");
+    AddNumber("--port", settings_.port, 0, 65535, "PORT [8080]", "Port to listen on; 0 takes a free one");
+    AddText("--listen", settings_.address, "ADDRESS [127.0.0.1]",
+            "Numeric address to listen on; 0.0.0.0 is every network of this machine");
     group_ = "Cameras";
     AddNames({"camera",
               "--name",
@@ -158,27 +156,29 @@ class CommandLine {
               1,
               kMaxCameras,
               settings_.cameras});
-    AddOne("--size", "WIDTHxHEIGHT [640x480]", "Size of a picture that is asked for without one",
-           [this](const std::string& text) { ReadSize(text); });
-    Add("--quality", settings_.form.quality, "QUALITY [80]", "JPEG quality of such a picture, 1 to 100",
-        Within(kMinQuality, kMaxQuality));
+    AddText("--size", "WIDTHxHEIGHT [640x480]", "Size of a picture that is asked for without one",
+            [this](const std::string& text) { ReadSize(text); });
+    AddNumber("--quality", settings_.form.quality, kMinQuality, kMaxQuality, "QUALITY [80]",
+              "JPEG quality of such a picture, 1 to 100");
     AddChoice<Light>("--light", settings_.light, {{"own", Light::kOwn}, {"clock", Light::kClock}}, "LIGHT [own]",
                      "Time of day that a live picture shows: each camera's own, or the clock's");
-    Add("--archive-hours", settings_.archive_hours, "HOURS [24]", "How far back the archive goes",
-        Within(1, kMaxArchiveHours));
-    Add("--archive-step", settings_.archive_step, "SECONDS [1]", "Time from one picture of the archive to the next",
-        Within(1, kMaxArchiveStep));
-    Add("--folder", settings_.folder, "DIR", "Send this folder's JPEG files in turn, as they are, instead of drawing",
-        CLI::ExistingDirectory);
+    AddNumber("--archive-hours", settings_.archive_hours, 1, kMaxArchiveHours, "HOURS [24]",
+              "How far back the archive goes");
+    AddNumber("--archive-step", settings_.archive_step, 1, kMaxArchiveStep, "SECONDS [1]",
+              "Time from one picture of the archive to the next");
+    AddText("--folder", settings_.folder, "DIR",
+            "Send this folder's JPEG files in turn, as they are, instead of drawing")
+        .CheckFolder();
   }
 
   void AddSiteOptions() {
     group_ = "Site";
-    AddText("--system-name", settings_.system_name, "TEXT [Orbelcast cameras]", "What the whole system is called");
+    AddText("--system-name", settings_.system_name, "TEXT [Orbelcast cameras]", "What the whole system is called")
+        .Check(WhyNoLine);
     AddNames({"alert", "--alert", {"Fire", "Burglar", "Call for help"}, 0, kMaxItems, settings_.alerts});
     AddNames({"input", "--input", {"Motion sensor", "Garage door=on"}, 0, kMaxItems, settings_.inputs, true});
     AddNames({"output", "--output", {"Porch light=on", "Garden gate", "Siren"}, 0, kMaxItems, settings_.outputs, true});
-    AddEach("--account", "NAME[=HOST[:PORT]] ... [demo]",
+    AddList("--account", "NAME[=HOST[:PORT]] ... [demo]",
             "An account of the relay lookup, and the address that it leads to: this server without one",
             [this](const std::string& text) { ReadAccount(text); });
     group_ = "What it tells";
@@ -187,31 +187,33 @@ class CommandLine {
                          "WHEN [alternate]",
                          "Whether the cameras record: yes, no, or alternate (ten seconds of twenty)");
     AddText("--vigilbox-info", settings_.vigilbox_info, "TEXT",
-            "Send a VigilboxInfo header; viewers heed one that begins with 1");
-    AddText("--plugins", settings_.plug_ins, "TEXT", "Send a PlugIns header");
-    AddOne("--gps", "LAT,LON,ALT [47.3769,8.5417,408]", "Latitude, longitude and height; 'none' sends none",
-           [this](const std::string& text) {
-             settings_.gps = Items(text);
-             Require(settings_.gps.size() == 3 || settings_.gps.empty(), "--gps",
-                     "give LATITUDE,LONGITUDE,HEIGHT or 'none'");
-           });
-    AddText("--rc-query", settings_.rc_query, "TEXT [2]", "Value of the RC_QUERY header; empty sends none");
-    AddOne("--flags", "LIST [AES,CST,ADM]", "Which of AES, CST and ADM the information sets, or 'none'",
-           [this](const std::string& text) {
-             for (const std::string& flag : settings_.info_flags = Items(text)) {
-               Require(flag == "AES" || flag == "CST" || flag == "ADM", "--flags",
-                       "there is no flag '" + flag + "'; there are AES, CST and ADM");
-             }
-           });
-    AddEach("--info", "KEY=TEXT ...", "A value of the information instead of the server's own, such as UPS=12.5",
+            "Send a VigilboxInfo header; viewers heed one that begins with 1")
+        .Check(WhyNoLine);
+    AddText("--plugins", settings_.plug_ins, "TEXT", "Send a PlugIns header").Check(WhyNoLine);
+    AddText("--gps", "LAT,LON,ALT [47.3769,8.5417,408]", "Latitude, longitude and height; 'none' sends none",
+            [this](const std::string& text) {
+              settings_.gps = Items(text);
+              Require(settings_.gps.size() == 3 || settings_.gps.empty(), "--gps",
+                      "give LATITUDE,LONGITUDE,HEIGHT or 'none'");
+            });
+    AddText("--rc-query", settings_.rc_query, "TEXT [2]", "Value of the RC_QUERY header; empty sends none")
+        .Check(WhyNoLine);
+    AddText("--flags", "LIST [AES,CST,ADM]", "Which of AES, CST and ADM the information sets, or 'none'",
+            [this](const std::string& text) {
+              for (const std::string& flag : settings_.info_flags = Items(text)) {
+                Require(flag == "AES" || flag == "CST" || flag == "ADM", "--flags",
+                        "there is no flag '" + flag + "'; there are AES, CST and ADM");
+              }
+            });
+    AddList("--info", "KEY=TEXT ...", "A value of the information instead of the server's own, such as UPS=12.5",
             [this](const std::string& text) { ReadInfo(text); });
-    AddOne("--info-text", "FILE", "Send this file as the information, as it is", [this](const std::string& file) {
+    AddText("--info-text", "FILE", "Send this file as the information, as it is", [this](const std::string& file) {
       try {
         settings_.info_text = ReadFile(file, kMaxInfoTextBytes);
       } catch (const std::exception&) {
-        throw CLI::ValidationError("--info-text", "the file cannot be read, or is too large");
+        throw UsageError("--info-text", "the file cannot be read, or is too large");
       }
-    })->check(CLI::ExistingFile);
+    }).CheckFile();
   }
 
   void AddUserOptions() {
@@ -220,25 +222,27 @@ class CommandLine {
         "--auth", settings_.scheme,
         {{"basic", AuthenticationScheme::kBasic}, {"digest", AuthenticationScheme::kDigest}}, "SCHEME",
         "Ask for a user name and a password: basic or digest");
-    Add("--user", users_, "NAME ...", "A user's name; may be given several times, each with its --password");
-    Add("--password", passwords_, "TEXT ...", "The user's password; others can read a command line, but not a file");
-    AddEach("--credentials", "FILE ...",
+    AddList("--user", users_, "NAME ...", "A user's name; may be given several times, each with its --password");
+    AddList("--password", passwords_, "TEXT ...",
+            "The user's password; others can read a command line, but not a file");
+    AddList("--credentials", "FILE ...",
             "A user from a file with the lines 'user = NAME' and 'password = TEXT'; may be given several times",
             [this](const std::string& file) { ReadCredentialsFile(file); });
     group_ = "For tests";
-    AddEach("--fault", "PLACE=FAULT ...", "How a camera misbehaves, such as 2=status:503, all=delay:200 or 1=reset@5",
+    AddList("--fault", "PLACE=FAULT ...", "How a camera misbehaves, such as 2=status:503, all=delay:200 or 1=reset@5",
             [this](const std::string& text) {
               Require(text.find('=') != std::string::npos, "--fault", "give PLACE=FAULT, such as 2=status:503");
               settings_.faults.emplace_back(CutAt(text, "="));
             });
-    Add("--log", settings_.log_file, "FILE", "Write every request, byte for byte, as a line of JSON");
-    app_.add_flag("--log-passwords", settings_.shows_passwords,
-                  "Show passwords in that log and in /control/requests, which have *** otherwise")
-        ->group(group_);
+    AddText("--log", settings_.log_file, "FILE", "Write every request, byte for byte, as a line of JSON");
+    line_
+        .AddFlag("--log-passwords", settings_.shows_passwords,
+                 "Show passwords in that log and in /control/requests, which have *** otherwise")
+        .Group(group_);
   }
 
   void ReadSize(const std::string& text) {
-    const PixelSize size = ReadPixelSize(text).value_or(PixelSize{});
+    const Size size = ReadPixelSize(text).value_or(Size{});
     settings_.form.width = size.width;
     settings_.form.height = size.height;
     const PictureForm bounded = settings_.form.Bounded();
@@ -269,11 +273,25 @@ class CommandLine {
       if (!credentials.user || !credentials.password) {
         throw CredentialsError(file + " must have both lines, 'user = NAME' and 'password = TEXT'");
       }
-      if (credentials.readable_by_others) WarnOfReaders(app_, file);
+      if (credentials.readable_by_others) WarnOfReaders(line_, file);
       users_.push_back(*credentials.user);
       passwords_.push_back(*credentials.password);
     } catch (const CredentialsError& error) {
-      throw CLI::ValidationError("--credentials", error.what());
+      throw UsageError("--credentials", error.what());
+    }
+  }
+
+  void CompleteSettings() {
+    for (const List& list : lists_) ReadNames(list);
+    if (settings_.accounts.empty()) settings_.accounts.push_back({"demo", ""});
+    Require(settings_.accounts.size() <= kMaxItems, "--account", NoMoreThan(kMaxItems));
+    ReadUsers();
+    try {
+      for (FaultPlan plan(static_cast<int>(settings_.cameras.size())); const auto& [place, fault] : settings_.faults) {
+        plan.Set(place, fault);
+      }
+    } catch (const std::invalid_argument& error) {
+      throw UsageError("--fault", error.what());
     }
   }
 
@@ -292,7 +310,7 @@ class CommandLine {
   /// Names for all that are to be there.
   void ReadNames(const List& list) {
     const auto given = static_cast<int>(list.names.size());
-    const int count = app_.count("--" + list.word + "s") == 0 && given > 0 ? given : list.count;
+    const int count = list.count_option->IsGiven() || given == 0 ? list.count : given;
     const char* const option = list.option.c_str();
     Require(given <= list.most, option, NoMoreThan(list.most));
     Require(given <= count, option, "there are more names than " + list.word + "s");
@@ -309,14 +327,8 @@ class CommandLine {
     }
   }
 
-  CLI::App app_{"A camera server for demonstrations and tests.", "orbelcast-camera-server"};
+  CommandLine line_{"orbelcast-camera-server", "A camera server for demonstrations and tests."};
   std::string group_;
-  /// A text for a line, of headers or of the information, must not be able to end it or a field of it.
-  const CLI::Validator line_text_{[](const std::string& text) {
-                                    return HasControlCharacter(text) ? "holds a line break or another control character"
-                                                                     : std::string();
-                                  },
-                                  ""};
   Settings settings_;
   std::list<List> lists_;
   std::vector<std::string> users_;
@@ -326,7 +338,7 @@ class CommandLine {
 }  // namespace
 
 std::variant<Settings, int> ReadCommandLine(int argc, char** argv) {
-  return CommandLine().Read(argc, argv);
+  return ServerOptions().Read(argc, argv);
 }
 
 }  // namespace orbelcast::camera_server

@@ -2,11 +2,9 @@
 
 #include <string>
 
-namespace CLI {
-class App;
-}
-
 namespace orbelcast {
+
+class CommandLine;
 
 /// A login. It need not be on the command line, which other users of the machine can read.
 struct Access {
@@ -19,8 +17,8 @@ struct Access {
 /// The command line wins over the file, and the environment (ORBELCAST_USER, ORBELCAST_PASSWORD) is
 /// looked at only where no file is named: so one user's password is never sent with another one's name by accident. A
 /// file that others may read is used, with a warning on standard error; one that cannot be used ends the parse with a
-/// CLI::ValidationError.
-void AddAccessOptions(CLI::App& command, Access& access, const std::string& user_description);
+/// UsageError.
+void AddAccessOptions(CommandLine& command, Access& access, const std::string& user_description);
 
 /// The live address by which a mosaic asks for a camera's tile: with the login after it, as camera servers take it.
 /// An address that has one already is not changed, nor is any where there is no user.
@@ -30,6 +28,6 @@ std::string TileAddress(const std::string& live_address, const Access& access);
 void PassOn(const Access& access);
 
 /// Warns on standard error, in the program's name, that others may read `file`.
-void WarnOfReaders(const CLI::App& command, const std::string& file);
+void WarnOfReaders(const CommandLine& command, const std::string& file);
 
 }  // namespace orbelcast

@@ -2,7 +2,7 @@
 
 namespace orbelcast {
 
-/// The programs' exit statuses. (CLI11 has others for wrong usage.)
+/// The programs' exit statuses.
 enum ExitStatus : int {
   kWorked = 0,
   kFailed = 1,        ///< The task failed; the others of this number say which part.

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 
-#include "common/within.h"
+#include "common/command_line.h"
 
 /// Values that options of several programs take. The error of a wrong one is a text that says what is expected.
 namespace orbelcast {
@@ -15,26 +14,19 @@ inline constexpr double kLongestTimeOut = 1'000'000;
 inline constexpr double kLongestTime = 1'000'000'000;
 /// Declares an option that is a time in seconds, more than 0, which may have decimals.
 template <typename Time>
-CLI::Option* AddSecondsOption(CLI::App& command, const std::string& name, Time& seconds, const std::string& description,
-                              double longest = kLongestTime) {
-  return command.add_option(name, seconds, description)->check(Within(0.001, longest))->type_name("S");
+Option AddSecondsOption(CommandLine& command, const std::string& name, Time& seconds, const std::string& description,
+                        double longest = kLongestTime) {
+  return command.AddNumber(name, seconds, 0.001, longest, description).ValueName("S");
 }
 
 /// Declares an option that is a number of something, 1 or more.
 template <typename Count>
-CLI::Option* AddCountOption(CLI::App& command, const std::string& name, Count& count, const std::string& description) {
-  return command.add_option(name, count, description)->check(Within(1, 1'000'000'000))->type_name("N");
+Option AddCountOption(CommandLine& command, const std::string& name, Count& count, const std::string& description) {
+  return command.AddNumber(name, count, 1, 1'000'000'000, description).ValueName("N");
 }
 
 /// Declares how small a change counts as motion, in percent.
-template <typename Percent>
-CLI::Option* AddSensitivityOption(CLI::App& command, Percent& percent) {
-  return command
-      .add_option("--sensitivity", percent,
-                  "How small a change counts as motion, in percent, 0 to 100: 100 takes any (default: 80)")
-      ->check(Within(0, 100))
-      ->type_name("PERCENT");
-}
+Option AddSensitivityOption(CommandLine& command, int& percent);
 
 /// The reason why a file of that name cannot be written; empty where it can.
 std::string CheckWritable(const std::string& file);

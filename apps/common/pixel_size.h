@@ -3,17 +3,14 @@
 #include <optional>
 #include <string_view>
 
-namespace orbelcast {
+#include "platform/size.h"
 
-struct PixelSize {
-  int width = 0;
-  int height = 0;
-};
+namespace orbelcast {
 
 /// The largest side that makes sense to ask for: that of an 8K screen.
 inline constexpr int kMaxSide = 8192;
 
 /// WIDTHxHEIGHT, each side `least` to kMaxSide pixels; nothing where the text is anything else.
-std::optional<PixelSize> ReadPixelSize(std::string_view text, int least = 1);
+std::optional<Size> ReadPixelSize(std::string_view text, int least = 1);
 
 }  // namespace orbelcast

@@ -1,41 +1,40 @@
 #include "orbelcast/camera_options.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 
+#include "common/command_line.h"
 #include "common/option_values.h"
 #include "common/shown_text.h"
 #include "toolkit/ascii.h"
 
 namespace orbelcast {
 
-void AddCameraOptions(CLI::App& command, std::string& url, Access& access) {
-  command.add_option("URL", url, "The whole address of the camera's picture; begins with http://")
-      ->required()
-      ->check(CheckAddress)
-      ->each(KeepSecretsOf)
-      ->type_name("");
+void AddCameraOptions(CommandLine& command, std::string& url, Access& access) {
+  command.AddText("URL", url, "The whole address of the camera's picture; begins with http://")
+      .Required()
+      .Check(CheckAddress)
+      .ShowEach(KeepSecretsOf)
+      .ValueName("");
   AddAccessOptions(command, access, "User name, sent when the server asks for one (default: none)");
 }
 
-void AddStreamOptions(CLI::App& command, std::int16_t& frame_rate, bool& auto_reconnect) {
+void AddStreamOptions(CommandLine& command, std::int16_t& frame_rate, bool& auto_reconnect) {
   const std::string stream = "Stream";
   command
-      .add_option("--frame-rate", frame_rate,
-                  "Pictures a second, 1 to 30 (default: " + std::to_string(frame_rate) + ")")
-      ->check(Within(1, 30))
-      ->type_name("N")
-      ->group(stream);
+      .AddNumber("--frame-rate", frame_rate, 1, 30,
+                 "Pictures a second, 1 to 30 (default: " + std::to_string(frame_rate) + ")")
+      .ValueName("N")
+      .Group(stream);
   command
-      .add_flag("--auto-reconnect", auto_reconnect,
-                "Try again silently when the camera fails, also when it does not answer at first")
-      ->group(stream);
+      .AddFlag("--auto-reconnect", auto_reconnect,
+               "Try again silently when the camera fails, also when it does not answer at first")
+      .Group(stream);
 }
 
-void AddTimeOutOption(CLI::App& command, std::optional<double>& seconds, const std::string& of) {
+void AddTimeOutOption(CommandLine& command, std::optional<double>& seconds, const std::string& of) {
   AddSecondsOption(command, "--timeout", seconds,
                    "End where no picture has come S seconds after the start; may have decimals (default: 10" + of + ")")
-      ->group("When to end (default: at Ctrl-C)");
+      .Group("When to end (default: at Ctrl-C)");
 }
 
 std::string CheckAddress(const std::string& url) {
@@ -52,35 +51,35 @@ std::string CheckAddress(const std::string& url) {
   return "a camera's address begins with http://; did you mean http://" + MaskedAddress(url).Text() + "?";
 }
 
-CLI::Option* AddSizeOption(CLI::App& command, PixelSize& size, const std::string& description) {
+Option AddSizeOption(CommandLine& command, Size& size, const std::string& description) {
   const auto parse = [&size](const std::string& text) {
     const auto pixels = ReadPixelSize(text);
     if (!pixels) {
-      throw CLI::ValidationError(
-          "--size", "give WIDTHxHEIGHT in pixels, each from 1 to " + std::to_string(kMaxSide) + ", such as 640x480");
+      throw UsageError("--size",
+                       "give WIDTHxHEIGHT in pixels, each from 1 to " + std::to_string(kMaxSide) + ", such as 640x480");
     }
     size = *pixels;
   };
-  return command.add_option_function<std::string>("--size", parse, description)->type_name("WxH");
+  return command.AddText("--size", parse, description).ValueName("WxH");
 }
 
-void AddFileArgument(CLI::App& command, std::filesystem::path& file, const std::string& description) {
+void AddFileArgument(CommandLine& command, std::filesystem::path& file, const std::string& description) {
   command
-      .add_option_function<std::string>(
+      .AddText(
           "FILE", [&file](const std::string& text) { file = text; }, description)
-      ->check(CheckWritable)
-      ->required()
-      ->type_name("");
+      .Check(CheckWritable)
+      .Required()
+      .ValueName("");
 }
 
 std::filesystem::path ParsePictureFile(const std::string& option, const std::string& text,
                                        std::initializer_list<PictureFormat> formats) {
   if (std::find(formats.begin(), formats.end(), FormatOf(text)) == formats.end()) {
     const bool jpeg = std::find(formats.begin(), formats.end(), PictureFormat::kJpeg) != formats.end();
-    throw CLI::ValidationError(
-        option, std::string("the file's name must end in ") + (jpeg ? ".png, .bmp or .jpg" : ".png or .bmp"));
+    throw UsageError(option,
+                     std::string("the file's name must end in ") + (jpeg ? ".png, .bmp or .jpg" : ".png or .bmp"));
   }
-  if (const std::string why = CheckWritable(text); !why.empty()) throw CLI::ValidationError(option, why);
+  if (const std::string why = CheckWritable(text); !why.empty()) throw UsageError(option, why);
   return text;
 }
 

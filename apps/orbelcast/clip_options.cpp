@@ -1,11 +1,11 @@
 #include "orbelcast/clip_options.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cctype>
 #include <iostream>
 #include <string_view>
 
+#include "common/command_line.h"
 #include "common/option_values.h"
 #include "toolkit/ascii.h"
 
@@ -26,7 +26,7 @@ void ParseCodec(const std::string& text, ClipOptions& options) {
   constexpr std::string_view kCodecs[] = {"MPEG-4", "Motion JPEG", "HuffYUV", "Uncompressed"};
   const auto* codec = std::ranges::find_if(kCodecs, [&](std::string_view name) { return Plain(name) == Plain(text); });
   if (codec == std::end(kCodecs)) {
-    throw CLI::ValidationError("--codec", "give mpeg-4, motion-jpeg, huffyuv or uncompressed");
+    throw UsageError("--codec", "give mpeg-4, motion-jpeg, huffyuv or uncompressed");
   }
   options.compression.codec = *codec;
 }
@@ -35,35 +35,32 @@ void ParseCodec(const std::string& text, ClipOptions& options) {
 
 std::filesystem::path ParseClipFile(const std::string& option, const std::string& text) {
   if (!EqualIgnoringCase(std::filesystem::path(text).extension().string(), ".avi"))
-    throw CLI::ValidationError(option, "the clip's name must end in .avi");
-  if (const std::string why = CheckWritable(text); !why.empty()) throw CLI::ValidationError(option, why);
+    throw UsageError(option, "the clip's name must end in .avi");
+  if (const std::string why = CheckWritable(text); !why.empty()) throw UsageError(option, why);
   return text;
 }
 
-void AddClipOptions(CLI::App& command, ClipOptions& options) {
+void AddClipOptions(CommandLine& command, ClipOptions& options) {
   const std::string clip = "Clip";
-  command.add_flag("--overwrite", options.overwrite, "Replace the clip's file where there is one")->group(clip);
+  command.AddFlag("--overwrite", options.overwrite, "Replace the clip's file where there is one").Group(clip);
   command
-      .add_option_function<std::string>(
+      .AddText(
           "--codec", [&options](const std::string& text) { ParseCodec(text, options); },
           "mpeg-4 or motion-jpeg, which are small; huffyuv or uncompressed, which keep every pixel exactly (default: "
           "mpeg-4)")
-      ->type_name("NAME")
-      ->group(clip);
+      .ValueName("NAME")
+      .Group(clip);
   command
-      .add_option("--key-frames", options.compression.key_frame_every,
-                  "Of mpeg-4: a whole picture every N, 1 to 600; players jump to those (default: 12)")
-      ->check(Within(1, 600))
-      ->type_name("N")
-      ->group(clip);
+      .AddNumber("--key-frames", options.compression.key_frame_every, 1, 600,
+                 "Of mpeg-4: a whole picture every N, 1 to 600; players jump to those (default: 12)")
+      .ValueName("N")
+      .Group(clip);
   command
-      .add_option(
-          "--data-rate", options.compression.kilobytes_per_second,
-          "Of mpeg-4 and motion-jpeg: kilobytes for a second of the clip, 1 to 100000 (default: as many as good "
-          "pictures take)")
-      ->check(Within(1, 100'000))
-      ->type_name("KB")
-      ->group(clip);
+      .AddNumber("--data-rate", options.compression.kilobytes_per_second, 1, 100'000,
+                 "Of mpeg-4 and motion-jpeg: kilobytes for a second of the clip, 1 to 100000 (default: as many as good "
+                 "pictures take)")
+      .ValueName("KB")
+      .Group(clip);
 }
 
 bool HasContent(const std::filesystem::path& file) {

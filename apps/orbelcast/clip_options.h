@@ -5,11 +5,9 @@
 
 #include "platform/dialogs.h"
 
-namespace CLI {
-class App;
-}
-
 namespace orbelcast {
+
+class CommandLine;
 
 /// A clip's file and how it is written.
 struct ClipOptions {
@@ -18,12 +16,12 @@ struct ClipOptions {
   Dialogs::Compression compression{.codec = "MPEG-4"};
 };
 
-/// The name of a clip's file: ends in .avi, in a folder that can be written to. Anything else is a
-/// CLI::ValidationError of `option`.
+/// The name of a clip's file: ends in .avi, in a folder that can be written to. Anything else is a UsageError of
+/// `option`.
 std::filesystem::path ParseClipFile(const std::string& option, const std::string& text);
 
 /// Declares --overwrite, --codec, --key-frames and --data-rate on `command`.
-void AddClipOptions(CLI::App& command, ClipOptions& options);
+void AddClipOptions(CommandLine& command, ClipOptions& options);
 
 /// Whether the file holds something that a clip would replace.
 bool HasContent(const std::filesystem::path& file);

@@ -1,19 +1,19 @@
 #include "orbelcast/commands.h"
 
-#include <CLI/CLI.hpp>
 #include <array>
 #include <iostream>
 #include <memory>
 #include <string>
 
+#include "common/command_line.h"
 #include "orbelcast/script/script_command.h"
 
 namespace orbelcast {
 
 namespace {
 
-CommandRun BuildScript(CLI::App& command) {
-  command.footer(
+CommandRun BuildScript(CommandLine& command) {
+  command.Footer(
       "Such as:\n"
       "  create v VideoServerPush\n"
       "  place v 9600 7200\n"
@@ -24,7 +24,7 @@ CommandRun BuildScript(CLI::App& command) {
       "Exit status: 0 every command was right; 1 one was wrong, and said so in a line with\n"
       "\"error\"; 2 FILE cannot be read.");
   const auto file = std::make_shared<std::string>();
-  command.add_option("FILE", *file, "The script, one command a line (default: standard input)")->type_name("");
+  command.AddText("FILE", *file, "The script, one command a line (default: standard input)").ValueName("");
   return [file] { return RunScript(*file, std::cin, std::cout, std::cerr); };
 }
 

@@ -5,11 +5,9 @@
 
 #include "common/exit_status.h"
 
-namespace CLI {
-class App;
-}
-
 namespace orbelcast {
+
+class CommandLine;
 
 /// Does a command, once its options were parsed.
 using CommandRun = std::function<ExitStatus()>;
@@ -19,23 +17,23 @@ struct Command {
   const char* name;
   const char* summary;
   /// Declares the command's options on `command`, which outlives the result.
-  CommandRun (*build)(CLI::App& command);
+  CommandRun (*build)(CommandLine& command);
 };
 
 /// All of them, in the order in which the help lists them.
 std::span<const Command> Commands();
 
 // Each in the file of its name.
-CommandRun BuildPlay(CLI::App& command);
-CommandRun BuildWatch(CLI::App& command);
-CommandRun BuildInfo(CLI::App& command);
-CommandRun BuildDoctor(CLI::App& command);
-CommandRun BuildMosaic(CLI::App& command);
-CommandRun BuildRecord(CLI::App& command);
-CommandRun BuildSnapshot(CLI::App& command);
-CommandRun BuildLog(CLI::App& command);
-CommandRun BuildRegister(CLI::App& command);
-CommandRun BuildUnregister(CLI::App& command);
+CommandRun BuildPlay(CommandLine& command);
+CommandRun BuildWatch(CommandLine& command);
+CommandRun BuildInfo(CommandLine& command);
+CommandRun BuildDoctor(CommandLine& command);
+CommandRun BuildMosaic(CommandLine& command);
+CommandRun BuildRecord(CommandLine& command);
+CommandRun BuildSnapshot(CommandLine& command);
+CommandRun BuildLog(CommandLine& command);
+CommandRun BuildRegister(CommandLine& command);
+CommandRun BuildUnregister(CommandLine& command);
 
 /// The exit statuses, in the help of the program and of the commands that show pictures.
 inline constexpr const char* kExitStatusOfPictures =

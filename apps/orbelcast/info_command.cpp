@@ -1,5 +1,4 @@
 #include <unistd.h>
-#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <iostream>
@@ -10,6 +9,7 @@
 
 #include "assembly/headless_platform.h"
 #include "common/colours.h"
+#include "common/command_line.h"
 #include "common/http_status.h"
 #include "common/shown_text.h"
 #include "orbelcast/commands.h"
@@ -194,12 +194,12 @@ ExitStatus Info(const InfoOptions& options) {
 
 }  // namespace
 
-CommandRun BuildInfo(CLI::App& command) {
-  command.footer(kExitStatusOfPictures);
+CommandRun BuildInfo(CommandLine& command) {
+  command.Footer(kExitStatusOfPictures);
   const auto options = std::make_shared<InfoOptions>();
   AddServerOption(command, options->server);
   AddRequestOptions(command, options->access, options->time_out);
-  command.add_flag("--json", options->json, "Print JSON, for programs, instead of a table")->group("Output");
+  command.AddFlag("--json", options->json, "Print JSON, for programs, instead of a table").Group("Output");
   return [options] { return Info(*options); };
 }
 

@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <cstdint>
 #include <filesystem>
 #include <iostream>
@@ -7,6 +6,7 @@
 
 #include "adapters/posix/named_file.h"
 #include "assembly/headless_platform.h"
+#include "common/command_line.h"
 #include "common/shown_text.h"
 #include "orbelcast/camera_options.h"
 #include "orbelcast/commands.h"
@@ -61,8 +61,8 @@ ExitStatus Log(const LogOptions& options) {
 
 }  // namespace
 
-CommandRun BuildLog(CLI::App& command) {
-  command.footer(
+CommandRun BuildLog(CommandLine& command) {
+  command.Footer(
       "Exit status: 0 the log is in FILE; 1 no log came, and FILE is as it was; 2 wrong usage,\n"
       "or a file that cannot be written.");
   const auto options = std::make_shared<LogOptions>();

@@ -1,11 +1,10 @@
 // orbelcast: cameras on the command line. commands.h lists the commands; each has a file of its own.
 
-#include <CLI/CLI.hpp>
 #include <utility>
 #include <vector>
 
+#include "common/command_line.h"
 #include "common/program.h"
-#include "common/usage.h"
 #include "orbelcast/commands.h"
 #include "toolkit/version.h"
 
@@ -14,22 +13,17 @@ namespace orbelcast {
 namespace {
 
 int Run(int argc, char** argv) {
-  CLI::App app("Watches Motion-JPEG cameras.", "orbelcast");
-  app.footer(kExitStatusOfPictures);
-  app.require_subcommand(1);
-  app.set_version_flag("--version", VersionText());
-  std::vector<std::pair<const CLI::App*, CommandRun>> commands;
+  CommandLine line("orbelcast", "Watches Motion-JPEG cameras.");
+  line.Footer(kExitStatusOfPictures);
+  line.Version(VersionText());
+  std::vector<std::pair<const CommandLine*, CommandRun>> commands;
   for (const Command& each : Commands()) {
-    CLI::App* const command = app.add_subcommand(each.name, each.summary);
-    commands.emplace_back(command, each.build(*command));
+    CommandLine& command = line.AddCommand(each.name, each.summary);
+    commands.emplace_back(&command, each.build(command));
   }
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    return ReportUsage(app, error);
-  }
+  if (const auto status = line.Read(argc, argv)) return *status;
   for (const auto& [command, run] : commands) {
-    if (command->parsed()) return run();
+    if (command->IsGiven()) return run();
   }
   return kBadUsage;  // not reached: a command is required
 }

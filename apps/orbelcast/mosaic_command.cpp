@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -7,6 +6,7 @@
 #include <vector>
 
 #include "common/access.h"
+#include "common/command_line.h"
 #include "common/option_values.h"
 #include "common/shown_text.h"
 #include "interface/events.h"
@@ -27,7 +27,7 @@ namespace {
 struct MosaicOptions {
   std::vector<std::string> cameras;  ///< Live addresses, without the picture code.
   Access access;
-  PixelSize size{640, 480};      ///< The video area.
+  Size size{640, 480};           ///< The video area.
   std::filesystem::path output;  ///< The file for the grid at the end.
   ClipOptions clip;              ///< The clip that each round is a picture of.
   int rounds = 1;                ///< End after that many rounds, unless `seconds` says when.
@@ -127,58 +127,58 @@ ExitStatus RunMosaic(const MosaicOptions& options) {
 
 }  // namespace
 
-CommandRun BuildMosaic(CLI::App& command) {
-  command.footer(kExitStatusOfPictures);
+CommandRun BuildMosaic(CommandLine& command) {
+  command.Footer(kExitStatusOfPictures);
   const auto shared = std::make_shared<MosaicOptions>();
   MosaicOptions& options = *shared;
   command
-      .add_option("URL", options.cameras,
-                  "The cameras' live addresses, in the grid's order, row by row; each begins with http:// and is asked "
-                  "for pictures of its tile's size (?live-special… is added)")
-      ->required()
-      ->check(CheckAddress)
-      ->each(KeepSecretsOf)
-      ->type_name("");
+      .AddList("URL", options.cameras,
+               "The cameras' live addresses, in the grid's order, row by row; each begins with http:// and is asked "
+               "for pictures of its tile's size (?live-special… is added)")
+      .Required()
+      .Check(CheckAddress)
+      .ShowEach(KeepSecretsOf)
+      .ValueName("");
   AddAccessOptions(command, options.access, "User name, added to each address that has no login yet (default: none)");
   AddSizeOption(command, options.size, "Size of the grid in pixels, 1 to 8192 each (default: 640x480)");
 
   const std::string end = "When to end";
-  auto* rounds = AddCountOption(command, "--rounds", options.rounds,
-                                "End after N rounds, 1 or more; a round takes half a second a camera (default: 1)")
-                     ->group(end);
+  Option rounds = AddCountOption(command, "--rounds", options.rounds,
+                                 "End after N rounds, 1 or more; a round takes half a second a camera (default: 1)")
+                      .Group(end);
   AddSecondsOption(command, "--seconds", options.seconds, "End after S seconds, more than 0; may have decimals",
                    kLongestTimeOut)
-      ->group(end)
-      ->excludes(rounds);
+      .Group(end)
+      .Excludes(rounds);
 
   AddClipOptions(command, options.clip);
 
   const std::string output = "Output (at least one of them)";
-  auto* file =
+  Option file =
       command
-          .add_option_function<std::string>(
+          .AddText(
               "--output",
               [&options](const std::string& text) {
                 options.output = ParsePictureFile("--output", text, {PictureFormat::kPng, PictureFormat::kBmp});
               },
               "At the end, write the grid to FILE: .png or .bmp")
-          ->type_name("FILE")
-          ->group(output);
-  auto* window = command.add_flag("--window", options.window, "Show the grid in a window, until that is closed")
-                     ->group(output)
-                     ->excludes(file)
-                     ->excludes(rounds);
-  auto* clip =
+          .ValueName("FILE")
+          .Group(output);
+  Option window = command.AddFlag("--window", options.window, "Show the grid in a window, until that is closed")
+                      .Group(output)
+                      .Excludes(file)
+                      .Excludes(rounds);
+  Option clip =
       command
-          .add_option_function<std::string>(
+          .AddText(
               "--record", [&options](const std::string& text) { options.clip.file = ParseClipFile("--record", text); },
               "Record a clip, FILE.avi, with a picture of each round")
-          ->type_name("FILE")
-          ->group(output)
-          ->excludes(window);
-  command.callback([file, window, clip] {
-    if (file->count() + window->count() + clip->count() == 0) {
-      throw CLI::ValidationError("mosaic", "say where the grid goes: --output FILE, --record FILE.avi, or --window");
+          .ValueName("FILE")
+          .Group(output)
+          .Excludes(window);
+  command.OnRight([file, window, clip] {
+    if (!file.IsGiven() && !window.IsGiven() && !clip.IsGiven()) {
+      throw UsageError("mosaic", "say where the grid goes: --output FILE, --record FILE.avi, or --window");
     }
   });
   return [shared] { return RunMosaic(*shared); };

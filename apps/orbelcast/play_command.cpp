@@ -1,7 +1,6 @@
 #include "orbelcast/play_command.h"
 
 #include <unistd.h>
-#include <CLI/CLI.hpp>
 
 #include <cerrno>
 #include <cstring>
@@ -9,6 +8,7 @@
 #include <iostream>
 
 #include "adapters/posix/own_folder.h"
+#include "common/command_line.h"
 #include "orbelcast/commands.h"
 
 namespace orbelcast {
@@ -43,12 +43,12 @@ ExitStatus Play(const std::vector<std::string>& arguments) {
   return kBadUsage;
 }
 
-CommandRun BuildPlay(CLI::App& command) {
-  command.footer(
+CommandRun BuildPlay(CommandLine& command) {
+  command.Footer(
       "What follows 'play' goes to the player program as it stands, whose options\n"
       "'orbelcast play URL --help' shows.");
-  command.prefix_command();
-  return [&command] { return Play(command.remaining()); };
+  command.LeaveRest();
+  return [&command] { return Play(command.Rest()); };
 }
 
 }  // namespace orbelcast

@@ -1,5 +1,4 @@
 #include <unistd.h>
-#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <chrono>
@@ -9,6 +8,7 @@
 #include <optional>
 #include <string>
 
+#include "common/command_line.h"
 #include "common/option_values.h"
 #include "orbelcast/camera_options.h"
 #include "orbelcast/clip_options.h"
@@ -117,28 +117,28 @@ ExitStatus Record(const RecordOptions& options) {
 
 }  // namespace
 
-CommandRun BuildRecord(CLI::App& command) {
-  command.footer(kExitStatusOfPictures);
+CommandRun BuildRecord(CommandLine& command) {
+  command.Footer(kExitStatusOfPictures);
   const auto shared = std::make_shared<RecordOptions>();
   RecordOptions& options = *shared;
   AddCameraOptions(command, options.stream.url, options.stream.access);
   command
-      .add_option_function<std::string>(
+      .AddText(
           "FILE", [&options](const std::string& text) { options.clip.file = ParseClipFile("FILE", text); },
           "The clip's file; its name ends in .avi")
-      ->required()
-      ->type_name("");
+      .Required()
+      .ValueName("");
 
   AddStreamOptions(command, options.stream.frame_rate, options.stream.auto_reconnect);
   AddClipOptions(command, options.clip);
 
   const std::string end = "When to end (default: at Ctrl-C)";
-  AddCountOption(command, "--frames", options.frames, "End after N pictures, 1 or more")->group(end);
+  AddCountOption(command, "--frames", options.frames, "End after N pictures, 1 or more").Group(end);
   AddSecondsOption(command, "--seconds", options.seconds,
                    "End S seconds after the first picture, or after the start where none came; may have decimals")
-      ->group(end);
+      .Group(end);
   AddTimeOutOption(command, options.time_out, ", or --seconds where that is less");
-  command.add_flag("--json", options.json, "Tell of the finished clip as JSON, for programs")->group("Output");
+  command.AddFlag("--json", options.json, "Tell of the finished clip as JSON, for programs").Group("Output");
   return [shared] { return Record(*shared); };
 }
 

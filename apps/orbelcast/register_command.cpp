@@ -1,6 +1,5 @@
 #include <dlfcn.h>
 #include <link.h>
-#include <CLI/CLI.hpp>
 
 #include <filesystem>
 #include <iostream>
@@ -10,6 +9,7 @@
 
 #include "adapters/posix/file_registry.h"
 #include "adapters/posix/own_folder.h"
+#include "common/command_line.h"
 #include "orbelcast/commands.h"
 #include "orbelcast/orbelcast.h"
 
@@ -69,8 +69,8 @@ ExitStatus Register(Registration registration) {
   return kWorked;
 }
 
-CommandRun Build(CLI::App& command, Registration registration) {
-  command.footer(
+CommandRun Build(CommandLine& command, Registration registration) {
+  command.Footer(
       "The registry file is the one that ORBELCAST_REGISTRY names, else the user's own; the\n"
       "library is liborbelcast.so beside this program, in ../lib, or where the system finds it.\n\n"
       "Exit status: 0 it was done; 1 the file cannot be written, or there is no library; 2\n"
@@ -80,11 +80,11 @@ CommandRun Build(CLI::App& command, Registration registration) {
 
 }  // namespace
 
-CommandRun BuildRegister(CLI::App& command) {
+CommandRun BuildRegister(CommandLine& command) {
   return Build(command, Registration::kWrite);
 }
 
-CommandRun BuildUnregister(CLI::App& command) {
+CommandRun BuildUnregister(CommandLine& command) {
   return Build(command, Registration::kRemove);
 }
 

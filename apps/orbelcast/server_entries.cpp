@@ -1,7 +1,6 @@
 #include "orbelcast/server_entries.h"
 
-#include <CLI/CLI.hpp>
-
+#include "common/command_line.h"
 #include "common/option_values.h"
 #include "common/shown_text.h"
 #include "protocol/limits.h"
@@ -45,23 +44,22 @@ std::string CheckServer(const std::string& server) {
   return {};
 }
 
-void AddServerOption(CLI::App& command, std::string& server) {
+void AddServerOption(CommandLine& command, std::string& server) {
   command
-      .add_option(
-          "SERVER", server,
-          "The camera server: a host, host:port, or a relay account's address; http:// before it may be left out")
-      ->required()
-      ->check(CheckServer)
-      ->each(KeepSecretsOf)
-      ->type_name("");
+      .AddText("SERVER", server,
+               "The camera server: a host, host:port, or a relay account's address; http:// before it may be left out")
+      .Required()
+      .Check(CheckServer)
+      .ShowEach(KeepSecretsOf)
+      .ValueName("");
 }
 
-void AddRequestOptions(CLI::App& command, Access& access, double& time_out) {
+void AddRequestOptions(CommandLine& command, Access& access, double& time_out) {
   AddAccessOptions(command, access, "User name, sent with the request (default: none)");
   AddSecondsOption(command, "--timeout", time_out,
                    "Seconds that connecting and that the answer may take each; may have decimals (default: 10)",
                    kLongestTimeOut)
-      ->group("Request");
+      .Group("Request");
 }
 
 }  // namespace orbelcast

@@ -7,11 +7,9 @@
 #include "common/access.h"
 #include "protocol/server_info.h"
 
-namespace CLI {
-class App;
-}
-
 namespace orbelcast {
+
+class CommandLine;
 
 /// A line of a list that a camera server tells: a camera, an alert, an output or an input.
 struct Entry {
@@ -31,9 +29,9 @@ std::string WhatWasNotRead(const ServerInfo& info);
 std::string CheckServer(const std::string& server);
 
 /// Declares SERVER, a camera server's address, which is put into `server` as it was written.
-void AddServerOption(CLI::App& command, std::string& server);
+void AddServerOption(CommandLine& command, std::string& server);
 
 /// Declares the login, and how long a request may take, in seconds.
-void AddRequestOptions(CLI::App& command, Access& access, double& time_out);
+void AddRequestOptions(CommandLine& command, Access& access, double& time_out);
 
 }  // namespace orbelcast

@@ -1,7 +1,7 @@
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 
+#include "common/command_line.h"
 #include "orbelcast/camera_options.h"
 #include "orbelcast/commands.h"
 #include "orbelcast/event_json.h"
@@ -33,8 +33,8 @@ ExitStatus Snapshot(const SnapshotOptions& options) {
 
 }  // namespace
 
-CommandRun BuildSnapshot(CLI::App& command) {
-  command.footer(
+CommandRun BuildSnapshot(CommandLine& command) {
+  command.Footer(
       "Exit status: 0 the picture is in FILE; 1 no picture came, and FILE is as it was; 2 wrong\n"
       "usage, or a file that cannot be written.");
   const auto options = std::make_shared<SnapshotOptions>();
@@ -46,7 +46,7 @@ CommandRun BuildSnapshot(CLI::App& command) {
   AddFileArgument(command, watch.picture,
                   "Where the picture goes, as the server sent it; an existing file is replaced once the picture is "
                   "there");
-  command.add_flag("--json", options->json, "Print what was saved as JSON, for programs")->group("Output");
+  command.AddFlag("--json", options->json, "Print what was saved as JSON, for programs").Group("Output");
   return [options] { return Snapshot(*options); };
 }
 

@@ -1,12 +1,12 @@
 #include "orbelcast/watch_options.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string_view>
 #include <vector>
 
+#include "common/command_line.h"
 #include "common/option_values.h"
 #include "common/whole_number.h"
 #include "interface/video_server_push_interface.h"
@@ -29,17 +29,17 @@ void ParseArea(const std::string& text, WatchOptions& options) {
     good = area[i] >= 0 && area[i] <= 100;
   }
   if (!good || area[0] >= area[2] || area[1] >= area[3]) {
-    throw CLI::ValidationError("--motion-area",
-                               "give x1,y1,x2,y2 in hundredths of the picture, each from 0 to 100, x1 less than x2 and "
-                               "y1 less than y2; 0,0,100,100 is the whole picture");
+    throw UsageError("--motion-area",
+                     "give x1,y1,x2,y2 in hundredths of the picture, each from 0 to 100, x1 less than x2 and "
+                     "y1 less than y2; 0,0,100,100 is the whole picture");
   }
   options.stream.motion_area = area;
 }
 
 void ParseZones(const std::string& text, WatchOptions& options) {
   if (text.size() != kZones || text.find_first_not_of("01") != std::string::npos) {
-    throw CLI::ValidationError(
-        "--motion-zones", "give 25 characters, five for each of five rows from the top: 1 watches a zone, 0 does not");
+    throw UsageError("--motion-zones",
+                     "give 25 characters, five for each of five rows from the top: 1 watches a zone, 0 does not");
   }
   options.stream.motion_zones = text;
 }
@@ -59,8 +59,7 @@ void ParseEvents(const std::string& text, WatchOptions& options) {
   for (const std::string_view part : Split(text, ",")) {
     const std::string name(part);
     if (std::none_of(known.begin(), known.end(), [&](const EventEntry& event) { return event.name == name; })) {
-      throw CLI::ValidationError("--events",
-                                 "there is no event '" + name + "'; there are " + EventNames() + " (or none)");
+      throw UsageError("--events", "there is no event '" + name + "'; there are " + EventNames() + " (or none)");
     }
     options.events->insert(name);
   }
@@ -73,62 +72,63 @@ void ParsePicture(const std::string& text, WatchOptions& options) {
 
 // An option whose text `parse` reads into the options.
 template <typename Parse>
-CLI::Option* AddParsed(CLI::App& command, const std::string& name, WatchOptions& options, Parse parse,
-                       const std::string& description, const std::string& form) {
+Option AddParsed(CommandLine& command, const std::string& name, WatchOptions& options, Parse parse,
+                 const std::string& description, const std::string& form) {
   return command
-      .add_option_function<std::string>(
+      .AddText(
           name, [&options, parse](const std::string& text) { parse(text, options); }, description)
-      ->type_name(form);
+      .ValueName(form);
 }
 
 }  // namespace
 
-void AddWatchOptions(CLI::App& command, WatchOptions& options) {
+void AddWatchOptions(CommandLine& command, WatchOptions& options) {
   StreamOptions& stream = options.stream;
   AddCameraOptions(command, stream.url, stream.access);
 
   AddStreamOptions(command, stream.frame_rate, stream.auto_reconnect);
   AddSizeOption(command, options.size, "Size of the video area in pixels, 1 to 8192 each (default: 640x480)")
-      ->group("Stream");
+      .Group("Stream");
 
   const std::string motion = "Motion";
-  auto* area = AddParsed(command, "--motion-area", options, ParseArea,
-                         "Report motion in this rectangle, in hundredths of the picture, 0 to 100 (default: no motion)",
-                         "x1,y1,x2,y2")
-                   ->group(motion);
+  Option area =
+      AddParsed(command, "--motion-area", options, ParseArea,
+                "Report motion in this rectangle, in hundredths of the picture, 0 to 100 (default: no motion)",
+                "x1,y1,x2,y2")
+          .Group(motion);
   AddParsed(
       command, "--motion-zones", options, ParseZones,
       "Report motion in zones: 25 characters, five for each of five rows from the top, 1 for a watched zone and 0 "
       "for another (default: no motion)",
       "MASK")
-      ->group(motion)
-      ->excludes(area);
-  auto* sensitivity = AddSensitivityOption(command, stream.sensitivity)->group(motion);
+      .Group(motion)
+      .Excludes(area);
+  Option sensitivity = AddSensitivityOption(command, stream.sensitivity).Group(motion);
 
   const std::string end = "When to end (default: at Ctrl-C)";
-  auto* frames = AddCountOption(command, "--frames", options.frames, "End after N pictures, 1 or more")->group(end);
+  Option frames = AddCountOption(command, "--frames", options.frames, "End after N pictures, 1 or more").Group(end);
   AddSecondsOption(command, "--seconds", options.seconds, "End after S seconds, more than 0; may have decimals")
-      ->group(end);
+      .Group(end);
   AddTimeOutOption(command, options.time_out, " with --frames");
-  command.add_flag("--once", options.once, "Fetch and show a single picture")->group(end)->excludes(frames);
+  command.AddFlag("--once", options.once, "Fetch and show a single picture").Group(end).Excludes(frames);
 
   const std::string output = "Output";
   AddParsed(command, "--picture", options, ParsePicture,
             "At the end, write the picture to FILE: .png or .bmp, as the viewer shows it; .jpg, as the server sent it "
             "(default: no file)",
             "FILE")
-      ->group(output);
+      .Group(output);
   AddParsed(command, "--events", options, ParseEvents,
             "Print these events only, separated by commas, or none (default: all; VigilboxTCR comes with each picture)",
             "NAMES")
-      ->group(output);
+      .Group(output);
 
-  command.callback([&options, sensitivity] {
+  command.OnRight([&options, sensitivity] {
     if (options.frames && !options.time_out) options.time_out = kFirstPictureWithin;
-    if (sensitivity->count() > 0 && !options.stream.Motion()) {
-      throw CLI::ValidationError("--sensitivity",
-                                 "say where to look for motion too: --motion-area 0,0,100,100 is the "
-                                 "whole picture");
+    if (sensitivity.IsGiven() && !options.stream.Motion()) {
+      throw UsageError("--sensitivity",
+                       "say where to look for motion too: --motion-area 0,0,100,100 is the "
+                       "whole picture");
     }
   });
 }

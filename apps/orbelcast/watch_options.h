@@ -8,16 +8,14 @@
 #include "common/pixel_size.h"
 #include "stream/stream_options.h"
 
-namespace CLI {
-class App;
-}
-
 namespace orbelcast {
+
+class CommandLine;
 
 /// The options of `orbelcast watch`.
 struct WatchOptions {
   StreamOptions stream;
-  PixelSize size{640, 480};                                  ///< The video area.
+  Size size{640, 480};                                       ///< The video area.
   bool once = false;                                         ///< Fetch a single picture.
   std::optional<int> frames;                                 ///< End after that many pictures.
   std::optional<double> seconds;                             ///< End after that time.
@@ -28,7 +26,7 @@ struct WatchOptions {
 };
 
 /// Declares the options of `watch` on `command`, filling `options` when it is parsed. Wrong values end the parse with a
-/// CLI::ValidationError that says what is expected.
-void AddWatchOptions(CLI::App& command, WatchOptions& options);
+/// UsageError that says what is expected.
+void AddWatchOptions(CommandLine& command, WatchOptions& options);
 
 }  // namespace orbelcast

@@ -5,7 +5,6 @@
 
 #include <fcntl.h>
 #include <unistd.h>
-#include <CLI/CLI.hpp>
 #include <QApplication>
 #include <QBuffer>
 #include <QIcon>
@@ -19,10 +18,10 @@
 #include <vector>
 
 #include "adapters/posix/named_file.h"
+#include "common/command_line.h"
 #include "common/exit_status.h"
 #include "common/program.h"
 #include "common/stop_signals.h"
-#include "common/usage.h"
 #include "player/player_options.h"
 #include "player/player_window.h"
 #include "player/server_dialog.h"
@@ -74,26 +73,23 @@ std::unique_ptr<QMainWindow> MakeWindow(orbelcast::QtPlatform& platform, const o
 
 int Run(int argc, char** argv) {
   orbelcast::PlayerOptions options;
-  CLI::App command(
+  orbelcast::CommandLine command(
+      "orbelcast-player",
       "Shows a camera server's cameras, or one camera, in a window. F11 fills the screen and Escape goes back, F5 "
-      "connects again, Ctrl+Q ends; so does Escape where the viewer is alone.",
-      "orbelcast-player");
-  command.set_version_flag("--version", orbelcast::VersionText());
+      "connects again, Ctrl+Q ends; so does Escape where the viewer is alone.");
+  command.Version(orbelcast::VersionText());
   orbelcast::AddPlayerOptions(command, options);
-  command.footer(
+  command.Footer(
       "Such as:\n"
       "  orbelcast-player 192.168.1.20:8080 --credentials my-login\n"
       "  orbelcast-player http://192.168.1.20:8080/live/1\n\n"
       "Exit status: 0 the window was closed; 1 there is no display, or the screenshot could\n"
       "not be written; 2 wrong usage. 'orbelcast doctor' finds out why a server or a camera cannot be seen.");
-  try {
-    command.parse(argc, argv);
-    if (!options.NamesACamera() && !options.ask) {
-      throw CLI::RequiredError("a camera server, an address, --live-url, --mosaic or --ask");
-    }
-  } catch (const CLI::ParseError& error) {
-    return orbelcast::ReportUsage(command, error);
-  }
+  command.OnRight([&options] {
+    if (options.NamesACamera() || options.ask) return;
+    throw orbelcast::UsageError("a camera server, an address, --live-url, --mosaic or --ask is required");
+  });
+  if (const auto status = command.Read(argc, argv)) return *status;
 
   if (!HasDisplay()) {
     std::cerr

@@ -1,10 +1,10 @@
 #include "player/player_options.h"
 
-#include <CLI/CLI.hpp>
 #include <QStringList>
 #include <QUrl>
 #include <algorithm>
 
+#include "common/command_line.h"
 #include "common/option_values.h"
 #include "common/pixel_size.h"
 
@@ -79,93 +79,91 @@ QString ShownAddress(const std::string& address) {
 namespace {
 
 /// The options of both windows; returns the camera's.
-CLI::Option* AddCommonOptions(CLI::App& app, PlayerOptions& options) {
-  auto* camera = app.add_option("CAMERA", options.camera,
-                                "A camera server, HOST[:PORT]: opens the player. Or the whole address of a picture, "
-                                "http://...: opens the viewer alone")
-                     ->check(CameraProblem)
-                     ->type_name("");
-  app.add_flag("--ask", options.ask, "Ask for the camera server in a window, where none is named here");
+Option AddCommonOptions(CommandLine& app, PlayerOptions& options) {
+  Option camera = app.AddText("CAMERA", options.camera,
+                              "A camera server, HOST[:PORT]: opens the player. Or the whole address of a picture, "
+                              "http://...: opens the viewer alone")
+                      .Check(CameraProblem)
+                      .ValueName("");
+  app.AddFlag("--ask", options.ask, "Ask for the camera server in a window, where none is named here");
   AddAccessOptions(app, options.access, "User name for the camera server (default: none)");
-  app.add_option("--frame-rate", options.frame_rate,
-                 "Pictures a second, 1 to 30; the player takes up to 25 and remembers it")
-      ->check(Within(1, 30))
-      ->take_last()
-      ->type_name("N");
-  app.add_option("--size", options.size,
-                 "Size of the window in pixels, WIDTHxHEIGHT; without it the player's is the one it had last")
-      ->check(CheckSize)
-      ->type_name("WxH");
-  auto* quit_after = AddSecondsOption(app, "--quit-after", options.quit_after,
-                                      "End after S seconds; may have decimals (default: when closed)", kLongestTimeOut);
-  app.add_option("--screenshot", options.screenshot,
-                 "At the end that --quit-after says, write a picture of the window to FILE, whose name ends in .png")
-      ->check(CheckPictureFile)
-      ->needs(quit_after)
-      ->type_name("FILE");
+  app.AddNumber("--frame-rate", options.frame_rate, 1, 30,
+                "Pictures a second, 1 to 30; the player takes up to 25 and remembers it")
+      .TakeLast()
+      .ValueName("N");
+  app.AddText("--size", options.size,
+              "Size of the window in pixels, WIDTHxHEIGHT; without it the player's is the one it had last")
+      .Check(CheckSize)
+      .ValueName("WxH");
+  Option quit_after =
+      AddSecondsOption(app, "--quit-after", options.quit_after,
+                       "End after S seconds; may have decimals (default: when closed)", kLongestTimeOut);
+  app.AddText("--screenshot", options.screenshot,
+              "At the end that --quit-after says, write a picture of the window to FILE, whose name ends in .png")
+      .Check(CheckPictureFile)
+      .Needs(quit_after)
+      .ValueName("FILE");
   return camera;
 }
 
 /// The player's options, which go without a named camera; returns the live stream's.
-CLI::Option* AddOptionsOfPlayer(CLI::App& app, PlayerOptions& options, CLI::Option* camera) {
+Option AddOptionsOfPlayer(CommandLine& app, PlayerOptions& options, const Option& camera) {
   const std::string player = "Player";
-  app.add_option("--device", options.device, "The camera to begin with, by its id on the server (default: the first)")
-      ->type_name("ID")
-      ->group(player);
-  app.add_flag("--extended", options.extended, "Show the buttons for log, messages, alerts, outputs, several cameras")
-      ->group(player);
-  auto* live = app.add_option("--live-url", options.live_url,
-                              "Without a server: the address of the live stream, beginning with http://")
-                   ->check(CheckUrl)
-                   ->excludes(camera)
-                   ->type_name("URL")
-                   ->group(player);
-  app.add_option("--archive-url", options.archive_url, "Without a server: the address that archive steps are added to")
-      ->check(CheckUrl)
-      ->excludes(camera)
-      ->type_name("URL")
-      ->group(player);
-  app.add_flag("--start", options.start, "Show the stream of --live-url at once")->needs(live)->group(player);
-  app.add_flag("--fixed-layout", options.fixed_layout,
-               "Keep everything at its first place and size, whatever the size of the window")
-      ->group(player);
+  app.AddText("--device", options.device, "The camera to begin with, by its id on the server (default: the first)")
+      .ValueName("ID")
+      .Group(player);
+  app.AddFlag("--extended", options.extended, "Show the buttons for log, messages, alerts, outputs, several cameras")
+      .Group(player);
+  Option live = app.AddText("--live-url", options.live_url,
+                            "Without a server: the address of the live stream, beginning with http://")
+                    .Check(CheckUrl)
+                    .Excludes(camera)
+                    .ValueName("URL")
+                    .Group(player);
+  app.AddText("--archive-url", options.archive_url, "Without a server: the address that archive steps are added to")
+      .Check(CheckUrl)
+      .Excludes(camera)
+      .ValueName("URL")
+      .Group(player);
+  app.AddFlag("--start", options.start, "Show the stream of --live-url at once").Needs(live).Group(player);
+  app.AddFlag("--fixed-layout", options.fixed_layout,
+              "Keep everything at its first place and size, whatever the size of the window")
+      .Group(player);
   return live;
 }
 
-void AddOptionsOfViewer(CLI::App& app, PlayerOptions& options, CLI::Option* camera, CLI::Option* live) {
+void AddOptionsOfViewer(CommandLine& app, PlayerOptions& options, const Option& camera, const Option& live) {
   const std::string viewer = "Viewer alone";
-  app.add_option("--mosaic", options.mosaic,
-                 "Show several cameras as a grid: their live addresses, each beginning with http://")
-      ->check(CheckUrl)
-      ->excludes(camera)
-      ->excludes(live)
-      ->type_name("URL ...")
-      ->group(viewer);
-  auto* area = app.add_option("--motion-area", options.motion_area,
-                              "Watch this part of the picture for motion: x1,y1,x2,y2 in hundredths of its size")
-                   ->delimiter(',')
-                   ->type_name("x1,y1,x2,y2")
-                   ->group(viewer);
-  app.add_option("--motion-zones", options.motion_zones,
-                 "Watch 5 x 5 zones for motion: a character each, row by row, 0 leaves the zone out")
-      ->excludes(area)
-      ->type_name("MASK")
-      ->group(viewer);
-  AddSensitivityOption(app, options.sensitivity)->group(viewer);
-  app.add_flag("--show-motion", options.show_motion, "Show what the motion detection sees")->group(viewer);
-  app.add_flag("--auto-reconnect", options.auto_reconnect, "Go on trying when the camera does not answer")
-      ->group(viewer);
-  app.add_flag("--no-status", options.no_status, "Leave the status strip out")->group(viewer);
-  app.add_flag("--time-first-picture", options.time_first_picture,
-               "Print the time from connecting to the first picture, in milliseconds")
-      ->group(viewer);
+  app.AddList("--mosaic", options.mosaic,
+              "Show several cameras as a grid: their live addresses, each beginning with http://")
+      .Check(CheckUrl)
+      .Excludes(camera)
+      .Excludes(live)
+      .ValueName("URL ...")
+      .Group(viewer);
+  Option area = app.AddArea("--motion-area", options.motion_area,
+                            "Watch this part of the picture for motion: x1,y1,x2,y2 in hundredths of its size")
+                    .ValueName("x1,y1,x2,y2")
+                    .Group(viewer);
+  app.AddText("--motion-zones", options.motion_zones,
+              "Watch 5 x 5 zones for motion: a character each, row by row, 0 leaves the zone out")
+      .Excludes(area)
+      .ValueName("MASK")
+      .Group(viewer);
+  AddSensitivityOption(app, options.sensitivity).Group(viewer);
+  app.AddFlag("--show-motion", options.show_motion, "Show what the motion detection sees").Group(viewer);
+  app.AddFlag("--auto-reconnect", options.auto_reconnect, "Go on trying when the camera does not answer").Group(viewer);
+  app.AddFlag("--no-status", options.no_status, "Leave the status strip out").Group(viewer);
+  app.AddFlag("--time-first-picture", options.time_first_picture,
+              "Print the time from connecting to the first picture, in milliseconds")
+      .Group(viewer);
 }
 
 }  // namespace
 
-void AddPlayerOptions(CLI::App& app, PlayerOptions& options) {
-  CLI::Option* const camera = AddCommonOptions(app, options);
-  CLI::Option* const live = AddOptionsOfPlayer(app, options, camera);
+void AddPlayerOptions(CommandLine& app, PlayerOptions& options) {
+  const Option camera = AddCommonOptions(app, options);
+  const Option live = AddOptionsOfPlayer(app, options, camera);
   AddOptionsOfViewer(app, options, camera, live);
 }
 

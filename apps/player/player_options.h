@@ -9,11 +9,9 @@
 
 #include "common/access.h"
 
-namespace CLI {
-class App;
-}
-
 namespace orbelcast {
+
+class CommandLine;
 
 /// The options of the player program.
 struct PlayerOptions {
@@ -68,6 +66,6 @@ std::string CameraProblem(const std::string& text);
 QString ShownAddress(const std::string& address);
 
 /// Declares the options on `app`, filling `options` when it is parsed.
-void AddPlayerOptions(CLI::App& app, PlayerOptions& options);
+void AddPlayerOptions(CommandLine& app, PlayerOptions& options);
 
 }  // namespace orbelcast

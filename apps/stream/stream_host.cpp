@@ -20,7 +20,7 @@ StreamHost::~StreamHost() {
   services_.reset();
 }
 
-void StreamHost::Resize(PixelSize pixels) {
+void StreamHost::Resize(Size pixels) {
   const TwipsScale scale = TwipsScale::Of(platform_.screen);
   viewer_->Resize(scale.TwipsX(pixels.width), scale.TwipsY(pixels.height));
 }

@@ -33,7 +33,7 @@ class StreamHost {
   const DrawnPictures& Pictures() const { return pictures_; }
 
   /// Sets the size of the video area.
-  void Resize(PixelSize pixels);
+  void Resize(Size pixels);
   /// Connects to the camera that the options name. It is time to end where it does not answer, unless they say
   /// `auto_reconnect`: then it is tried again until it has. `once` fetches a single picture.
   void Connect(const StreamOptions& options, bool once);

@@ -6,16 +6,11 @@
 #include <span>
 
 #include "platform/frame_bytes.h"
+#include "platform/size.h"
 
 namespace orbelcast {
 
 class Surface;
-
-/// A size in pixels.
-struct Size {
-  int width = 0;
-  int height = 0;
-};
 
 /// Memory of somebody else's for pixels as a Surface has them: the first one, and how many pixels apart two rows begin.
 /// Of the `height` rows only the first `rows` are there; others are drawn nowhere.
