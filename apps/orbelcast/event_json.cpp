@@ -1,5 +1,6 @@
 #include "orbelcast/event_json.h"
 
+#include <nlohmann/json.hpp>
 #include <ostream>
 #include <string>
 #include <utility>

@@ -1,5 +1,6 @@
 #include <iostream>
 #include <memory>
+#include <nlohmann/json.hpp>
 
 #include "common/command_line.h"
 #include "orbelcast/camera_options.h"

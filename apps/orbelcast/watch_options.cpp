@@ -9,7 +9,7 @@
 #include "common/command_line.h"
 #include "common/option_values.h"
 #include "common/whole_number.h"
-#include "interface/video_server_push_interface.h"
+#include "interface/events.h"
 #include "orbelcast/camera_options.h"
 #include "protocol/text.h"
 
@@ -46,7 +46,7 @@ void ParseZones(const std::string& text, WatchOptions& options) {
 
 std::string EventNames() {
   std::string names;
-  for (const EventEntry& event : interface::kVideoServerPush.events) {
+  for (const EventEntry& event : ViewerEvents()) {
     names += (names.empty() ? "" : ", ") + std::string(event.name);
   }
   return names;
@@ -55,7 +55,7 @@ std::string EventNames() {
 void ParseEvents(const std::string& text, WatchOptions& options) {
   options.events.emplace();
   if (text == kNoEvents) return;
-  const auto known = interface::kVideoServerPush.events;
+  const auto known = ViewerEvents();
   for (const std::string_view part : Split(text, ",")) {
     const std::string name(part);
     if (std::none_of(known.begin(), known.end(), [&](const EventEntry& event) { return event.name == name; })) {

@@ -7,9 +7,13 @@
 
 namespace orbelcast {
 
+std::span<const EventEntry> ViewerEvents() {
+  return interface::kVideoServerPush.events;
+}
+
 void ListenToAll(VideoServerPushEvents& events, EventListener listener) {
   const auto shared = std::make_shared<EventListener>(std::move(listener));
-  for (const EventEntry& event : interface::kVideoServerPush.events) event.listen(events, event, shared);
+  for (const EventEntry& event : ViewerEvents()) event.listen(events, event, shared);
 }
 
 }  // namespace orbelcast

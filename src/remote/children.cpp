@@ -1,6 +1,7 @@
 #include "remote/children.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <type_traits>
 #include <variant>
 

@@ -2,6 +2,7 @@
 
 #include <map>
 #include <memory>
+#include <nlohmann/json.hpp>
 
 #include "remote/script_error.h"
 #include "remote/variant_json.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <span>
 #include <string>
 #include <string_view>
@@ -9,7 +9,7 @@
 
 namespace orbelcast {
 
-/// JSON whose objects keep the order in which they were filled.
+/// JSON whose objects keep the order in which they were filled. Who looks into one includes <nlohmann/json.hpp>.
 using Json = nlohmann::ordered_json;
 
 /// One event as it is told to people and programs: {"event":NAME,"from":CONTROL,"args":{ARG:VALUE,…}}, the arguments

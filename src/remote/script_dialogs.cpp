@@ -1,6 +1,7 @@
 #include "remote/script_dialogs.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 #include "remote/script_error.h"
 
@@ -37,6 +38,10 @@ void ScriptDialogs::Answer(std::string_view kind, const std::string& answer, con
   if (index == kMessage) CheckOneOf(answer, {"Yes", "No", "OK"});
   if (index == kCompression && answer != kCancel) CheckOneOf(answer, codecs);
   answers_[index].push_back(answer);
+}
+
+Json ScriptDialogs::Line(Kind kind) {
+  return {{"dialog", kKinds[kind]}};
 }
 
 std::optional<std::string> ScriptDialogs::AskSaveName(const SaveRequest& request) {

@@ -33,7 +33,7 @@ class ScriptDialogs final : public Dialogs {
   enum Kind : std::size_t { kSave, kMessage, kInput, kCompression };
   static constexpr std::array<std::string_view, 4> kKinds{"save", "message", "input", "compression"};
 
-  static Json Line(Kind kind) { return {{"dialog", kKinds[kind]}}; }
+  static Json Line(Kind kind);
   /// The next answer of the kind; nothing where none waits or it is to be cancelled.
   std::optional<std::string> Next(Kind kind);
   void Tell(Json line, const std::optional<std::string>& answer);

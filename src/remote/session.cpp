@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <chrono>
 #include <limits>
+#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "interface/events.h"
-#include "interface/video_server_push_interface.h"
 #include "remote/children.h"
 #include "remote/numbers.h"
 #include "remote/script_error.h"
@@ -223,8 +223,7 @@ const Surface& Session::FindPicture(const std::string& name, const std::string& 
 }
 
 void Session::CheckEvent(const std::string& event) const {
-  const auto events = interface::kVideoServerPush.events;
-  const bool known = std::ranges::any_of(events, [&](const EventEntry& each) { return each.name == event; });
+  const bool known = std::ranges::any_of(ViewerEvents(), [&](const EventEntry& each) { return each.name == event; });
   if (!known) throw ScriptError("there is no event '" + event + "'");
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <limits>
+#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "remote/children.h"

@@ -1,6 +1,7 @@
 #include "remote/variant_json.h"
 
 #include <openssl/evp.h>
+#include <nlohmann/json.hpp>
 
 #include <array>
 #include <span>

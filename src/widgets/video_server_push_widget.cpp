@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "platform/platform.h"
+#include "toolkit/twips.h"
 #include "viewer/video_server_push.h"
 #include "widgets/lent_platform.h"
 #include "widgets/mirror.h"
@@ -163,8 +164,9 @@ void VideoServerPushWidget::hideEvent(QHideEvent* event) {
 }
 
 QSize VideoServerPushWidget::sizeHint() const {
-  return {401, 260};
-}  // 6015 × 3900 twips.
+  constexpr TwipsScale kUsual;
+  return {kUsual.PixelsX(VideoServerPush::kDesignWidth), kUsual.PixelsY(VideoServerPush::kDesignHeight)};
+}
 
 void VideoServerPushWidget::RunHandler(std::function<void()> handler) {
   parts_->platform->loop.RunHandler(std::move(handler));

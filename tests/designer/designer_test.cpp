@@ -6,7 +6,6 @@
 #include <QPluginLoader>
 #include <QTest>
 #include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
-#include <memory>
 
 #include "fakes/scripted_server.h"
 

@@ -1,7 +1,6 @@
 #include "dispatch/control_server.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cfenv>
 #include <chrono>
@@ -307,13 +306,8 @@ TEST_F(ControlServerTest, ReleasedInsideItsOwnEvent) {
 TEST_F(ControlServerTest, ReleasedWhileConnectWaitsOnTheHostsStack) {
   fakes.http.answers.front().never = true;
   fakes.queue.ArmTimer(std::chrono::milliseconds(50), [&] { control.Release(); });
-  IDispatch* const raw = control.Get();
-  Variant url = MakeText("http://silent/");
-  Arguments arguments{};
-  arguments.values = &url;
-  arguments.count = 1;
   const auto start = fakes.queue.Now();
-  raw->Invoke(kConnect, kMethod, &arguments, nullptr, nullptr);
+  Invoke(kConnect, kMethod, {MakeText("http://silent/")});
   EXPECT_LT(fakes.queue.Now() - start, std::chrono::seconds(3)) << "it waited for an answer that nobody wants any more";
   EXPECT_FALSE(control);
 }

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <map>
 #include <memory>
 #include <string>
 #include <utility>

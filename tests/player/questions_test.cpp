@@ -1,6 +1,5 @@
 // Presses and calls that meet a question of the player's which still waits for its server.
 
-#include <algorithm>
 #include <chrono>
 
 #include "player_fixture.h"

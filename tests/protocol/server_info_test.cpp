@@ -17,7 +17,6 @@ using fakes::AnswerBytes;
 using fakes::ScriptedServer;
 using fakes::TargetOf;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 using To = ScriptedServer::Connection;
 
@@ -90,7 +89,7 @@ class RelayTest : public ServerInfoTest {
 
 TEST_F(RelayTest, TheAccountsServerTakesItsPlaceForServerInformationToo) {
   for (const char* url : {"Relay.example", "host/Relay.example/ann", ""}) EXPECT_EQ(Resolve(url), url);
-  EXPECT_THAT(relay.Requests(), IsEmpty());
+  EXPECT_THAT(relay.Requests(), testing::IsEmpty());
   EXPECT_EQ(Resolve("Relay.example/ann b/Relay.example/ann b"), "cam.example:81/cam.example:81");
   EXPECT_EQ(TargetOf(relay.Requests().front()), "/cgi-bin/relaypost.exe?op=rdxviewer&account=ann b");
   // Looked up in any letter case, replaced in the stored one alone.

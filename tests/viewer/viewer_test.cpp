@@ -169,10 +169,9 @@ TEST(ViewerScaleTest, PixelsAreTheScreensInEachDirection) {
   world.screen.twips_y = 20;
   const auto viewer = VideoServerPush::Create(world.platform);
   viewer->Resize(640 * 12, 480 * 20);
-  EXPECT_EQ(viewer->MotionPicture[2].Width, 89 * 12);
-  EXPECT_EQ(viewer->MotionPicture[2].Height, 82 * 20);
-  EXPECT_EQ(viewer->MotionPicture[2].Left, -5 * 12);
-  EXPECT_EQ(viewer->MotionPicture[2].Top, -5 * 20);
+  const PictureBox& thumbnail = viewer->MotionPicture[2];
+  EXPECT_THAT((std::vector<float>{thumbnail.Left, thumbnail.Top, thumbnail.Width, thumbnail.Height}),
+              ElementsAre(-5 * 12, -5 * 20, 89 * 12, 82 * 20));
   EXPECT_EQ(viewer->StatusDisplay.Top, (480 - 26) * 20);
   const auto& area = viewer->VideoStream;
   world.http.answers = {Good(Picture(5, 5, 5)), Good(Picture(5, 5, 5)), WithStatus(500)};

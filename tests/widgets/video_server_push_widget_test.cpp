@@ -24,12 +24,11 @@
 #include <string>
 #include <utility>
 
+#include "dispatch/control_class.h"
 #include "fakes/fake_platform.h"
 #include "fakes/run_loop.h"
 #include "fakes/scripted_server.h"
 #include "fakes/small_jpeg.h"
-#include "interface/user_control1_interface.h"
-#include "interface/video_server_push_interface.h"
 #include "orbelcast/player_widget.h"
 #include "platform/jpeg_decoder.h"
 #include "viewer/video_server_push.h"
@@ -60,19 +59,18 @@ class WidgetTest : public testing::Test {
 
 // The widgets' headers are written by hand.
 TEST(WidgetInterfaceTest, EveryMemberOfAnInterfaceIsAMemberOfItsWidget) {
-  const std::pair<const QMetaObject*, const ControlInterface*> widgets[] = {
-      {&VideoServerPushWidget::staticMetaObject, &interface::kVideoServerPush},
-      {&PlayerWidget::staticMetaObject, &interface::kUserControl1}};
-  for (const auto& [meta, described] : widgets) {
+  for (const auto& [meta, name] : {std::pair(&VideoServerPushWidget::staticMetaObject, "VideoServerPush"),
+                                   std::pair(&PlayerWidget::staticMetaObject, "UserControl1")}) {
+    const ControlInterface& described = server::FindClass(name)->interface;
     std::set<std::string, std::less<>> methods;
     for (int i = 0; i < meta->methodCount(); ++i) methods.insert(meta->method(i).name().toStdString());
-    for (const PropertyEntry& property : described->properties) {
+    for (const PropertyEntry& property : described.properties) {
       const int index = meta->indexOfProperty(property.name.data());
       ASSERT_GE(index, 0) << property.name;
       EXPECT_EQ(meta->property(index).isWritable(), property.writable) << property.name;
     }
-    for (const MethodEntry& method : described->methods) EXPECT_TRUE(methods.contains(method.name)) << method.name;
-    for (const EventEntry& event : described->events) EXPECT_TRUE(methods.contains(event.name)) << event.name;
+    for (const MethodEntry& method : described.methods) EXPECT_TRUE(methods.contains(method.name)) << method.name;
+    for (const EventEntry& event : described.events) EXPECT_TRUE(methods.contains(event.name)) << event.name;
   }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <iosfwd>
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "common/colours.h"

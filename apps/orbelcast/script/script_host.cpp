@@ -1,5 +1,6 @@
 #include "orbelcast/script/script_host.h"
 
+#include <nlohmann/json.hpp>
 #include <ostream>
 
 #include "orbelcast/picture_file.h"

@@ -1,7 +1,6 @@
 #include "adapters/curl/http_login.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace orbelcast {
 namespace {

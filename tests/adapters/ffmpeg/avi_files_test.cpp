@@ -3,12 +3,10 @@
 #include "adapters/ffmpeg/ffmpeg_avi_files.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
-#include <cmath>
 #include <csignal>
 #include <cstdio>
 #include <cstring>

@@ -1,7 +1,6 @@
 #include "adapters/fiber/fiber_loop.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <array>
 #include <memory>

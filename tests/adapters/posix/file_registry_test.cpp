@@ -1,7 +1,6 @@
 #include "adapters/posix/file_registry.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -16,7 +15,6 @@
 namespace orbelcast {
 namespace {
 
-using testing::Contains;
 using testing::HasSubstr;
 using testing::SizeIs;
 
