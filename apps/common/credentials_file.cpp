@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "adapters/posix/key_value_lines.h"
-#include "adapters/posix/named_file.h"
+#include "common/standard_stream.h"
 #include "toolkit/ascii.h"
 
 namespace orbelcast {
@@ -23,7 +23,7 @@ std::string_view Unquoted(std::string_view text) {
 }  // namespace
 
 Credentials ReadCredentials(const std::filesystem::path& file) {
-  const FileContent content = ReadNamedFile(file, kMaxCredentialsBytes, Pipes::kRead);
+  const FileContent content = ReadInput(file, kMaxCredentialsBytes);
   if (!content.problem.empty()) throw CredentialsError("cannot read " + file.string() + ": " + content.problem);
 
   Credentials credentials;

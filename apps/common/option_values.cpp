@@ -1,7 +1,7 @@
 #include "common/option_values.h"
 
-#include "adapters/posix/named_file.h"
 #include "common/command_line.h"
+#include "common/standard_stream.h"
 
 namespace orbelcast {
 
@@ -13,6 +13,7 @@ Option AddSensitivityOption(CommandLine& command, int& percent) {
 }
 
 std::string CheckWritable(const std::string& file) {
+  if (IsStandardStream(file)) return {};
   const std::string why = WhyUnwritable(file);
   return why.empty() ? why : "cannot write " + file + ": " + why;
 }

@@ -4,10 +4,10 @@
 #include <memory>
 #include <string>
 
-#include "adapters/posix/named_file.h"
 #include "assembly/headless_platform.h"
 #include "common/command_line.h"
 #include "common/shown_text.h"
+#include "common/standard_stream.h"
 #include "orbelcast/camera_options.h"
 #include "orbelcast/commands.h"
 #include "orbelcast/picture_file.h"
@@ -55,7 +55,7 @@ ExitStatus Log(const LogOptions& options) {
     std::cerr << "orbelcast: no log from " << MaskedAddress(options.server).Text() << ": " << wrong << '\n';
     return kNoPictures;
   }
-  const std::string wrong = WriteNamedFile(options.file, answer->ResponseBody().Bytes());
+  const std::string wrong = WriteOutput(options.file, answer->ResponseBody().Bytes());
   return TellIfUnwritten(options.file, wrong) ? kBadUsage : kWorked;
 }
 
@@ -68,7 +68,8 @@ CommandRun BuildLog(CommandLine& command) {
   const auto options = std::make_shared<LogOptions>();
   AddServerOption(command, options->server);
   AddFileArgument(command, options->file,
-                  "Where the log goes, as the server sent it; an existing file is replaced once the log is there");
+                  "Where the log goes, as the server sent it; an existing file is replaced once the log is there. - is "
+                  "standard output");
   AddRequestOptions(command, options->access, options->time_out);
   return [options] { return Log(*options); };
 }

@@ -9,6 +9,7 @@
 #include "common/command_line.h"
 #include "common/option_values.h"
 #include "common/shown_text.h"
+#include "common/standard_stream.h"
 #include "interface/events.h"
 #include "mosaic/mosaic_tile.h"
 #include "orbelcast/camera_options.h"
@@ -69,7 +70,8 @@ class MosaicHost {
 
   void NoteEvent(const EventEntry& event, std::span<const EventArgument> arguments) {
     if (host_.HasEnded()) return;
-    if (!PrintViewerEvent(std::cout, event, arguments)) host_.End();
+    const bool prints = !IsStandardStream(options_.output);
+    if (prints && !PrintViewerEvent(std::cout, event, arguments)) host_.End();
     if (event.name != "StreamInfo") return;
     if (clip_ && !clip_->Add()) host_.End();
     if (++rounds_ == options_.rounds && !options_.seconds) host_.End();

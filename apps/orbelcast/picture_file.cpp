@@ -2,8 +2,8 @@
 
 #include <iostream>
 
-#include "adapters/posix/named_file.h"
 #include "common/shown_text.h"
+#include "common/standard_stream.h"
 #include "recording/picture_file.h"
 #include "toolkit/ascii.h"
 
@@ -12,6 +12,7 @@ namespace orbelcast {
 namespace fs = std::filesystem;
 
 PictureFormat FormatOf(const fs::path& file) {
+  if (IsStandardStream(file)) return PictureFormat::kPng;
   const std::string ending = LowerCase(file.extension().string());
   if (ending == ".png") return PictureFormat::kPng;
   if (ending == ".bmp") return PictureFormat::kBmp;
@@ -20,7 +21,7 @@ PictureFormat FormatOf(const fs::path& file) {
 }
 
 std::string WritePicture(const fs::path& file, std::span<const std::uint8_t> bytes) {
-  return bytes.empty() ? "there is no picture" : WriteNamedFile(file, bytes);
+  return bytes.empty() ? "there is no picture" : WriteOutput(file, bytes);
 }
 
 std::string WritePicture(const fs::path& file, const Surface& picture, PictureCodec& codec) {

@@ -10,12 +10,12 @@
 
 namespace orbelcast {
 
-/// The format that a picture file's name asks for, by its ending in any letter case.
+/// The format that a picture file's name asks for, by its ending in any letter case; on standard output, PNG.
 enum class PictureFormat { kUnknown, kPng, kBmp, kJpeg };
 
 PictureFormat FormatOf(const std::filesystem::path& file);
 
-/// Writes a picture's bytes where `file` leads, as WriteNamedFile does; none are a problem of their own.
+/// Writes a picture's bytes where `file` leads, as WriteOutput does; none are a problem of their own.
 std::string WritePicture(const std::filesystem::path& file, std::span<const std::uint8_t> bytes);
 
 /// Reports on standard error that `file` could not be written, and `why`. False where `why` is empty.

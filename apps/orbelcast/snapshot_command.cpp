@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "common/command_line.h"
+#include "common/standard_stream.h"
 #include "orbelcast/camera_options.h"
 #include "orbelcast/commands.h"
 #include "orbelcast/event_json.h"
@@ -46,8 +47,13 @@ CommandRun BuildSnapshot(CommandLine& command) {
   AddCameraOptions(command, watch.stream.url, watch.stream.access);
   AddFileArgument(command, watch.picture,
                   "Where the picture goes, as the server sent it; an existing file is replaced once the picture is "
-                  "there");
+                  "there. - is standard output");
   command.AddFlag("--json", options->json, "Print what was saved as JSON, for programs").Group("Output");
+  command.OnRight([options] {
+    if (options->json && IsStandardStream(options->watch.picture)) {
+      throw UsageError("--json", "standard output is the picture's: name a file");
+    }
+  });
   return [options] { return Snapshot(*options); };
 }
 

@@ -8,6 +8,7 @@
 
 #include "common/command_line.h"
 #include "common/option_values.h"
+#include "common/standard_stream.h"
 #include "common/whole_number.h"
 #include "interface/events.h"
 #include "orbelcast/camera_options.h"
@@ -115,7 +116,7 @@ void AddWatchOptions(CommandLine& command, WatchOptions& options) {
   const std::string output = "Output";
   AddParsed(command, "--picture", options, ParsePicture,
             "At the end, write the picture to FILE: .png or .bmp, as the viewer shows it; .jpg, as the server sent it "
-            "(default: no file)",
+            "(default: no file). - is standard output, as PNG; no event is printed then",
             "FILE")
       .Group(output);
   AddParsed(command, "--events", options, ParseEvents,
@@ -124,6 +125,7 @@ void AddWatchOptions(CommandLine& command, WatchOptions& options) {
       .Group(output);
 
   command.OnRight([&options, sensitivity] {
+    if (IsStandardStream(options.picture)) options.events.emplace();
     if (options.frames && !options.time_out) options.time_out = kFirstPictureWithin;
     if (sensitivity.IsGiven() && !options.stream.Motion()) {
       throw UsageError("--sensitivity",

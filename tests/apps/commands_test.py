@@ -160,6 +160,13 @@ class Snapshot(Commands):
             self.assertIn(why, done.stderr)
         self.assertEqual((self.left(), file.read_text()), (["now.jpg", "pipe.jpg"], "old"))
 
+    def test_a_dash_is_standard_output(self):
+        def printed(*words):
+            return subprocess.run([ORBELCAST, *words], capture_output=True, timeout=60, check=True).stdout
+
+        self.assertEqual(printed("snapshot", self.live(2), "-"), (PICTURES / "2_moved.jpg").read_bytes())
+        self.assertTrue(printed("watch", self.live(2), "--once", "--picture", "-").startswith(b"\x89PNG"))
+        self.assertEqual(orbelcast("snapshot", self.live(2), "-", "--json").returncode, 2)
 
     def test_a_stream_is_asked_for_once_and_once_more_with_the_login(self):
         url = self.live(1, self.guarded).replace("live", "stream")
@@ -298,6 +305,8 @@ class Login(Commands):
         login = self.file("login", "# the yard\nuser = ann\npassword = \"s3cret\"\n")
         other = {"ORBELCAST_USER": "eve", "ORBELCAST_PASSWORD": "other"}
         self.assertEqual(orbelcast("info", server, "--credentials", login, **other).returncode, 0, "the file wins")
+        command = [ORBELCAST, "info", server, "--credentials", "-"]
+        self.assertEqual(subprocess.run(command, input=login.read_bytes(), capture_output=True).returncode, 0)
         done = orbelcast("watch", self.live(1, self.guarded), "--once", "--credentials", login)
         self.assertEqual((done.returncode, done.stderr), (0, ""))
         done = orbelcast("info", server, "--credentials", login, "--user", "eve")
