@@ -4,7 +4,7 @@
 import time
 import unittest
 
-from camera_server import GET, Server, is_whole, jpeg_size
+from camera_server import Server, is_whole, jpeg_size
 
 CODE = "?live-special0160x0120050"
 DAY = 24 * 3600
@@ -38,18 +38,6 @@ class Live(unittest.TestCase):
             self.assertNotEqual(first, server.get("/live/1")[2])
             for camera in ("3", "0", "", "x", "99999999999999999999"):
                 self.assertEqual(server.get("/live/" + camera)[0], 506, camera)
-
-    def test_headers(self):
-        with Server("--cameras", "2", "--name", "Yard", "--vigilbox-info", "1 fine", "--recording", "yes") as server:
-            _, headers, _ = server.get("/live/2")
-            self.assertLess(abs(seconds(headers["RC_TCR"]) - time.time()), 5)
-            self.assertEqual([headers[name] for name in ("Recording", "VigilboxInfo", "PlugIns")],
-                             ["Yes", "1 fine", None])
-            with server.open(GET) as one, server.open(GET) as two:
-                one.recv(1)
-                two.recv(1)
-                self.assertEqual(server.get("/live/1")[1]["HolmvaneStatus"], "Yard: 3 viewers")
-
 
 def query(flag, moment=NOTHING, device="1", login="ann/pw"):
     """What a player sends: two question marks, the picture code behind "Quality="."""
@@ -93,21 +81,6 @@ class Archive(unittest.TestCase):
         self.assert_ago(self.move("P", self.at(3 * DAY)), 2 * DAY)
         self.assert_ago(self.move("P", ["9999"] + ["99"] * 5), 0)
         self.assert_ago(self.move("P", ("1", "1", "1", "0", "0", "0")), 2 * DAY)
-
-    def test_visitors_and_cameras_have_places_of_their_own(self):
-        wanted = self.move("P", self.at(7200))
-        self.assert_ago(self.move("R", login="bob/pw"), 0)  # without a place: from the end
-        self.assert_ago(self.move("F", device="2"), 2 * DAY)  # or from the beginning
-        self.assertEqual(self.move("F"), wanted + 1)
-
-    def test_pictures(self):
-        noon = query("P", (*self.at(DAY)[:3], "12", "30", "0"))
-        _, headers, picture = self.server.get(noon)
-        self.assertRegex(headers["HolmvaneStatus"], r"^Lime Street: archive of \d{4}-\d\d-\d\d 12:30:00$")
-        self.assertEqual((self.server.get(noon)[2], jpeg_size(picture)), (picture, (160, 120)))
-        self.assertNotEqual(self.server.get(noon.replace("Device=1", "Device=2"))[2], picture)
-        for target, status in ((query("P", device="9"), 506), (query("X"), 400)):
-            self.assertEqual(self.server.get(target)[0], status, target)
 
 
 if __name__ == "__main__":

@@ -1,16 +1,15 @@
 #!/usr/bin/env python3
-"""Requests as bytes and what is kept of them, misbehaviour on request, many clients, the program itself:
+"""Requests as bytes and what is kept of them, misbehaviour on request, many clients:
 requests_test.py SERVER_PROGRAM"""
 
 import json
 import re
 import signal
-import subprocess
 import tempfile
 import time
 import unittest
 
-from camera_server import GET, PROGRAM, Server, TIMEOUT, is_whole, jpeg_size, split
+from camera_server import GET, Server, TIMEOUT, is_whole, jpeg_size, split
 
 LOGIN = "/$openlogin/a b/p\xe9/ss?w/srv_vigilbox$message?msg=x y&Send=Send+Message"
 
@@ -144,17 +143,6 @@ class Faults(unittest.TestCase):
         self.server.fault(1, "garbage")
         garbage = self.server.raw(GET)
         self.assertEqual((len(garbage), b"HTTP" in garbage), (512, False))
-
-
-class Program(unittest.TestCase):
-    def test_exit_status_tells(self):
-        with Server() as server:
-            for options, status in ((("--help",), 0), (("--port", str(server.port)), 1), (("--listen", "nowhere"), 1),
-                                    (("--fault", "1=bogus"), 2), (("--name", "a\r\nb"), 2), (("word",), 2)):
-                result = subprocess.run([PROGRAM, *options], capture_output=True, text=True, timeout=TIMEOUT)
-                output, message = (result.stdout, result.stderr) if status else (result.stderr, result.stdout)
-                self.assertEqual((result.returncode, output), (status, ""), options)
-                self.assertIn("orbelcast-camera-server", message)
 
 
 if __name__ == "__main__":
