@@ -9,9 +9,11 @@
 
 #include "common/http_status.h"
 #include "common/shown_text.h"
+#include "player/picture_age.h"
 #include "player/user_control1.h"
 #include "stream/failure_text.h"
 #include "widgets/control_widgets.h"
+#include "widgets/qt_texts.h"
 
 namespace orbelcast {
 
@@ -31,6 +33,7 @@ PlayerWindow::PlayerWindow(Platform& platform, YieldingHttp& requests, const Pla
   TakeSize();
   AddShortcuts();
   WatchRequests(requests);
+  new PictureAge(*this, *player_->Control().VS, *notice_, [this] { return ChosenCamera(); });
   ShowTitle();
   QObject::connect(player_, &PlayerWidget::Loaded, this, &PlayerWindow::OnLoaded);
   QObject::connect(notice_, &Notice::Retried, this, &PlayerWindow::LoadAgain);
@@ -138,6 +141,13 @@ QString PlayerWindow::Problem() const {
 
 bool PlayerWindow::LacksDevice() const {
   return !player_->Device().isEmpty() && !player_->Server().isEmpty() && player_->Control().CamList.ListIndex() < 0;
+}
+
+QString PlayerWindow::ChosenCamera() const {
+  const ComboBox& cameras = player_->Control().CamList;
+  const int index = cameras.ListIndex();
+  if (index < 0) return ShownAddress(options_.camera);
+  return ToLine(cameras.List()[static_cast<std::size_t>(index)]).left(kLongestTitle);
 }
 
 void PlayerWindow::TellOfDevice() {

@@ -34,6 +34,8 @@ class PlayerWindow final : public QMainWindow {
   /// The camera that was asked for, or was chosen before, is not among the server's.
   bool LacksDevice() const;
   void TellOfDevice();
+  /// Its name in the list.
+  QString ChosenCamera() const;
   void ShowTitle();
   /// The server's problem, for people; empty where there is none.
   QString Problem() const;

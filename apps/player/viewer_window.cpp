@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <iostream>
 
+#include "player/picture_age.h"
 #include "stream/failure_text.h"
 #include "stream/stream_options.h"
 #include "viewer/video_server_push.h"
@@ -83,6 +84,7 @@ void ViewerWindow::AddShortcuts() {
 }
 
 void ViewerWindow::TellOfCamera() {
+  new PictureAge(*this, viewer_->Control(), *notice_, [this] { return ShownAddress(options_.camera); });
   patience_.setSingleShot(true);
   patience_.setInterval(Notice::kPatienceMilliseconds);
   retry_.setSingleShot(true);

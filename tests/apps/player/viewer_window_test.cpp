@@ -79,5 +79,20 @@ TEST_F(ViewerWindowTest, GoesOnTryingACameraThatHasNotAnsweredYet) {
   EXPECT_TRUE(RunUntil([&] { return video->isVisible(); })) << "asked " << asked << " times; " << Notice();
 }
 
+// A camera that hangs: the last picture is no picture of now.
+TEST_F(ViewerWindowTest, TellsThatThePictureIsOldUntilTheNextOneComes) {
+  std::atomic<int> asked = 0;
+  std::atomic<bool> goes_on = false;
+  const ScriptedServer server([&](const std::string&, ScriptedServer::Connection& to) {
+    while (asked > 3 && !goes_on && to.Pause(milliseconds(10))) continue;
+    ++asked;
+    to.Send(AnswerBytes(200, fakes::SmallJpeg()));
+  });
+  Open(server.Url());
+  EXPECT_TRUE(RunUntil([&] { return Notice().starts_with("No picture since "); })) << Notice();
+  goes_on = true;
+  EXPECT_TRUE(RunUntil([&] { return Notice().empty(); })) << Notice();
+}
+
 }  // namespace
 }  // namespace orbelcast
