@@ -74,3 +74,16 @@ write_basic_package_version_file("${PROJECT_BINARY_DIR}/packaging/OrbelcastConfi
 install(FILES "${PROJECT_BINARY_DIR}/packaging/OrbelcastConfig.cmake"
         "${PROJECT_BINARY_DIR}/packaging/OrbelcastConfigVersion.cmake"
         DESTINATION "${package_dir}" COMPONENT development)
+
+# ---- Documents: in a package the licence is that of packaging/copyright ------------------------------------------------
+set(documents README.md CHANGELOG.md docs examples)
+if(NOT ORBELCAST_PACKAGES)
+  list(APPEND documents LICENSE)
+endif()
+foreach(document IN LISTS documents)
+  if(IS_DIRECTORY "${PROJECT_SOURCE_DIR}/${document}")
+    install(DIRECTORY "${document}" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/orbelcast" COMPONENT development)
+  else()
+    install(FILES "${document}" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/orbelcast" COMPONENT development)
+  endif()
+endforeach()

@@ -59,6 +59,11 @@ class InstallTest(unittest.TestCase):
         self.assertTrue(self.library.samefile((build / "library").read_text()))
         self.check(build / "host", self.compile(source, "orbelcast"), "--qt")
 
+    def test_documents(self):
+        documents = self.prefix / "share/doc/orbelcast"
+        for name in ("LICENSE", "README.md", "docs/images/player.png", "examples/qt/CMakeLists.txt"):
+            self.assertTrue((documents / name).is_file(), name)
+
     def test_a_component_that_there_is_not_is_named(self):
         with self.assertRaisesRegex(AssertionError, 'no\\s+component "Gtk"'):
             self.build(ROOT / "tests/install/server_host", "-DCOMPONENT=Gtk")
