@@ -11,12 +11,14 @@
 namespace orbelcast::fakes {
 
 bool ScriptedServer::Connection::Send(std::string_view bytes) {
-  while (!closed_ && !bytes.empty()) {
-    const ssize_t sent = send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+  // The client may have them all, and the test go on and change them, before the system's call returns.
+  const std::string kept(bytes);
+  for (std::string_view rest = kept; !closed_ && !rest.empty();) {
+    const ssize_t sent = send(socket_, rest.data(), rest.size(), MSG_NOSIGNAL);
     if (sent <= 0) {
       closed_ = true;
     } else {
-      bytes.remove_prefix(static_cast<std::size_t>(sent));
+      rest.remove_prefix(static_cast<std::size_t>(sent));
     }
   }
   return !closed_;
