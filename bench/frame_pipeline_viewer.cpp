@@ -4,14 +4,11 @@
 #include "frame_pipelines.h"
 #include "imaging/motion.h"
 #include "viewer/video_server_push.h"
+#include "whole_picture.h"
 
 namespace orbelcast::bench {
 
 namespace {
-
-/// The watched rectangle and sensitivity of a host that wants to be told of everything.
-constexpr int kWholePicture = 100;
-constexpr int kSensitivity = 80;
 
 /// A request whose answer is there at once: the frame that the benchmark says.
 class FrameInHand final : public HttpRequest {
@@ -60,11 +57,7 @@ class Viewer final : public Pipeline {
     viewer_ = VideoServerPush::Create(platform_);
     viewer_->Resize(static_cast<float>(width_ * platform_.screen.TwipsPerPixelX()),
                     static_cast<float>(height_ * platform_.screen.TwipsPerPixelY()));
-    viewer_->MotionDetector(true);
-    viewer_->MotionArea_x2(kWholePicture);
-    viewer_->MotionArea_Y2(kWholePicture);
-    std::int32_t sensitivity = kSensitivity;
-    viewer_->MotionSensivity(sensitivity);
+    WatchWholePicture(*viewer_);
     viewer_->Connect("http://camera/");
     viewer_->ToogleClock(false);
   }

@@ -41,6 +41,7 @@
 #include "picture_server.h"
 #include "silent_servers.h"
 #include "viewer/video_server_push.h"
+#include "whole_picture.h"
 
 namespace orbelcast::bench {
 
@@ -49,9 +50,6 @@ namespace {
 constexpr int kWidth = 640;
 constexpr int kHeight = 480;
 constexpr int kPictures = 8;
-/// The watched rectangle and sensitivity of a host that wants to be told of everything.
-constexpr int kWholePicture = 100;
-constexpr int kSensitivity = 80;
 constexpr int kBareTurns = 5;
 constexpr int kBareRequests = 100;
 constexpr int kBareDecodes = 20;
@@ -109,13 +107,7 @@ class Viewers {
                    static_cast<float>(kHeight * platform_.Get().screen.TwipsPerPixelY()));
     auto rate = static_cast<std::int16_t>(setting.rate);
     viewer->FrameRate(rate);
-    if (setting.motion) {
-      viewer->MotionDetector(true);
-      viewer->MotionArea_x2(kWholePicture);
-      viewer->MotionArea_Y2(kWholePicture);
-      std::int32_t sensitivity = kSensitivity;
-      viewer->MotionSensivity(sensitivity);
-    }
+    if (setting.motion) WatchWholePicture(*viewer);
     listening_.push_back(viewer->Events.VigilboxTCR.Connect([this](auto&&...) { ++pictures_; }));
     Loop().RunHandler([viewer, url] { viewer->Connect(url); });
     viewers_.push_back(std::move(viewer));

@@ -76,14 +76,9 @@ install(FILES "${PROJECT_BINARY_DIR}/packaging/OrbelcastConfig.cmake"
         DESTINATION "${package_dir}" COMPONENT development)
 
 # ---- Documents: in a package the licence is that of packaging/copyright ------------------------------------------------
-set(documents README.md CHANGELOG.md docs examples)
+set(doc_dir "${CMAKE_INSTALL_DATADIR}/doc/orbelcast")
+install(FILES README.md CHANGELOG.md DESTINATION "${doc_dir}" COMPONENT development)
+install(DIRECTORY docs examples DESTINATION "${doc_dir}" COMPONENT development)
 if(NOT ORBELCAST_PACKAGES)
-  list(APPEND documents LICENSE)
+  install(FILES LICENSE DESTINATION "${doc_dir}" COMPONENT development)
 endif()
-foreach(document IN LISTS documents)
-  if(IS_DIRECTORY "${PROJECT_SOURCE_DIR}/${document}")
-    install(DIRECTORY "${document}" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/orbelcast" COMPONENT development)
-  else()
-    install(FILES "${document}" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/orbelcast" COMPONENT development)
-  endif()
-endforeach()

@@ -42,7 +42,7 @@ PictureAge::PictureAge(QWidget& window, VideoServerPush& viewer, Notice& notice,
 void PictureAge::NotePicture() {
   shown_ = viewer_.URL();
   shown_at_ = Clock::now();
-  if (told_) Tell({});
+  Tell({});
 }
 
 void PictureAge::Look() {
@@ -70,15 +70,14 @@ QString PictureAge::WhatIsWrong() const {
 }
 
 void PictureAge::Tell(const QString& wrong) {
+  const bool is_new = std::exchange(told_, wrong) != wrong;
+  veil_->setVisible(!wrong.isEmpty());
   if (wrong.isEmpty()) {
-    if (std::exchange(told_, false)) notice_.EndProgress();
-    veil_->hide();
+    if (is_new) notice_.EndProgress();
     return;
   }
-  told_ = true;
-  notice_.ShowProgress(wrong);
   veil_->setGeometry(veil_->parentWidget()->rect());
-  veil_->show();
+  if (is_new || !notice_.isVisible()) notice_.ShowProgress(wrong);
 }
 
 }  // namespace orbelcast

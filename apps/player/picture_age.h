@@ -39,7 +39,7 @@ class PictureAge final : public QObject {
   const std::function<QString()> camera_;
   QWidget* veil_;
   QTimer looks_;
-  bool told_ = false;
+  QString told_;
 
   std::string asked_;  ///< The address at the last look, and since when.
   Clock::time_point asked_at_;

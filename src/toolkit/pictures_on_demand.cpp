@@ -24,11 +24,6 @@ bool HasEnd(std::span<const std::uint8_t> bytes) {
   return false;
 }
 
-bool IsRefused(const JpegTarget& target) {
-  const auto refused = [](int side) { return side < 0 || side > Surface::kMaxSide; };
-  return refused(target.width) || refused(target.height);
-}
-
 /// A picture and its targets, each on a surface that waits for somebody to look.
 class Picture final : public UnseenPicture {
  public:
@@ -93,13 +88,18 @@ class Picture final : public UnseenPicture {
 
 }  // namespace
 
+bool IsLeftOut(const JpegTarget& target) {
+  const auto refused = [](int side) { return side < 0 || side > Surface::kMaxSide; };
+  return refused(target.width) || refused(target.height);
+}
+
 std::optional<Size> PicturesOnDemand::DrawWhenSeen(const FrameBytes& jpeg, std::span<const JpegTarget> targets) {
   if (jpeg.Size() > kMaxBytesKept) return DrawOnAll(jpeg, targets);
   const auto size = SizeOf(jpeg);
-  if (!size || !HasEnd(jpeg.Bytes()) || std::ranges::all_of(targets, IsRefused)) return std::nullopt;
+  if (!size || !HasEnd(jpeg.Bytes()) || std::ranges::all_of(targets, IsLeftOut)) return std::nullopt;
   const auto picture = std::make_shared<Picture>(decoder_, jpeg);
   for (const JpegTarget& target : targets) {
-    if (IsRefused(target)) continue;
+    if (IsLeftOut(target)) continue;
     const JpegTarget sized{target.surface, target.width == 0 ? size->width : target.width,
                            target.height == 0 ? size->height : target.height, target.x, target.y};
     sized.surface.DrawWhenSeen(picture, sized.x, sized.y, sized.width, sized.height);

@@ -6,6 +6,9 @@
 
 namespace orbelcast {
 
+/// Whether a decoder leaves that target out, for its width or height.
+bool IsLeftOut(const JpegTarget& target);
+
 /// Passes pictures on to a decoder when somebody looks at the surfaces that they are drawn on. A picture that is
 /// covered before costs the reading of its header.
 ///

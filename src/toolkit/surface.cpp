@@ -82,6 +82,7 @@ void Surface::Resize(int width, int height, Color background) {
 void Surface::FillBox(int x1, int y1, int x2, int y2, Color color) {
   const Box box = Clipped({std::min(x1, x2), std::min(y1, y2), std::max(x1, x2), std::max(y1, y2)});
   if (box.Empty()) return;
+  newest_was_damaged_ = false;
   const bool whole = box.Covers(Whole());
   if (whole) unseen_.reset();
   if (unseen_) {
@@ -140,6 +141,7 @@ std::span<std::uint32_t> Surface::MutablePixels() {
   Settle();
   Block& block = Memorized();
   ++block.revision;
+  newest_was_damaged_ = false;
   return block.pixels;
 }
 
@@ -207,9 +209,10 @@ bool Surface::LookInto(const PixelMemory& memory) const {
 // What lies below the newest drawing that covers everything is not made, unless that one is damaged.
 void Surface::DrawNow(std::span<const Drawing> drawings) {
   const auto is_whole = [this](const Drawing& drawing) { return drawing.box.Covers(Whole()); };
+  bool newest_was_damaged = false;
   const auto draw = [&](const Drawing& drawing) {
     const bool drawn = DrawNow(drawing);
-    if (&drawing == &drawings.back()) newest_was_damaged_ = !drawn;
+    if (&drawing == &drawings.back()) newest_was_damaged = !drawn;
     return drawn;
   };
   std::size_t first = drawings.size();
@@ -217,6 +220,7 @@ void Surface::DrawNow(std::span<const Drawing> drawings) {
   for (const Drawing& drawing : drawings.subspan(first)) {
     if (!is_whole(drawing)) draw(drawing);
   }
+  newest_was_damaged_ = newest_was_damaged;
 }
 
 bool Surface::DrawNow(const Drawing& drawing) {
@@ -226,7 +230,7 @@ bool Surface::DrawNow(const Drawing& drawing) {
 }
 
 std::shared_ptr<Surface::Unseen> Surface::TakeUnseen(const UnseenPicture& picture) {
-  if (!watched_) return nullptr;
+  if (!watched_ || !unseen_) return nullptr;
   const Drawing& newest = unseen_->drawings.back();
   if (newest.picture.get() != &picture || !newest.box.Covers(Whole())) return nullptr;
   return std::exchange(unseen_, nullptr);

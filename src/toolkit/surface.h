@@ -163,7 +163,7 @@ class Surface {
   /// To look without making pixels: where all that is to be seen is a picture that nobody has seen, draws it into
   /// `memory`, which has the surface's size, or its first rows. False elsewhere; the memory then has anything in it.
   bool LookInto(const PixelMemory& memory) const;
-  /// Whether the newest picture given to DrawWhenSeen was found to be damaged, by whoever looked.
+  /// Whether the last drawing was a picture given to DrawWhenSeen, and found to be damaged by whoever looked.
   bool NewestWasDamaged() const { return newest_was_damaged_; }
 
   /// The drawings that nobody has seen yet, from the oldest; gone when somebody looks.
@@ -206,8 +206,8 @@ class Surface {
 
   int width_ = 0;
   int height_ = 0;
-  Color plain_ = 0;  ///< The colour of all pixels while there is no memory.
-  bool watched_ = false;
+  Color plain_ = 0;       ///< The colour of all pixels while there is no memory.
+  bool watched_ = false;  ///< Somebody looked between the last two whole pictures.
   bool newest_was_damaged_ = false;
   // Made when somebody looks, which changes nothing that can be seen.
   mutable std::shared_ptr<Block> block_;

@@ -55,14 +55,23 @@ bool FrameView::Draw(bool with_thumbnail) {
 }
 
 Failure FrameView::LastFailure() const {
-  if (failure_.kind == FailureKind::kNone && on_.VideoStream.Image().NewestWasDamaged()) {
-    return {.kind = FailureKind::kDamagedPicture, .status = failure_.status};
-  }
+  if (newest_is_drawn_ && on_.VideoStream.Image().NewestWasDamaged()) return {.kind = FailureKind::kDamagedPicture};
   return failure_;
+}
+
+void FrameView::NoteAnswer(HttpRequest& request, bool worked) {
+  failure_ = FailureOf(request, worked);
+  newest_is_drawn_ = false;
+}
+
+void FrameView::ForgetFailure() {
+  failure_ = {};
+  newest_is_drawn_ = false;
 }
 
 // A failed answer keeps its failure, whatever its body is.
 void FrameView::NoteDrawing(bool drawn) {
+  newest_is_drawn_ = drawn;
   if (drawn) {
     failure_ = {};
   } else if (failure_.kind == FailureKind::kNone) {

@@ -34,8 +34,8 @@ class FrameView {
   /// The failure of the newest request, or of its picture. Damage inside a picture is known once somebody has looked.
   Failure LastFailure() const;
   /// Notes the failure of `request`, if it failed; `worked`: whether each of its steps did.
-  void NoteAnswer(HttpRequest& request, bool worked) { failure_ = FailureOf(request, worked); }
-  void ForgetFailure() { failure_ = {}; }
+  void NoteAnswer(HttpRequest& request, bool worked);
+  void ForgetFailure();
 
   // ---- Drawing ----------------------------------------------------------------------------------------------------
 
@@ -74,6 +74,7 @@ class FrameView {
 
   FrameBytes FrameBuffer;
   Failure failure_;
+  bool newest_is_drawn_ = false;  ///< As far as can be told before somebody looks.
   bool FirstFrameShown = false;
   int first_frames_ = 0;  ///< New frames since they were reset, up to the second.
 };

@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <utility>
 
+#include "toolkit/pictures_on_demand.h"
+
 namespace orbelcast {
 
 namespace {
@@ -149,10 +151,9 @@ bool TurboJpegDecoder::DrawInto(const PixelMemory& memory, const FrameBytes& jpe
 }
 
 void TurboJpegDecoder::TakePlaces(std::span<const JpegTarget> targets) {
-  const auto refused = [](int side) { return side < 0 || side > Surface::kMaxSide; };
   places_.clear();
   for (const JpegTarget& target : targets) {
-    if (refused(target.width) || refused(target.height)) continue;
+    if (IsLeftOut(target)) continue;
     places_.push_back({.surface = &target.surface,
                        .memory = {},
                        .x = target.x,

@@ -12,9 +12,8 @@ namespace orbelcast {
 /// The parts of a body of the type multipart/x-mixed-replace, while it comes. Only the newest complete one is kept.
 ///
 /// Cameras differ from the standard and from each other, so little is taken for granted:
-/// - The delimiter is the first line that is the boundary, with any dashes before it, or that begins with two dashes;
-/// all
-///   others are written as that one is. Before it anything may stand.
+/// - The delimiter is the first line that is the boundary, with any dashes before it, or that begins with two dashes.
+///   All others are written as that one is. Before it anything may stand.
 /// - Lines may end in LF alone, a delimiter may follow a part without a line end, headers may be missing, an empty line
 ///   before a JPEG's first bytes too.
 /// - A part ends at the next delimiter, whatever length it announces. Cameras send that delimiter with the next
@@ -65,9 +64,8 @@ class PartReader {
 
   const std::string boundary_;  // as declared, without dashes before it; may be empty
   State state_ = State::kPreamble;
-  std::string buffer_;  // what was not used up yet; of a body all of it
-  std::size_t searched_ =
-      0;  // bytes of the buffer in which there is neither line end nor delimiter, whichever is sought
+  std::string buffer_;          // what was not used up yet; of a body all of it
+  std::size_t searched_ = 0;    // bytes of the buffer without the line end, or delimiter, that is sought
   std::size_t text_bytes_ = 0;  // of the preamble or of a part's headers
   std::string delimiter_;
   std::string headers_;

@@ -55,10 +55,10 @@ TEST_F(PicturesOnDemandTest, OnlyWhatIsSeenIsDecodedAndTakesMemory) {
     thumbnail.Point(0, 0);
     ShowNew();
   }
-  EXPECT_LE(decoder->Decodes(), 6U);
+  EXPECT_EQ(decoder->Decodes(), 5U);
   thumbnail.Point(0, 0);
   const auto decodes = decoder->Decodes();
-  EXPECT_EQ(area.Point(10, 10), area.Point(10, 10));
+  area.Pixels();
   EXPECT_EQ(decoder->Decodes(), decodes);
 
   // Until nobody looks at the area any more.
@@ -84,6 +84,8 @@ TEST_F(PicturesOnDemandTest, DamageIsFoundAtOnceOrLeavesThePictureBefore) {
   EXPECT_FALSE(area.NewestWasDamaged());
   EXPECT_TRUE(std::ranges::equal(area.Pixels(), good.Pixels()));
   EXPECT_TRUE(area.NewestWasDamaged());
+  area.FillBox(0, 0, 5, 5, Rgb(1, 2, 3));
+  EXPECT_FALSE(area.NewestWasDamaged());
   ShowNew();
   EXPECT_FALSE(area.NewestWasDamaged());
 }
