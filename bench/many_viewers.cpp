@@ -5,7 +5,7 @@
 //                                                  beside D more whose servers do not answer
 //     requests    CPU a picture, in requests for the same picture by a bare libcurl handle, one after another
 //     paced       the same in such requests with a pause before each, as a single viewer makes them
-//     decodes     the same in decodes of it by libjpeg-turbo alone
+//     decodes     the same in decodes of the camera's pictures, in turn, by libjpeg-turbo alone
 //     to_16       the same in the CPU a picture of 16 viewers
 //     reached     pictures that came, as a share of N x R a second
 //     kib         memory a viewer, in KiB
@@ -52,7 +52,7 @@ constexpr int kHeight = 480;
 constexpr int kPictures = 8;
 constexpr int kBareTurns = 5;
 constexpr int kBareRequests = 100;
-constexpr int kBareDecodes = 20;
+constexpr int kBareDecodes = 24;
 constexpr int kPacedRequests = 10;
 constexpr std::chrono::milliseconds kPause{20};
 constexpr std::chrono::milliseconds kSettling{1500};
@@ -123,12 +123,12 @@ class Viewers {
 /// CPU of what there is to compare with.
 class Bare {
  public:
-  Bare(const std::string& url, const FrameBytes& picture) : handle_(url), picture_(picture) {}
+  Bare(const std::string& url, const std::vector<FrameBytes>& pictures) : handle_(url), pictures_(pictures) {}
 
   void Turn() {
     for (int i = 0; i < kBareTurns; ++i) {
       requests_.push_back(CpuOf(kBareRequests, [this] { handle_.Ask(); }));
-      decodes_.push_back(CpuOf(kBareDecodes, [this] { decoder_->Show(picture_); }));
+      decodes_.push_back(CpuOf(kBareDecodes, [this] { decoder_->Show(pictures_[decoded_++ % pictures_.size()]); }));
       paced_.push_back(CpuOf(kPacedRequests, [this] {
         std::this_thread::sleep_for(kPause);
         handle_.Ask();
@@ -149,15 +149,16 @@ class Bare {
     return (ProcessCpuSeconds() - start) / times;
   }
   BareHandle handle_;
-  FrameBytes picture_;
+  const std::vector<FrameBytes>& pictures_;
+  std::size_t decoded_ = 0;
   std::unique_ptr<Pipeline> decoder_ = BareDecode();
   std::vector<double> requests_;
   std::vector<double> paced_;
   std::vector<double> decodes_;
 };
 
-Figures Measure(const Setting& setting, const std::string& url, const FrameBytes& picture) {
-  Bare bare(url, picture);
+Figures Measure(const Setting& setting, const std::string& url, const std::vector<FrameBytes>& pictures) {
+  Bare bare(url, pictures);
   bare.Turn();
   Figures figures{};
   {
@@ -166,9 +167,9 @@ Figures Measure(const Setting& setting, const std::string& url, const FrameBytes
     Run(viewers.Loop(), kSettling);
     const double cpu = ProcessCpuSeconds();
     const double wall = WallSeconds();
-    const std::int64_t pictures = viewers.Pictures();
+    const std::int64_t shown = viewers.Pictures();
     Run(viewers.Loop(), watched);
-    const double came = static_cast<double>(std::max<std::int64_t>(viewers.Pictures() - pictures, 1));
+    const double came = static_cast<double>(std::max<std::int64_t>(viewers.Pictures() - shown, 1));
     figures.cpu = (ProcessCpuSeconds() - cpu) / came;
     figures.reached = came / (WallSeconds() - wall) / setting.viewers / setting.rate;
     figures.kib = (ResidentKib() - before) / (setting.viewers + setting.dead);
@@ -181,12 +182,12 @@ Figures Measure(const Setting& setting, const std::string& url, const FrameBytes
 }
 
 /// In a process of its own.
-Figures MeasureApart(const Setting& setting, const std::string& url, const FrameBytes& picture) {
+Figures MeasureApart(const Setting& setting, const std::string& url, const std::vector<FrameBytes>& pictures) {
   int ends[2];
   if (pipe(ends) != 0) throw std::runtime_error("no pipe");
   const pid_t child = fork();
   if (child == 0) {
-    const Figures figures = Measure(setting, url, picture);
+    const Figures figures = Measure(setting, url, pictures);
     _exit(write(ends[1], &figures, sizeof figures) == sizeof figures ? 0 : 1);
   }
   close(ends[1]);
@@ -205,7 +206,7 @@ void ManyViewers(benchmark::State& state) {
   const auto pictures = CameraFrames(kWidth, kHeight, kPictures);
   const PictureServer camera(pictures, setting.rate);
   for (auto _ : state) {
-    const Figures figures = MeasureApart(setting, camera.Url(), pictures.front());
+    const Figures figures = MeasureApart(setting, camera.Url(), pictures);
     const std::tuple kind(setting.rate, setting.motion);
     if (setting.viewers == 16 && setting.dead == 0) of_16[kind] = figures.cpu;
     state.SetIterationTime(figures.cpu);

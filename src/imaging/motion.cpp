@@ -1,6 +1,7 @@
 #include "imaging/motion.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <limits>
 
@@ -15,8 +16,8 @@ constexpr int kStep = 4;
 /// The grid ends before these coordinates. Its last rows are below the 82 rows of the thumbnails, where all is level 0.
 constexpr int kGridWidth = 92;
 constexpr int kGridHeight = 96;
-/// Side of a zone is 20 pixels; zones count row by row, five a row.
-constexpr double kZonesPerPixel = 0.05;
+/// Side of a zone in pixels; zones count row by row.
+constexpr int kZoneSide = 20;
 constexpr int kZonesPerRow = 5;
 
 constexpr Color kBoxColor = Rgb(128, 128, 0);
@@ -30,7 +31,7 @@ constexpr int kWeightScale = 255;
 enum class Watch { kExcluded, kOutside, kWatched };
 
 int ZoneOf(int x, int y) {
-  return 1 + static_cast<int>(x * kZonesPerPixel) + kZonesPerRow * static_cast<int>(y * kZonesPerPixel);
+  return 1 + x / kZoneSide + kZonesPerRow * (y / kZoneSide);
 }
 
 Watch WatchByZone(const MotionSettings& settings, int zone) {
@@ -51,8 +52,16 @@ Watch WatchByRectangle(const MotionSettings& settings, int x, int y) {
   return y >= settings.MotionArea_Y2 || !IsFullPicture(settings) ? Watch::kExcluded : Watch::kOutside;
 }
 
+/// Fills the square of a sample. Most are inside the surface and of one size, which is known here.
 void FillSample(Surface& surface, int x, int y, Color color) {
-  surface.FillBox(x, y, x + kStep - 1, y + kStep - 1, color);
+  if (x + kStep > surface.Width() || y + kStep > surface.Height()) {
+    surface.FillBox(x, y, x + kStep - 1, y + kStep - 1, color);
+    return;
+  }
+  const std::ptrdiff_t width = surface.Width();
+  const std::uint32_t pixel = PixelOf(color);
+  std::uint32_t* row = surface.MutablePixels().data() + y * width + x;
+  for (int i = 0; i < kStep; ++i, row += width) std::fill_n(row, kStep, pixel);
 }
 
 void Note(MotionFound& found, int x, int y) {
@@ -67,17 +76,16 @@ void Sample(const Surface& current, Surface& reference, Surface& overlay, const 
   const int level = GrayLevel(current.Point(x, y));
   const int before = GrayLevel(reference.Point(x, y));
   FillSample(reference, x, y, Rgb(level, level, level));
-  const int difference = static_cast<int>(std::abs(level - before) * 100 / 256.0);
+  const int difference = std::abs(level - before) * 100 / 256;
 
-  const int zone = ZoneOf(x, y);
-  const Watch watch = settings.MotionByZones ? WatchByZone(settings, zone) : WatchByRectangle(settings, x, y);
+  const Watch watch = settings.MotionByZones ? WatchByZone(settings, ZoneOf(x, y)) : WatchByRectangle(settings, x, y);
   Color color = Rgb(before, before, 0);
   if (watch == Watch::kExcluded) {
     color = Rgb(0, before, 0);
   } else if (watch == Watch::kWatched && difference >= settings.Threshold) {
     color = Rgb(before, 0, 0);
     Note(found, x, y);
-    if (settings.MotionByZones && found.Area == -1) found.Area = static_cast<std::int16_t>(zone);
+    if (settings.MotionByZones && found.Area == -1) found.Area = static_cast<std::int16_t>(ZoneOf(x, y));
   }
   FillSample(overlay, x, y, color);
 }
@@ -85,14 +93,10 @@ void Sample(const Surface& current, Surface& reference, Surface& overlay, const 
 }  // namespace
 
 std::int32_t GrayLevel(Color color) {
-  // Remainders keep the sign and divisions truncate, so a pixel outside (−1) is as good as black.
-  const int red = color % 256;
-  const int green = color / 256 % 256;
-  const int blue = color / 256 / 256 % 256;
-  const int sum = red * kRedWeight + green * kGreenWeight + blue * kBlueWeight;
+  if (color == kNoColor) return 0;
+  const int sum = RedOf(color) * kRedWeight + GreenOf(color) * kGreenWeight + BlueOf(color) * kBlueWeight;
   // To the nearest: of a sum divided by an odd number none lies halfway.
-  constexpr int kHalf = kWeightScale / 2;
-  return (sum + (sum < 0 ? -kHalf : kHalf)) / kWeightScale;
+  return (sum + kWeightScale / 2) / kWeightScale;
 }
 
 std::int32_t MotionThreshold(std::int32_t& sensitivity) {

@@ -9,11 +9,6 @@ namespace orbelcast {
 
 namespace {
 
-constexpr std::uint32_t PixelOf(Color color) {
-  return 0xff000000u | static_cast<std::uint32_t>(RedOf(color)) << 16 |
-         static_cast<std::uint32_t>(GreenOf(color)) << 8 | static_cast<std::uint32_t>(BlueOf(color));
-}
-
 constexpr std::uint32_t Blend(std::uint32_t over, std::uint32_t under) {
   const std::uint32_t alpha = over >> 24;
   if (alpha == 255) return over;
@@ -136,27 +131,14 @@ std::span<const std::uint32_t> Surface::Pixels() const {
   return block_->pixels;
 }
 
-std::span<std::uint32_t> Surface::MutablePixels() {
-  if (Empty()) return {};
-  Settle();
-  Block& block = Memorized();
-  ++block.revision;
-  newest_was_damaged_ = false;
-  return block.pixels;
-}
-
 Surface::Box Surface::Clipped(const Box& box) const {
   return {std::max(box.left, 0), std::max(box.top, 0), std::min(box.right, width_ - 1),
           std::min(box.bottom, height_ - 1)};
 }
 
-// The memory, made where there is none yet.
-Surface::Block& Surface::Memorized() const {
-  if (!block_) {
-    block_ = std::make_shared<Block>();
-    block_->pixels.assign(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_), PixelOf(plain_));
-  }
-  return *block_;
+void Surface::MakeBlock() const {
+  block_ = std::make_shared<Block>();
+  block_->pixels.assign(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_), PixelOf(plain_));
 }
 
 // ---- Pictures that nobody has seen yet -----------------------------------------------------------------------------

@@ -30,6 +30,12 @@ constexpr int BlueOf(Color color) {
   return (color >> 16) & 0xff;
 }
 
+/// The opaque pixel of that colour, as a Surface has it.
+constexpr std::uint32_t PixelOf(Color color) {
+  return 0xff000000u | static_cast<std::uint32_t>(RedOf(color)) << 16 |
+         static_cast<std::uint32_t>(GreenOf(color)) << 8 | static_cast<std::uint32_t>(BlueOf(color));
+}
+
 /// Pixels in the memory of all surfaces of the process.
 inline std::atomic<std::int64_t> pixels_in_use = 0;
 
@@ -146,7 +152,14 @@ class Surface {
 
   /// The pixels, row by row without gaps; empty for an empty surface. The mutable ones count as drawn on.
   std::span<const std::uint32_t> Pixels() const;
-  std::span<std::uint32_t> MutablePixels();
+  std::span<std::uint32_t> MutablePixels() {
+    if (Empty()) return {};
+    if (unseen_) Settle();
+    Block& block = Memorized();
+    ++block.revision;
+    newest_was_damaged_ = false;
+    return block.pixels;
+  }
 
   /// The memory, shared so that its end can be noticed. Null for a surface that has none yet.
   const std::shared_ptr<Block>& Memory() const { return block_; }
@@ -198,7 +211,12 @@ class Surface {
   Box Whole() const { return {0, 0, width_ - 1, height_ - 1}; }
   Box Clipped(const Box& box) const;
   void Look() const;
-  Block& Memorized() const;
+  /// The memory, made where there is none yet.
+  Block& Memorized() const {
+    if (!block_) MakeBlock();
+    return *block_;
+  }
+  void MakeBlock() const;
   void FillPixels(const Box& box, Color color);
   void DrawLater(Drawing drawing);
   void DrawNow(std::span<const Drawing> drawings);

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <memory>
+
 #include "platform/platform.h"
+#include "toolkit/surface.h"
 
 namespace orbelcast {
 
@@ -9,5 +12,9 @@ class VideoServerPush;
 /// Sets the design values of the viewer's children, before anything runs: places, colours, fonts, pictures,
 /// captions and intervals.
 void ApplyDesign(VideoServerPush& viewer, const Platform& platform);
+
+/// The picture that is shown while there is no video. It is decoded when somebody looks: a viewer that nobody sees
+/// needs neither the time nor the memory. `pictures` outlives it.
+std::shared_ptr<const Surface> MakeTestCard(PictureCodec& pictures);
 
 }  // namespace orbelcast

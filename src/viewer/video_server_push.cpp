@@ -7,7 +7,6 @@
 #include "toolkit/rounding.h"
 #include "toolkit/version.h"
 #include "viewer/design.h"
-#include "viewer/pictures.h"
 
 namespace orbelcast {
 
@@ -38,7 +37,7 @@ std::shared_ptr<VideoServerPush> VideoServerPush::Create(Platform& platform) {
 
 VideoServerPush::VideoServerPush(Platform& platform)
     : platform_(platform),
-      test_card_(std::make_shared<Surface>(platform.pictures.Decode(resources::test_card_png))),
+      test_card_(MakeTestCard(platform.pictures)),
       undertakings_(platform.loop),
       strip_({StatusDisplay, lStatus, TimeRetrieve, {&RecIcon, &StopIcon, &ConnectIcon, &DisconnectIcon}, Menux},
              Events, undertakings_, platform.text_mapper, platform.clock),

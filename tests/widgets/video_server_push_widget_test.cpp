@@ -198,6 +198,7 @@ TEST_F(WidgetTest, ADropReachesTheHostWhoseAnswerGoesBack) {
 TEST_F(WidgetTest, ThePictureOnTheClipboardIsThatOfTheControl) {
   Clipboard& clipboard = platform.Get().clipboard;
   const Surface& card = widget->Control().Mira.Picture();
+  EXPECT_EQ(card.Memory(), nullptr);  // It is decoded when somebody looks.
   widget->ImageOnClipboard();
   const QImage image = QApplication::clipboard()->image();
   ASSERT_EQ(image.size(), QSize(card.Width(), card.Height()));

@@ -126,7 +126,18 @@ void JpegCodec::OnProgress(j_common_ptr common) {
   if (reinterpret_cast<j_decompress_ptr>(common)->input_scan_number > Of(common).max_scans_) Fail(common);
 }
 
-bool JpegCodec::Begin(std::span<const std::uint8_t> bytes) {
+bool JpegCodec::Begin(const FrameBytes& jpeg) {
+  if (!begun_.Empty()) {
+    if (begun_.Serial() == jpeg.Serial()) return true;
+    Abandon();
+    tables_ = brought_;  // Nothing but the header was read.
+  }
+  if (!ReadHeader(jpeg.Bytes())) return false;
+  begun_ = jpeg;
+  return true;
+}
+
+bool JpegCodec::ReadHeader(std::span<const std::uint8_t> bytes) {
   if (bytes.size() < 4 || bytes[0] != kMarker || bytes[1] != kStartOfImage) return false;
   const auto tables = TablesOf(bytes);
   if (!tables || tables != tables_) {
@@ -145,14 +156,6 @@ bool JpegCodec::Begin(std::span<const std::uint8_t> bytes) {
   max_scans_ =
       static_cast<int>(std::clamp<std::int64_t>(Surface::kMaxPixels * kUsualScans / pixels, kUsualScans, kMaxScans));
   return true;
-}
-
-std::optional<Size> JpegCodec::ReadSize(std::span<const std::uint8_t> bytes) {
-  if (!Begin(bytes)) return std::nullopt;
-  const Size size = OwnSize();
-  Abandon();
-  tables_ = brought_;
-  return size;
 }
 
 bool JpegCodec::Finish(const PixelMemory& target, unsigned eighths, const RowsDone& rows_done) {
@@ -184,12 +187,14 @@ bool JpegCodec::Finish(const PixelMemory& target, unsigned eighths, const RowsDo
     rows_done(static_cast<int>(decompress_.output_scanline));
   }
   jpeg_finish_decompress(&decompress_);
+  begun_ = {};
   tables_ = brought_;
   return true;
 }
 
 bool JpegCodec::Abandon() {
   jpeg_abort_decompress(&decompress_);
+  begun_ = {};
   return false;
 }
 

@@ -22,8 +22,8 @@ namespace orbelcast {
 /// beforehand, gets a fresh decompressor: no picture is decoded with another one's tables. Where it brings no Huffman
 /// tables at all, as Motion JPEG may, those of the standard serve.
 ///
-/// `Begin`, then `Finish` or `Abandon`. Its input is not trusted: pictures are bounded in size and in scans, and
-/// a picture that does not decode without a sign of damage is refused as a whole.
+/// `Begin`, then `Finish`, `Abandon` or another `Begin`. Its input is not trusted: pictures are bounded in size and in
+/// scans, and a picture that does not decode without a sign of damage is refused as a whole.
 class JpegCodec {
  public:
   /// Called while a picture grows: its first `rows` rows are complete. It may not throw.
@@ -34,11 +34,10 @@ class JpegCodec {
   JpegCodec(const JpegCodec&) = delete;
   JpegCodec& operator=(const JpegCodec&) = delete;
 
-  /// Reads the header of `bytes`, which stay until Finish. False where there is none that can be read, or the picture
-  /// has more than Surface::kMaxPixels.
-  bool Begin(std::span<const std::uint8_t> bytes);
-  /// The picture's own size from its header, without decoding it; nothing where Begin would fail.
-  std::optional<Size> ReadSize(std::span<const std::uint8_t> bytes);
+  /// Reads the header of `jpeg`, unless it is the one that was read last. False where there is none that can be read,
+  /// or the picture has more than Surface::kMaxPixels. The bytes are kept until Finish, Abandon or another picture's
+  /// Begin.
+  bool Begin(const FrameBytes& jpeg);
   /// The picture's own size; after Begin.
   Size OwnSize() const {
     return {static_cast<int>(decompress_.image_width), static_cast<int>(decompress_.image_height)};
@@ -50,12 +49,14 @@ class JpegCodec {
   bool Abandon();
 
  private:
+  bool ReadHeader(std::span<const std::uint8_t> bytes);
   void Create();
   static JpegCodec& Of(j_common_ptr common) { return *static_cast<JpegCodec*>(common->client_data); }
   [[noreturn]] static void Fail(j_common_ptr common);
   static void OnMessage(j_common_ptr common, int level);
   static void OnProgress(j_common_ptr common);
 
+  FrameBytes begun_;  ///< The picture whose header has been read, and no more of it.
   jpeg_decompress_struct decompress_{};
   jpeg_error_mgr errors_{};
   std::vector<std::uint32_t> unseen_row_;  ///< For the rows that a target does not have.

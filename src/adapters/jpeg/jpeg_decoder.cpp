@@ -120,7 +120,8 @@ void Copy(const std::uint32_t* picture, Size size, const PixelMemory& target, in
 std::optional<Size> TurboJpegDecoder::SizeOf(const FrameBytes& jpeg) {
   if (jpeg.Empty()) return std::nullopt;
   if (jpeg.Serial() == serial_) return native_;
-  return codec_.ReadSize(jpeg.Bytes());
+  if (!codec_.Begin(jpeg)) return std::nullopt;
+  return codec_.OwnSize();
 }
 
 std::optional<Size> TurboJpegDecoder::DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets,
@@ -190,7 +191,8 @@ bool TurboJpegDecoder::CanDraw(const Surface::Block& decoded, const Place& place
 
 bool TurboJpegDecoder::Decode(const FrameBytes& jpeg) {
   serial_ = 0;
-  if (!codec_.Begin(jpeg.Bytes())) return false;
+  pool_.Give(std::move(own_));  // The picture before, which serves nobody any more.
+  if (!codec_.Begin(jpeg)) return false;
   native_ = codec_.OwnSize();
   SizePlaces();
   const unsigned eighths = Scale();
@@ -249,21 +251,23 @@ void TurboJpegDecoder::BeginRows(Size decoded) {
   for (Place& place : places_) {
     const bool small = std::int64_t{place.width} * place.height <= kMaxSmallPixels &&
                        place.width * 2 <= decoded.width && place.height * 2 <= decoded.height;
-    if (small) place.rows = pool_.Take(place.width, place.height);
+    if (!small) continue;
+    place.rows = pool_.Take(place.width, place.height);
+    place.wanted = place.RowsSeen();
   }
 }
 
 void TurboJpegDecoder::GrowRows(Place& place, const Surface& growing, int rows) {
-  const bool complete = rows == growing.Height();
   // A row takes those of the picture around its middle; that all those of its height are there is enough.
-  const int ready =
-      complete ? place.height : static_cast<int>(std::int64_t{rows - 1} * place.height / growing.Height());
-  if (ready < place.ready + kSmallRowsAtOnce && !complete) return;
+  const std::int64_t made =
+      rows == growing.Height() ? place.height : std::int64_t{rows - 1} * place.height / growing.Height();
+  const int ready = static_cast<int>(std::min<std::int64_t>(made, place.wanted));
+  if (ready == place.ready || (ready < place.ready + kSmallRowsAtOnce && ready < place.wanted)) return;
   libyuv::ARGBScaleClip(Bytes(growing.Pixels().data()), growing.Width() * 4, growing.Width(), growing.Height(),
                         Bytes(place.rows.MutablePixels().data()), place.width * 4, place.width, place.height, 0,
                         place.ready, place.width, ready - place.ready, libyuv::kFilterBilinear);
-  const PixelMemory made = MemoryOf(place.rows);
-  MakeOpaque(made, {made, 0, place.ready, place.width, ready - place.ready});
+  const PixelMemory memory = MemoryOf(place.rows);
+  MakeOpaque(memory, {memory, 0, place.ready, place.width, ready - place.ready});
   place.ready = ready;
 }
 
@@ -276,7 +280,7 @@ void TurboJpegDecoder::Keep(Surface& holder, std::uint64_t serial) {
 bool TurboJpegDecoder::Draw(const Surface::Block& decoded, const Place& place) {
   if (place.Holds(decoded)) return true;
   const PixelMemory target = place.surface != nullptr ? MemoryOf(*place.surface) : place.memory;
-  if (place.ready == place.height) {
+  if (!place.rows.Empty()) {
     Copy(place.rows.Pixels().data(), {place.width, place.height}, target, place.x, place.y);
     return true;
   }

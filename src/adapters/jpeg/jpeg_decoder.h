@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -44,11 +45,16 @@ class TurboJpegDecoder final : public JpegDecoder {
     int y;
     int width;
     int height;
-    Surface rows;   ///< A small place's pixels while they are made beside its surface; empty for any other.
-    int ready = 0;  ///< How many of these rows are there.
+    Surface rows;    ///< A small place's pixels while they are made beside its surface; empty for any other.
+    int wanted = 0;  ///< How many of these rows are made: those below its surface are not.
+    int ready = 0;   ///< How many of them are there.
 
     bool IsCorner() const { return x == 0 && y == 0; }
     bool Holds(const Surface::Block& block) const { return surface != nullptr && surface->Memory().get() == &block; }
+    int RowsSeen() const {
+      const int end = surface != nullptr ? surface->Height() : memory.height;
+      return static_cast<int>(std::clamp<std::int64_t>(std::int64_t{end} - y, 0, height));
+    }
     bool Has(Size size) const { return width == size.width && height == size.height; }
   };
 

@@ -1,6 +1,7 @@
 #include "adapters/jpeg/surface_pool.h"
 
 #include <algorithm>
+#include <iterator>
 #include <numeric>
 #include <utility>
 
@@ -15,11 +16,13 @@ std::int64_t PixelsOf(const Surface& surface) {
 }  // namespace
 
 Surface SurfacePool::Take(int width, int height) {
-  const auto found = std::ranges::find_if(
-      surfaces_, [=](const Surface& kept) { return kept.Width() == width && kept.Height() == height; });
-  if (found == surfaces_.end()) return {width, height};
+  // The one used last is the likeliest to be in the processor's cache.
+  const auto found = std::find_if(surfaces_.rbegin(), surfaces_.rend(), [=](const Surface& kept) {
+    return kept.Width() == width && kept.Height() == height;
+  });
+  if (found == surfaces_.rend()) return {width, height};
   Surface surface = std::move(*found);
-  surfaces_.erase(found);
+  surfaces_.erase(std::next(found).base());
   return surface;
 }
 
