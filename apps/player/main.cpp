@@ -1,7 +1,7 @@
 // The player: a camera server's cameras, with everything that a person at a desk needs; or one camera in a window.
 //
 // player_window.h and viewer_window.h are the two windows, notice.h what both tell a person, server_dialog.h the
-// question for a server where none was named, player_options.h the command line.
+// question for a server where none was named, key_commands.h what their keys do, player_options.h the command line.
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -75,8 +75,8 @@ int Run(int argc, char** argv) {
   orbelcast::PlayerOptions options;
   orbelcast::CommandLine command(
       "orbelcast-player",
-      "Shows a camera server's cameras, or one camera, in a window. F11 fills the screen and Escape goes back, F5 "
-      "connects again, Ctrl+Q ends; so does Escape where the viewer is alone.");
+      "Shows a camera server's cameras, or one camera, in a window. The key ? lists its keys; F11 fills the screen and "
+      "Escape goes back, F5 connects again, Ctrl+Q ends; so does Escape where the viewer is alone.");
   command.Version(orbelcast::VersionText());
   orbelcast::AddPlayerOptions(command, options);
   command.Footer(

@@ -8,7 +8,9 @@
 #include <cstdint>
 #include <iostream>
 
+#include "player/key_commands.h"
 #include "player/picture_age.h"
+#include "player/viewer_commands.h"
 #include "stream/failure_text.h"
 #include "stream/stream_options.h"
 #include "viewer/video_server_push.h"
@@ -78,9 +80,12 @@ void ViewerWindow::AddShortcuts() {
       isFullScreen() ? showNormal() : static_cast<void>(close());
     }
   });
-  on(QKeySequence::Quit, [this] { close(); });
-  on(QKeySequence(Qt::Key_F11), [this] { isFullScreen() ? showNormal() : showFullScreen(); });
-  on(QKeySequence(Qt::Key_F5), [this] { Start(); });
+  const auto fill_screen = [this] { isFullScreen() ? showNormal() : showFullScreen(); };
+  on(QKeySequence(Qt::Key_F11), fill_screen);
+  new KeyCommands(
+      *this, *viewer_,
+      ViewerCommands(*viewer_,
+                     {.connect = [this] { Start(); }, .fill_screen = fill_screen, .quit = [this] { close(); }}));
 }
 
 void ViewerWindow::TellOfCamera() {
