@@ -67,7 +67,9 @@ KeyCommands::KeyCommands(QWidget& window, QWidget& picture, std::vector<KeyComma
   window_.installEventFilter(this);
   picture_.installEventFilter(this);
   picture_.setFocusPolicy(Qt::ClickFocus);
-  for (QToolButton* button : window_.findChildren<QToolButton*>()) button->installEventFilter(this);
+  for (QToolButton* button : window_.findChildren<QToolButton*>()) {
+    if (button->window() == &window_) button->installEventFilter(this);
+  }
 }
 
 bool KeyCommands::eventFilter(QObject* watched, QEvent* event) {
@@ -126,7 +128,7 @@ bool KeyCommands::HasOwnMenu(const QPoint& at) const {
 // Later: the release is what presses the button.
 void KeyCommands::GiveFocusBack(QWidget& clicked) {
   QTimer::singleShot(0, &clicked, [this, &clicked] {
-    if (clicked.hasFocus()) picture_.setFocus(Qt::OtherFocusReason);
+    if (clicked.window()->focusWidget() == &clicked) picture_.setFocus(Qt::OtherFocusReason);
   });
 }
 

@@ -14,9 +14,9 @@ namespace orbelcast {
 
 /// Something that a window does at a key, from its menu, or both.
 struct KeyCommand {
-  std::vector<QKeyCombination> keys;  ///< Each runs it. Shift does not count: on some keyboards digits need it.
-  QString name;                       ///< In the menu. Empty: a line between groups.
-  QString does;                       ///< On the page of keys, a sentence without its stop.
+  std::vector<QKeyCombination> keys{};  ///< Each runs it. Shift does not count: on some keyboards digits need it.
+  QString name{};                       ///< In the menu. Empty: a line between groups.
+  QString does{};                       ///< On the page of keys, a sentence without its stop.
   /// Given the place of the key among `keys`, 0 from the menu. Empty: the key is somebody else's and only listed.
   std::function<void(int key)> run{};
   std::function<bool()> allowed{};  ///< Empty: always.

@@ -10,6 +10,7 @@ namespace orbelcast {
 
 /// What the window around a player does that its own buttons do not.
 struct PlayerWindowActions {
+  std::function<void()> search_archive;
   std::function<void()> connect_again;
   std::function<void()> quit;
 };

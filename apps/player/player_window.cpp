@@ -9,6 +9,7 @@
 
 #include "common/http_status.h"
 #include "common/shown_text.h"
+#include "player/archive_search.h"
 #include "player/key_commands.h"
 #include "player/picture_age.h"
 #include "player/player_commands.h"
@@ -35,8 +36,11 @@ PlayerWindow::PlayerWindow(Platform& platform, YieldingHttp& requests, const Pla
   TakeSize();
   AddShortcuts();
   WatchRequests(requests);
+  auto* const archive = new ArchiveSearch(platform, *player_);
   new KeyCommands(*this, player_->VS(),
-                  PlayerCommands(*player_, {.connect_again = [this] { LoadAgain(); }, .quit = [this] { close(); }}));
+                  PlayerCommands(*player_, {.search_archive = [archive] { archive->Open(); },
+                                            .connect_again = [this] { LoadAgain(); },
+                                            .quit = [this] { close(); }}));
   new PictureAge(*this, *player_->Control().VS, *notice_, [this] { return ChosenCamera(); });
   ShowTitle();
   QObject::connect(player_, &PlayerWidget::Loaded, this, &PlayerWindow::OnLoaded);

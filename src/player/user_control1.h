@@ -80,6 +80,9 @@ class UserControl1 : public PlayerChildren {
   /// The id of the camera that is selected in the list, as the key "Device" takes it; empty where none is.
   std::string SelectedDevice() const { return cameras_.DeviceOf(CamList.ListIndex()); }
 
+  /// The address of the chosen camera's archive, which its steps are added to; empty where there is none.
+  const std::string& ArchiveAddress() const { return stream_.ArchiveAddress(); }
+
   /// The windows that the control opens.
   std::vector<NamedChild> Windows();
 
