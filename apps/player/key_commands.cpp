@@ -58,12 +58,14 @@ QString KeyCommand::ShownKeys() const {
   return QKeySequence(keys.front()).toString(QKeySequence::NativeText);
 }
 
-KeyCommands::KeyCommands(QWidget& window, QWidget& picture, std::vector<KeyCommand> commands)
-    : QObject(&window), window_(window), picture_(picture), commands_(std::move(commands)) {
-  commands_.push_back(
-      {.keys = {Qt::Key_Question}, .name = tr("Keys…"), .does = tr("Show this page"), .run = [this](int) {
-         ShowPage();
-       }});
+KeyCommands::KeyCommands(QWidget& window, QWidget& picture, std::vector<KeyCommand> commands, Offers offers)
+    : QObject(&window), window_(window), picture_(picture), commands_(std::move(commands)), offers_(offers) {
+  if (offers_ == Offers::kMenuAndPage) {
+    commands_.push_back(
+        {.keys = {Qt::Key_Question}, .name = tr("Keys…"), .does = tr("Show this page"), .run = [this](int) {
+           ShowPage();
+         }});
+  }
   window_.installEventFilter(this);
   picture_.installEventFilter(this);
   picture_.setFocusPolicy(Qt::ClickFocus);
@@ -77,7 +79,7 @@ bool KeyCommands::eventFilter(QObject* watched, QEvent* event) {
     const auto& key = static_cast<const QKeyEvent&>(*event);
     if (Run(key.keyCombination(), key.isAutoRepeat())) return true;
   }
-  if (event->type() == QEvent::ContextMenu) {
+  if (event->type() == QEvent::ContextMenu && offers_ == Offers::kMenuAndPage) {
     const auto& menu = static_cast<const QContextMenuEvent&>(*event);
     const bool by_keyboard = menu.reason() == QContextMenuEvent::Keyboard;
     if (by_keyboard && watched == &window_) return ShowMenu(picture_.mapToGlobal(picture_.rect().center()));

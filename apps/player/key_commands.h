@@ -34,8 +34,11 @@ class KeyCommands final : public QObject {
   Q_OBJECT
 
  public:
+  enum class Offers { kMenuAndPage, kKeysAlone };
+
   /// `picture` is in `window`, which owns this object.
-  KeyCommands(QWidget& window, QWidget& picture, std::vector<KeyCommand> commands);
+  KeyCommands(QWidget& window, QWidget& picture, std::vector<KeyCommand> commands,
+              Offers offers = Offers::kMenuAndPage);
 
   void ShowPage();
 
@@ -52,6 +55,7 @@ class KeyCommands final : public QObject {
   QWidget& window_;
   QWidget& picture_;
   std::vector<KeyCommand> commands_;
+  const Offers offers_;
   QWidget* page_ = nullptr;
 };
 

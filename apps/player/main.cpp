@@ -63,7 +63,7 @@ std::string SaveScreenshot(QWidget& window, const std::string& file) {
 }
 
 std::unique_ptr<QMainWindow> MakeWindow(orbelcast::QtPlatform& platform, const orbelcast::PlayerOptions& options) {
-  if (!options.ShowsOnePicture()) {
+  if (!options.ShowsViewer()) {
     return std::make_unique<orbelcast::PlayerWindow>(platform.Get(), platform.Requests(), options);
   }
   auto window = std::make_unique<orbelcast::ViewerWindow>(platform.Get(), options);
@@ -86,6 +86,8 @@ int Run(int argc, char** argv) {
       "Exit status: 0 the window was closed; 1 there is no display, or the screenshot could\n"
       "not be written; 2 wrong usage. 'orbelcast doctor' finds out why a server or a camera cannot be seen.");
   command.OnRight([&options] {
+    if (const std::string problem = orbelcast::CheckTogether(options); !problem.empty())
+      throw orbelcast::UsageError(problem);
     if (options.NamesACamera() || options.ask) return;
     throw orbelcast::UsageError("a camera server, an address, --live-url, --mosaic or --ask is required");
   });

@@ -13,6 +13,7 @@
 #include "player/key_commands.h"
 #include "player/picture_age.h"
 #include "player/player_commands.h"
+#include "player/player_mosaic.h"
 #include "player/user_control1.h"
 #include "stream/failure_text.h"
 #include "widgets/control_widgets.h"
@@ -36,6 +37,7 @@ PlayerWindow::PlayerWindow(Platform& platform, YieldingHttp& requests, const Pla
   TakeSize();
   AddShortcuts();
   WatchRequests(requests);
+  new PlayerMosaic(*player_);
   auto* const archive = new ArchiveSearch(platform, *player_);
   new KeyCommands(*this, player_->VS(),
                   PlayerCommands(*player_, {.search_archive = [archive] { archive->Open(); },

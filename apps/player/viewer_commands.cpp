@@ -5,8 +5,11 @@
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QObject>
+#include <algorithm>
+#include <iterator>
 
 #include "adapters/posix/named_file.h"
+#include "player/camera_show.h"
 #include "viewer/video_server_push.h"
 
 namespace orbelcast {
@@ -52,11 +55,32 @@ void StopOrConnect(VideoServerPushWidget& viewer, const std::function<void()>& c
   }
 }
 
+std::vector<KeyCommand> CameraCommands(const ViewerWindowActions& actions) {
+  if (!actions.show_camera) return {};
+  const auto show = actions.show_camera;
+  return {{.keys = {Qt::Key_1, Qt::Key_2, Qt::Key_3, Qt::Key_4, Qt::Key_5, Qt::Key_6, Qt::Key_7, Qt::Key_8, Qt::Key_9},
+           .name = QObject::tr("Camera"),
+           .does = QObject::tr("Show that camera alone, as a double click on it does"),
+           .run = [show](int camera) { show(camera); },
+           .shown = QObject::tr("1 to 9")},
+          {.keys = {Qt::Key_0},
+           .name = QObject::tr("All cameras"),
+           .does = QObject::tr("Show all cameras, as a double click on one alone does"),
+           .run = [show](int) { show(CameraShow::kAll); }}};
+}
+
+KeyCommand Quit(const ViewerWindowActions& actions) {
+  return {.keys = {Qt::CTRL | Qt::Key_Q},
+          .name = QObject::tr("Quit"),
+          .does = QObject::tr("End the viewer"),
+          .run = [quit = actions.quit](int) { quit(); }};
+}
+
 }  // namespace
 
 std::vector<KeyCommand> ViewerCommands(VideoServerPushWidget& viewer, const ViewerWindowActions& actions) {
   const auto is_grid = [&viewer] { return viewer.Control().MultiCam.Enabled.Get(); };
-  return {
+  std::vector<KeyCommand> commands{
       {.keys = {Qt::Key_Space},
        .name = QObject::tr("Stop / Live"),
        .does = QObject::tr("Stop the stream; show the live picture again"),
@@ -77,6 +101,9 @@ std::vector<KeyCommand> ViewerCommands(VideoServerPushWidget& viewer, const View
        .does = QObject::tr("Show or hide the strip below the picture"),
        .run = [&viewer](int) { viewer.setShowBandwidth(!viewer.ShowBandwidth()); },
        .allowed = [is_grid] { return !is_grid(); }},
+  };
+  std::ranges::move(CameraCommands(actions), std::back_inserter(commands));
+  const std::vector<KeyCommand> rest{
       {},
       {.keys = {Qt::Key_F5},
        .name = QObject::tr("Connect again"),
@@ -85,11 +112,16 @@ std::vector<KeyCommand> ViewerCommands(VideoServerPushWidget& viewer, const View
       {.keys = {Qt::Key_Escape},
        .name = QObject::tr("Back"),
        .does = QObject::tr("Leave full screen, or end the viewer")},
-      {.keys = {Qt::CTRL | Qt::Key_Q},
-       .name = QObject::tr("Quit"),
-       .does = QObject::tr("End the viewer"),
-       .run = [quit = actions.quit](int) { quit(); }},
+      Quit(actions),
   };
+  std::ranges::copy(rest, std::back_inserter(commands));
+  return commands;
+}
+
+std::vector<KeyCommand> KioskCommands(const ViewerWindowActions& actions) {
+  std::vector<KeyCommand> commands = CameraCommands(actions);
+  commands.push_back(Quit(actions));
+  return commands;
 }
 
 }  // namespace orbelcast

@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <algorithm>
+#include <atomic>
+#include <memory>
 #include <string>
 
 #include "fakes/scripted_server.h"
@@ -54,6 +56,7 @@ class PlayerWindowTest : public testing::Test {
   }
 
   std::string cameras = "RDXVIEWER\r\n";
+  std::atomic<int> pictures = 0;
   ScriptedServer server{[this](const std::string& request, ScriptedServer::Connection& to) {
     const std::string target = TargetOf(request);
     const auto has = [&](const char* part) { return target.find(part) != std::string::npos; };
@@ -65,7 +68,6 @@ class PlayerWindowTest : public testing::Test {
                                            : live;
     to.Send(AnswerBytes(200, fakes::SmallJpeg(), "RC_TCR: " + time + "\r\n"));
   }};
-  int pictures = 0;
   const QTemporaryDir folder;
   QtPlatform platform;
   std::unique_ptr<PlayerWindow> window;
@@ -125,6 +127,20 @@ TEST_F(PlayerWindowTest, TheCalendarTellsWhatTheArchiveHasAndALookAtItMovesNothi
   line->window()->close();
   QTest::keyClick(window.get(), Qt::Key_C);
   EXPECT_TRUE(WaitUntilAsked("&Day=02&Month=11&Year=2026&Hour=09&Minute=30&Second=01&P=0"));
+}
+
+TEST_F(PlayerWindowTest, ADoubleClickOnATileChoosesThatCameraAndAnotherOneGoesBack) {
+  Open({});
+  const std::string both = Player().LiveAddressOf(0) + "\r\n" + Player().LiveAddressOf(1) + "\r\n";
+  Player().ShowTogether(both);
+  auto* const video = window->findChild<QWidget*>(QStringLiteral("VideoStream"));
+  const QPoint second(video->width() * 3 / 4, video->height() / 4);
+  QTest::mouseDClick(video, Qt::LeftButton, {}, second);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Player().CamList.ListIndex() == 1 && Asked("/live/2") > 0; }, kLimit));
+  EXPECT_FALSE(Player().VS->MultiCam.Enabled);
+  QTest::mouseDClick(video, Qt::LeftButton, {}, second);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Player().VS->MultiCam.Enabled.Get(); }, kLimit));
+  EXPECT_EQ(Player().Together(), both);
 }
 
 }  // namespace
