@@ -8,14 +8,14 @@ namespace orbelcast {
 
 namespace {
 
-/// Milliseconds.
-constexpr int kTimeOut = 10'000;
+/// Milliseconds, for each step of a request.
+constexpr int kPictureTimeOut = 10'000;
 constexpr std::string_view kSmallest = "0160x0120020";
 
 /// The time of the picture at the address.
 std::optional<QDateTime> TimeOfPicture(HttpRequestFactory& http, const std::string& address) {
   const auto request = http.Create();
-  request->SetTimeouts(kTimeOut, kTimeOut, kTimeOut, kTimeOut);
+  request->SetTimeouts(kPictureTimeOut, kPictureTimeOut, kPictureTimeOut, kPictureTimeOut);
   if (!request->Open("GET", address) || !request->Send() || request->Status() != kHttpOk) return std::nullopt;
   return TimeOfCode(request->GetResponseHeader("RC_TCR"));
 }

@@ -82,7 +82,8 @@ int Run(int argc, char** argv) {
   command.Footer(
       "Such as:\n"
       "  orbelcast-player 192.168.1.20:8080 --credentials my-login\n"
-      "  orbelcast-player http://192.168.1.20:8080/live/1\n\n"
+      "  orbelcast-player http://192.168.1.20:8080/live/1\n"
+      "  orbelcast-player 192.168.1.20:8080 --kiosk --tour 10\n\n"
       "Exit status: 0 the window was closed; 1 there is no display, or the screenshot could\n"
       "not be written; 2 wrong usage. 'orbelcast doctor' finds out why a server or a camera cannot be seen.");
   command.OnRight([&options] {

@@ -168,8 +168,9 @@ void AddOptionsOfSeveral(CommandLine& app, PlayerOptions& options, const Option&
   app.AddFlag("--all", options.all, "Show all cameras of the server as a grid; a double click on one shows it alone")
       .Excludes(live)
       .Group(several);
-  AddSecondsOption(app, "--tour", options.tour, "Show the cameras one after the other, each for S seconds",
-                   kLongestTimeOut)
+  app.AddNumber("--tour", options.tour, 1, kLongestTimeOut,
+                "Show the cameras one after the other, each for S seconds, 1 or more")
+      .ValueName("S")
       .Excludes(live)
       .Group(several);
   app.AddFlag("--kiosk", options.kiosk,

@@ -13,8 +13,8 @@ namespace orbelcast {
 
 namespace {
 
-/// Milliseconds.
-constexpr int kTimeOut = 10'000;
+/// Milliseconds, for each step of the request.
+constexpr int kInformationTimeOut = 10'000;
 
 std::vector<ShownCamera> CamerasIn(const ServerInfo& info, const Access& access) {
   std::vector<ShownCamera> cameras;
@@ -42,7 +42,7 @@ QString ProblemOf(const ServerInfo& info, const QString& place) {
 ServerCameras AskForCameras(Platform& platform, const PlayerOptions& options) {
   const QString place = ShownAddress(options.camera);
   const ServerInfo info = QueryServerInfo(platform.http, platform.configuration, options.camera, options.access.user,
-                                          options.access.password, kTimeOut, InfoMode::kCameras);
+                                          options.access.password, kInformationTimeOut, InfoMode::kCameras);
   ServerCameras told{.cameras = CamerasIn(info, options.access),
                      .name = info.SystemName.empty() ? place : ToLine(info.SystemName),
                      .problem = {}};

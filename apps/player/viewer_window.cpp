@@ -158,14 +158,21 @@ int ViewerWindow::FirstCamera() const {
   return options_.tour || show_->Count() == 1 ? 0 : CameraShow::kAll;
 }
 
+void ViewerWindow::TellOfServer(const QString& problem) {
+  if (options_.auto_reconnect) {
+    notice_->ShowProgress(tr("%1 Trying again…").arg(problem));
+  } else {
+    notice_->ShowProblem(problem);
+  }
+}
+
 void ViewerWindow::ShowCameras() {
   const QPointer watch(this);
   if (show_->Empty()) {
     const ServerCameras told = AskForCameras(platform_, PlayerOptions(options_));
     if (!watch) return;
     patience_.stop();
-    notice_->Dismiss();
-    if (!told.problem.isEmpty()) return notice_->ShowProblem(told.problem);
+    if (!told.problem.isEmpty()) return TellOfServer(told.problem);
     show_->Take(told.cameras);
   }
   const bool first = !std::exchange(showing_, true);

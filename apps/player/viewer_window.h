@@ -35,6 +35,7 @@ class ViewerWindow final : public QMainWindow {
   void OnConnected();
   /// Shows the cameras, having asked the server for them where that was not done yet.
   void ShowCameras();
+  void TellOfServer(const QString& problem);
   int FirstCamera() const;
   /// What is shown, for a person.
   QString Name() const;
