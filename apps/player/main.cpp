@@ -1,7 +1,7 @@
 // The player: a camera server's cameras, with everything that a person at a desk needs; or one camera in a window.
 //
 // player_window.h and viewer_window.h are the two windows, notice.h what both tell a person, server_dialog.h the
-// question for a server where none was named, player_options.h the command line.
+// question for a server where none was named, key_commands.h what their keys do, player_options.h the command line.
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -63,7 +63,7 @@ std::string SaveScreenshot(QWidget& window, const std::string& file) {
 }
 
 std::unique_ptr<QMainWindow> MakeWindow(orbelcast::QtPlatform& platform, const orbelcast::PlayerOptions& options) {
-  if (!options.ShowsOnePicture()) {
+  if (!options.ShowsViewer()) {
     return std::make_unique<orbelcast::PlayerWindow>(platform.Get(), platform.Requests(), options);
   }
   auto window = std::make_unique<orbelcast::ViewerWindow>(platform.Get(), options);
@@ -75,17 +75,20 @@ int Run(int argc, char** argv) {
   orbelcast::PlayerOptions options;
   orbelcast::CommandLine command(
       "orbelcast-player",
-      "Shows a camera server's cameras, or one camera, in a window. F11 fills the screen and Escape goes back, F5 "
-      "connects again, Ctrl+Q ends; so does Escape where the viewer is alone.");
+      "Shows a camera server's cameras, or one camera, in a window. The key ? lists its keys; F11 fills the screen and "
+      "Escape goes back, F5 connects again, Ctrl+Q ends; so does Escape where the viewer is alone.");
   command.Version(orbelcast::VersionText());
   orbelcast::AddPlayerOptions(command, options);
   command.Footer(
       "Such as:\n"
       "  orbelcast-player 192.168.1.20:8080 --credentials my-login\n"
-      "  orbelcast-player http://192.168.1.20:8080/live/1\n\n"
+      "  orbelcast-player http://192.168.1.20:8080/live/1\n"
+      "  orbelcast-player 192.168.1.20:8080 --kiosk --tour 10\n\n"
       "Exit status: 0 the window was closed; 1 there is no display, or the screenshot could\n"
       "not be written; 2 wrong usage. 'orbelcast doctor' finds out why a server or a camera cannot be seen.");
   command.OnRight([&options] {
+    if (const std::string problem = orbelcast::CheckTogether(options); !problem.empty())
+      throw orbelcast::UsageError(problem);
     if (options.NamesACamera() || options.ask) return;
     throw orbelcast::UsageError("a camera server, an address, --live-url, --mosaic or --ask is required");
   });

@@ -36,8 +36,12 @@ std::string CheckPictureFile(const std::string& file) {
 
 }  // namespace
 
-bool PlayerOptions::ShowsOnePicture() const {
-  return IsPictureAddress(camera) || !mosaic.empty();
+bool PlayerOptions::NamesAPicture() const {
+  return IsPictureAddress(camera);
+}
+
+bool PlayerOptions::ShowsServer() const {
+  return (all || tour || kiosk) && mosaic.empty() && !NamesAPicture();
 }
 
 std::optional<QSize> PlayerOptions::WindowSize() const {
@@ -159,11 +163,36 @@ void AddOptionsOfViewer(CommandLine& app, PlayerOptions& options, const Option& 
       .Group(viewer);
 }
 
+void AddOptionsOfSeveral(CommandLine& app, PlayerOptions& options, const Option& live) {
+  const std::string several = "Pictures alone";
+  app.AddFlag("--all", options.all, "Show all cameras of the server as a grid; a double click on one shows it alone")
+      .Excludes(live)
+      .Group(several);
+  app.AddNumber("--tour", options.tour, 1, kLongestTimeOut,
+                "Show the cameras one after the other, each for S seconds, 1 or more")
+      .ValueName("S")
+      .Excludes(live)
+      .Group(several);
+  app.AddFlag("--kiosk", options.kiosk,
+              "Nothing but pictures on the whole screen: no pointer, no menu; Ctrl+Q ends. Of a server all cameras, or "
+              "the one that --device names")
+      .Excludes(live)
+      .Group(several);
+}
+
 }  // namespace
+
+std::string CheckTogether(const PlayerOptions& options) {
+  if (!options.NamesAPicture()) return {};
+  if (options.all) return "--all needs a camera server, HOST[:PORT]; this is the address of one picture";
+  if (options.tour) return "--tour needs a camera server or --mosaic; this is the address of one picture";
+  return {};
+}
 
 void AddPlayerOptions(CommandLine& app, PlayerOptions& options) {
   const Option camera = AddCommonOptions(app, options);
   const Option live = AddOptionsOfPlayer(app, options, camera);
+  AddOptionsOfSeveral(app, options, live);
   AddOptionsOfViewer(app, options, camera, live);
 }
 

@@ -26,6 +26,11 @@ struct PlayerOptions {
   std::optional<double> quit_after;  ///< Seconds.
   bool ask = false;                  ///< Ask the user for the camera where none is named.
 
+  // Several cameras of a server, or of `mosaic`, in the viewer's window.
+  bool all = false;            ///< All cameras of the server as a grid.
+  std::optional<double> tour;  ///< Seconds that each camera is shown for, one after the other.
+  bool kiosk = false;          ///< Nothing but pictures on the whole screen.
+
   // The player's.
   std::string device;     ///< The camera's id on the server; empty is the first of the list.
   bool extended = false;  ///< The extended buttons are shown.
@@ -44,7 +49,11 @@ struct PlayerOptions {
   bool time_first_picture = false;  ///< Print how long the first picture took.
 
   bool NamesACamera() const { return !camera.empty() || !live_url.empty() || !mosaic.empty(); }
-  bool ShowsOnePicture() const;
+  /// One picture's address is named, not a server.
+  bool NamesAPicture() const;
+  /// The viewer's window is wanted, with the server's cameras.
+  bool ShowsServer() const;
+  bool ShowsViewer() const { return NamesAPicture() || ShowsServer() || !mosaic.empty(); }
   /// The window's size; nothing where none was asked for.
   std::optional<QSize> WindowSize() const;
 };
@@ -61,6 +70,9 @@ ServerAddress ParseServer(const std::string& text);
 
 /// The fault in a camera server's or a picture's address, for people; empty where there is none.
 std::string CameraProblem(const std::string& text);
+
+/// What is wrong with options that are right by themselves; empty where nothing is.
+std::string CheckTogether(const PlayerOptions& options);
 
 /// The address as a window may show it: without a user's name and password, in any part of it.
 QString ShownAddress(const std::string& address);

@@ -9,7 +9,11 @@
 
 #include "common/http_status.h"
 #include "common/shown_text.h"
+#include "player/archive_search.h"
+#include "player/key_commands.h"
 #include "player/picture_age.h"
+#include "player/player_commands.h"
+#include "player/player_mosaic.h"
 #include "player/user_control1.h"
 #include "stream/failure_text.h"
 #include "widgets/control_widgets.h"
@@ -33,6 +37,12 @@ PlayerWindow::PlayerWindow(Platform& platform, YieldingHttp& requests, const Pla
   TakeSize();
   AddShortcuts();
   WatchRequests(requests);
+  new PlayerMosaic(*player_);
+  auto* const archive = new ArchiveSearch(platform, *player_);
+  new KeyCommands(*this, player_->VS(),
+                  PlayerCommands(*player_, {.search_archive = [archive] { archive->Open(); },
+                                            .connect_again = [this] { LoadAgain(); },
+                                            .quit = [this] { close(); }}));
   new PictureAge(*this, *player_->Control().VS, *notice_, [this] { return ChosenCamera(); });
   ShowTitle();
   QObject::connect(player_, &PlayerWidget::Loaded, this, &PlayerWindow::OnLoaded);
@@ -73,8 +83,6 @@ void PlayerWindow::AddShortcuts() {
   const auto on = [this](const QKeySequence& keys, auto action) {
     QObject::connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
   };
-  on(QKeySequence::Quit, [this] { close(); });
-  on(QKeySequence(Qt::Key_F5), [this] { LoadAgain(); });
   on(QKeySequence(Qt::Key_F11), [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); });
   on(QKeySequence(Qt::Key_Escape), [this] {
     if (notice_->ShowsProblem()) {

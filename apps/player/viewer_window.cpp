@@ -2,13 +2,19 @@
 
 #include <QKeySequence>
 #include <QPointer>
+#include <QScreen>
 #include <QShortcut>
 #include <QUrl>
 #include <chrono>
 #include <cstdint>
 #include <iostream>
+#include <utility>
+#include <vector>
 
+#include "player/key_commands.h"
 #include "player/picture_age.h"
+#include "player/server_cameras.h"
+#include "player/viewer_commands.h"
 #include "stream/failure_text.h"
 #include "stream/stream_options.h"
 #include "viewer/video_server_push.h"
@@ -36,38 +42,66 @@ QString ServerOf(const std::string& address) {
   return url.port() == -1 ? url.host() : QStringLiteral("%1:%2").arg(url.host()).arg(url.port());
 }
 
-void Show(VideoServerPushWidget& viewer, const PlayerOptions& options) {
-  if (options.mosaic.empty()) {
-    viewer.Connect(QString::fromStdString(options.camera));
-    return;
-  }
-  QString cameras;
-  for (const std::string& camera : options.mosaic)
-    cameras += QString::fromStdString(TileAddress(camera, options.access)) + QStringLiteral("\r\n");
-  viewer.MultiCamView(cameras);
-}
-
 }  // namespace
 
 ViewerWindow::ViewerWindow(Platform& platform, const PlayerOptions& options)
-    : options_(options), viewer_(new VideoServerPushWidget(platform, this)), notice_(new Notice(this)) {
+    : platform_(platform),
+      options_(options),
+      viewer_(new VideoServerPushWidget(platform, this)),
+      notice_(new Notice(this)) {
   setCentralWidget(viewer_);
-  const QString title = options_.mosaic.empty() ? ShownAddress(options_.camera)
-                                                : QStringLiteral("Mosaic of %1").arg(options_.mosaic.size());
-  setWindowTitle(QStringLiteral("%1 – Orbelcast").arg(title));
   resize(options_.WindowSize().value_or(kUsualSize));
+  // Nobody is there to try again.
+  if (options_.kiosk) options_.auto_reconnect = true;
   Configure();
+  MakeShow();
+  setWindowTitle(QStringLiteral("%1 – Orbelcast").arg(Name()));
+  if (options_.kiosk) FillScreen();
   AddShortcuts();
-  if (options_.mosaic.empty()) TellOfCamera();
+  TellOfCamera();
 }
 
 void ViewerWindow::Configure() {
   orbelcast::Configure(viewer_->Control(), StreamOf(options_));
   viewer_->setShowMotion(options_.show_motion);
-  viewer_->setShowBandwidth(!options_.no_status);
+  viewer_->setShowBandwidth(!options_.no_status && !options_.kiosk);
+}
+
+void ViewerWindow::MakeShow() {
+  if (options_.mosaic.empty() && !options_.ShowsServer()) return;
+  show_ = new CameraShow(*viewer_, viewer_->ShowBandwidth());
+  std::vector<ShownCamera> cameras;
+  for (const std::string& camera : options_.mosaic) {
+    cameras.push_back({.device = {}, .name = ShownAddress(camera), .address = TileAddress(camera, options_.access)});
+  }
+  show_->Take(std::move(cameras));
+  QObject::connect(show_, &CameraShow::Changed, this, [this] {
+    setWindowTitle(QStringLiteral("%1 – Orbelcast").arg(Name()));
+    notice_->Dismiss();
+  });
+  QObject::connect(show_, &CameraShow::Began, this, &ViewerWindow::OnStarted);
+}
+
+// Also where no window manager makes it so large.
+void ViewerWindow::FillScreen() {
+  setCursor(Qt::BlankCursor);
+  setGeometry(screen()->geometry());
+  setWindowState(Qt::WindowFullScreen);
+}
+
+QString ViewerWindow::Name() const {
+  return show_ != nullptr && !show_->Empty() ? show_->Name() : ShownAddress(options_.camera);
 }
 
 void ViewerWindow::AddShortcuts() {
+  const auto fill_screen = [this] { isFullScreen() ? showNormal() : showFullScreen(); };
+  ViewerWindowActions actions{.connect = [this] { Start(); }, .fill_screen = fill_screen, .quit = [this] { close(); }};
+  if (show_ != nullptr) actions.show_camera = [this](int camera) { show_->Choose(camera); };
+  if (options_.kiosk) {
+    new KeyCommands(*this, *viewer_, KioskCommands(actions), KeyCommands::Offers::kKeysAlone);
+    return;
+  }
+  new KeyCommands(*this, *viewer_, ViewerCommands(*viewer_, actions));
   const auto on = [this](const QKeySequence& keys, auto action) {
     QObject::connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
   };
@@ -78,19 +112,17 @@ void ViewerWindow::AddShortcuts() {
       isFullScreen() ? showNormal() : static_cast<void>(close());
     }
   });
-  on(QKeySequence::Quit, [this] { close(); });
-  on(QKeySequence(Qt::Key_F11), [this] { isFullScreen() ? showNormal() : showFullScreen(); });
-  on(QKeySequence(Qt::Key_F5), [this] { Start(); });
+  on(QKeySequence(Qt::Key_F11), fill_screen);
 }
 
 void ViewerWindow::TellOfCamera() {
-  new PictureAge(*this, viewer_->Control(), *notice_, [this] { return ShownAddress(options_.camera); });
+  new PictureAge(*this, viewer_->Control(), *notice_, [this] { return Name(); });
   patience_.setSingleShot(true);
   patience_.setInterval(Notice::kPatienceMilliseconds);
   retry_.setSingleShot(true);
   retry_.setInterval(kRetryAfter);
   QObject::connect(&patience_, &QTimer::timeout, this,
-                   [this] { notice_->ShowProgress(tr("Waiting for %1…").arg(ShownAddress(options_.camera))); });
+                   [this] { notice_->ShowProgress(tr("Waiting for %1…").arg(Name())); });
   QObject::connect(&retry_, &QTimer::timeout, this, &ViewerWindow::Start);
   QObject::connect(notice_, &Notice::Retried, this, &ViewerWindow::Start);
   QObject::connect(viewer_, &VideoServerPushWidget::Connected, this, &ViewerWindow::OnConnected);
@@ -98,9 +130,8 @@ void ViewerWindow::TellOfCamera() {
     patience_.stop();
     notice_->ShowProblem(WhyNoPicture());
   });
-  QObject::connect(viewer_, &VideoServerPushWidget::ConnectionBroken, this, [this] {
-    notice_->ShowProgress(tr("%1 does not answer any more. Trying again…").arg(ShownAddress(options_.camera)));
-  });
+  QObject::connect(viewer_, &VideoServerPushWidget::ConnectionBroken, this,
+                   [this] { notice_->ShowProgress(tr("%1 does not answer any more. Trying again…").arg(Name())); });
   QObject::connect(viewer_, &VideoServerPushWidget::StreamInfo, notice_, &Notice::EndProgress);
 }
 
@@ -112,14 +143,41 @@ void ViewerWindow::OnConnected() {
 
 void ViewerWindow::OnStarted() {
   const bool runs = viewer_->Control().MasterTimer.Enabled;
-  if (options_.auto_reconnect && !runs && options_.mosaic.empty()) retry_.start();
+  if (options_.auto_reconnect && !runs && !viewer_->Control().MultiCam.Enabled) retry_.start();
 }
 
 QString ViewerWindow::WhyNoPicture() {
-  const FailureText told = TextOf(
-      viewer_->Control().LastFailure(),
-      {.address = ShownAddress(options_.camera).toStdString(), .server = ServerOf(options_.camera).toStdString()});
+  const std::string address = show_ != nullptr ? show_->Address() : options_.camera;
+  const FailureText told = TextOf(viewer_->Control().LastFailure(),
+                                  {.address = Name().toStdString(), .server = ServerOf(address).toStdString()});
   return QString::fromStdString(told.notice);
+}
+
+int ViewerWindow::FirstCamera() const {
+  if (const int named = show_->Find(options_.device); named != CameraShow::kAll) return named;
+  return options_.tour || show_->Count() == 1 ? 0 : CameraShow::kAll;
+}
+
+void ViewerWindow::TellOfServer(const QString& problem) {
+  if (options_.auto_reconnect) {
+    notice_->ShowProgress(tr("%1 Trying again…").arg(problem));
+  } else {
+    notice_->ShowProblem(problem);
+  }
+}
+
+void ViewerWindow::ShowCameras() {
+  const QPointer watch(this);
+  if (show_->Empty()) {
+    const ServerCameras told = AskForCameras(platform_, PlayerOptions(options_));
+    if (!watch) return;
+    patience_.stop();
+    if (!told.problem.isEmpty()) return TellOfServer(told.problem);
+    show_->Take(told.cameras);
+  }
+  const bool first = !std::exchange(showing_, true);
+  if (first && options_.tour && show_->Count() > 1) show_->StartTour(*options_.tour);
+  show_->Show(first ? FirstCamera() : show_->Shown());
 }
 
 void ViewerWindow::TimeFirstPicture() {
@@ -139,10 +197,14 @@ void ViewerWindow::Start() {
   QTimer::singleShot(0, viewer_, [this] {
     if (options_.time_first_picture) TimeFirstPicture();
     if (notice_->ShowsProblem()) notice_->Dismiss();
-    if (options_.mosaic.empty() && !notice_->isVisible()) patience_.start();
+    if ((show_ == nullptr || show_->Empty()) && !notice_->isVisible()) patience_.start();
     retry_.stop();
-    viewer_->RunHandler([this, viewer = QPointer(viewer_), options = options_, mine = ++starts_] {
-      if (viewer) Show(*viewer, options);
+    viewer_->RunHandler([this, viewer = QPointer(viewer_), camera = options_.camera, mine = ++starts_] {
+      if (viewer && show_ != nullptr) {
+        ShowCameras();
+      } else if (viewer) {
+        viewer->Connect(QString::fromStdString(camera));
+      }
       // A newer start takes over.
       if (viewer && mine == starts_) OnStarted();
     });

@@ -16,7 +16,11 @@ void MultipleCameras::SetMultiCams() {
   }
   MultiCams.SelectionResult = "";
   if (!life_.Open(MultiCams) || MultiCams.SelectionResult.empty()) return;
-  MultiCamSelection = MultiCams.SelectionResult;
+  Show(MultiCams.SelectionResult);
+}
+
+void MultipleCameras::Show(const std::string& selection) {
+  MultiCamSelection = selection;
   children_.VS->MultiCamView(MultiCamSelection);
 }
 

@@ -18,6 +18,8 @@ class MultipleCameras {
 
   /// Opens the chooser and shows the cameras that were chosen in it.
   void SetMultiCams();
+  /// Shows the cameras; `selection` as VideoServerPush::MultiCamView takes it.
+  void Show(const std::string& selection);
   /// The last choice, as VideoServerPush::MultiCamView takes it; empty since a single camera was chosen.
   const std::string& Selection() const { return MultiCamSelection; }
   void Forget() { MultiCamSelection = ""; }

@@ -26,6 +26,9 @@ class PlayerStream {
   /// The picture code that is asked for from the next step on.
   void TakeQuality(std::string_view code);
 
+  /// The address that the archive's steps are added to.
+  const std::string& ArchiveAddress() const { return ArchiveUrl; }
+
   bool Live();
   bool Archive(ArchiveStep step, bool once);
   /// The picture at that time.

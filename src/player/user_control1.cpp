@@ -175,6 +175,12 @@ void UserControl1::SetMultiCams() {
   multiple_cameras_.SetMultiCams();
 }
 
+void UserControl1::ShowTogether(const std::string& cameras) {
+  const auto alive = life_.StayAlive();
+  CamList.ListIndex(-1);
+  multiple_cameras_.Show(cameras);
+}
+
 // ---- Clips and layout -----------------------------------------------------------------------------------------------
 
 void UserControl1::AviStart() {

@@ -80,6 +80,17 @@ class UserControl1 : public PlayerChildren {
   /// The id of the camera that is selected in the list, as the key "Device" takes it; empty where none is.
   std::string SelectedDevice() const { return cameras_.DeviceOf(CamList.ListIndex()); }
 
+  /// The address of the chosen camera's archive, which its steps are added to; empty where there is none.
+  const std::string& ArchiveAddress() const { return stream_.ArchiveAddress(); }
+
+  /// A camera's live address, without the picture's size and quality; empty where there is no such camera.
+  std::string LiveAddressOf(int camera) const { return cameras_.LiveUrlOf(camera); }
+  /// The live addresses of the cameras that were chosen to be shown together, each followed by CR LF; empty since a
+  /// single one was chosen.
+  const std::string& Together() const { return multiple_cameras_.Selection(); }
+  /// Shows cameras together, as when they were chosen in the control's own window.
+  void ShowTogether(const std::string& cameras);
+
   /// The windows that the control opens.
   std::vector<NamedChild> Windows();
 

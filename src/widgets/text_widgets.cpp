@@ -1,9 +1,11 @@
 #include "widgets/text_widgets.h"
 
 #include <QFocusEvent>
+#include <QPointer>
 #include <QSignalBlocker>
 #include <QTimer>
 #include <algorithm>
+#include <utility>
 
 #include "widgets/qt_texts.h"
 
@@ -33,12 +35,18 @@ LineWidget::LineWidget(TextBox& box, const Screen& screen, QWidget* parent)
 
 // The longest input bounds typing; the control itself may write a longer text into its box.
 void LineWidget::ShowText() {
+  if (held_) {
+    box_.Text = FromText(text());
+    return;
+  }
   const QString shown = ToLine(box_.Text);
   const int cursor = cursorPosition();
   if (box_.MaxLength > 0) setMaxLength(std::max(box_.MaxLength, static_cast<int>(shown.size())));
   if (shown == text()) return;
+  const bool all_selected = hasSelectedText() && selectedText() == text();
   setText(shown);
   setCursorPosition(cursor);
+  if (all_selected) selectAll();
 }
 
 void LineWidget::focusInEvent(QFocusEvent* event) {
@@ -49,7 +57,11 @@ void LineWidget::focusInEvent(QFocusEvent* event) {
 
 void LineWidget::focusOutEvent(QFocusEvent* event) {
   QLineEdit::focusOutEvent(event);
-  if (LeavesControl(*event)) Call(box_.OnLostFocus);
+  if (!LeavesControl(*event)) return;
+  const QPointer watch(this);
+  const bool held = std::exchange(held_, false);
+  Call(box_.OnLostFocus);
+  if (watch) held_ = held;
 }
 
 TextWidget::TextWidget(TextBox& box, const Screen& screen, QWidget* parent)

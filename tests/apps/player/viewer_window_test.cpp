@@ -1,9 +1,11 @@
-// What the viewer's window tells a person of its camera.
+// What the viewer's window tells a person of its camera, and how it shows several.
 
 #include "player/viewer_window.h"
 
 #include <gmock/gmock.h>
 
+#include <QTest>
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <functional>
@@ -27,6 +29,9 @@ class ViewerWindowTest : public testing::Test {
     PlayerOptions options;
     options.camera = camera;
     options.auto_reconnect = auto_reconnect;
+    Open(options);
+  }
+  void Open(const PlayerOptions& options) {
     window = std::make_unique<ViewerWindow>(platform.Get(), options);
     window->show();
     window->Start();
@@ -92,6 +97,48 @@ TEST_F(ViewerWindowTest, TellsThatThePictureIsOldUntilTheNextOneComes) {
   EXPECT_TRUE(RunUntil([&] { return Notice().starts_with("No picture since "); })) << Notice();
   goes_on = true;
   EXPECT_TRUE(RunUntil([&] { return Notice().empty(); })) << Notice();
+}
+
+TEST_F(ViewerWindowTest, ShowsAServersCamerasTogetherOneAloneAndOneAfterTheOther) {
+  std::string cameras = "RDXVIEWER\r\n";
+  const ScriptedServer server([&](const std::string& request, ScriptedServer::Connection& to) {
+    const bool asks = fakes::TargetOf(request).find("$rdxviewer") != std::string::npos;
+    to.Send(AnswerBytes(200, asks ? cameras : fakes::SmallJpeg()));
+  });
+  for (const char* camera : {"1", "2"}) {
+    cameras.append("CAM:d").append(camera).append("\tDoor\t").append(server.Url("/live/")).append(camera) += "\r\n";
+  }
+  const auto asked_alone = [&](const char* camera) {
+    return std::ranges::count_if(server.Requests(), [&](const auto& each) {
+      return fakes::TargetOf(each) == "/live/" + std::string(camera) + "/:?live-special0640x0480080";
+    });
+  };
+  PlayerOptions options;
+  options.camera = "127.0.0.1:" + std::to_string(server.Port());
+  options.all = true;
+  Open(options);
+  const VideoServerPush& viewer = window->findChild<VideoServerPushWidget*>()->Control();
+  auto* const video = window->findChild<QWidget*>(QStringLiteral("VideoStream"));
+  // Two tiles of the upper row of four.
+  const QPoint second(video->width() * 3 / 4, video->height() / 4);
+  ASSERT_TRUE(RunUntil([&] { return viewer.MultiCam.Enabled && video->isVisible(); }));
+  EXPECT_EQ(window->windowTitle().toStdString(), "Mosaic of 2 – Orbelcast");
+  QTest::mouseDClick(video, Qt::LeftButton, {}, second);
+  EXPECT_TRUE(RunUntil([&] { return asked_alone("2") > 0 && !viewer.MultiCam.Enabled; }));
+  EXPECT_EQ(asked_alone("1"), 0);
+  QTest::mouseDClick(video, Qt::LeftButton, {}, second);
+  EXPECT_TRUE(RunUntil([&] { return viewer.MultiCam.Enabled.Get(); }));
+
+  options.all = false;
+  options.kiosk = true;
+  options.tour = 0.2;
+  Open(options);
+  EXPECT_TRUE(RunUntil([&] { return asked_alone("1") > 0; }));
+  EXPECT_TRUE(RunUntil([&, before = asked_alone("2")] { return asked_alone("2") > before; }));
+  for (const auto key : {Qt::Key_Escape, Qt::Key_F11, Qt::Key_F}) QTest::keyClick(window.get(), key);
+  EXPECT_TRUE(window->isVisible() && window->isFullScreen());
+  QTest::keyClick(window.get(), Qt::Key_Q, Qt::ControlModifier);
+  EXPECT_FALSE(window->isVisible());
 }
 
 }  // namespace
