@@ -64,7 +64,7 @@ std::string SaveScreenshot(QWidget& window, const std::string& file) {
 
 std::unique_ptr<QMainWindow> MakeWindow(orbelcast::QtPlatform& platform, const orbelcast::PlayerOptions& options) {
   if (!options.ShowsOnePicture()) {
-    return std::make_unique<orbelcast::PlayerWindow>(platform.Get(), platform.Requests(), options);
+    return std::make_unique<orbelcast::PlayerWindow>(platform, options);
   }
   auto window = std::make_unique<orbelcast::ViewerWindow>(platform.Get(), options);
   window->Start();

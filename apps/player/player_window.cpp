@@ -3,15 +3,18 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeySequence>
+#include <QPointer>
 #include <QSettings>
 #include <QShortcut>
 #include <iostream>
 
-#include "common/http_status.h"
 #include "common/shown_text.h"
+#include "player/badges.h"
+#include "player/camera_failures.h"
 #include "player/picture_age.h"
+#include "player/recording_sign.h"
+#include "player/save_name.h"
 #include "player/user_control1.h"
-#include "stream/failure_text.h"
 #include "widgets/control_widgets.h"
 #include "widgets/qt_texts.h"
 
@@ -26,17 +29,34 @@ constexpr int kLongestTitle = 80;
 
 }  // namespace
 
-PlayerWindow::PlayerWindow(Platform& platform, YieldingHttp& requests, const PlayerOptions& options)
-    : options_(options), player_(new PlayerWidget(platform, this)), notice_(new Notice(this)) {
+PlayerWindow::PlayerWindow(QtPlatform& platform, const PlayerOptions& options)
+    : options_(options),
+      player_(new PlayerWidget(platform.Get(), this)),
+      notice_(new Notice(this)),
+      login_(new Login(*this, *notice_, options_, [this] {
+        Configure();
+        LoadAgain();
+      })) {
   setCentralWidget(player_);
   Configure();
   TakeSize();
   AddShortcuts();
-  WatchRequests(requests);
-  new PictureAge(*this, *player_->Control().VS, *notice_, [this] { return ChosenCamera(); });
+  WatchRequests(platform.Requests());
+  WatchPicture(platform.Questions());
   ShowTitle();
   QObject::connect(player_, &PlayerWidget::Loaded, this, &PlayerWindow::OnLoaded);
   QObject::connect(notice_, &Notice::Retried, this, &PlayerWindow::LoadAgain);
+}
+
+void PlayerWindow::WatchPicture(QtDialogs& questions) {
+  const auto camera = [this] { return ChosenCamera(); };
+  auto* const age = new PictureAge(*this, *player_->Control().VS, *notice_, camera);
+  auto* const badges = new Badges(player_->VS(), *age);
+  new RecordingSign(*player_, *badges);
+  new CameraFailures(*player_, *notice_, *login_, camera);
+  questions.ProposeName = [this, watch = QPointer(player_), badges] {
+    return watch ? SaveName(*player_, ChosenCamera(), *badges) : QString();
+  };
 }
 
 void PlayerWindow::Configure() {
@@ -77,11 +97,7 @@ void PlayerWindow::AddShortcuts() {
   on(QKeySequence(Qt::Key_F5), [this] { LoadAgain(); });
   on(QKeySequence(Qt::Key_F11), [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); });
   on(QKeySequence(Qt::Key_Escape), [this] {
-    if (notice_->ShowsProblem()) {
-      notice_->Dismiss();
-    } else {
-      setWindowState(windowState() & ~Qt::WindowFullScreen);
-    }
+    if (!notice_->Close()) setWindowState(windowState() & ~Qt::WindowFullScreen);
   });
 }
 
@@ -114,24 +130,25 @@ void PlayerWindow::WatchRequests(YieldingHttp& requests) {
 
 void PlayerWindow::OnLoaded() {
   ShowTitle();
-  if (const QString problem = Problem(); !problem.isEmpty()) {
-    notice_->ShowProblem(problem);
-    return;
-  }
+  if (RefusesLogin()) return login_->Refused(ShownAddress(options_.camera), {.close = false});
+  if (LacksServer()) return notice_->ShowProblem(Problem(), {.close = false});
   notice_->Dismiss();
   ChooseFirst();
   if (LacksDevice()) TellOfDevice();
 }
 
+bool PlayerWindow::LacksServer() const {
+  return !player_->Server().isEmpty() && player_->Control().CamList.ListCount() == 0;
+}
+
+bool PlayerWindow::RefusesLogin() const {
+  return LacksServer() && outcome_.answered && Login::IsRefused(outcome_.status);
+}
+
 QString PlayerWindow::Problem() const {
-  if (player_->Server().isEmpty() || player_->Control().CamList.ListCount() > 0) return {};
   const QString place = ShownAddress(options_.camera);
   if (!outcome_.answered) {
     return tr("%1 does not answer. Is the address right, and is the camera server running?").arg(place);
-  }
-  if (outcome_.status == kUnauthorized || outcome_.status == kForbidden) {
-    const Failure refused{FailureKind::kStatus, outcome_.status};
-    return QString::fromStdString(TextOf(refused, {.address = place.toStdString()}).notice);
   }
   if (outcome_.status != kHttpOk) {
     return tr("%1 answers, but not as a camera server does (status %2).").arg(place).arg(outcome_.status);

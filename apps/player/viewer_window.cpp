@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <iostream>
 
+#include "player/badges.h"
 #include "player/picture_age.h"
 #include "stream/failure_text.h"
 #include "stream/stream_options.h"
@@ -50,7 +51,13 @@ void Show(VideoServerPushWidget& viewer, const PlayerOptions& options) {
 }  // namespace
 
 ViewerWindow::ViewerWindow(Platform& platform, const PlayerOptions& options)
-    : options_(options), viewer_(new VideoServerPushWidget(platform, this)), notice_(new Notice(this)) {
+    : options_(options),
+      viewer_(new VideoServerPushWidget(platform, this)),
+      notice_(new Notice(this)),
+      login_(new Login(*this, *notice_, options_, [this] {
+        Configure();
+        Start();
+      })) {
   setCentralWidget(viewer_);
   const QString title = options_.mosaic.empty() ? ShownAddress(options_.camera)
                                                 : QStringLiteral("Mosaic of %1").arg(options_.mosaic.size());
@@ -72,11 +79,7 @@ void ViewerWindow::AddShortcuts() {
     QObject::connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
   };
   on(QKeySequence(Qt::Key_Escape), [this] {
-    if (notice_->ShowsProblem()) {
-      notice_->Dismiss();
-    } else {
-      isFullScreen() ? showNormal() : static_cast<void>(close());
-    }
+    if (!notice_->Close()) isFullScreen() ? showNormal() : static_cast<void>(close());
   });
   on(QKeySequence::Quit, [this] { close(); });
   on(QKeySequence(Qt::Key_F11), [this] { isFullScreen() ? showNormal() : showFullScreen(); });
@@ -84,7 +87,8 @@ void ViewerWindow::AddShortcuts() {
 }
 
 void ViewerWindow::TellOfCamera() {
-  new PictureAge(*this, viewer_->Control(), *notice_, [this] { return ShownAddress(options_.camera); });
+  new Badges(*viewer_,
+             *new PictureAge(*this, viewer_->Control(), *notice_, [this] { return ShownAddress(options_.camera); }));
   patience_.setSingleShot(true);
   patience_.setInterval(Notice::kPatienceMilliseconds);
   retry_.setSingleShot(true);
@@ -96,7 +100,12 @@ void ViewerWindow::TellOfCamera() {
   QObject::connect(viewer_, &VideoServerPushWidget::Connected, this, &ViewerWindow::OnConnected);
   QObject::connect(viewer_, &VideoServerPushWidget::ConnectionFailed, this, [this] {
     patience_.stop();
-    notice_->ShowProblem(WhyNoPicture());
+    const Failure failure = viewer_->Control().LastFailure();
+    if (failure.kind == FailureKind::kStatus && Login::IsRefused(failure.status)) {
+      login_->Refused(ShownAddress(options_.camera), {.close = false});
+    } else {
+      notice_->ShowProblem(WhyNoPicture(), {.close = false});
+    }
   });
   QObject::connect(viewer_, &VideoServerPushWidget::ConnectionBroken, this, [this] {
     notice_->ShowProgress(tr("%1 does not answer any more. Trying again…").arg(ShownAddress(options_.camera)));
@@ -107,7 +116,7 @@ void ViewerWindow::TellOfCamera() {
 void ViewerWindow::OnConnected() {
   patience_.stop();
   if (viewer_->Control().LastFailure().kind != FailureKind::kNoPicture) return notice_->Dismiss();
-  notice_->ShowProblem(WhyNoPicture());
+  notice_->ShowProblem(WhyNoPicture(), {.close = false});
 }
 
 void ViewerWindow::OnStarted() {

@@ -4,6 +4,7 @@
 #include <QTimer>
 
 #include "orbelcast/video_server_push_widget.h"
+#include "player/login.h"
 #include "player/notice.h"
 #include "player/player_options.h"
 #include "toolkit/signal.h"
@@ -35,6 +36,7 @@ class ViewerWindow final : public QMainWindow {
   PlayerOptions options_;
   VideoServerPushWidget* viewer_;
   Notice* notice_;
+  Login* login_;
   QTimer patience_;  // until a wait is worth a notice
   QTimer retry_;     // until a camera that has not answered yet is tried again
   int starts_ = 0;

@@ -43,7 +43,7 @@ TEST(PlayerWindowTest, F5KeepsTheCameraThatIsChosenAndConnectsAgain) {
   PlayerOptions options;
   options.camera = "127.0.0.1:" + std::to_string(server.Port());
   options.fixed_layout = true;
-  PlayerWindow window(platform.Get(), platform.Requests(), options);
+  PlayerWindow window(platform, options);
   window.show();
   // Everything stands where it was designed, from the beginning, so that is the window's size.
   EXPECT_EQ(window.size(), QSize(353, 396));
