@@ -4,6 +4,8 @@
 #include <QTimer>
 
 #include "orbelcast/player_widget.h"
+#include "player/first_choices.h"
+#include "player/full_screen.h"
 #include "player/login.h"
 #include "player/notice.h"
 #include "player/player_options.h"
@@ -25,10 +27,12 @@ class PlayerWindow final : public QMainWindow {
 
  private:
   void Configure();
-  void TakeSize();
+  void TakeSize(const Screen& screen);
   void AddShortcuts();
   /// What tells of the picture: its state, its age, its failures.
-  void WatchPicture(QtDialogs& questions);
+  void WatchPicture(QtPlatform& platform);
+  /// Of the viewer over the whole screen, as long as that is there.
+  void WatchFullScreen(VideoServerPushWidget& viewer, const Screen& screen);
   void WatchRequests(YieldingHttp& requests);
   /// Asks the server again, and connects again with the camera that is chosen.
   void LoadAgain();
@@ -47,9 +51,11 @@ class PlayerWindow final : public QMainWindow {
   QString Problem() const;
 
   PlayerOptions options_;
+  const FirstChoices first_choices_;
   PlayerWidget* player_;
   Notice* notice_;
   Login* login_;
+  FullScreen* full_screen_;
   QTimer patience_;  // until a wait is worth a notice
   YieldingHttp::Outcome outcome_{.answered = false, .status = 0};
   bool chosen_ = false;

@@ -10,6 +10,8 @@
 
 #include "player/badges.h"
 #include "player/picture_age.h"
+#include "player/proportions.h"
+#include "player/window_size.h"
 #include "stream/failure_text.h"
 #include "stream/stream_options.h"
 #include "viewer/video_server_push.h"
@@ -52,17 +54,20 @@ void Show(VideoServerPushWidget& viewer, const PlayerOptions& options) {
 
 ViewerWindow::ViewerWindow(Platform& platform, const PlayerOptions& options)
     : options_(options),
-      viewer_(new VideoServerPushWidget(platform, this)),
+      viewer_(new VideoServerPushWidget(platform, new QWidget(this))),
       notice_(new Notice(this)),
-      login_(new Login(*this, *notice_, options_, [this] {
-        Configure();
-        Start();
-      })) {
-  setCentralWidget(viewer_);
+      login_(new Login(*this, *notice_, options_,
+                       [this] {
+                         Configure();
+                         Start();
+                       })),
+      full_screen_(new FullScreen(*this)) {
+  setCentralWidget(viewer_->parentWidget());
+  new Proportions(*viewer_, platform.screen, [this] { return viewer_->parentWidget()->rect(); });
   const QString title = options_.mosaic.empty() ? ShownAddress(options_.camera)
                                                 : QStringLiteral("Mosaic of %1").arg(options_.mosaic.size());
   setWindowTitle(QStringLiteral("%1 – Orbelcast").arg(title));
-  resize(options_.WindowSize().value_or(kUsualSize));
+  resize(options_.WindowSize().value_or(FittingScreen(*this, kUsualSize)));
   Configure();
   AddShortcuts();
   if (options_.mosaic.empty()) TellOfCamera();
@@ -79,10 +84,9 @@ void ViewerWindow::AddShortcuts() {
     QObject::connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
   };
   on(QKeySequence(Qt::Key_Escape), [this] {
-    if (!notice_->Close()) isFullScreen() ? showNormal() : static_cast<void>(close());
+    if (!notice_->Close() && !full_screen_->Leave()) close();
   });
   on(QKeySequence::Quit, [this] { close(); });
-  on(QKeySequence(Qt::Key_F11), [this] { isFullScreen() ? showNormal() : showFullScreen(); });
   on(QKeySequence(Qt::Key_F5), [this] { Start(); });
 }
 

@@ -4,6 +4,7 @@
 #include <QTimer>
 
 #include "orbelcast/video_server_push_widget.h"
+#include "player/full_screen.h"
 #include "player/login.h"
 #include "player/notice.h"
 #include "player/player_options.h"
@@ -37,6 +38,7 @@ class ViewerWindow final : public QMainWindow {
   VideoServerPushWidget* viewer_;
   Notice* notice_;
   Login* login_;
+  FullScreen* full_screen_;
   QTimer patience_;  // until a wait is worth a notice
   QTimer retry_;     // until a camera that has not answered yet is tried again
   int starts_ = 0;

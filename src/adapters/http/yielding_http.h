@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "platform/http_request.h"
 #include "toolkit/property.h"
@@ -17,6 +18,7 @@ class YieldingHttp final : public HttpRequestFactory {
   struct Outcome {
     bool answered;
     int status;  ///< HTTP status of the answer; 0 where there was none.
+    std::string url{};  ///< What was asked for. It may hold a login.
   };
 
   /// `http` outlives this factory.

@@ -6,11 +6,15 @@
 
 #include <QTemporaryDir>
 #include <QTest>
+#include <QToolButton>
 #include <algorithm>
+#include <memory>
 #include <string>
 
 #include "fakes/scripted_server.h"
 #include "fakes/small_jpeg.h"
+#include "player/badges.h"
+#include "player/status_line.h"
 #include "player/user_control1.h"
 #include "widgets/qt_platform.h"
 
@@ -56,6 +60,84 @@ TEST(PlayerWindowTest, F5KeepsTheCameraThatIsChosenAndConnectsAgain) {
   QTest::keyClick(&window, Qt::Key_F5);
   EXPECT_TRUE(QTest::qWaitFor([&] { return player.CamList.ListIndex() == 1 && asked("/live/2") > before; }, kLimit));
   EXPECT_EQ(asked("$rdxviewer"), 2);
+}
+
+/// A player that has no server, on a registry of its own.
+class PlayerWindowTest : public testing::Test {
+ protected:
+  PlayerWindowTest() { qputenv("ORBELCAST_REGISTRY", folder.filePath(QStringLiteral("registry.json")).toLocal8Bit()); }
+  void Open() {
+    PlayerOptions options;
+    options.live_url = "http://127.0.0.1:1/";
+    window = std::make_unique<PlayerWindow>(platform, options);
+    window->show();
+  }
+  UserControl1& Player() const { return window->findChild<PlayerWidget*>()->Control(); }
+  QString StatusLineText() const {
+    const auto* line = window->findChild<StatusLine*>();
+    return line->isVisible() ? line->text() : QString();
+  }
+
+  const QTemporaryDir folder;
+  QtPlatform platform;
+  std::unique_ptr<PlayerWindow> window;
+};
+
+TEST_F(PlayerWindowTest, ChoosesAUsefulPictureTheFirstTimeAndLeavesAPersonsChoices) {
+  Open();
+  EXPECT_EQ(Player().VS->FrameRate(), 10);
+  EXPECT_EQ(Player().Resolution.List()[static_cast<std::size_t>(Player().Resolution.ListIndex())],
+            "640x480 (20% compression)");
+  Player().RefreshURLs("http://127.0.0.1:1/live/1", "");
+  EXPECT_TRUE(QString::fromStdString(Player().VS->URL()).endsWith(QLatin1String("0640x0480080")));
+  Player().FrameRate.Choose(3);
+  Player().Resolution.Choose(7);
+  window.reset();
+  Open();
+  EXPECT_EQ(Player().FrameRate.ListIndex(), 3);
+  EXPECT_EQ(Player().Resolution.ListIndex(), 7);
+  EXPECT_TRUE(Player().PlayerControls.Visible);
+  window->resize(1, 1);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return window->size() == window->minimumSize(); }, kLimit));
+  EXPECT_TRUE(Player().PlayerControls.Visible);
+}
+
+TEST_F(PlayerWindowTest, ShowsThatAClipIsRecorded) {
+  Open();
+  const auto* button = window->findChild<QToolButton*>(QStringLiteral("Player(8)"));
+  const auto shown = [&] {
+    QStringList texts;
+    for (const auto* each : window->findChildren<Badge*>()) {
+      if (each->isVisible()) texts += each->text();
+    }
+    return texts;
+  };
+  std::int32_t none = 0;
+  Player().Player[8].Visible = true;
+  for (int second = 0; second < 61; ++second) Player().VS->Events.StreamInfo(none, none);
+  EXPECT_EQ(shown(), QStringList(QStringLiteral("REC 01:01")));
+  EXPECT_TRUE(button->isChecked());
+  Player().Player[8].Visible = false;
+  EXPECT_EQ(shown(), QStringList());
+}
+
+TEST_F(PlayerWindowTest, TellsOfAPictureThatCannotBeSavedAndOfWhatTheServerRefuses) {
+  Open();
+  QtDialogs& questions = platform.Questions();
+  const auto chosen = [&](const char* file) { questions.NameChosen({.title = {}, .filter = "*.jpg"}, file); };
+  chosen("/proc/kept.jpg");
+  questions.Asks();
+  questions.Answered(Dialogs::Answer::kNo);
+  QTest::qWait(0);
+  EXPECT_EQ(StatusLineText(), QString()) << "the person kept what is there";
+  chosen("/proc/picture.jpg");
+  questions.Asks();
+  questions.Answered(Dialogs::Answer::kYes);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return StatusLineText().contains(QLatin1String("/proc/picture.jpg")); }, kLimit));
+  platform.Requests().Ended()(
+      {.answered = true, .status = 403, .url = "http://h/$openlogin/a/b/srv_vigilbox$output=1"});
+  EXPECT_EQ(StatusLineText(),
+            QStringLiteral("The output was not switched: the server does not allow it to this user."));
 }
 
 }  // namespace
