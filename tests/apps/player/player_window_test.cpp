@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
@@ -28,47 +29,19 @@ using fakes::TargetOf;
 /// Milliseconds: far more than anything here takes.
 constexpr int kLimit = 20'000;
 
-TEST(PlayerWindowTest, F5KeepsTheCameraThatIsChosenAndConnectsAgain) {
-  std::string cameras = "RDXVIEWER\r\n";
-  ScriptedServer server([&](const std::string& request, ScriptedServer::Connection& to) {
-    const bool asks = TargetOf(request).find("$rdxviewer") != std::string::npos;
-    to.Send(AnswerBytes(200, asks ? cameras : fakes::SmallJpeg()));
-  });
-  for (const char* camera : {"1", "2"}) {
-    cameras.append("CAM:d").append(camera).append("\tDoor\t").append(server.Url("/live/")).append(camera) += "\r\n";
-  }
-  const auto asked = [&](const std::string& part) {
-    return std::ranges::count_if(server.Requests(),
-                                 [&](const auto& each) { return TargetOf(each).find(part) != std::string::npos; });
-  };
-  const QTemporaryDir folder;
-  qputenv("ORBELCAST_REGISTRY", folder.filePath(QStringLiteral("registry.json")).toLocal8Bit());
-  QtPlatform platform;
-  PlayerOptions options;
-  options.camera = "127.0.0.1:" + std::to_string(server.Port());
-  options.fixed_layout = true;
-  PlayerWindow window(platform, options);
-  window.show();
-  // Everything stands where it was designed, from the beginning, so that is the window's size.
-  EXPECT_EQ(window.size(), QSize(353, 396));
-  UserControl1& player = window.findChild<PlayerWidget*>()->Control();
-  ASSERT_TRUE(QTest::qWaitFor([&] { return player.CamList.ListIndex() == 0; }, kLimit));
-  player.CamList.Choose(1);
-  ASSERT_TRUE(QTest::qWaitFor([&] { return player.VS->VideoStream.Visible && asked("/live/2") > 0; }, kLimit));
-  player.VS->Disconnect();
-  const auto before = asked("/live/2");
-  QTest::keyClick(&window, Qt::Key_F5);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return player.CamList.ListIndex() == 1 && asked("/live/2") > before; }, kLimit));
-  EXPECT_EQ(asked("$rdxviewer"), 2);
-}
-
-/// A player that has no server, on a registry of its own.
+/// A player on a registry and with settings of its own.
 class PlayerWindowTest : public testing::Test {
  protected:
-  PlayerWindowTest() { qputenv("ORBELCAST_REGISTRY", folder.filePath(QStringLiteral("registry.json")).toLocal8Bit()); }
+  PlayerWindowTest() {
+    qputenv("ORBELCAST_REGISTRY", folder.filePath(QStringLiteral("registry.json")).toLocal8Bit());
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
+  }
   void Open() {
     PlayerOptions options;
     options.live_url = "http://127.0.0.1:1/";
+    Open(options);
+  }
+  void Open(const PlayerOptions& options) {
     window = std::make_unique<PlayerWindow>(platform, options);
     window->show();
   }
@@ -83,13 +56,48 @@ class PlayerWindowTest : public testing::Test {
   std::unique_ptr<PlayerWindow> window;
 };
 
+TEST_F(PlayerWindowTest, F5KeepsTheCameraThatIsChosenAndConnectsAgainAndTheNextStartBeginsWithIt) {
+  std::string cameras = "RDXVIEWER\r\n";
+  ScriptedServer server([&](const std::string& request, ScriptedServer::Connection& to) {
+    const bool asks = TargetOf(request).find("$rdxviewer") != std::string::npos;
+    to.Send(AnswerBytes(200, asks ? cameras : fakes::SmallJpeg()));
+  });
+  for (const char* camera : {"1", "2"}) {
+    cameras.append("CAM:d").append(camera).append("\tDoor\t").append(server.Url("/live/")).append(camera) += "\r\n";
+  }
+  const auto asked = [&](const std::string& part) {
+    return std::ranges::count_if(server.Requests(),
+                                 [&](const auto& each) { return TargetOf(each).find(part) != std::string::npos; });
+  };
+  PlayerOptions options;
+  options.camera = "127.0.0.1:" + std::to_string(server.Port());
+  options.fixed_layout = true;
+  Open(options);
+  // Everything stands where it was designed, from the beginning, so that is the window's size.
+  EXPECT_EQ(window->size(), QSize(353, 396));
+  UserControl1& player = Player();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return player.CamList.ListIndex() == 0; }, kLimit));
+  player.CamList.Choose(1);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return player.VS->VideoStream.Visible && asked("/live/2") > 0; }, kLimit));
+  player.VS->Disconnect();
+  const auto before = asked("/live/2");
+  QTest::keyClick(window.get(), Qt::Key_F5);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return player.CamList.ListIndex() == 1 && asked("/live/2") > before; }, kLimit));
+  EXPECT_EQ(asked("$rdxviewer"), 2);
+  window.reset();
+  Open(options);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Player().CamList.ListIndex() == 1; }, kLimit));
+}
+
 TEST_F(PlayerWindowTest, ChoosesAUsefulPictureTheFirstTimeAndLeavesAPersonsChoices) {
   Open();
   EXPECT_EQ(Player().VS->FrameRate(), 10);
   EXPECT_EQ(Player().Resolution.List()[static_cast<std::size_t>(Player().Resolution.ListIndex())],
             "640x480 (20% compression)");
+  std::string asked;
+  const auto failed = Player().VS->Events.ConnectionFailedV2.Connect([&](std::string& url, bool&) { asked = url; });
   Player().RefreshURLs("http://127.0.0.1:1/live/1", "");
-  EXPECT_TRUE(QString::fromStdString(Player().VS->URL()).endsWith(QLatin1String("0640x0480080")));
+  EXPECT_TRUE(asked.ends_with("0640x0480080")) << asked;
   Player().FrameRate.Choose(3);
   Player().Resolution.Choose(7);
   window.reset();
@@ -100,6 +108,24 @@ TEST_F(PlayerWindowTest, ChoosesAUsefulPictureTheFirstTimeAndLeavesAPersonsChoic
   window->resize(1, 1);
   EXPECT_TRUE(QTest::qWaitFor([&] { return window->size() == window->minimumSize(); }, kLimit));
   EXPECT_TRUE(Player().PlayerControls.Visible);
+}
+
+TEST_F(PlayerWindowTest, LeavesBothFullScreensByKeysAndSaysSo) {
+  Open();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+  QTest::keyClick(window.get(), Qt::Key_F11);
+  EXPECT_TRUE(window->isFullScreen());
+  EXPECT_NE(window->findChild<Hint*>(), nullptr);
+  QTest::keyClick(window.get(), Qt::Key_Escape);
+  EXPECT_FALSE(window->isFullScreen());
+  EXPECT_EQ(window->findChild<Hint*>(), nullptr);
+  for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_F11}) {
+    Player().Player[16].OnClick();
+    auto* screen = window->findChild<QWidget*>(QStringLiteral("XFullScreen"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return screen->findChild<Hint*>() != nullptr; }, kLimit));
+    QTest::keyClick(screen, key);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !Player().XFullScreen.IsOpen() && !screen->isVisible(); }, kLimit));
+  }
 }
 
 TEST_F(PlayerWindowTest, ShowsThatAClipIsRecorded) {
