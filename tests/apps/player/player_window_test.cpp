@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
@@ -29,13 +28,9 @@ using fakes::TargetOf;
 /// Milliseconds: far more than anything here takes.
 constexpr int kLimit = 20'000;
 
-/// A player on a registry and with settings of its own.
+/// A player on a registry of its own.
 class PlayerWindowTest : public testing::Test {
  protected:
-  PlayerWindowTest() {
-    qputenv("ORBELCAST_REGISTRY", folder.filePath(QStringLiteral("registry.json")).toLocal8Bit());
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
-  }
   void Open() {
     PlayerOptions options;
     options.live_url = "http://127.0.0.1:1/";
@@ -51,7 +46,13 @@ class PlayerWindowTest : public testing::Test {
     return line->isVisible() ? line->text() : QString();
   }
 
+  /// Before the platform is there, which looks for its registry.
+  static bool HasOwnRegistry(const QTemporaryDir& folder) {
+    return qputenv("ORBELCAST_REGISTRY", folder.filePath(QStringLiteral("registry.json")).toLocal8Bit());
+  }
+
   const QTemporaryDir folder;
+  const bool has_own_registry = HasOwnRegistry(folder);
   QtPlatform platform;
   std::unique_ptr<PlayerWindow> window;
 };
