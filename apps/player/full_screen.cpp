@@ -12,7 +12,7 @@ namespace orbelcast {
 
 namespace {
 
-constexpr int kPadding = 10;
+constexpr int kHintPadding = 10;
 
 void LeaveAsAPressDoes(FullScreenWindow& screen) {
   if (!screen.vs) return;
@@ -25,8 +25,8 @@ Hint::Hint(QWidget& over, const QString& text) : QLabel(text, &over) {
   setObjectName(QStringLiteral("hint"));
   setAccessibleName(text);
   setAttribute(Qt::WA_TransparentForMouseEvents);
-  setStyleSheet(
-      QStringLiteral("background: rgba(0, 0, 0, 170); color: white; border-radius: 6px; padding: %1px;").arg(kPadding));
+  setStyleSheet(QStringLiteral("background: rgba(0, 0, 0, 170); color: white; border-radius: 6px; padding: %1px;")
+                    .arg(kHintPadding));
   adjustSize();
   Place();
   show();

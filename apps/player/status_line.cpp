@@ -8,7 +8,7 @@ namespace orbelcast {
 namespace {
 
 constexpr int kShownMilliseconds = 12'000;
-constexpr int kPadding = 4;
+constexpr int kStatusPadding = 4;
 
 }  // namespace
 
@@ -16,7 +16,7 @@ StatusLine::StatusLine(QWidget* parent) : QLabel(parent) {
   setObjectName(QStringLiteral("status"));
   setStyleSheet(QStringLiteral("#status { background: palette(base); color: palette(text);"
                                " border-top: 1px solid palette(mid); padding: %1px; }")
-                    .arg(kPadding));
+                    .arg(kStatusPadding));
   setTextFormat(Qt::PlainText);
   setWordWrap(true);
   setToolTip(tr("Click to close"));

@@ -67,14 +67,14 @@ Filters FiltersOf(const std::string& filter) {
 }
 
 /// The longest name that is proposed, in characters: with an ending a valid name of a file, whatever its bytes.
-constexpr int kLongestName = 80;
+constexpr int kProposedNameLength = 80;
 
 /// A text as the name of a file, on this system and on those that a file may be taken to.
 QString FileNameOf(QString text) {
   for (QChar& each : text) {
     if (!each.isPrint() || QStringLiteral("/\\:*?\"<>|").contains(each)) each = QLatin1Char('-');
   }
-  text = text.simplified().left(kLongestName);
+  text = text.simplified().left(kProposedNameLength);
   // Otherwise hidden.
   return text.startsWith(QLatin1Char('.')) ? QLatin1Char('-') + text : text;
 }
