@@ -47,11 +47,11 @@ void Proportions::Place() {
   has_shown_ = has_shown_ || viewer_.Control().VideoStream.Visible;
   bars_->setGeometry(area);
   viewer_.setGeometry(Wanted(area));
-  const auto [width, height] = SizeInTwips(viewer_, screen_);
+  const std::pair<float, float> size = SizeInTwips(viewer_, screen_);
   VideoServerPush& control = viewer_.Control();
-  if (control.Width() == width && control.Height() == height) return;
-  viewer_.RunHandler([viewer = QPointer(&viewer_), width, height] {
-    if (viewer) viewer->Control().Resize(width, height);
+  if (std::pair(control.Width(), control.Height()) == size) return;
+  viewer_.RunHandler([viewer = QPointer(&viewer_), size] {
+    if (viewer) viewer->Control().Resize(size.first, size.second);
   });
 }
 
