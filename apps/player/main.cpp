@@ -64,11 +64,17 @@ std::string SaveScreenshot(QWidget& window, const std::string& file) {
 
 std::unique_ptr<QMainWindow> MakeWindow(orbelcast::QtPlatform& platform, const orbelcast::PlayerOptions& options) {
   if (!options.ShowsViewer()) {
-    return std::make_unique<orbelcast::PlayerWindow>(platform.Get(), platform.Requests(), options);
+    return std::make_unique<orbelcast::PlayerWindow>(platform, options);
   }
   auto window = std::make_unique<orbelcast::ViewerWindow>(platform.Get(), options);
   window->Start();
   return window;
+}
+
+/// Ends the program whatever windows are open. One that is asked to close first, as quit() does, may refuse.
+void End(QWidget& window) {
+  window.close();
+  QApplication::exit();
 }
 
 int Run(int argc, char** argv) {
@@ -121,12 +127,12 @@ int Run(int argc, char** argv) {
   orbelcast::QtPlatform platform;
   const std::unique_ptr<QMainWindow> window = MakeWindow(platform, options);
   window->show();
-  const orbelcast::StopSignals stop(platform.Get().loop.Queue(), [] { QApplication::quit(); });
+  const orbelcast::StopSignals stop(platform.Get().loop.Queue(), [&window] { End(*window); });
   std::string problem;
   if (options.quit_after) {
     QTimer::singleShot(static_cast<int>(*options.quit_after * 1000), window.get(), [&] {
       if (!options.screenshot.empty()) problem = SaveScreenshot(*window, options.screenshot);
-      QApplication::quit();
+      End(*window);
     });
   }
   const int status = QApplication::exec();

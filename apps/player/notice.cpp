@@ -25,6 +25,7 @@ Notice::Notice(QWidget* parent)
       icon_(new QLabel),
       text_(new QLabel),
       progress_(new QProgressBar),
+      log_in_(new QPushButton(tr("&Log in…"))),
       retry_(new QPushButton(tr("&Try again"))),
       dismiss_(new QPushButton(tr("&Close"))) {
   setObjectName(QStringLiteral("notice"));
@@ -41,6 +42,7 @@ Notice::Notice(QWidget* parent)
 
   auto* buttons = new QHBoxLayout;
   buttons->addStretch();
+  buttons->addWidget(log_in_);
   buttons->addWidget(retry_);
   buttons->addWidget(dismiss_);
   auto* words = new QVBoxLayout;
@@ -51,6 +53,7 @@ Notice::Notice(QWidget* parent)
   layout->addWidget(icon_, 0, Qt::AlignTop);
   layout->addLayout(words, 1);
 
+  QObject::connect(log_in_, &QPushButton::clicked, this, &Notice::LogInWanted);
   QObject::connect(retry_, &QPushButton::clicked, this, [this] {
     Dismiss();
     Q_EMIT Retried();
@@ -61,12 +64,15 @@ Notice::Notice(QWidget* parent)
 }
 
 void Notice::ShowProgress(const QString& text) {
-  Appear(text, false);
+  problem_ = false;
+  Appear(text);
 }
 
-void Notice::ShowProblem(const QString& text) {
-  Appear(text, true);
-  retry_->setFocus();
+void Notice::ShowProblem(const QString& text, NoticeChoices choices) {
+  problem_ = true;
+  choices_ = choices;
+  Appear(text);
+  (choices.log_in ? log_in_ : retry_)->setFocus();
 }
 
 void Notice::EndProgress() {
@@ -78,14 +84,20 @@ void Notice::Dismiss() {
   hide();
 }
 
-void Notice::Appear(const QString& text, bool problem) {
-  problem_ = problem;
+bool Notice::Close() {
+  if (!ShowsProblem() || !choices_.close) return false;
+  Dismiss();
+  return true;
+}
+
+void Notice::Appear(const QString& text) {
   text_->setText(text);
   setAccessibleName(text);
-  progress_->setVisible(!problem);
-  for (QWidget* each : {static_cast<QWidget*>(icon_), static_cast<QWidget*>(retry_), static_cast<QWidget*>(dismiss_)}) {
-    each->setVisible(problem);
-  }
+  progress_->setVisible(!problem_);
+  icon_->setVisible(problem_);
+  log_in_->setVisible(problem_ && choices_.log_in);
+  retry_->setVisible(problem_);
+  dismiss_->setVisible(problem_ && choices_.close);
   Place();
   show();
   raise();

@@ -51,6 +51,7 @@ void PictureAge::Look() {
     asked_at_ = Clock::now();
   }
   if (!notice_.ShowsProblem()) Tell(WhatIsWrong());
+  Q_EMIT Looked();
 }
 
 QString PictureAge::WhatIsWrong() const {

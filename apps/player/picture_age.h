@@ -25,6 +25,13 @@ class PictureAge final : public QObject {
   /// `window` has the picture of `viewer` and the notice; `camera` names the one that is asked for.
   PictureAge(QWidget& window, VideoServerPush& viewer, Notice& notice, std::function<QString()> camera);
 
+  /// Whether the picture on the screen is the one that was chosen, and no older than it should be.
+  bool PictureIsTrue() const { return !asked_.empty() && asked_ == shown_ && told_.isEmpty(); }
+
+ Q_SIGNALS:
+  /// Several times a second: the answers above may have changed.
+  void Looked();
+
  private:
   using Clock = std::chrono::steady_clock;
 

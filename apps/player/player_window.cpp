@@ -3,50 +3,80 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeySequence>
+#include <QPointer>
 #include <QSettings>
 #include <QShortcut>
 #include <iostream>
 
-#include "common/http_status.h"
 #include "common/shown_text.h"
 #include "player/archive_search.h"
+#include "player/badges.h"
+#include "player/camera_failures.h"
+#include "player/command_failures.h"
 #include "player/key_commands.h"
 #include "player/picture_age.h"
 #include "player/player_commands.h"
 #include "player/player_mosaic.h"
+#include "player/proportions.h"
+#include "player/recording_sign.h"
+#include "player/save_name.h"
 #include "player/user_control1.h"
-#include "stream/failure_text.h"
-#include "widgets/control_widgets.h"
+#include "player/window_size.h"
+#include "widgets/mirror.h"
 #include "widgets/qt_texts.h"
 
 namespace orbelcast {
 
 namespace {
 
-/// Room for a picture of 640 × 480 between the list of cameras and the toolbar.
-constexpr QSize kFirstSize{640, 618};
 constexpr const char* kGeometryKey = "player/geometry";
 constexpr int kLongestTitle = 80;
 
 }  // namespace
 
-PlayerWindow::PlayerWindow(Platform& platform, YieldingHttp& requests, const PlayerOptions& options)
-    : options_(options), player_(new PlayerWidget(platform, this)), notice_(new Notice(this)) {
+PlayerWindow::PlayerWindow(QtPlatform& platform, const PlayerOptions& options)
+    : options_(options),
+      first_choices_(platform.Get().registry),
+      player_(new PlayerWidget(platform.Get(), this)),
+      notice_(new Notice(this)),
+      login_(new Login(*this, *notice_, options_,
+                       [this] {
+                         Configure();
+                         LoadAgain();
+                       })),
+      full_screen_(new FullScreen(*this)) {
   setCentralWidget(player_);
   Configure();
-  TakeSize();
-  AddShortcuts();
-  WatchRequests(requests);
-  new PlayerMosaic(*player_);
-  auto* const archive = new ArchiveSearch(platform, *player_);
-  new KeyCommands(*this, player_->VS(),
-                  PlayerCommands(*player_, {.search_archive = [archive] { archive->Open(); },
-                                            .connect_again = [this] { LoadAgain(); },
-                                            .quit = [this] { close(); }}));
-  new PictureAge(*this, *player_->Control().VS, *notice_, [this] { return ChosenCamera(); });
+  first_choices_.Choose(*player_);
+  new LastCamera(*player_, QString::fromStdString(options_.camera), QString::fromStdString(options_.device));
+  TakeSize(platform.Get().screen);
+  AddCommands(platform.Get());
+  WatchRequests(platform.Requests());
+  WatchPicture(platform);
   ShowTitle();
   QObject::connect(player_, &PlayerWidget::Loaded, this, &PlayerWindow::OnLoaded);
   QObject::connect(notice_, &Notice::Retried, this, &PlayerWindow::LoadAgain);
+}
+
+void PlayerWindow::WatchPicture(QtPlatform& platform) {
+  const auto camera = [this] { return ChosenCamera(); };
+  const Screen& screen = platform.Get().screen;
+  auto* const age = new PictureAge(*this, *player_->Control().VS, *notice_, camera);
+  auto* const badges = new Badges(player_->VS(), *age);
+  new RecordingSign(*player_, *badges);
+  new CameraFailures(*player_, *notice_, *login_, camera);
+  new Proportions(player_->VS(), screen, [this, &screen] { return PlaceOf(player_->Control().VSPlace, screen); });
+  new CommandFailures(platform, *new StatusLine(this));
+  new PictureFullScreen(*player_, [this, &screen](auto& viewer) { WatchFullScreen(viewer, screen); });
+  platform.Questions().ProposeName = [this, watch = QPointer(player_), badges] {
+    return watch ? SaveName(*player_, ChosenCamera(), *badges) : QString();
+  };
+}
+
+void PlayerWindow::WatchFullScreen(VideoServerPushWidget& viewer, const Screen& screen) {
+  auto* const notice = new Notice(&viewer);
+  new Badges(viewer, *new PictureAge(viewer, viewer.Control(), *notice, [this] { return ChosenCamera(); }));
+  new Proportions(viewer, screen, [&viewer] { return viewer.parentWidget()->rect(); });
 }
 
 void PlayerWindow::Configure() {
@@ -57,39 +87,40 @@ void PlayerWindow::Configure() {
   player_->setPort(text(address.port));
   player_->setUsername(text(options_.access.user));
   player_->setPassword(text(options_.access.password));
-  player_->setDevice(text(options_.device));
+  player_->setDevice(options_.device.empty() ? LastCamera::On(text(options_.camera)) : text(options_.device));
   player_->setLURL(text(options_.live_url));
   player_->setIURL(text(options_.archive_url));
   player_->setStart(yes(options_.start));
   player_->setExtendedControls(yes(options_.extended));
   if (options_.fixed_layout) {
     // Any size: that there is one keeps everything at its place.
-    player_->setExtentX(QString::number(kFirstSize.width()));
-    player_->setExtentY(QString::number(kFirstSize.height()));
+    player_->setExtentX(QStringLiteral("1"));
+    player_->setExtentY(QStringLiteral("1"));
   }
 }
 
-void PlayerWindow::TakeSize() {
-  if (const auto size = options_.WindowSize()) {
-    resize(*size);
+void PlayerWindow::TakeSize(const Screen& screen) {
+  const auto asked_for = options_.WindowSize();
+  const QSize least = LeastPlayerSize(*this, screen);
+  setMinimumSize(asked_for ? least.boundedTo(*asked_for) : least);
+  if (asked_for) {
+    resize(*asked_for);
   } else if (options_.fixed_layout) {
     resize(player_->sizeHint());
   } else if (!restoreGeometry(QSettings().value(QLatin1String(kGeometryKey)).toByteArray())) {
-    resize(kFirstSize);
+    resize(FirstPlayerSize(*this, screen));
   }
 }
 
-void PlayerWindow::AddShortcuts() {
-  const auto on = [this](const QKeySequence& keys, auto action) {
-    QObject::connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
-  };
-  on(QKeySequence(Qt::Key_F11), [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); });
-  on(QKeySequence(Qt::Key_Escape), [this] {
-    if (notice_->ShowsProblem()) {
-      notice_->Dismiss();
-    } else {
-      setWindowState(windowState() & ~Qt::WindowFullScreen);
-    }
+void PlayerWindow::AddCommands(Platform& platform) {
+  new PlayerMosaic(*player_);
+  auto* const archive = new ArchiveSearch(platform, *player_);
+  new KeyCommands(*this, player_->VS(),
+                  PlayerCommands(*player_, {.search_archive = [archive] { archive->Open(); },
+                                            .connect_again = [this] { LoadAgain(); },
+                                            .quit = [this] { close(); }}));
+  QObject::connect(new QShortcut(QKeySequence(Qt::Key_Escape), this), &QShortcut::activated, this, [this] {
+    if (!notice_->Close()) full_screen_->Leave();
   });
 }
 
@@ -122,24 +153,25 @@ void PlayerWindow::WatchRequests(YieldingHttp& requests) {
 
 void PlayerWindow::OnLoaded() {
   ShowTitle();
-  if (const QString problem = Problem(); !problem.isEmpty()) {
-    notice_->ShowProblem(problem);
-    return;
-  }
+  if (RefusesLogin()) return login_->Refused(ShownAddress(options_.camera), {.close = false});
+  if (LacksServer()) return notice_->ShowProblem(Problem(), {.close = false});
   notice_->Dismiss();
   ChooseFirst();
   if (LacksDevice()) TellOfDevice();
 }
 
+bool PlayerWindow::LacksServer() const {
+  return !player_->Server().isEmpty() && player_->Control().CamList.ListCount() == 0;
+}
+
+bool PlayerWindow::RefusesLogin() const {
+  return LacksServer() && outcome_.answered && Login::IsRefused(outcome_.status);
+}
+
 QString PlayerWindow::Problem() const {
-  if (player_->Server().isEmpty() || player_->Control().CamList.ListCount() > 0) return {};
   const QString place = ShownAddress(options_.camera);
   if (!outcome_.answered) {
     return tr("%1 does not answer. Is the address right, and is the camera server running?").arg(place);
-  }
-  if (outcome_.status == kUnauthorized || outcome_.status == kForbidden) {
-    const Failure refused{FailureKind::kStatus, outcome_.status};
-    return QString::fromStdString(TextOf(refused, {.address = place.toStdString()}).notice);
   }
   if (outcome_.status != kHttpOk) {
     return tr("%1 answers, but not as a camera server does (status %2).").arg(place).arg(outcome_.status);
@@ -175,7 +207,10 @@ void PlayerWindow::ChooseFirst() {
   UserControl1& player = player_->Control();
   if (std::exchange(chosen_, true)) return;
   if (options_.frame_rate) player.FrameRate.Choose(std::min(*options_.frame_rate, player.FrameRate.ListCount() - 1));
-  if (options_.device.empty()) player.CamList.Choose(0);
+  if (!options_.device.empty() || player.CamList.ListIndex() >= 0) return;
+  // The camera of last time is gone.
+  player_->setDevice({});
+  player.CamList.Choose(0);
 }
 
 void PlayerWindow::ShowTitle() {

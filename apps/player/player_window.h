@@ -3,10 +3,13 @@
 #include <QMainWindow>
 #include <QTimer>
 
-#include "adapters/http/yielding_http.h"
 #include "orbelcast/player_widget.h"
+#include "player/first_choices.h"
+#include "player/full_screen.h"
+#include "player/login.h"
 #include "player/notice.h"
 #include "player/player_options.h"
+#include "widgets/qt_platform.h"
 
 namespace orbelcast {
 
@@ -16,16 +19,20 @@ class PlayerWindow final : public QMainWindow {
   Q_OBJECT
 
  public:
-  /// `requests` are those of `platform`; both outlive the window.
-  PlayerWindow(Platform& platform, YieldingHttp& requests, const PlayerOptions& options);
+  /// `platform` outlives the window.
+  PlayerWindow(QtPlatform& platform, const PlayerOptions& options);
 
  protected:
   void closeEvent(QCloseEvent* event) override;
 
  private:
   void Configure();
-  void TakeSize();
-  void AddShortcuts();
+  void TakeSize(const Screen& screen);
+  void AddCommands(Platform& platform);
+  /// What tells of the picture: its state, its age, its failures.
+  void WatchPicture(QtPlatform& platform);
+  /// Of the viewer over the whole screen, as long as that is there.
+  void WatchFullScreen(VideoServerPushWidget& viewer, const Screen& screen);
   void WatchRequests(YieldingHttp& requests);
   /// Asks the server again, and connects again with the camera that is chosen.
   void LoadAgain();
@@ -37,12 +44,18 @@ class PlayerWindow final : public QMainWindow {
   /// Its name in the list.
   QString ChosenCamera() const;
   void ShowTitle();
-  /// The server's problem, for people; empty where there is none.
+  /// The server has no cameras for this window, with an answer of this kind or another.
+  bool LacksServer() const;
+  bool RefusesLogin() const;
+  /// The problem of a server that is lacking, for people.
   QString Problem() const;
 
   PlayerOptions options_;
+  const FirstChoices first_choices_;
   PlayerWidget* player_;
   Notice* notice_;
+  Login* login_;
+  FullScreen* full_screen_;
   QTimer patience_;  // until a wait is worth a notice
   YieldingHttp::Outcome outcome_{.answered = false, .status = 0};
   bool chosen_ = false;

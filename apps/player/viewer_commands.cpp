@@ -3,7 +3,6 @@
 #include <QBuffer>
 #include <QDateTime>
 #include <QFileDialog>
-#include <QMessageBox>
 #include <QObject>
 #include <algorithm>
 #include <iterator>
@@ -31,7 +30,7 @@ Snapshot TakeSnapshot(VideoServerPushWidget& viewer) {
 }
 
 /// The picture of the moment of the command, however long the question for a name takes.
-void SaveSnapshot(VideoServerPushWidget& viewer) {
+void SaveSnapshot(VideoServerPushWidget& viewer, const std::function<void(const QString&)>& tell) {
   const Snapshot snapshot = TakeSnapshot(viewer);
   const QString proposed =
       QObject::tr("camera %1").arg(QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH.mm.ss")));
@@ -42,9 +41,7 @@ void SaveSnapshot(VideoServerPushWidget& viewer) {
   const std::string problem =
       WriteNamedFile(name.toStdString(), {reinterpret_cast<const std::uint8_t*>(snapshot.bytes.constData()),
                                           static_cast<std::size_t>(snapshot.bytes.size())});
-  if (problem.empty()) return;
-  QMessageBox::warning(viewer.window(), QObject::tr("Snapshot"),
-                       QObject::tr("The picture could not be saved: %1.").arg(QString::fromStdString(problem)));
+  if (!problem.empty()) tell(QObject::tr("The picture could not be saved: %1.").arg(QString::fromStdString(problem)));
 }
 
 void StopOrConnect(VideoServerPushWidget& viewer, const std::function<void()>& connect) {
@@ -89,7 +86,7 @@ std::vector<KeyCommand> ViewerCommands(VideoServerPushWidget& viewer, const View
       {.keys = {Qt::Key_S},
        .name = QObject::tr("Snapshot…"),
        .does = QObject::tr("Save the picture"),
-       .run = [&viewer](int) { SaveSnapshot(viewer); },
+       .run = [&viewer, tell = actions.tell](int) { SaveSnapshot(viewer, tell); },
        .allowed = [&viewer] { return !viewer.GetPictureArray().isEmpty(); }},
       {.keys = {Qt::Key_F},
        .name = QObject::tr("Full screen"),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <functional>
 #include <vector>
 
@@ -13,7 +14,8 @@ struct ViewerWindowActions {
   std::function<void()> connect;
   std::function<void()> fill_screen;  ///< And back.
   std::function<void()> quit;
-  std::function<void(int)> show_camera{};  ///< From 0, or CameraShow::kAll; empty where there is one picture alone.
+  std::function<void(const QString&)> tell{};  ///< What has failed.
+  std::function<void(int)> show_camera{};      ///< From 0, or CameraShow::kAll; empty where there is one picture alone.
 };
 
 /// The commands of a viewer's window, of one camera or of a grid. `viewer` outlives them.

@@ -11,10 +11,14 @@
 #include <utility>
 #include <vector>
 
+#include "player/badges.h"
 #include "player/key_commands.h"
 #include "player/picture_age.h"
+#include "player/proportions.h"
 #include "player/server_cameras.h"
+#include "player/status_line.h"
 #include "player/viewer_commands.h"
+#include "player/window_size.h"
 #include "stream/failure_text.h"
 #include "stream/stream_options.h"
 #include "viewer/video_server_push.h"
@@ -47,10 +51,15 @@ QString ServerOf(const std::string& address) {
 ViewerWindow::ViewerWindow(Platform& platform, const PlayerOptions& options)
     : platform_(platform),
       options_(options),
-      viewer_(new VideoServerPushWidget(platform, this)),
-      notice_(new Notice(this)) {
-  setCentralWidget(viewer_);
-  resize(options_.WindowSize().value_or(kUsualSize));
+      viewer_(new VideoServerPushWidget(platform, new QWidget(this))),
+      notice_(new Notice(this)),
+      login_(new Login(*this, *notice_, options_, [this] {
+        Configure();
+        Start();
+      })) {
+  setCentralWidget(viewer_->parentWidget());
+  new Proportions(*viewer_, platform.screen, [this] { return viewer_->parentWidget()->rect(); });
+  resize(options_.WindowSize().value_or(FittingScreen(*this, kUsualSize)));
   // Nobody is there to try again.
   if (options_.kiosk) options_.auto_reconnect = true;
   Configure();
@@ -94,29 +103,25 @@ QString ViewerWindow::Name() const {
 }
 
 void ViewerWindow::AddShortcuts() {
-  const auto fill_screen = [this] { isFullScreen() ? showNormal() : showFullScreen(); };
-  ViewerWindowActions actions{.connect = [this] { Start(); }, .fill_screen = fill_screen, .quit = [this] { close(); }};
+  ViewerWindowActions actions{.connect = [this] { Start(); },
+                              .fill_screen = [this] { full_screen_->Toggle(); },
+                              .quit = [this] { close(); },
+                              .tell = [line = new StatusLine(this)](const QString& text) { line->Tell(text); }};
   if (show_ != nullptr) actions.show_camera = [this](int camera) { show_->Choose(camera); };
   if (options_.kiosk) {
     new KeyCommands(*this, *viewer_, KioskCommands(actions), KeyCommands::Offers::kKeysAlone);
     return;
   }
+  full_screen_ = new FullScreen(*this);
   new KeyCommands(*this, *viewer_, ViewerCommands(*viewer_, actions));
-  const auto on = [this](const QKeySequence& keys, auto action) {
-    QObject::connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
-  };
-  on(QKeySequence(Qt::Key_Escape), [this] {
-    if (notice_->ShowsProblem()) {
-      notice_->Dismiss();
-    } else {
-      isFullScreen() ? showNormal() : static_cast<void>(close());
-    }
+  QObject::connect(new QShortcut(QKeySequence(Qt::Key_Escape), this), &QShortcut::activated, this, [this] {
+    if (!notice_->Close() && !full_screen_->Leave()) close();
   });
-  on(QKeySequence(Qt::Key_F11), fill_screen);
 }
 
 void ViewerWindow::TellOfCamera() {
-  new PictureAge(*this, viewer_->Control(), *notice_, [this] { return Name(); });
+  auto* const age = new PictureAge(*this, viewer_->Control(), *notice_, [this] { return Name(); });
+  if (!options_.kiosk) new Badges(*viewer_, *age);
   patience_.setSingleShot(true);
   patience_.setInterval(Notice::kPatienceMilliseconds);
   retry_.setSingleShot(true);
@@ -128,7 +133,13 @@ void ViewerWindow::TellOfCamera() {
   QObject::connect(viewer_, &VideoServerPushWidget::Connected, this, &ViewerWindow::OnConnected);
   QObject::connect(viewer_, &VideoServerPushWidget::ConnectionFailed, this, [this] {
     patience_.stop();
-    notice_->ShowProblem(WhyNoPicture());
+    const Failure failure = viewer_->Control().LastFailure();
+    // Nobody answers a kiosk's questions.
+    if (failure.kind == FailureKind::kStatus && Login::IsRefused(failure.status) && !options_.kiosk) {
+      login_->Refused(Name(), {.close = false});
+    } else {
+      notice_->ShowProblem(WhyNoPicture(), {.close = false});
+    }
   });
   QObject::connect(viewer_, &VideoServerPushWidget::ConnectionBroken, this,
                    [this] { notice_->ShowProgress(tr("%1 does not answer any more. Trying again…").arg(Name())); });
@@ -138,7 +149,7 @@ void ViewerWindow::TellOfCamera() {
 void ViewerWindow::OnConnected() {
   patience_.stop();
   if (viewer_->Control().LastFailure().kind != FailureKind::kNoPicture) return notice_->Dismiss();
-  notice_->ShowProblem(WhyNoPicture());
+  notice_->ShowProblem(WhyNoPicture(), {.close = false});
 }
 
 void ViewerWindow::OnStarted() {

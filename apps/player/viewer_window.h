@@ -5,6 +5,8 @@
 
 #include "orbelcast/video_server_push_widget.h"
 #include "player/camera_show.h"
+#include "player/full_screen.h"
+#include "player/login.h"
 #include "player/notice.h"
 #include "player/player_options.h"
 #include "toolkit/signal.h"
@@ -46,9 +48,11 @@ class ViewerWindow final : public QMainWindow {
   PlayerOptions options_;
   VideoServerPushWidget* viewer_;
   Notice* notice_;
-  CameraShow* show_ = nullptr;  // null: one picture's address
-  QTimer patience_;             // until a wait is worth a notice
-  QTimer retry_;                // until a camera that has not answered yet is tried again
+  Login* login_;
+  FullScreen* full_screen_ = nullptr;  // null: a kiosk, which is not left by keys
+  CameraShow* show_ = nullptr;         // null: one picture's address
+  QTimer patience_;                    // until a wait is worth a notice
+  QTimer retry_;                       // until a camera that has not answered yet is tried again
   int starts_ = 0;
   bool showing_ = false;  // the cameras were shown once
   Connection first_picture_;

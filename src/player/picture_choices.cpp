@@ -14,12 +14,6 @@ namespace orbelcast {
 
 namespace {
 
-/// The registry values that keep the choices, as list indexes in decimal.
-constexpr Registry::Hive kSettingsHive = Registry::Hive::kLocalMachine;
-constexpr const char* kSettingsKey = "Software\\Holmvane ORBELCAST";
-constexpr const char* kFrameRateName = "FPS";
-constexpr const char* kResolutionName = "Resolution";
-
 /// The choices where nothing is kept.
 constexpr int kManual = 0;
 constexpr int kUsualResolution = 15;

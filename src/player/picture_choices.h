@@ -12,6 +12,12 @@ namespace orbelcast {
 /// The lists of frame rates and of picture sizes and qualities. The choices are kept in the registry.
 class PictureChoices {
  public:
+  /// The registry values that keep the choices, as list indexes in decimal.
+  static constexpr Registry::Hive kSettingsHive = Registry::Hive::kLocalMachine;
+  static constexpr const char* kSettingsKey = "Software\\Holmvane ORBELCAST";
+  static constexpr const char* kFrameRateName = "FPS";
+  static constexpr const char* kResolutionName = "Resolution";
+
   /// All outlive this object.
   PictureChoices(PlayerChildren& children, Registry& registry, PlayerLife& life, PlayerStream& stream,
                  ToolbarCommands& toolbar);

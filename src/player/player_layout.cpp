@@ -10,9 +10,6 @@ namespace orbelcast {
 
 namespace {
 
-/// Twips: the control must be larger than this to have room for the toolbar, with a picture above it.
-constexpr float kToolbarNeedsWidth = PlayerChildren::kToolbarWidth;
-constexpr float kToolbarNeedsHeight = 5900;
 /// The toolbar's lower edge hangs below the control's.
 constexpr int kToolbarHangsPixels = 2;
 

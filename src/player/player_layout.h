@@ -9,6 +9,10 @@ namespace orbelcast {
 /// The player's size, in twips, and where its children are put in it.
 class PlayerLayout {
  public:
+  /// Twips: the control must be larger than this to have room for the toolbar, with a picture above it.
+  static constexpr float kToolbarNeedsWidth = PlayerChildren::kToolbarWidth;
+  static constexpr float kToolbarNeedsHeight = 5900;
+
   /// All outlive this object.
   PlayerLayout(PlayerChildren& children, PlayerLife& life, const Screen& screen)
       : children_(children), life_(life), screen_(screen) {}

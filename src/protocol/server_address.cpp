@@ -1,7 +1,9 @@
 #include "protocol/server_address.h"
 
+#include <array>
 #include <cstdint>
 #include <initializer_list>
+#include <utility>
 
 namespace orbelcast {
 
@@ -75,6 +77,11 @@ std::string ArchiveSearchAddress(std::string_view archive_address, const Archive
                "&Minute=", time.minute, "&Second=", time.second, "&P=0&Quality=", quality_suffix});
 }
 
+bool AsksForArchive(std::string_view address) {
+  const auto has = [address](std::string_view part) { return address.find(part) != std::string_view::npos; };
+  return has("$img?Device=") || (has("&Day=") && has("&Quality="));
+}
+
 std::string ActivityLogAddress(std::string_view login_base) {
   return Join({login_base, "/srv_vigilbox$activitylogfile"});
 }
@@ -97,6 +104,23 @@ std::string AlertCommand(std::string_view login_base) {
 
 std::string AlertActivationAddress(std::string_view alert_command, int alert) {
   return Join({alert_command, std::to_string(alert)});
+}
+
+// By what stands behind the login, where a user's name or a message cannot stand.
+std::optional<ServerCommand> CommandOf(std::string_view address) {
+  constexpr std::array<std::pair<std::string_view, ServerCommand>, 4> kCommands{
+      {{"activitylogfile", ServerCommand::kActivityLog},
+       {"message?", ServerCommand::kMessage},
+       {"output=", ServerCommand::kOutput},
+       {"activatealert=", ServerCommand::kAlert}}};
+  constexpr std::string_view kBefore = "/srv_vigilbox$";
+  const std::size_t at = address.find(kBefore);
+  if (at == std::string_view::npos) return std::nullopt;
+  const std::string_view command = address.substr(at + kBefore.size());
+  for (const auto& [name, value] : kCommands) {
+    if (command.starts_with(name)) return value;
+  }
+  return std::nullopt;
 }
 
 std::string RelayLookupAddress(std::string_view lookup_host, std::string_view account) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -58,6 +59,8 @@ struct ArchiveTime {
 };
 std::string ArchiveSearchAddress(std::string_view archive_address, const ArchiveTime& time,
                                  std::string_view quality_suffix);
+/// Whether the address asks for pictures of an archive: of a camera server's, or a step or a search in any.
+bool AsksForArchive(std::string_view address);
 
 // ---- Commands -----------------------------------------------------------------------------------------------------
 
@@ -72,6 +75,10 @@ std::string OutputSwitchAddress(std::string_view output_command, int output, boo
 std::string AlertCommand(std::string_view login_base);
 /// `alert`: its place in the list of alerts, from 1.
 std::string AlertActivationAddress(std::string_view alert_command, int alert);
+
+enum class ServerCommand { kActivityLog, kMessage, kOutput, kAlert };
+/// The command that an address of the ones above asks for; nothing where it is none of them.
+std::optional<ServerCommand> CommandOf(std::string_view address);
 
 // ---- Relay --------------------------------------------------------------------------------------------------------
 

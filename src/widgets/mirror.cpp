@@ -10,6 +10,12 @@ std::pair<float, float> SizeInTwips(const QWidget& widget, const Screen& screen)
   return {scale.TwipsX(widget.width()), scale.TwipsY(widget.height())};
 }
 
+QRect PlaceOf(const ChildControl& control, const Screen& screen) {
+  const TwipsScale scale = TwipsScale::Of(screen);
+  return {scale.PixelsX(control.Left), scale.PixelsY(control.Top), scale.PixelsX(control.Width),
+          scale.PixelsY(control.Height)};
+}
+
 QFont SmallFont(const std::string& family) {
   constexpr double kSmallPoints = 8;
   QFont font(QString::fromStdString(family));
@@ -49,9 +55,7 @@ Mirror::Mirror(ChildControl& control, QWidget& widget, const Screen& screen)
 }
 
 void Mirror::Place() {
-  const TwipsScale scale = TwipsScale::Of(screen_);
-  widget_.setGeometry(scale.PixelsX(control_.Left), scale.PixelsY(control_.Top), scale.PixelsX(control_.Width),
-                      scale.PixelsY(control_.Height));
+  widget_.setGeometry(PlaceOf(control_, screen_));
 }
 
 // As escaped markup: a plain text might be taken for markup.

@@ -16,6 +16,9 @@ namespace orbelcast {
 /// A widget's size in twips: width, height.
 std::pair<float, float> SizeInTwips(const QWidget& widget, const Screen& screen);
 
+/// A control's place in pixels of its container.
+QRect PlaceOf(const ChildControl& control, const Screen& screen);
+
 /// The font of a small control: the family that the control names, at the size that its design was made for.
 QFont SmallFont(const std::string& family);
 

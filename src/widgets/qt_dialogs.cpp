@@ -29,6 +29,9 @@ constexpr int kMostKeyFrameEvery = 10'000;  ///< The largest value of its box.
 constexpr int kUsualKilobytesPerSecond = 300;
 constexpr int kMostKilobytesPerSecond = 1'000'000;  ///< The largest value of its box.
 
+/// The codec to begin with: clips of it are small, and everything plays them.
+constexpr const char* kUsualCodec = "MPEG-4";
+
 /// Pixels: room for a sentence.
 constexpr int kTextDialogWidth = 360;
 
@@ -61,6 +64,19 @@ Filters FiltersOf(const std::string& filter) {
     if (filters.ending.isEmpty()) filters.ending = QFileInfo(pattern).suffix();
   }
   return filters;
+}
+
+/// The longest name that is proposed, in characters: with an ending a valid name of a file, whatever its bytes.
+constexpr int kProposedNameLength = 80;
+
+/// A text as the name of a file, on this system and on those that a file may be taken to.
+QString FileNameOf(QString text) {
+  for (QChar& each : text) {
+    if (!each.isPrint() || QStringLiteral("/\\:*?\"<>|").contains(each)) each = QLatin1Char('-');
+  }
+  text = text.simplified().left(kProposedNameLength);
+  // Otherwise hidden.
+  return text.startsWith(QLatin1Char('.')) ? QLatin1Char('-') + text : text;
 }
 
 /// A number that takes part only while its box is checked.
@@ -118,13 +134,24 @@ std::optional<std::string> QtDialogs::AskSaveName(const SaveRequest& request) {
   dialog->setOption(QFileDialog::DontConfirmOverwrite);
   dialog->setNameFilters(filters.names);
   dialog->setDefaultSuffix(filters.ending);
+  const QString proposed = ProposeName ? FileNameOf(ProposeName()) : QString();
+  if (!proposed.isEmpty()) dialog->selectFile(proposed + QLatin1Char('.') + filters.ending);
   if (Run(dialog) != QDialog::Accepted || dialog->selectedFiles().isEmpty()) return std::nullopt;
   const QString chosen = dialog->selectedFiles().first();
   folder_ = QFileInfo(chosen).absolutePath();
-  return FromText(chosen);
+  std::string name = FromText(chosen);
+  NameChosen(request, name);
+  return name;
 }
 
 Dialogs::Answer QtDialogs::ShowMessage(const MessageRequest& request) {
+  Asks();
+  const Answer answer = ShowBox(request);
+  Answered(answer);
+  return answer;
+}
+
+Dialogs::Answer QtDialogs::ShowBox(const MessageRequest& request) {
   const bool asks = request.buttons == Buttons::kYesNo;
   const QPointer dialog(new QMessageBox(Asker()));
   const auto end = qScopeGuard([&] { delete dialog; });
@@ -155,6 +182,8 @@ std::optional<Dialogs::Compression> QtDialogs::ChooseCompression(const Compressi
   dialog->setWindowTitle(QObject::tr("Video compression"));
   auto* codecs = new QComboBox;
   for (const std::string& codec : request.codecs) codecs->addItem(ToLine(codec));
+  // The first one where it is not offered.
+  codecs->setCurrentText(QLatin1String(kUsualCodec));
   auto* key_frames = new OptionalNumber(QObject::tr("&Key frame every"), QObject::tr("frames"), kUsualKeyFrameEvery,
                                         kMostKeyFrameEvery);
   key_frames->setVisible(request.key_frames);

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 
 #include "platform/dialogs.h"
 #include "platform/message_loop.h"
+#include "toolkit/signal.h"
 
 class QDialog;
 
@@ -18,6 +20,15 @@ class QtDialogs final : public Dialogs {
   /// The loop that dialogs wait on. Before it is given every dialog is cancelled at once.
   void WaitOn(MessageLoop& loop) { loop_ = &loop; }
 
+  /// What a file to save may be called, as people would: without a folder and an ending. Without it, or where it gives
+  /// nothing, no name is proposed.
+  std::function<QString()> ProposeName;
+  /// A name was chosen to save under.
+  Signal<const SaveRequest&, const std::string&> NameChosen;
+  /// A question opens, or was answered; of a message, too.
+  Signal<> Asks;
+  Signal<Answer> Answered;
+
   std::optional<std::string> AskSaveName(const SaveRequest& request) override;
   Answer ShowMessage(const MessageRequest& request) override;
   std::string AskText(const InputRequest& request) override;
@@ -27,6 +38,7 @@ class QtDialogs final : public Dialogs {
  private:
   /// Shows the dialog until it is answered; its result, or 0 where it was cancelled. It may be gone afterwards.
   int Run(QDialog* dialog);
+  Answer ShowBox(const MessageRequest& request);
 
   MessageLoop* loop_ = nullptr;
   QString folder_;  // where the last file was saved

@@ -22,6 +22,8 @@ class QtPlatform {
 
   /// The requests of everything on this platform: no request holds up the window that it is made from.
   YieldingHttp& Requests() { return http_; }
+  /// The questions that are asked on this platform.
+  QtDialogs& Questions() { return dialogs_; }
 
  private:
   QtQueue queue_;

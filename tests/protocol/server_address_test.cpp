@@ -15,6 +15,18 @@ TEST(ServerAddressTest, AMosaicTileIsAskedForAtTheQualityOfItsArea) {
   EXPECT_EQ(MosaicTileAddress("c", 321, 200), "0320x0200055");
 }
 
+TEST(ServerAddressTest, TellsArchiveAndCommandsByTheirAddress) {
+  const std::string login = LoginBase("h", "", "activitylogfile", "&Day=");
+  EXPECT_TRUE(AsksForArchive(ArchiveStepAddress("http://other/archive", ArchiveStep::kPlay, "")));
+  EXPECT_TRUE(AsksForArchive(ArchiveAddress(login, "1")));
+  EXPECT_FALSE(AsksForArchive(LiveStreamAddress(LiveAddress(login, "", ""), QualitySuffix("0640x0480080"))));
+  EXPECT_EQ(CommandOf(MessageAddress(login, "output=1")), ServerCommand::kMessage);
+  EXPECT_EQ(CommandOf(OutputSwitchAddress(OutputCommand(login), 1, true)), ServerCommand::kOutput);
+  EXPECT_EQ(CommandOf(AlertActivationAddress(AlertCommand(login), 1)), ServerCommand::kAlert);
+  EXPECT_EQ(CommandOf(ActivityLogAddress(login)), ServerCommand::kActivityLog);
+  EXPECT_EQ(CommandOf(login), std::nullopt);
+}
+
 TEST(TextTest, IsTakenApartAtEverySeparator) {
   using Pieces = std::vector<std::string_view>;
   EXPECT_EQ(Split("", kCrLf), Pieces{});

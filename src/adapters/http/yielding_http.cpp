@@ -1,5 +1,6 @@
 #include "adapters/http/yielding_http.h"
 
+#include <string>
 #include <utility>
 
 namespace orbelcast {
@@ -11,6 +12,7 @@ class YieldingHttp::Request final : public ForwardingHttpRequest {
 
   bool Open(std::string_view method, std::string_view url, bool async) override {
     in_one_go_ = !async;
+    url_ = url;
     return ForwardingHttpRequest::Open(method, url, true);
   }
 
@@ -19,6 +21,7 @@ class YieldingHttp::Request final : public ForwardingHttpRequest {
     // Copies: this object may end while it waits.
     const auto request = Forwarded();
     const auto news = news_;
+    const auto url = url_;
     const bool sent = request->Send();
     bool answered = false;
     if (sent) {
@@ -26,13 +29,14 @@ class YieldingHttp::Request final : public ForwardingHttpRequest {
       answered = request->WaitForResponse();
       news->waiting = news->waiting - 1;
     }
-    news->ended({.answered = answered, .status = answered ? request->Status() : 0});
+    news->ended({.answered = answered, .status = answered ? request->Status() : 0, .url = url});
     return answered;
   }
 
  private:
   std::shared_ptr<News> news_;
   bool in_one_go_ = true;
+  std::string url_;
 };
 
 YieldingHttp::YieldingHttp(HttpRequestFactory& http) : http_(http) {}

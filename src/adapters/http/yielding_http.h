@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "platform/http_request.h"
 #include "toolkit/property.h"
@@ -16,7 +17,8 @@ class YieldingHttp final : public HttpRequestFactory {
   /// How a request ended that was sent in one go.
   struct Outcome {
     bool answered;
-    int status;  ///< HTTP status of the answer; 0 where there was none.
+    int status;         ///< HTTP status of the answer; 0 where there was none.
+    std::string url{};  ///< What was asked for. It may hold a login.
   };
 
   /// `http` outlives this factory.

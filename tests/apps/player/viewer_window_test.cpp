@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <QAbstractButton>
+#include <QLineEdit>
 #include <QTest>
 #include <algorithm>
 #include <atomic>
@@ -14,6 +16,8 @@
 #include "fakes/run_loop.h"
 #include "fakes/scripted_server.h"
 #include "fakes/small_jpeg.h"
+#include "player/badges.h"
+#include "player/server_dialog.h"
 #include "widgets/qt_platform.h"
 
 namespace orbelcast {
@@ -45,6 +49,15 @@ class ViewerWindowTest : public testing::Test {
     return notice->isVisible() ? notice->accessibleName().toStdString() : std::string();
   }
 
+  /// What the badge over the picture says; empty while there is none.
+  std::string BadgeText() const {
+    for (const auto* each : window->findChildren<Badge*>()) {
+      if (each->isVisible()) return each->text().toStdString();
+    }
+    return {};
+  }
+  VideoServerPushWidget& Viewer() const { return *window->findChild<VideoServerPushWidget*>(); }
+
   QtPlatform platform;
   std::unique_ptr<ViewerWindow> window;
 };
@@ -52,7 +65,7 @@ class ViewerWindowTest : public testing::Test {
 TEST_F(ViewerWindowTest, SaysWhyThereIsNoPicture) {
   const std::pair<std::string, const char*> answers[] = {
       {AnswerBytes(200, "<html>a camera server's page</html>"), "is no JPEG picture"},
-      {AnswerBytes(401), "does not accept this user name"},
+      {AnswerBytes(401), "asks for a login"},
       {"no HTTP at all\r\n\r\n", "does not answer"},
   };
   for (const auto& [answer, why] : answers) {
@@ -85,7 +98,7 @@ TEST_F(ViewerWindowTest, GoesOnTryingACameraThatHasNotAnsweredYet) {
 }
 
 // A camera that hangs: the last picture is no picture of now.
-TEST_F(ViewerWindowTest, TellsThatThePictureIsOldUntilTheNextOneComes) {
+TEST_F(ViewerWindowTest, TellsThatThePictureIsOldUntilTheNextOneComesAndThatItIsStopped) {
   std::atomic<int> asked = 0;
   std::atomic<bool> goes_on = false;
   const ScriptedServer server([&](const std::string&, ScriptedServer::Connection& to) {
@@ -94,9 +107,52 @@ TEST_F(ViewerWindowTest, TellsThatThePictureIsOldUntilTheNextOneComes) {
     to.Send(AnswerBytes(200, fakes::SmallJpeg()));
   });
   Open(server.Url());
+  EXPECT_TRUE(RunUntil([&] { return BadgeText() == "LIVE"; })) << BadgeText();
   EXPECT_TRUE(RunUntil([&] { return Notice().starts_with("No picture since "); })) << Notice();
+  EXPECT_TRUE(RunUntil([&] { return BadgeText().empty(); })) << BadgeText();
   goes_on = true;
-  EXPECT_TRUE(RunUntil([&] { return Notice().empty(); })) << Notice();
+  EXPECT_TRUE(RunUntil([&] { return Notice().empty() && BadgeText() == "LIVE"; })) << Notice() << BadgeText();
+  Viewer().StopGettingFrames();
+  EXPECT_TRUE(RunUntil([&] { return BadgeText() == "STOPPED"; })) << BadgeText();
+}
+
+TEST_F(ViewerWindowTest, TellsTheArchivesTimeAndKeepsThePicturesProportions) {
+  const ScriptedServer server(AnswerBytes(200, fakes::SmallJpeg(), "RC_TCR: 20260102030405\r\n"));
+  Open(server.Url("/srv_vigilbox$img?Device=1&P=0"));
+  EXPECT_TRUE(RunUntil([&] { return BadgeText() == "ARCHIVE 2026-01-02 03:04:05"; })) << BadgeText();
+  // The picture is a square.
+  for (const QSize size : {QSize(500, 300), QSize(200, 400)}) {
+    window->resize(size);
+    const int side = std::min(size.width(), size.height());
+    const QRect middle((size.width() - side) / 2, (size.height() - side) / 2, side, side);
+    const auto* video = window->findChild<QWidget*>(QStringLiteral("VideoStream"));
+    EXPECT_TRUE(RunUntil([&] { return Viewer().geometry() == middle && video->size() == middle.size(); }));
+  }
+}
+
+TEST_F(ViewerWindowTest, AsksForTheLoginThatTheCameraRefusesAndOnceMoreFromTheNotice) {
+  std::atomic<bool> lets_in = false;
+  const ScriptedServer server([&](const std::string&, ScriptedServer::Connection& to) {
+    to.Send(lets_in ? AnswerBytes(200, fakes::SmallJpeg()) : AnswerBytes(401));
+  });
+  Open(server.Url());
+  const auto dialog = [&] { return window->findChild<ServerDialog*>(); };
+  EXPECT_TRUE(RunUntil([&] { return dialog() != nullptr; }));
+  dialog()->reject();
+  EXPECT_TRUE(RunUntil([&] { return dialog() == nullptr; }));
+  QTest::keyClick(window.get(), Qt::Key_Escape);
+  QAbstractButton* log_in = nullptr;
+  for (auto* each : window->findChildren<QAbstractButton*>()) {
+    if (each->isVisible() && each->text().contains(QLatin1String("Log in"))) log_in = each;
+  }
+  ASSERT_NE(log_in, nullptr) << "closed with nothing in its place";
+  log_in->click();
+  ASSERT_NE(dialog(), nullptr);
+  dialog()->findChildren<QLineEdit*>().at(1)->setText(QStringLiteral("ann"));
+  lets_in = true;
+  dialog()->accept();
+  EXPECT_TRUE(RunUntil([&] { return BadgeText() == "LIVE"; })) << Notice();
+  EXPECT_EQ(Viewer().Username(), QStringLiteral("ann"));
 }
 
 TEST_F(ViewerWindowTest, ShowsAServersCamerasTogetherOneAloneAndOneAfterTheOther) {
@@ -119,9 +175,9 @@ TEST_F(ViewerWindowTest, ShowsAServersCamerasTogetherOneAloneAndOneAfterTheOther
   Open(options);
   const VideoServerPush& viewer = window->findChild<VideoServerPushWidget*>()->Control();
   auto* const video = window->findChild<QWidget*>(QStringLiteral("VideoStream"));
+  ASSERT_TRUE(RunUntil([&] { return viewer.MultiCam.Enabled && video->isVisible(); }));
   // Two tiles of the upper row of four.
   const QPoint second(video->width() * 3 / 4, video->height() / 4);
-  ASSERT_TRUE(RunUntil([&] { return viewer.MultiCam.Enabled && video->isVisible(); }));
   EXPECT_EQ(window->windowTitle().toStdString(), "Mosaic of 2 – Orbelcast");
   QTest::mouseDClick(video, Qt::LeftButton, {}, second);
   EXPECT_TRUE(RunUntil([&] { return asked_alone("2") > 0 && !viewer.MultiCam.Enabled; }));
