@@ -44,9 +44,7 @@ ExitStatus Play(const std::vector<std::string>& arguments) {
 }
 
 CommandRun BuildPlay(CommandLine& command) {
-  command.Footer(
-      "What follows 'play' goes to the player program as it stands, whose options\n"
-      "'orbelcast play URL --help' shows.");
+  // All that follows is the player's, --help too.
   command.LeaveRest();
   return [&command] { return Play(command.Rest()); };
 }

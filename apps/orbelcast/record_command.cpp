@@ -11,6 +11,7 @@
 
 #include "common/command_line.h"
 #include "common/option_values.h"
+#include "orbelcast/camera_address.h"
 #include "orbelcast/camera_options.h"
 #include "orbelcast/clip_options.h"
 #include "orbelcast/commands.h"
@@ -41,6 +42,7 @@ WatchOptions WatchSilently(const RecordOptions& options) {
   watch.stream = options.stream;
   watch.size = {kUnseenSide, kUnseenSide};
   watch.events.emplace();
+  watch.decodes_all = true;
   watch.time_out =
       options.time_out.value_or(std::min(kFirstPictureWithin, options.seconds.value_or(kFirstPictureWithin)));
   return watch;
@@ -58,15 +60,23 @@ class Recording {
 
   ExitStatus Run() {
     watcher_.on_picture = [this] { Add(); };
-    const bool shows_progress = ::isatty(STDERR_FILENO) != 0;
+    const bool quiet = options_.stream.messages.quiet;
+    const bool shows_progress = !quiet && ::isatty(STDERR_FILENO) != 0;
     if (shows_progress) ShowProgress();
     const ExitStatus status = watcher_.Run();
     clip_.Finish();
     if (shows_progress) ClearProgress();
-    if (clip_.Pictures() > 0) std::cout << (options_.json ? ClipAsJson() : ClipAsText()) << '\n';
-    if (clip_.WhyNot().empty()) return status;
-    std::cerr << "orbelcast: " << options_.clip.file.string() << ": " << clip_.WhyNot() << '\n';
-    return kBadUsage;
+    problem_ = watcher_.WhatWentWrong();
+    if (!clip_.WhyNot().empty()) {
+      problem_ = Problem{.kind = "unwritable", .text = options_.clip.file.string() + ": " + clip_.WhyNot()};
+      Tell(*problem_, std::cerr);
+    }
+    if (options_.json) {
+      std::cout << ClipAsJson() << '\n';
+    } else if (clip_.Pictures() > 0 && !quiet) {
+      std::cout << ClipAsText() << '\n';
+    }
+    return clip_.WhyNot().empty() ? status : kBadUsage;
   }
 
  private:
@@ -88,10 +98,12 @@ class Recording {
   std::string ClipAsJson() const {
     std::error_code error;
     const auto bytes = std::filesystem::file_size(options_.clip.file, error);
-    return ToLine(Json{{"file", options_.clip.file.string()},
-                       {"seconds", clip_.Seconds()},
-                       {"pictures", clip_.Pictures()},
-                       {"bytes", error ? 0 : bytes}});
+    Json json{{"file", options_.clip.file.string()},
+              {"seconds", clip_.Seconds()},
+              {"pictures", clip_.Pictures()},
+              {"bytes", error ? 0 : bytes}};
+    if (problem_) json["error"] = ToJson(*problem_);
+    return ToLine(json);
   }
 
   void ShowProgress() {
@@ -107,13 +119,19 @@ class Recording {
   const RecordOptions& options_;
   Watcher watcher_;
   TimedClip clip_;
+  std::optional<Problem> problem_;
   bool ended_ = false;
 };
 
 /// Records until the options, a failure or a signal end it, and prints a line about the finished clip. How far it is
 /// goes to standard error, where that is a terminal.
-ExitStatus Record(const RecordOptions& options) {
-  return TellIfTaken(options.clip) ? kBadUsage : Recording(options).Run();
+ExitStatus Record(RecordOptions& options) {
+  if (TellIfTaken(options.clip)) return kBadUsage;
+  if (const auto problem = FindPicture(options.stream)) {
+    Tell(*problem, std::cerr);
+    return kNoPictures;
+  }
+  return Recording(options).Run();
 }
 
 }  // namespace
@@ -122,23 +140,20 @@ CommandRun BuildRecord(CommandLine& command) {
   command.Footer(kExitStatusOfPictures);
   const auto shared = std::make_shared<RecordOptions>();
   RecordOptions& options = *shared;
-  AddCameraOptions(command, options.stream.url, options.stream.access);
-  command
-      .AddText(
-          "FILE", [&options](const std::string& text) { options.clip.file = ParseClipFile("FILE", text); },
-          "The clip's file; its name ends in .avi")
-      .Required()
-      .ValueName("");
+  AddCameraOptions(command, options.stream);
+  AddFileArgument(
+      command, [&options](const std::string& text) { options.clip.file = ParseClipFile("FILE", text); },
+      "The clip's file; its name ends in .avi");
 
   AddStreamOptions(command, options.stream.frame_rate, options.stream.auto_reconnect);
   AddClipOptions(command, options.clip);
 
   const std::string end = "When to end (default: at Ctrl-C)";
-  AddCountOption(command, "--frames", options.frames, "End after N pictures, 1 or more").Group(end);
+  AddCountOption(command, "-n,--frames", options.frames, "End after N pictures, 1 or more").Group(end);
   AddSecondsOption(command, "--seconds", options.seconds,
                    "End S seconds after the first picture, or after the start where none came; may have decimals")
       .Group(end);
-  AddTimeOutOption(command, options.time_out, ", or --seconds where that is less");
+  AddTimeOutOption(command, options.time_out, "10, or --seconds where that is less");
   command.AddFlag("--json", options.json, "Tell of the finished clip as JSON, for programs").Group("Output");
   return [shared] { return Record(*shared); };
 }

@@ -1,9 +1,8 @@
 #include "orbelcast/server_entries.h"
 
-#include "common/command_line.h"
-#include "common/option_values.h"
-#include "common/shown_text.h"
+#include "adapters/posix/configuration_file.h"
 #include "protocol/limits.h"
+#include "protocol/relay.h"
 #include "protocol/text.h"
 #include "toolkit/ascii.h"
 
@@ -44,22 +43,12 @@ std::string CheckServer(const std::string& server) {
   return {};
 }
 
-void AddServerOption(CommandLine& command, std::string& server) {
-  command
-      .AddText("SERVER", server,
-               "The camera server: a host, host:port, or a relay account's address; http:// before it may be left out")
-      .Required()
-      .Check(CheckServer)
-      .ShowEach(KeepSecretsOf)
-      .ValueName("");
-}
-
-void AddRequestOptions(CommandLine& command, Access& access, double& time_out) {
-  AddAccessOptions(command, access, "User name, sent with the request (default: none)");
-  AddSecondsOption(command, "--timeout", time_out,
-                   "Seconds that connecting and that the answer may take each; may have decimals (default: 10)",
-                   kLongestTimeOut)
-      .Group("Request");
+std::string ServerOf(const std::string& text) {
+  const std::string_view place = WithoutHttp(text);
+  const std::size_t path = place.find('/');
+  const bool is_address = StartsWithIgnoringCase(text, "http://") && path < place.size() - 1;
+  if (!is_address || IsRelayAddress(LoadConfiguration().configuration, place)) return text;
+  return std::string(place.substr(0, path));
 }
 
 }  // namespace orbelcast

@@ -4,12 +4,9 @@
 #include <string_view>
 #include <vector>
 
-#include "common/access.h"
 #include "protocol/server_info.h"
 
 namespace orbelcast {
-
-class CommandLine;
 
 /// A line of a list that a camera server tells: a camera, an alert, an output or an input.
 struct Entry {
@@ -28,10 +25,7 @@ std::string WhatWasNotRead(const ServerInfo& info);
 /// The error in a camera server's address; empty where there is none.
 std::string CheckServer(const std::string& server);
 
-/// Declares SERVER, a camera server's address, which is put into `server` as it was written.
-void AddServerOption(CommandLine& command, std::string& server);
-
-/// Declares the login, and how long a request may take, in seconds.
-void AddRequestOptions(CommandLine& command, Access& access, double& time_out);
+/// The server of a text that CheckServer takes: the text as it is, or the host and port of a picture's address.
+std::string ServerOf(const std::string& text);
 
 }  // namespace orbelcast
