@@ -42,12 +42,13 @@ void TakeFile(const CommandLine& command, const std::string& file, const LoginOp
 
 /// A line that somebody types, without showing it.
 std::string TypedUnseen(const std::string& question) {
-  std::cerr << question << std::flush;
   termios shown{};
   const bool is_set = ::tcgetattr(STDIN_FILENO, &shown) == 0;
   termios unseen = shown;
   unseen.c_lflag &= ~static_cast<tcflag_t>(ECHO);
   if (is_set) ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &unseen);
+  // Only now: what is typed before is shown, and lost.
+  std::cerr << question << std::flush;
   std::string line;
   std::getline(std::cin, line);
   if (is_set) ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &shown);

@@ -29,11 +29,6 @@ struct InfoOptions {
 /// Names of a value are followed by blanks up to here.
 constexpr std::size_t kNameWidth = 12;
 
-/// A switch's state as the server tells it.
-bool IsOn(const Entry& entry) {
-  return entry.Field(2) != "0";
-}
-
 /// Columns that a text takes: its letters, not its bytes.
 std::size_t WidthOf(const std::string& text) {
   return static_cast<std::size_t>(

@@ -47,9 +47,9 @@ class MosaicHost {
     host_.on_end = [this] { grid_ = host_.Viewer().VideoStream.Image(); };
     if (options_.clip.file.empty()) return;
     const int round = host_.Viewer().MultiCam.Interval * static_cast<int>(options_.cameras.size());
-    clip_.emplace(
-        host_.ServicesUnderneath(), options_.clip, [this] { return host_.Viewer().PictureToSave(); },
-        [round] { return TimedClip::RateOfInterval(round); });
+    clip_.emplace(host_.ServicesUnderneath(), options_.clip,
+                  ClipSource{.take_picture = [this] { return host_.Viewer().PictureToSave(); },
+                             .interval = [round] { return round; }});
   }
 
   ExitStatus Run() {
@@ -175,7 +175,7 @@ CommandRun BuildMosaic(CommandLine& command) {
       .Excludes(rounds);
   AddTimeOutOption(command, options.time_out, "each camera has five seconds a round").Group(end);
 
-  AddClipOptions(command, options.clip);
+  AddClipOptions(command, options.clip, ClipPictures::kDrawn);
 
   const std::string output = "Output (at least one of them)";
   Option file =
@@ -195,7 +195,10 @@ CommandRun BuildMosaic(CommandLine& command) {
   Option clip =
       command
           .AddText(
-              "--record", [&options](const std::string& text) { options.clip.file = ParseClipFile("--record", text); },
+              "--record",
+              [&options](const std::string& text) {
+                options.clip.file = ParseClipFile("--record", text, ClipPictures::kDrawn);
+              },
               "Record a clip, FILE.avi, with a picture of each round")
           .ValueName("FILE")
           .Group(output)

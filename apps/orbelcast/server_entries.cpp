@@ -1,6 +1,9 @@
 #include "orbelcast/server_entries.h"
 
+#include <algorithm>
+
 #include "adapters/posix/configuration_file.h"
+#include "common/whole_number.h"
 #include "protocol/limits.h"
 #include "protocol/relay.h"
 #include "protocol/text.h"
@@ -22,6 +25,18 @@ std::vector<Entry> EntriesOf(const ServerInfo& info, std::string_view key) {
     entries.push_back({{fields.begin(), fields.end()}});
   }
   return entries;
+}
+
+bool IsOn(const Entry& entry) {
+  return entry.Field(2) != "0";
+}
+
+std::size_t PlaceOf(const std::vector<Entry>& entries, const std::string& choice) {
+  const auto place = WholeNumber<std::size_t>(choice);
+  if (place && *place >= 1 && *place <= entries.size()) return *place;
+  const auto named =
+      std::ranges::find_if(entries, [&](const Entry& each) { return EqualIgnoringCase(each.Field(1), choice); });
+  return named == entries.end() ? 0 : static_cast<std::size_t>(named - entries.begin()) + 1;
 }
 
 std::string WhatWasNotRead(const ServerInfo& info) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,6 +19,12 @@ struct Entry {
 
 /// The lines under `key` ("CAM:"), in the server's order. `info` holds every line (InfoMode::kAllLines).
 std::vector<Entry> EntriesOf(const ServerInfo& info, std::string_view key);
+
+/// An output's or input's state as the server tells it.
+bool IsOn(const Entry& entry);
+
+/// The place, from 1, of the one that `choice` means: its place, or its name in any letter case; 0 where it means none.
+std::size_t PlaceOf(const std::vector<Entry>& entries, const std::string& choice);
 
 /// The notice, for people, that the server sent more than is read of it; empty where all was read.
 std::string WhatWasNotRead(const ServerInfo& info);
