@@ -17,8 +17,8 @@ struct Access {
 /// The command line wins over the file, and the environment (ORBELCAST_USER, ORBELCAST_PASSWORD) is
 /// looked at only where no file is named: so one user's password is never sent with another one's name by accident. A
 /// file that others may read is used, with a warning on standard error; one that cannot be used ends the parse with a
-/// UsageError. Where --user is given and no password is anywhere, `without` says what becomes of it: kAsk asks the person
-/// at the terminal, if there is one.
+/// UsageError. Where --user is given and no password is anywhere, `without` says what becomes of it: kAsk asks the
+/// person at the terminal, if there is one.
 enum class WithoutPassword { kSendNone, kAsk };
 void AddAccessOptions(CommandLine& command, Access& access, const std::string& user_description,
                       WithoutPassword without = WithoutPassword::kSendNone);

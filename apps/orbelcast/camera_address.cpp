@@ -59,8 +59,8 @@ std::optional<Problem> FindPicture(StreamOptions& stream, double time_out) {
   if (auto problem = AskForCameras(options, cameras)) return problem;
   const Entry* const camera = FindCamera(cameras, stream.device);
   if (camera == nullptr) {
-    return NoCamera(options, "it has no camera '" + stream.device + "'; give one of these to --device: " +
-                                 DevicesOf(cameras));
+    return NoCamera(options,
+                    "it has no camera '" + stream.device + "'; give one of these to --device: " + DevicesOf(cameras));
   }
   const std::string& base = camera->Field(2);
   if (const std::string wrong = CheckAddress(base); !wrong.empty()) {

@@ -24,7 +24,8 @@ std::string AskedPicture();
 ServerOptions ServerOfStream(const StreamOptions& stream, double time_out);
 
 /// Puts the address of the camera's live picture in the place of the server in `stream.url`, and the camera's id into
-/// `stream.device`. Nothing is done where that is an address already, and no id is given. The error, where the server tells none; it may take `time_out` seconds to answer.
+/// `stream.device`. Nothing is done where that is an address already, and no id is given. The error, where the server
+/// tells none; it may take `time_out` seconds to answer.
 std::optional<Problem> FindPicture(StreamOptions& stream, double time_out = kAnswerWithin);
 
 /// Puts the live addresses of all its cameras, without picture codes, in the place of each server in `places`.

@@ -21,9 +21,7 @@ void AddCameraOptions(CommandLine& command, StreamOptions& stream) {
       .Check(CheckCamera)
       .ShowEach(KeepSecretsOf)
       .ValueName("");
-  command
-      .AddText("--device", stream.device,
-               "Of a camera server: the camera, by its id there (default: the first one)")
+  command.AddText("--device", stream.device, "Of a camera server: the camera, by its id there (default: the first one)")
       .ValueName("ID");
   AddAccessOptions(command, stream.access, "User name, sent when the server asks for one (default: none)",
                    WithoutPassword::kAsk);
@@ -43,10 +41,10 @@ void AddStreamOptions(CommandLine& command, std::int16_t& frame_rate, bool& auto
       .Group(stream);
 }
 
-Option AddTimeOutOption(CommandLine& command, std::optional<double>& seconds,
-                        const std::string& default_text) {
+Option AddTimeOutOption(CommandLine& command, std::optional<double>& seconds, const std::string& default_text) {
   return AddSecondsOption(command, "--timeout", seconds,
-                   "End where no picture has come S seconds after the start; may have decimals (default: " + default_text + ")")
+                          "End where no picture has come S seconds after the start; may have decimals (default: " +
+                              default_text + ")")
       .Group("When to end (default: at Ctrl-C)");
 }
 
@@ -89,7 +87,8 @@ Option AddSizeOption(CommandLine& command, Size& size, const std::string& descri
 void AddFileArgument(CommandLine& command, const std::function<void(const std::string&)>& take,
                      const std::string& help) {
   Option word = command.AddText("FILE", take, help).ValueName("");
-  Option option = command.AddText("-o,--output", take, "The same as FILE").ValueName("FILE").Group("Output").Excludes(word);
+  Option option =
+      command.AddText("-o,--output", take, "The same as FILE").ValueName("FILE").Group("Output").Excludes(word);
   command.OnRight([word, option] {
     if (!word.IsGiven() && !option.IsGiven()) throw UsageError("FILE is required");
   });

@@ -97,8 +97,7 @@ class Copying final : public ClipWriter {
     interval_ = std::chrono::milliseconds(source_.interval());
     const bool piped = IsStandardStream(place);
     clip_ = platform_.avi_files.CreateOfJpegs(
-        piped ? "" : place.string(),
-        {.container = container_, .size = size.value_or(Size{}), .interval = interval_});
+        piped ? "" : place.string(), {.container = container_, .size = size.value_or(Size{}), .interval = interval_});
     begun_ = platform_.loop.Queue().Now();
     return clip_ ? "" : "it cannot be written";
   }

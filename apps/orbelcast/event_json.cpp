@@ -26,8 +26,8 @@ std::string TimeNow() {
   char text[64];
   std::strftime(day, sizeof day, "%Y-%m-%dT%H:%M:%S", &local);
   std::strftime(zone, sizeof zone, "%z", &local);
-  std::snprintf(text, sizeof text, "%s.%03d%.3s:%s", day, static_cast<int>(now.time_since_epoch().count() % 1000),
-                zone, zone + 3);
+  std::snprintf(text, sizeof text, "%s.%03d%.3s:%s", day, static_cast<int>(now.time_since_epoch().count() % 1000), zone,
+                zone + 3);
   return text;
 }
 

@@ -32,10 +32,10 @@ struct MosaicOptions {
   Access access;
   Messages messages;
   std::optional<double> time_out;  ///< End after that time where no picture came.
-  Size size{640, 480};           ///< The video area.
-  std::filesystem::path output;  ///< The file for the grid at the end.
-  ClipOptions clip;              ///< The clip that each round is a picture of.
-  int rounds = 1;                ///< End after that many rounds, unless `seconds` says when.
+  Size size{640, 480};             ///< The video area.
+  std::filesystem::path output;    ///< The file for the grid at the end.
+  ClipOptions clip;                ///< The clip that each round is a picture of.
+  int rounds = 1;                  ///< End after that many rounds, unless `seconds` says when.
   std::optional<double> seconds;
   bool window = false;
 };
@@ -192,17 +192,16 @@ CommandRun BuildMosaic(CommandLine& command) {
                       .Group(output)
                       .Excludes(file)
                       .Excludes(rounds);
-  Option clip =
-      command
-          .AddText(
-              "--record",
-              [&options](const std::string& text) {
-                options.clip.file = ParseClipFile("--record", text, ClipPictures::kDrawn);
-              },
-              "Record a clip, FILE.avi, with a picture of each round")
-          .ValueName("FILE")
-          .Group(output)
-          .Excludes(window);
+  Option clip = command
+                    .AddText(
+                        "--record",
+                        [&options](const std::string& text) {
+                          options.clip.file = ParseClipFile("--record", text, ClipPictures::kDrawn);
+                        },
+                        "Record a clip, FILE.avi, with a picture of each round")
+                    .ValueName("FILE")
+                    .Group(output)
+                    .Excludes(window);
   command.OnRight([file, window, clip] {
     if (!file.IsGiven() && !window.IsGiven() && !clip.IsGiven()) {
       throw UsageError("mosaic", "say where the grid goes: --output FILE, --record FILE.avi, or --window");

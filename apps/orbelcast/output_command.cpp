@@ -49,8 +49,9 @@ class Switch {
     if (options_.choice.empty()) return List();
     const std::size_t place = PlaceOf(entries_, options_.choice);
     if (place == 0) {
-      problem_ = Problem{.kind = "unknown", .text = "there is no " + std::string(kind_.name) + " '" + Shown(options_.choice) +
-                                                     "'; there are " + Names()};
+      problem_ = Problem{
+          .kind = "unknown",
+          .text = "there is no " + std::string(kind_.name) + " '" + Shown(options_.choice) + "'; there are " + Names()};
       return Fail();
     }
     if (options_.on && !Set(place)) return Fail();

@@ -133,9 +133,9 @@ class Recording {
 
   void ShowProgress() {
     if (ended_) return;
-    std::fprintf(stderr, "\r\033[K%s",
-                 clip_ && clip_->Pictures() > 0 ? (clip_->Summary() + "; Ctrl-C ends it").c_str()
-                                                : "waiting for a picture");
+    std::fprintf(
+        stderr, "\r\033[K%s",
+        clip_ && clip_->Pictures() > 0 ? (clip_->Summary() + "; Ctrl-C ends it").c_str() : "waiting for a picture");
     Queue().ArmTimer(kProgressEvery, [this] { ShowProgress(); });
   }
   static void ClearProgress() { std::fputs("\r\033[K", stderr); }
@@ -160,7 +160,8 @@ ExitStatus Record(RecordOptions& options) {
   if (!options.segment && TellIfTaken(options.clip)) return kBadUsage;
   if (const auto problem = FindPicture(options.stream)) {
     Tell(*problem, std::cerr);
-    if (options.json) std::cout << ToLine(Json{{"file", options.clip.file.string()}, {"error", ToJson(*problem)}}) << '\n';
+    if (options.json)
+      std::cout << ToLine(Json{{"file", options.clip.file.string()}, {"error", ToJson(*problem)}}) << '\n';
     return kNoPictures;
   }
   return Recording(options).Run();
@@ -174,7 +175,8 @@ CommandRun BuildRecord(CommandLine& command) {
   RecordOptions& options = *shared;
   AddCameraOptions(command, options.stream);
   AddFileArgument(
-      command, [&options](const std::string& text) { options.clip.file = ParseClipFile("FILE", text, ClipPictures::kCameras); },
+      command,
+      [&options](const std::string& text) { options.clip.file = ParseClipFile("FILE", text, ClipPictures::kCameras); },
       "The clip's file: .avi, or .mkv, into which the camera's own pictures go. - is standard output, as .mkv");
 
   AddStreamOptions(command, options.stream.frame_rate, options.stream.auto_reconnect);
@@ -193,7 +195,8 @@ CommandRun BuildRecord(CommandLine& command) {
   command.AddFlag("--json", options.json, "Tell of the finished clip as JSON, for programs").Group("Output");
   command.OnRight([&options] {
     const std::string file = options.clip.file.string();
-    if (options.json && IsStandardStream(file)) throw UsageError("--json", "standard output is the clip's: name a file");
+    if (options.json && IsStandardStream(file))
+      throw UsageError("--json", "standard output is the clip's: name a file");
     if (options.segment && file.find('%') == std::string::npos) {
       throw UsageError("--segment", "FILE needs the time in its name, such as yard-%Y%m%d-%H%M%S.avi");
     }

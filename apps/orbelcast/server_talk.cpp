@@ -36,8 +36,7 @@ void AddServerOptions(CommandLine& command, ServerOptions& options) {
 
 ServerTalk::ServerTalk(const ServerOptions& options)
     : options_(options),
-      http_(services_.Get().http,
-            {.tells = options.messages.verbose, .limit = std::chrono::milliseconds(Limit())}) {}
+      http_(services_.Get().http, {.tells = options.messages.verbose, .limit = std::chrono::milliseconds(Limit())}) {}
 
 std::int32_t ServerTalk::Limit() const {
   return static_cast<std::int32_t>(options_.time_out * 1000);
@@ -82,13 +81,15 @@ std::optional<Problem> ServerTalk::WhyNoInformation(const ServerInfo& info) {
                                        " does not answer, or knows no server of this account");
   }
   if (http_.Newest() == Failure{FailureKind::kStatus, kNotFound}) {
-    return because(http_.Newest(), "it has no server information (404), so it is no camera server; 'orbelcast doctor' "
-                                   "tells more");
+    return because(http_.Newest(),
+                   "it has no server information (404), so it is no camera server; 'orbelcast doctor' "
+                   "tells more");
   }
   if (auto problem = WhyNo("information")) return problem;
   if (info.ViewerMarker) return std::nullopt;
-  return Problem{.kind = "no-camera-server",
-                 .text = because({}, "it answers, but not as a camera server does; 'orbelcast doctor' tells more").text};
+  return Problem{
+      .kind = "no-camera-server",
+      .text = because({}, "it answers, but not as a camera server does; 'orbelcast doctor' tells more").text};
 }
 
 }  // namespace orbelcast

@@ -55,8 +55,8 @@ std::optional<Problem> FindInArchive(StreamOptions& stream, const LocalTime& at,
     stream.device = first.device;
   }
   const auto text = [](int number) { return std::to_string(number); };
-  const std::string parts[] = {text(at.day), text(at.month), text(at.year), text(at.hour), text(at.minute),
-                               text(at.second)};
+  const std::string parts[] = {text(at.day),  text(at.month),  text(at.year),
+                               text(at.hour), text(at.minute), text(at.second)};
   ServerTalk talk(server);
   stream.url = talk.AddressOf([&](const std::string& base) {
     return ArchiveSearchAddress(ArchiveAddress(base, stream.device),
@@ -130,7 +130,8 @@ void Complete(SnapshotOptions& options) {
   }
   if (!options.every && (watch.frames || watch.seconds)) throw UsageError("--frames, --seconds", "give --every too");
   if (options.at && watch.stream.device.empty() && !NamesServer(watch.stream.url)) {
-    throw UsageError("--at", "an archive is a camera server's: give HOST:PORT, and --device for another camera than the first");
+    throw UsageError("--at",
+                     "an archive is a camera server's: give HOST:PORT, and --device for another camera than the first");
   }
   watch.once = !options.every;
   if (!watch.time_out) watch.time_out = std::min(kSnapshotWithin, options.every.value_or(kSnapshotWithin));
@@ -148,11 +149,12 @@ CommandRun BuildSnapshot(CommandLine& command) {
   AddFileArgument(command, watch.picture, "picture");
 
   const std::string which = "Which pictures (default: one, as it is now)";
-  Option every = AddSecondsOption(command, "--every", options.every,
-                                  "One every S seconds, until Ctrl-C. FILE has the time in its name, by the conversions "
-                                  "of strftime, such as yard-%Y%m%d-%H%M%S.jpg; without one each takes the place of "
-                                  "the one before")
-                     .Group(which);
+  Option every =
+      AddSecondsOption(command, "--every", options.every,
+                       "One every S seconds, until Ctrl-C. FILE has the time in its name, by the conversions "
+                       "of strftime, such as yard-%Y%m%d-%H%M%S.jpg; without one each takes the place of "
+                       "the one before")
+          .Group(which);
   AddCountOption(command, "-n,--frames", watch.frames, "With --every: end after N pictures, 1 or more").Group(which);
   AddSecondsOption(command, "--seconds", watch.seconds, "With --every: end after S seconds").Group(which);
   command

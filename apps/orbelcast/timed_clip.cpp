@@ -28,8 +28,7 @@ TimedClip::TimedClip(Platform& services, ClipOptions options, ClipSource source)
 bool TimedClip::Add() {
   if (!writer_->IsOpen() && (pictures_ > 0 || !Begin())) return false;
   if (!writer_->Add()) {
-    why_not_ = IsStandardStream(place_) ? "it takes no more"
-                                        : "could not write the next picture; is the disk full?";
+    why_not_ = IsStandardStream(place_) ? "it takes no more" : "could not write the next picture; is the disk full?";
     return false;
   }
   ++pictures_;

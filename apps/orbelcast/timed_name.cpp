@@ -37,7 +37,8 @@ std::optional<LocalTime> ReadTime(std::string_view text) {
                        .hour = part(11, 2, 23),
                        .minute = part(14, 2, 59),
                        .second = text.size() == kWithSeconds ? part(17, 2, 59) : 0};
-  const std::chrono::year_month_day day{std::chrono::year(time.year), std::chrono::month(static_cast<unsigned>(time.month)),
+  const std::chrono::year_month_day day{std::chrono::year(time.year),
+                                        std::chrono::month(static_cast<unsigned>(time.month)),
                                         std::chrono::day(static_cast<unsigned>(time.day))};
   return good && day.ok() ? std::optional(time) : std::nullopt;
 }

@@ -58,7 +58,8 @@ class NotedHttp::Request final : public ForwardingHttpRequest {
   std::string Outcome() const {
     HttpRequest& request = *Forwarded();
     char time[32];
-    std::snprintf(time, sizeof time, "%.1f ms", std::chrono::duration<double, std::milli>(Clock::now() - begun_).count());
+    std::snprintf(time, sizeof time, "%.1f ms",
+                  std::chrono::duration<double, std::milli>(Clock::now() - begun_).count());
     if (request.Status() == 0) return WordOf(notes_->newest) + " after " + time;
     return std::to_string(request.Status()) + " " + std::string(request.GetResponseHeader("Content-Type")) + ", " +
            std::to_string(request.ResponseBody().Size()) + " bytes after " + time;

@@ -24,8 +24,7 @@ class NotedHttp final : public HttpRequestFactory {
   };
 
   /// `http` outlives this factory.
-  NotedHttp(HttpRequestFactory& http, Choice choice)
-      : http_(http), choice_(choice) {}
+  NotedHttp(HttpRequestFactory& http, Choice choice) : http_(http), choice_(choice) {}
 
   std::shared_ptr<HttpRequest> Create() override;
 

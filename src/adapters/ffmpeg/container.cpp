@@ -14,8 +14,8 @@ constexpr std::size_t kBufferBytes = 64 * 1024;
 Container::Container(ClipFile& file, const char* format) {
   auto* buffer = static_cast<std::uint8_t*>(av_malloc(kBufferBytes));
   if (buffer == nullptr) return;
-  output_.reset(avio_alloc_context(buffer, kBufferBytes, 1, &file, nullptr, WriteBytes,
-                                   file.IsSeekable() ? SeekTo : nullptr));
+  output_.reset(
+      avio_alloc_context(buffer, kBufferBytes, 1, &file, nullptr, WriteBytes, file.IsSeekable() ? SeekTo : nullptr));
   if (!output_) {
     av_free(buffer);
     return;

@@ -8,9 +8,9 @@
 #include "adapters/ffmpeg/avi_muxer.h"
 #include "adapters/ffmpeg/clip_file.h"
 #include "adapters/ffmpeg/ffmpeg_jpeg_clip.h"
-#include "adapters/ffmpeg/pipe_file.h"
 #include "adapters/ffmpeg/picture_encoder.h"
 #include "adapters/ffmpeg/picture_fitter.h"
+#include "adapters/ffmpeg/pipe_file.h"
 
 namespace orbelcast {
 
