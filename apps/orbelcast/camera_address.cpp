@@ -48,11 +48,14 @@ std::string AskedPicture() {
   return QualitySuffix(PictureCode(kAskedWidth, kAskedHeight, kAskedQuality));
 }
 
-ServerOptions ServerOfStream(const StreamOptions& stream, double time_out) {
-  return {.server = ServerOf(stream.url), .access = stream.access, .time_out = time_out, .messages = stream.messages};
+ServerOptions ServerOfStream(const StreamOptions& stream, std::optional<double> time_out) {
+  return {.server = ServerOf(stream.url),
+          .access = stream.access,
+          .time_out = std::min(time_out.value_or(kAnswerWithin), kAnswerWithin),
+          .messages = stream.messages};
 }
 
-std::optional<Problem> FindPicture(StreamOptions& stream, double time_out) {
+std::optional<Problem> FindPicture(StreamOptions& stream, std::optional<double> time_out) {
   if (stream.device.empty() && !NamesServer(stream.url)) return std::nullopt;
   const ServerOptions options = ServerOfStream(stream, time_out);
   std::vector<Entry> cameras;

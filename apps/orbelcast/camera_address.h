@@ -21,7 +21,7 @@ std::string DevicesOf(const std::vector<Entry>& cameras);
 std::string AskedPicture();
 
 /// The server of a camera, with the login and the messages of its stream.
-ServerOptions ServerOfStream(const StreamOptions& stream, double time_out);
+ServerOptions ServerOfStream(const StreamOptions& stream, std::optional<double> time_out);
 
 /// Puts the address of the camera's live picture in the place of the server in `stream.url`, and the camera's id into
 /// `stream.device`. Nothing is done where that is an address already, and no id is given. The error, where the server

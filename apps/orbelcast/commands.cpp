@@ -34,7 +34,7 @@ std::span<const Command> Commands() {
   static constexpr std::array kCommands{
       Command{"play", "Opens a window that shows a camera: play CAMERA [OPTION...]", BuildPlay},
       Command{"watch", "Watches a camera without a window, printing its events as JSON lines", BuildWatch},
-      Command{"info", "Prints what a camera server says of itself: its cameras, alerts, outputs", BuildInfo},
+      Command{"info", "Prints what a camera server says of itself: cameras, alerts, outputs", BuildInfo},
       Command{"doctor", "Finds out why a camera cannot be seen, step by step, and what to do", BuildDoctor},
       Command{"mosaic", "Shows several cameras as a grid, in a file or in a window", BuildMosaic},
       Command{"record", "Records a camera as a clip: record CAMERA FILE.avi [OPTION...]", BuildRecord},

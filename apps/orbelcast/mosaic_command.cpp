@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -136,7 +137,9 @@ ExitStatus ShowInWindow(const MosaicOptions& options) {
 }
 
 ExitStatus RunMosaic(MosaicOptions& options) {
-  const ServerOptions server{.access = options.access, .messages = options.messages};
+  const ServerOptions server{.access = options.access,
+                             .time_out = std::min(options.time_out.value_or(kAnswerWithin), kAnswerWithin),
+                             .messages = options.messages};
   if (const auto problem = FindAllCameras(options.cameras, server)) {
     Tell(*problem, std::cerr);
     return kNoPictures;

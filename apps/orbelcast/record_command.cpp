@@ -158,7 +158,7 @@ class Recording {
 /// goes to standard error, where that is a terminal.
 ExitStatus Record(RecordOptions& options) {
   if (!options.segment && TellIfTaken(options.clip)) return kBadUsage;
-  if (const auto problem = FindPicture(options.stream)) {
+  if (const auto problem = FindPicture(options.stream, options.time_out)) {
     Tell(*problem, std::cerr);
     if (options.json)
       std::cout << ToLine(Json{{"file", options.clip.file.string()}, {"error", ToJson(*problem)}}) << '\n';

@@ -47,7 +47,7 @@ ExitStatus Fail(const Problem& problem, const SnapshotOptions& options, ExitStat
 }
 
 /// Puts the address of the archive's picture in the place of the server.
-std::optional<Problem> FindInArchive(StreamOptions& stream, const LocalTime& at, double time_out) {
+std::optional<Problem> FindInArchive(StreamOptions& stream, const LocalTime& at, std::optional<double> time_out) {
   const ServerOptions server = ServerOfStream(stream, time_out);
   if (stream.device.empty()) {
     StreamOptions first = stream;
@@ -73,7 +73,7 @@ std::optional<Problem> FindInArchive(StreamOptions& stream, const LocalTime& at,
 
 std::optional<Problem> Find(SnapshotOptions& options) {
   StreamOptions& stream = options.watch.stream;
-  const double time_out = std::min(*options.watch.time_out, kAnswerWithin);
+  const auto time_out = options.watch.time_out;
   options.watch.from = options.at ? stream.url : "";
   return options.at ? FindInArchive(stream, *options.at, time_out) : FindPicture(stream, time_out);
 }

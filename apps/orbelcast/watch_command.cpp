@@ -11,7 +11,7 @@ namespace orbelcast {
 namespace {
 
 ExitStatus Watch(WatchOptions& options) {
-  if (const auto problem = FindPicture(options.stream)) {
+  if (const auto problem = FindPicture(options.stream, options.time_out)) {
     Tell(*problem, std::cerr);
     return kNoPictures;
   }
