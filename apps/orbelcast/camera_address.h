@@ -25,8 +25,9 @@ ServerOptions ServerOfStream(const StreamOptions& stream, std::optional<double> 
 
 /// Puts the address of the camera's live picture in the place of the server in `stream.url`, and the camera's id into
 /// `stream.device`. Nothing is done where that is an address already, and no id is given. The error, where the server
-/// tells none; it may take `time_out` seconds to answer.
-std::optional<Problem> FindPicture(StreamOptions& stream, double time_out = kAnswerWithin);
+/// tells none; it may take kAnswerWithin to answer, or
+/// `time_out` seconds where that is less.
+std::optional<Problem> FindPicture(StreamOptions& stream, std::optional<double> time_out);
 
 /// Puts the live addresses of all its cameras, without picture codes, in the place of each server in `places`.
 std::optional<Problem> FindAllCameras(std::vector<std::string>& places, const ServerOptions& options);
