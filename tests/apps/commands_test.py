@@ -187,7 +187,7 @@ class Snapshot(Commands):
         self.assertEqual(orbelcast("snapshot", self.live(99), "-s", self.folder / "a.jpg").stderr, "")
 
     def test_a_series_the_archive_and_a_camera_of_a_server(self):
-        server = self.address(self.server)
+        server = self.started()
         done = orbelcast("snapshot", server, "--device", "2", "--every", "0.2", "-n", "2", "-o", self.folder / "%Y.jpg")
         [name] = self.left()
         self.assertEqual(done.stdout, f"{self.folder / name}\n" * 2)
