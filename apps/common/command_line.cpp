@@ -28,17 +28,17 @@ CLI::Validator Within(Number least, Number most) {
   return {[check](std::string& text) { return check(text); }, std::string()};
 }
 
-constexpr std::size_t kMostColumns = 100;
+constexpr std::size_t kHelpWidth = 100;
 
-/// The line in lines of at most kMostColumns. All but the first begin where the text of an option does; of a line that
+/// The line in lines of at most kHelpWidth. All but the first begin where the text of an option does; of a line that
 /// is none, at its own first letter.
 std::string Wrapped(std::string line, std::size_t text_column) {
   const std::size_t first = std::min(line.find_first_not_of(' '), line.size());
   const bool is_option = first == 2 && line.size() > text_column && line[text_column - 1] == ' ';
   const std::string indent(is_option ? text_column : first, ' ');
   std::string lines;
-  while (line.size() > kMostColumns) {
-    const std::size_t blank = line.rfind(' ', kMostColumns);
+  while (line.size() > kHelpWidth) {
+    const std::size_t blank = line.rfind(' ', kHelpWidth);
     if (blank == std::string::npos || blank <= indent.size()) break;
     lines += line.substr(0, blank) + '\n';
     line = indent + line.substr(blank + 1);
@@ -87,11 +87,11 @@ std::size_t Distance(std::string_view a, std::string_view b) {
 /// "; did you mean X?" of the name that is like `word`: as far from it as two slips of the fingers, or its whole
 /// beginning. Empty where none is.
 std::string DidYouMean(std::string_view word, const std::vector<std::string>& names) {
-  constexpr std::size_t kMostSlips = 2;
-  constexpr std::size_t kLongestWord = 40;
-  if (word.empty() || word.size() > kLongestWord) return {};
+  constexpr std::size_t kSlips = 2;
+  constexpr std::size_t kGuessableLetters = 40;
+  if (word.empty() || word.size() > kGuessableLetters) return {};
   const std::string* nearest = nullptr;
-  std::size_t distance = std::min(kMostSlips, word.size() / 2) + 1;
+  std::size_t distance = std::min(kSlips, word.size() / 2) + 1;
   for (const std::string& name : names) {
     const bool begins = word.size() > 3 && name.starts_with(word);
     const std::size_t far = begins ? 1 : Distance(word, name);

@@ -9,11 +9,11 @@
 namespace orbelcast {
 
 std::string NameOfNow(const std::string& pattern) {
-  constexpr std::size_t kLongestName = 4096;
+  constexpr std::size_t kNameBytes = 4096;
   const std::time_t now = std::time(nullptr);
   std::tm local{};
   ::localtime_r(&now, &local);
-  std::array<char, kLongestName> name{};
+  std::array<char, kNameBytes> name{};
   const std::size_t length = std::strftime(name.data(), name.size(), pattern.c_str(), &local);
   return {name.data(), length};
 }

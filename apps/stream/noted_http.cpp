@@ -51,7 +51,7 @@ class NotedHttp::Request final : public ForwardingHttpRequest {
     const orbelcast::Failure failure = FailureOf(*Forwarded(), worked);
     notes_->newest = failure;
     notes_->time_code = Forwarded()->GetResponseHeader("RC_TCR");
-    if (notes_->of_address.size() < kMostAddresses) notes_->of_address[url_] = failure;
+    if (notes_->of_address.size() < kAddressesNoted) notes_->of_address[url_] = failure;
     if (choice_.tells) std::cerr << "< " << Shown(Outcome()) << '\n';
   }
 

@@ -38,7 +38,7 @@ class NotedHttp final : public HttpRequestFactory {
  private:
   class Request;
   /// Addresses of which something is noted: more than any command asks.
-  static constexpr std::size_t kMostAddresses = 1024;
+  static constexpr std::size_t kAddressesNoted = 1024;
   struct Notes {
     Failure newest;
     std::string time_code;
