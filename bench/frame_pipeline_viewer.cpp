@@ -3,6 +3,7 @@
 #include "assembly/headless_platform.h"
 #include "frame_pipelines.h"
 #include "imaging/motion.h"
+#include "toolkit/twips.h"
 #include "viewer/video_server_push.h"
 #include "whole_picture.h"
 
@@ -55,8 +56,8 @@ class Viewer final : public Pipeline {
  private:
   void Begin() {
     viewer_ = VideoServerPush::Create(platform_);
-    viewer_->Resize(static_cast<float>(width_ * platform_.screen.TwipsPerPixelX()),
-                    static_cast<float>(height_ * platform_.screen.TwipsPerPixelY()));
+    const TwipsScale scale = TwipsScale::Of(platform_.screen);
+    viewer_->Resize(scale.TwipsX(width_), scale.TwipsY(height_));
     WatchWholePicture(*viewer_);
     viewer_->Connect("http://camera/");
     viewer_->ToogleClock(false);

@@ -40,6 +40,7 @@
 #include "measures.h"
 #include "picture_server.h"
 #include "silent_servers.h"
+#include "toolkit/twips.h"
 #include "viewer/video_server_push.h"
 #include "whole_picture.h"
 
@@ -103,8 +104,8 @@ class Viewers {
  private:
   void Add(const Setting& setting, const std::string& url) {
     auto viewer = VideoServerPush::Create(platform_.Get());
-    viewer->Resize(static_cast<float>(kWidth * platform_.Get().screen.TwipsPerPixelX()),
-                   static_cast<float>(kHeight * platform_.Get().screen.TwipsPerPixelY()));
+    const TwipsScale scale = TwipsScale::Of(platform_.Get().screen);
+    viewer->Resize(scale.TwipsX(kWidth), scale.TwipsY(kHeight));
     auto rate = static_cast<std::int16_t>(setting.rate);
     viewer->FrameRate(rate);
     if (setting.motion) WatchWholePicture(*viewer);

@@ -1,5 +1,8 @@
 #include "common/access.h"
 
+#include <termios.h>
+#include <unistd.h>
+
 #include <cstdlib>
 #include <iostream>
 #include <memory>
@@ -37,6 +40,29 @@ void TakeFile(const CommandLine& command, const std::string& file, const LoginOp
   if (!given.password.IsGiven()) access.password = credentials.password.value_or("");
 }
 
+/// A line that somebody types, without showing it.
+std::string TypedUnseen(const std::string& question) {
+  termios shown{};
+  const bool is_set = ::tcgetattr(STDIN_FILENO, &shown) == 0;
+  termios unseen = shown;
+  unseen.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+  if (is_set) ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &unseen);
+  // Only now: what is typed before is shown, and lost.
+  std::cerr << question << std::flush;
+  std::string line;
+  std::getline(std::cin, line);
+  if (is_set) ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &shown);
+  std::cerr << '\n';
+  return line;
+}
+
+/// Where a user was named, and no password anywhere, and there is somebody at a terminal.
+void AskForPassword(const LoginOptions& given, Access& access) {
+  const bool wanting = given.user.IsGiven() && !given.password.IsGiven() && std::getenv(kPasswordVariable) == nullptr;
+  if (!wanting || ::isatty(STDIN_FILENO) == 0 || ::isatty(STDERR_FILENO) == 0) return;
+  access.password = TypedUnseen("Password of " + Shown(access.user) + ": ");
+}
+
 void TakeEnvironment(const LoginOptions& given, Access& access) {
   if (!given.user.IsGiven()) access.user = EnvironmentText(kUserVariable);
   if (!given.password.IsGiven()) access.password = EnvironmentText(kPasswordVariable);
@@ -60,9 +86,14 @@ void PassOn(const Access& access) {
   ::setenv(kPasswordVariable, access.password.c_str(), 1);
 }
 
-void AddAccessOptions(CommandLine& command, Access& access, const std::string& user_description) {
+void AddAccessOptions(CommandLine& command, Access& access, const std::string& user_description,
+                      WithoutPassword without) {
   const std::string group = "Access";
-  const Option user = command.AddText("--user", access.user, user_description + ". Also: " + kUserVariable)
+  const bool asks = without == WithoutPassword::kAsk;
+  const Option user = command
+                          .AddText("--user", access.user,
+                                   user_description + ". Also: " + kUserVariable +
+                                       (asks ? ". Without a password it is asked for, on a terminal" : ""))
                           .ValueName("NAME")
                           .Group(group);
   const Option password = command
@@ -78,11 +109,12 @@ void AddAccessOptions(CommandLine& command, Access& access, const std::string& u
                                    "Take both from FILE, which has the lines 'user = NAME' and 'password = TEXT'")
                           .ValueName("FILE")
                           .Group(group);
-  command.OnRead([&command, &access, given = LoginOptions{user, password}, file, file_name] {
+  command.OnRead([&command, &access, given = LoginOptions{user, password}, file, file_name, asks] {
     if (file.IsGiven()) {
       TakeFile(command, *file_name, given, access);
     } else {
       TakeEnvironment(given, access);
+      if (asks) AskForPassword(given, access);
     }
     KeepSecret(access.password);
   });

@@ -28,6 +28,88 @@ CLI::Validator Within(Number least, Number most) {
   return {[check](std::string& text) { return check(text); }, std::string()};
 }
 
+constexpr std::size_t kHelpWidth = 100;
+
+/// The line in lines of at most kHelpWidth. All but the first begin where the text of an option does; of a line that
+/// is none, at its own first letter.
+std::string Wrapped(std::string line, std::size_t text_column) {
+  const std::size_t first = std::min(line.find_first_not_of(' '), line.size());
+  const bool is_option = first == 2 && line.size() > text_column && line[text_column - 1] == ' ';
+  const std::string indent(is_option ? text_column : first, ' ');
+  std::string lines;
+  while (line.size() > kHelpWidth) {
+    const std::size_t blank = line.rfind(' ', kHelpWidth);
+    if (blank == std::string::npos || blank <= indent.size()) break;
+    lines += line.substr(0, blank) + '\n';
+    line = indent + line.substr(blank + 1);
+  }
+  return lines + line;
+}
+
+/// The library's help, no line of which is too long, and without what excludes or needs what: the texts say it where it
+/// is not plain, and wrong usage is told.
+class NarrowHelp : public CLI::Formatter {
+ public:
+  std::string make_option_opts(const CLI::Option* option) const override {
+    const std::string all = CLI::Formatter::make_option_opts(option);
+    return all.substr(0, std::min(all.find(" Needs: "), all.find(" Excludes: ")));
+  }
+
+  std::string make_help(const CLI::App* app, std::string name, CLI::AppFormatMode mode) const override {
+    std::istringstream help(CLI::Formatter::make_help(app, std::move(name), mode));
+    std::string narrow;
+    for (std::string line; std::getline(help, line);) {
+      // Between groups it has two empty lines.
+      if (!line.empty() || !narrow.ends_with("\n\n")) narrow += Wrapped(line, column_width_) + '\n';
+    }
+    return narrow;
+  }
+};
+
+/// How many letters have to be added, left out, replaced or swapped with the next to make `b` of `a`.
+std::size_t Distance(std::string_view a, std::string_view b) {
+  std::vector<std::vector<std::size_t>> steps(a.size() + 1, std::vector<std::size_t>(b.size() + 1));
+  for (std::size_t i = 0; i <= a.size(); ++i) {
+    for (std::size_t j = 0; j <= b.size(); ++j) {
+      if (i == 0 || j == 0) {
+        steps[i][j] = i + j;
+        continue;
+      }
+      const std::size_t other = a[i - 1] == b[j - 1] ? 0 : 1;
+      steps[i][j] = std::min({steps[i - 1][j] + 1, steps[i][j - 1] + 1, steps[i - 1][j - 1] + other});
+      const bool swapped = i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1];
+      if (swapped) steps[i][j] = std::min(steps[i][j], steps[i - 2][j - 2] + 1);
+    }
+  }
+  return steps[a.size()][b.size()];
+}
+
+/// "; did you mean X?" of the name that is like `word`: as far from it as two slips of the fingers, or its whole
+/// beginning. Empty where none is.
+std::string DidYouMean(std::string_view word, const std::vector<std::string>& names) {
+  constexpr std::size_t kSlips = 2;
+  constexpr std::size_t kGuessableLetters = 40;
+  if (word.empty() || word.size() > kGuessableLetters) return {};
+  const std::string* nearest = nullptr;
+  std::size_t distance = std::min(kSlips, word.size() / 2) + 1;
+  for (const std::string& name : names) {
+    const bool begins = word.size() > 3 && name.starts_with(word);
+    const std::size_t far = begins ? 1 : Distance(word, name);
+    if (far >= distance) continue;
+    nearest = &name;
+    distance = far;
+  }
+  return nearest == nullptr ? "" : "; did you mean " + *nearest + "?";
+}
+
+std::vector<std::string> OptionNames(const CLI::App& command) {
+  std::vector<std::string> names;
+  for (const CLI::Option* option : command.get_options()) {
+    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+  }
+  return names;
+}
+
 /// The command that was being used: the program itself where none was named.
 const CLI::App& CommandOf(const CLI::App& app) {
   const auto commands = app.get_subcommands();
@@ -38,34 +120,43 @@ std::string FullName(const CLI::App& app, const CLI::App& command) {
   return &app == &command ? app.get_name() : app.get_name() + " " + command.get_name();
 }
 
-/// The commands that there are; empty where one is chosen, or the program has none.
-std::string CommandsToChoose(const CLI::App& app) {
-  if (!app.get_subcommands().empty()) return {};
-  std::string names;
+/// The commands that there are; none where one is chosen, or the program has none.
+std::vector<std::string> CommandsToChoose(const CLI::App& app) {
+  std::vector<std::string> names;
+  if (!app.get_subcommands().empty()) return names;
   for (const CLI::App* each : app.get_subcommands([](const CLI::App*) { return true; })) {
-    names += (names.empty() ? "" : ", ") + each->get_name();
+    names.push_back(each->get_name());
   }
   return names;
 }
 
+std::string Joined(const std::vector<std::string>& names) {
+  std::string list;
+  for (const std::string& name : names) list += (list.empty() ? "" : ", ") + name;
+  return list;
+}
+
 /// About words that nothing takes.
 std::string UnexpectedWords(const CLI::App& app, const std::vector<std::string>& words) {
-  std::string options;
+  std::vector<std::string> options;
   for (const std::string& word : words) {
-    if (word.starts_with('-')) options += (options.empty() ? "" : ", ") + word.substr(0, word.find('='));
+    if (word.starts_with('-')) options.push_back(word.substr(0, word.find('=')));
   }
-  if (!options.empty()) return "unknown option: " + options;
-  const std::string commands = CommandsToChoose(app);
-  return commands.empty() ? "there are more words than the command takes"
-                          : "there is no such command; there are " + commands;
+  if (!options.empty()) {
+    return "unknown option: " + Joined(options) + DidYouMean(options.front(), OptionNames(CommandOf(app)));
+  }
+  const std::vector<std::string> commands = CommandsToChoose(app);
+  if (commands.empty()) return "there are more words than the command takes";
+  const std::string meant = DidYouMean(words.front(), commands);
+  return "there is no such command" + (meant.empty() ? "; there are " + Joined(commands) : meant);
 }
 
 std::string WhatIsWrong(const CLI::App& app, const CLI::ParseError& error) {
   const std::vector<std::string> words = app.remaining(true);
   if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) return UnexpectedWords(app, words);
-  const std::string commands = CommandsToChoose(app);
+  const std::vector<std::string> commands = CommandsToChoose(app);
   if (commands.empty()) return error.what();
-  return words.empty() ? "name a command: " + commands : UnexpectedWords(app, words);
+  return words.empty() ? "name a command: " + Joined(commands) : UnexpectedWords(app, words);
 }
 
 int Report(const CLI::App& app, const std::string& what_is_wrong) {
@@ -141,7 +232,9 @@ bool Option::IsGiven() const {
 }
 
 CommandLine::CommandLine(const std::string& program, const std::string& description)
-    : owned_(std::make_unique<CLI::App>(description, program)), app_(*owned_) {}
+    : owned_(std::make_unique<CLI::App>(description, program)), app_(*owned_) {
+  app_.formatter(std::make_shared<NarrowHelp>());
+}
 
 CommandLine::CommandLine(CLI::App& command) : app_(command) {}
 
@@ -223,6 +316,7 @@ Option CommandLine::AddNumber(const std::string& name, std::optional<double>& va
 
 void CommandLine::LeaveRest() {
   app_.prefix_command();
+  app_.set_help_flag();
 }
 
 std::vector<std::string> CommandLine::Rest() const {
@@ -230,11 +324,17 @@ std::vector<std::string> CommandLine::Rest() const {
 }
 
 void CommandLine::OnRead(const std::function<void()>& then) {
-  app_.parse_complete_callback(then);
+  on_read_.push_back(then);
+  app_.parse_complete_callback([this] {
+    for (const auto& each : on_read_) each();
+  });
 }
 
 void CommandLine::OnRight(const std::function<void()>& then) {
-  app_.callback(then);
+  on_right_.push_back(then);
+  app_.callback([this] {
+    for (const auto& each : on_right_) each();
+  });
 }
 
 std::optional<int> CommandLine::Read(int argc, const char* const* argv) {

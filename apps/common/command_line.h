@@ -61,8 +61,8 @@ class Option {
   CLI::Option* option_;
 };
 
-/// A program's command line, or the part of it that one of its commands reads. `name` is "--option", or the name of a
-/// word by its place. What values are put into outlives the reading.
+/// A program's command line, or the part of it that one of its commands reads. `name` is "--option",
+/// "-o,--option", or the name of a word by its place. What values are put into outlives the reading.
 class CommandLine {
  public:
   CommandLine(const std::string& program, const std::string& description);
@@ -98,13 +98,15 @@ class CommandLine {
   Option AddNumber(const std::string& name, std::optional<double>& value, double least, double most,
                    const std::string& help);
 
-  /// Words that are no options of this command end it: they and all that follows are what Rest() returns.
+  /// Words that are no options of this command end it: they and all that follows are what Rest() returns. It has no
+  /// --help of its own.
   void LeaveRest();
   std::vector<std::string> Rest() const;
 
-  /// Calls `then` as soon as this command's words were read, what is wrong with others not being known yet.
+  /// Calls `then` as soon as this command's words were read, what is wrong with others not being known yet; of several
+  /// calls each, in their order.
   void OnRead(const std::function<void()>& then);
-  /// Calls `then` at the end, where all else is right.
+  /// Calls `then` at the end, where all else is right; of several calls each, in their order.
   void OnRight(const std::function<void()>& then);
 
   /// Reads a program's command line; nothing where it is right. Otherwise what is wrong was printed, and where the
@@ -123,6 +125,8 @@ class CommandLine {
   std::unique_ptr<CLI::App> owned_;  ///< Null for a command, which is its program's.
   CLI::App& app_;
   std::vector<std::unique_ptr<CommandLine>> commands_;
+  std::vector<std::function<void()>> on_read_;
+  std::vector<std::function<void()>> on_right_;
 };
 
 }  // namespace orbelcast

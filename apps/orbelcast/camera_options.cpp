@@ -2,20 +2,30 @@
 
 #include <algorithm>
 
+#include "adapters/posix/configuration_file.h"
 #include "common/command_line.h"
 #include "common/option_values.h"
 #include "common/shown_text.h"
+#include "orbelcast/server_entries.h"
+#include "protocol/relay.h"
 #include "toolkit/ascii.h"
 
 namespace orbelcast {
 
-void AddCameraOptions(CommandLine& command, std::string& url, Access& access) {
-  command.AddText("URL", url, "The whole address of the camera's picture; begins with http://")
+void AddCameraOptions(CommandLine& command, StreamOptions& stream) {
+  command
+      .AddText("CAMERA", stream.url,
+               "The whole address of the camera's picture, or of a stream of them, which begins with http://; or a "
+               "camera server, HOST or HOST:PORT")
       .Required()
-      .Check(CheckAddress)
+      .Check(CheckCamera)
       .ShowEach(KeepSecretsOf)
       .ValueName("");
-  AddAccessOptions(command, access, "User name, sent when the server asks for one (default: none)");
+  command.AddText("--device", stream.device, "Of a camera server: the camera, by its id there (default: the first one)")
+      .ValueName("ID");
+  AddAccessOptions(command, stream.access, "User name, sent when the server asks for one (default: none)",
+                   WithoutPassword::kAsk);
+  AddMessageOptions(command, stream.messages);
 }
 
 void AddStreamOptions(CommandLine& command, std::int16_t& frame_rate, bool& auto_reconnect) {
@@ -31,10 +41,21 @@ void AddStreamOptions(CommandLine& command, std::int16_t& frame_rate, bool& auto
       .Group(stream);
 }
 
-void AddTimeOutOption(CommandLine& command, std::optional<double>& seconds, const std::string& of) {
-  AddSecondsOption(command, "--timeout", seconds,
-                   "End where no picture has come S seconds after the start; may have decimals (default: 10" + of + ")")
+Option AddTimeOutOption(CommandLine& command, std::optional<double>& seconds, const std::string& default_text) {
+  return AddSecondsOption(command, "--timeout", seconds,
+                          "End where no picture has come S seconds after the start; may have decimals (default: " +
+                              default_text + ")")
       .Group("When to end (default: at Ctrl-C)");
+}
+
+bool NamesServer(const std::string& text) {
+  return !StartsWithIgnoringCase(text, "http://");
+}
+
+std::string CheckCamera(const std::string& text) {
+  const std::size_t path = text.find('/');
+  const bool is_server = path >= text.size() - 1 || IsRelayAddress(LoadConfiguration().configuration, text);
+  return NamesServer(text) && !text.empty() && is_server ? CheckServer(text) : CheckAddress(text);
 }
 
 std::string CheckAddress(const std::string& url) {
@@ -63,13 +84,26 @@ Option AddSizeOption(CommandLine& command, Size& size, const std::string& descri
   return command.AddText("--size", parse, description).ValueName("WxH");
 }
 
-void AddFileArgument(CommandLine& command, std::filesystem::path& file, const std::string& description) {
-  command
-      .AddText(
-          "FILE", [&file](const std::string& text) { file = text; }, description)
-      .Check(CheckWritable)
-      .Required()
-      .ValueName("");
+void AddFileArgument(CommandLine& command, const std::function<void(const std::string&)>& take,
+                     const std::string& help) {
+  Option word = command.AddText("FILE", take, help).ValueName("");
+  Option option =
+      command.AddText("-o,--output", take, "The same as FILE").ValueName("FILE").Group("Output").Excludes(word);
+  command.OnRight([word, option] {
+    if (!word.IsGiven() && !option.IsGiven()) throw UsageError("FILE is required");
+  });
+}
+
+void AddFileArgument(CommandLine& command, std::filesystem::path& file, const std::string& what) {
+  const auto take = [&file](const std::string& text) {
+    if (const std::string why = CheckWritable(text); !why.empty()) throw UsageError("FILE", why);
+    file = text;
+  };
+  AddFileArgument(command, take,
+                  "Where the " + what + " goes, as the server sent it; an existing file is replaced once the " + what +
+                      " is there. - is standard output");
+  command.Footer("Exit status: 0 the " + what + " is in FILE; 1 no " + what +
+                 " came, and FILE is as it was; 2 wrong usage, or a file that cannot be written.");
 }
 
 std::filesystem::path ParsePictureFile(const std::string& option, const std::string& text,

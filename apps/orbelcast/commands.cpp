@@ -32,13 +32,16 @@ CommandRun BuildScript(CommandLine& command) {
 
 std::span<const Command> Commands() {
   static constexpr std::array kCommands{
-      Command{"play", "Opens a window that shows a camera: play URL [OPTION...]", BuildPlay},
+      Command{"play", "Opens a window that shows a camera: play CAMERA [OPTION...]", BuildPlay},
       Command{"watch", "Watches a camera without a window, printing its events as JSON lines", BuildWatch},
-      Command{"info", "Prints what a camera server says of itself: its cameras, alerts, outputs", BuildInfo},
+      Command{"info", "Prints what a camera server says of itself: cameras, alerts, outputs", BuildInfo},
       Command{"doctor", "Finds out why a camera cannot be seen, step by step, and what to do", BuildDoctor},
       Command{"mosaic", "Shows several cameras as a grid, in a file or in a window", BuildMosaic},
-      Command{"record", "Records a camera as an AVI clip: record URL FILE.avi [OPTION...]", BuildRecord},
+      Command{"record", "Records a camera as a clip: record CAMERA FILE.avi [OPTION...]", BuildRecord},
       Command{"snapshot", "Saves a camera's picture as the server sent it", BuildSnapshot},
+      Command{"output", "Lists a camera server's outputs, or switches one on or off", BuildOutput},
+      Command{"alert", "Lists a camera server's alerts, or sets one off", BuildAlert},
+      Command{"message", "Sends a text to a camera server's operator", BuildMessage},
       Command{"log", "Saves a camera server's whole activity log as the server sent it", BuildLog},
       Command{"register", "Writes the controls' classes into the registry file", BuildRegister},
       Command{"unregister", "Removes the controls' classes from the registry file", BuildUnregister},

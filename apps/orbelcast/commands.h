@@ -32,6 +32,9 @@ CommandRun BuildMosaic(CommandLine& command);
 CommandRun BuildRecord(CommandLine& command);
 CommandRun BuildSnapshot(CommandLine& command);
 CommandRun BuildLog(CommandLine& command);
+CommandRun BuildOutput(CommandLine& command);
+CommandRun BuildAlert(CommandLine& command);
+CommandRun BuildMessage(CommandLine& command);
 CommandRun BuildRegister(CommandLine& command);
 CommandRun BuildUnregister(CommandLine& command);
 

@@ -26,7 +26,8 @@ CommandRun BuildDoctor(CommandLine& command) {
       .Check(CheckServer)
       .ShowEach(KeepSecretsOf)
       .ValueName("");
-  AddAccessOptions(command, options.access, "User name (default: none)");
+  AddAccessOptions(command, options.access, "User name (default: none)", WithoutPassword::kAsk);
+  AddMessageOptions(command, options.messages);
   const std::string group = "Examination";
   command.AddText("--device", options.device, "The camera to look at, by its id on the server (default: the first one)")
       .ValueName("ID")

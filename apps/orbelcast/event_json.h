@@ -8,8 +8,8 @@
 
 namespace orbelcast {
 
-/// Prints an event of the one viewer of a host as a line, without passwords, at once: others read along. False where
-/// that cannot be written.
+/// Prints an event of the one viewer of a host as a line, with the time and without passwords, at once: others read
+/// along. False where that cannot be written.
 bool PrintViewerEvent(std::ostream& output, const EventEntry& event, std::span<const EventArgument> arguments);
 
 /// `value` with its texts as HidePasswords leaves them.

@@ -8,38 +8,26 @@
 #include <utility>
 #include <vector>
 
-#include "assembly/headless_platform.h"
 #include "common/colours.h"
 #include "common/command_line.h"
-#include "common/http_status.h"
 #include "common/shown_text.h"
 #include "orbelcast/commands.h"
 #include "orbelcast/event_json.h"
 #include "orbelcast/server_entries.h"
-#include "protocol/relay.h"
+#include "orbelcast/server_talk.h"
 #include "protocol/server_info.h"
-#include "protocol/text.h"
-#include "stream/failure_text.h"
-#include "toolkit/ascii.h"
 
 namespace orbelcast {
 
 namespace {
 
 struct InfoOptions {
-  std::string server;  ///< A host, host:port, or a relay account's address.
-  Access access;
-  double time_out = 10;  ///< Seconds, for connecting and for the answer each.
+  ServerOptions server;
   bool json = false;
 };
 
 /// Names of a value are followed by blanks up to here.
 constexpr std::size_t kNameWidth = 12;
-
-/// A switch's state as the server tells it.
-bool IsOn(const Entry& entry) {
-  return entry.Field(2) != "0";
-}
 
 /// Columns that a text takes: its letters, not its bytes.
 std::size_t WidthOf(const std::string& text) {
@@ -157,39 +145,21 @@ Json ToJson(const ServerInfo& info) {
   return json;
 }
 
-// ---- Failures -----------------------------------------------------------------------------------------------------
-
-/// Empty where all is well.
-std::string WhyNoInformation(const InfoOptions& options, const Configuration& configuration, const ServerInfo& info) {
-  const bool answered = !info.AllHeaders.empty();
-  if (!answered && IsRelayAddress(configuration, WithoutHttp(options.server)) && !info.ViaRelay) {
-    return "the relay service at " + configuration.relay_lookup_host +
-           " does not answer, or knows no server of this account";
-  }
-  if (!answered) return "it does not answer; 'orbelcast doctor' finds out where it fails";
-  if (info.Status == kNotFound)
-    return "it has no server information (404), so it is no camera server; 'orbelcast doctor' tells more";
-  if (info.Status != kHttpOk) return WhyServerRefuses(info.Status);
-  if (!info.ViewerMarker) return "it answers, but not as a camera server does; 'orbelcast doctor' tells more";
-  return {};
-}
-
 /// Requests the server's information and prints it, as a table or as JSON.
 ExitStatus Info(const InfoOptions& options) {
-  HeadlessPlatform services;
-  Platform& platform = services.Get();
-  const ServerInfo info =
-      QueryServerInfo(platform.http, platform.configuration, options.server, options.access.user,
-                      options.access.password, static_cast<std::int32_t>(options.time_out * 1000), InfoMode::kAllLines);
-  const std::string wrong = WhyNoInformation(options, platform.configuration, info);
+  ServerTalk server(options.server);
+  const ServerInfo info = server.AskForInformation();
+  const auto problem = server.WhyNoInformation(info);
   if (options.json) {
-    std::cout << ToLines(WithoutPasswords(ToJson(info))) << '\n';
-  } else if (wrong.empty()) {
+    Json json = ToJson(info);
+    json["error"] = problem ? ToJson(*problem) : Json(nullptr);
+    std::cout << ToLines(WithoutPasswords(json)) << '\n';
+  } else if (!problem) {
     PrintTable(info, std::cout);
   }
   if (const std::string unread = WhatWasNotRead(info); !unread.empty()) std::cerr << "orbelcast: " << unread << '\n';
-  if (wrong.empty()) return kWorked;
-  std::cerr << "orbelcast: no information from " << MaskedAddress(options.server).Text() << ": " << wrong << '\n';
+  if (!problem) return kWorked;
+  Tell(*problem, std::cerr);
   return kNoPictures;
 }
 
@@ -198,8 +168,7 @@ ExitStatus Info(const InfoOptions& options) {
 CommandRun BuildInfo(CommandLine& command) {
   command.Footer(kExitStatusOfPictures);
   const auto options = std::make_shared<InfoOptions>();
-  AddServerOption(command, options->server);
-  AddRequestOptions(command, options->access, options->time_out);
+  AddServerOptions(command, options->server);
   command.AddFlag("--json", options->json, "Print JSON, for programs, instead of a table").Group("Output");
   return [options] { return Info(*options); };
 }

@@ -28,9 +28,13 @@ std::string WritePicture(const fs::path& file, const Surface& picture, PictureCo
   return WritePicture(file, FormatOf(file) == PictureFormat::kPng ? codec.Encode(picture) : EncodeBitmap(picture));
 }
 
+Problem WhyUnwritten(const fs::path& file, const std::string& why) {
+  return {.kind = "unwritable", .text = "cannot write " + Shown(file.string()) + ": " + Shown(why)};
+}
+
 bool TellIfUnwritten(const fs::path& file, const std::string& why) {
   if (why.empty()) return false;
-  std::cerr << "orbelcast: cannot write " << Shown(file.string()) << ": " << Shown(why) << '\n';
+  Tell(WhyUnwritten(file, why), std::cerr);
   return true;
 }
 

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 
+#include "orbelcast/problem.h"
 #include "platform/picture_codec.h"
 #include "toolkit/surface.h"
 
@@ -17,6 +18,9 @@ PictureFormat FormatOf(const std::filesystem::path& file);
 
 /// Writes a picture's bytes where `file` leads, as WriteOutput does; none are a problem of their own.
 std::string WritePicture(const std::filesystem::path& file, std::span<const std::uint8_t> bytes);
+
+/// The problem that `file` could not be written, and `why`.
+Problem WhyUnwritten(const std::filesystem::path& file, const std::string& why);
 
 /// Reports on standard error that `file` could not be written, and `why`. False where `why` is empty.
 bool TellIfUnwritten(const std::filesystem::path& file, const std::string& why);

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -32,6 +33,11 @@ ExitStatus Play(const std::vector<std::string>& arguments) {
   if (!here.empty()) ::execv((here / kPlayer).c_str(), pointers.data());
   if (errno == ENOENT) ::execvp(kPlayer, pointers.data());
 
+  if (errno == ENOENT && std::ranges::find(arguments, "--help") != arguments.end()) {
+    std::cout << "Opens a window that shows a camera\nUsage: orbelcast play CAMERA [OPTION...]\n\n"
+              << "The options are those of " << kPlayer << ", which is not installed (the package orbelcast-qt).\n";
+    return kWorked;
+  }
   if (errno == ENOENT) {
     std::cerr
         << "orbelcast: the player, " << kPlayer << ", is neither in " << here.string() << " nor on PATH.\n"
@@ -44,9 +50,7 @@ ExitStatus Play(const std::vector<std::string>& arguments) {
 }
 
 CommandRun BuildPlay(CommandLine& command) {
-  command.Footer(
-      "What follows 'play' goes to the player program as it stands, whose options\n"
-      "'orbelcast play URL --help' shows.");
+  // All that follows is the player's, --help too.
   command.LeaveRest();
   return [&command] { return Play(command.Rest()); };
 }

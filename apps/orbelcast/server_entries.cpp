@@ -1,9 +1,11 @@
 #include "orbelcast/server_entries.h"
 
-#include "common/command_line.h"
-#include "common/option_values.h"
-#include "common/shown_text.h"
+#include <algorithm>
+
+#include "adapters/posix/configuration_file.h"
+#include "common/whole_number.h"
 #include "protocol/limits.h"
+#include "protocol/relay.h"
 #include "protocol/text.h"
 #include "toolkit/ascii.h"
 
@@ -25,6 +27,18 @@ std::vector<Entry> EntriesOf(const ServerInfo& info, std::string_view key) {
   return entries;
 }
 
+bool IsOn(const Entry& entry) {
+  return entry.Field(2) != "0";
+}
+
+std::size_t PlaceOf(const std::vector<Entry>& entries, const std::string& choice) {
+  const auto place = WholeNumber<std::size_t>(choice);
+  if (place && *place >= 1 && *place <= entries.size()) return *place;
+  const auto named =
+      std::ranges::find_if(entries, [&](const Entry& each) { return EqualIgnoringCase(each.Field(1), choice); });
+  return named == entries.end() ? 0 : static_cast<std::size_t>(named - entries.begin()) + 1;
+}
+
 std::string WhatWasNotRead(const ServerInfo& info) {
   if (info.UnreadBytes == 0) return {};
   return "the server's information is longer than what is read of it (" +
@@ -44,22 +58,12 @@ std::string CheckServer(const std::string& server) {
   return {};
 }
 
-void AddServerOption(CommandLine& command, std::string& server) {
-  command
-      .AddText("SERVER", server,
-               "The camera server: a host, host:port, or a relay account's address; http:// before it may be left out")
-      .Required()
-      .Check(CheckServer)
-      .ShowEach(KeepSecretsOf)
-      .ValueName("");
-}
-
-void AddRequestOptions(CommandLine& command, Access& access, double& time_out) {
-  AddAccessOptions(command, access, "User name, sent with the request (default: none)");
-  AddSecondsOption(command, "--timeout", time_out,
-                   "Seconds that connecting and that the answer may take each; may have decimals (default: 10)",
-                   kLongestTimeOut)
-      .Group("Request");
+std::string ServerOf(const std::string& text) {
+  const std::string_view place = WithoutHttp(text);
+  const std::size_t path = place.find('/');
+  const bool is_address = StartsWithIgnoringCase(text, "http://") && path < place.size() - 1;
+  if (!is_address || IsRelayAddress(LoadConfiguration().configuration, place)) return text;
+  return std::string(place.substr(0, path));
 }
 
 }  // namespace orbelcast

@@ -1,20 +1,14 @@
 #include "orbelcast/timed_clip.h"
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
-#include <limits>
-#include <numeric>
 #include <utility>
 
 #include "adapters/posix/named_file.h"
+#include "common/standard_stream.h"
 
 namespace orbelcast {
 
 namespace {
-
-/// The recorder's first position; the one before it stays empty.
-constexpr std::int32_t kFirstPosition = 1;
 
 std::string SizeText(std::uintmax_t bytes) {
   const char* unit = bytes < 1'000'000 ? "kB" : "MB";
@@ -25,32 +19,16 @@ std::string SizeText(std::uintmax_t bytes) {
 
 }  // namespace
 
-AviStreamInfo TimedClip::RateOfInterval(int milliseconds) {
-  const int divisor = std::gcd(1000, milliseconds);
-  return {.scale = milliseconds / divisor, .rate = 1000 / divisor};
-}
-
-TimedClip::TimedClip(Platform& services, ClipOptions options, std::function<ShownPicture()> take_picture,
-                     std::function<AviStreamInfo()> rate)
+TimedClip::TimedClip(Platform& services, ClipOptions options, ClipSource source)
     : options_(std::move(options)),
       target_(FollowLinks(options_.file)),
-      answers_(options_),
-      platform_(services.With(answers_)),
-      ask_rate_(std::move(rate)),
-      recorder_(platform_, conv_,
-                {.TakePicture = std::move(take_picture),
-                 .DeclaredRate = [this] { return rate_ = ask_rate_(); },
-                 .ShowRecording = [](bool) {}}) {}
-
-TimedClip::~TimedClip() {
-  recorder_.End();
-}
+      place_(target_),
+      writer_(MakeClipWriter(services, options_, std::move(source))) {}
 
 bool TimedClip::Add() {
-  if (!recorder_.AviRecording() && (pictures_ > 0 || !Begin())) return false;
-  recorder_.SkipTo(PositionOfNow());
-  if (!recorder_.WriteFrame()) {
-    why_not_ = "could not write the next picture; is the disk full?";
+  if (!writer_->IsOpen() && (pictures_ > 0 || !Begin())) return false;
+  if (!writer_->Add()) {
+    why_not_ = IsStandardStream(place_) ? "it takes no more" : "could not write the next picture; is the disk full?";
     return false;
   }
   ++pictures_;
@@ -63,52 +41,33 @@ bool TimedClip::Begin() {
     why_not_ = "there is a file of that name by now";
     return false;
   }
-  answers_.place = replaces ? NameBeside(target_) : target_;
-  recorder_.AviStart();
-  begun_ = platform_.loop.Queue().Now();
-  if (!recorder_.AviRecording()) why_not_ = answers_.complaint;
-  return recorder_.AviRecording();
+  if (replaces) place_ = NameBeside(target_);
+  why_not_ = writer_->Begin(place_);
+  return writer_->IsOpen();
 }
 
 void TimedClip::Finish() {
-  if (!recorder_.AviRecording()) return;
-  recorder_.StopAvi();
+  if (!writer_->IsOpen()) return;
+  writer_->Finish();
   if (!IsBeside()) return;
-  if (pictures_ == 0) return DeleteFile(answers_.place.string());
+  if (pictures_ == 0) return DeleteFile(place_.string());
   if (!why_not_.empty()) return KeepBeside();
-  why_not_ = PutInPlace(answers_.place, target_);
+  why_not_ = PutInPlace(place_, target_);
   if (!why_not_.empty()) return KeepBeside();
-  answers_.place = target_;
+  place_ = target_;
 }
 
 void TimedClip::KeepBeside() {
-  why_not_ += "; the old clip is as it was, the new one is " + answers_.place.string();
-}
-
-double TimedClip::Seconds() const {
-  return static_cast<double>(recorder_.AviFrameIndex()) * rate_.scale / rate_.rate;
+  why_not_ += "; the old clip is as it was, the new one is " + place_.string();
 }
 
 std::string TimedClip::Summary() const {
   std::error_code error;
-  const auto size = std::filesystem::file_size(answers_.place, error);
+  const auto size = std::filesystem::file_size(place_, error);
   char seconds[32];
   std::snprintf(seconds, sizeof seconds, "%.1f s", Seconds());
-  return std::string(seconds) + ", " + std::to_string(pictures_) + (pictures_ == 1 ? " picture, " : " pictures, ") +
-         SizeText(error ? 0 : size);
-}
-
-// Rounded down: a picture that is a little late does not leave an empty position after it.
-std::int32_t TimedClip::PositionOfNow() const {
-  const std::chrono::duration<double> elapsed = platform_.loop.Queue().Now() - begun_;
-  const double position = kFirstPosition + elapsed.count() * rate_.rate / rate_.scale;
-  return static_cast<std::int32_t>(std::min(position, static_cast<double>(std::numeric_limits<std::int32_t>::max())));
-}
-
-Dialogs::Answer TimedClip::Answers::ShowMessage(const MessageRequest& request) {
-  if (request.buttons == Buttons::kYesNo) return options_.overwrite ? Answer::kYes : Answer::kNo;
-  if (request.icon != Icon::kInformation) complaint = request.text;
-  return Answer::kOk;
+  return std::string(seconds) + ", " + std::to_string(pictures_) + (pictures_ == 1 ? " picture" : " pictures") +
+         (IsStandardStream(place_) ? "" : ", " + SizeText(error ? 0 : size));
 }
 
 }  // namespace orbelcast

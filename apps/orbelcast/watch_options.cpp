@@ -85,7 +85,7 @@ Option AddParsed(CommandLine& command, const std::string& name, WatchOptions& op
 
 void AddWatchOptions(CommandLine& command, WatchOptions& options) {
   StreamOptions& stream = options.stream;
-  AddCameraOptions(command, stream.url, stream.access);
+  AddCameraOptions(command, stream);
 
   AddStreamOptions(command, stream.frame_rate, stream.auto_reconnect);
   AddSizeOption(command, options.size, "Size of the video area in pixels, 1 to 8192 each (default: 640x480)")
@@ -107,14 +107,14 @@ void AddWatchOptions(CommandLine& command, WatchOptions& options) {
   Option sensitivity = AddSensitivityOption(command, stream.sensitivity).Group(motion);
 
   const std::string end = "When to end (default: at Ctrl-C)";
-  Option frames = AddCountOption(command, "--frames", options.frames, "End after N pictures, 1 or more").Group(end);
+  Option frames = AddCountOption(command, "-n,--frames", options.frames, "End after N pictures, 1 or more").Group(end);
   AddSecondsOption(command, "--seconds", options.seconds, "End after S seconds, more than 0; may have decimals")
       .Group(end);
-  AddTimeOutOption(command, options.time_out, " with --frames");
+  AddTimeOutOption(command, options.time_out, "10 with --frames");
   command.AddFlag("--once", options.once, "Fetch and show a single picture").Group(end).Excludes(frames);
 
   const std::string output = "Output";
-  AddParsed(command, "--picture", options, ParsePicture,
+  AddParsed(command, "-o,--picture", options, ParsePicture,
             "At the end, write the picture to FILE: .png or .bmp, as the viewer shows it; .jpg, as the server sent it "
             "(default: no file). - is standard output, as PNG; no event is printed then",
             "FILE")
@@ -125,7 +125,7 @@ void AddWatchOptions(CommandLine& command, WatchOptions& options) {
       .Group(output);
 
   command.OnRight([&options, sensitivity] {
-    if (IsStandardStream(options.picture)) options.events.emplace();
+    if (IsStandardStream(options.picture) || options.stream.messages.quiet) options.events.emplace();
     if (options.frames && !options.time_out) options.time_out = kFirstPictureWithin;
     if (sensitivity.IsGiven() && !options.stream.Motion()) {
       throw UsageError("--sensitivity",

@@ -2,6 +2,8 @@
 
 #include <chrono>
 #include <ostream>
+#include <sstream>
+#include <utility>
 
 #include "common/shown_text.h"
 #include "orbelcast/event_json.h"
@@ -34,8 +36,8 @@ void Watcher::Begin() {
     NoteEvent(event, arguments);
   });
   host_.Pictures().on_picture = [this] { NotePicture(); };
-  // Those that are counted, kept or recorded are to be good ones.
-  host_.Pictures().decodes_all = on_picture || options_.frames || options_.once || !options_.picture.empty();
+  // Those that are counted are to be good ones.
+  host_.Pictures().decodes_all = options_.decodes_all || options_.frames || options_.once;
   if (options_.seconds) host_.EndAfter(*options_.seconds);
   if (options_.time_out) host_.EndWithoutPictureAfter(*options_.time_out);
   host_.Resize(options_.size);
@@ -56,20 +58,33 @@ void Watcher::NoteEvent(const EventEntry& event, std::span<const EventArgument> 
 }
 
 ExitStatus Watcher::Outcome() {
-  const std::string address = MaskedAddress(options_.stream.url).Text();
   const int pictures = host_.Pictures().Count();
-  if (pictures == 0) {
-    messages_ << "orbelcast: no picture from " << address << ": " << TextOf(host_.LastFailure()).line;
-    if (host_.GaveUp()) messages_ << "; gave up after " << *options_.time_out << " s (--timeout S waits longer)";
-    messages_ << '\n';
-    return kNoPictures;
+  if (pictures == 0) return Fail(WhyNoPicture(), kNoPictures);
+  if (!options_.picture.empty()) {
+    const std::string why = WriteLastPicture();
+    if (!why.empty()) return Fail(WhyUnwritten(options_.picture, why), kBadUsage);
   }
-  if (!options_.picture.empty() && TellIfUnwritten(options_.picture, WriteLastPicture())) return kBadUsage;
-  if (broken_at_ == pictures) {
-    messages_ << "orbelcast: the connection to " << address << " was broken at the end\n";
-    return kNoPictures;
-  }
-  return kWorked;
+  if (broken_at_ != pictures) return kWorked;
+  return Fail({.kind = "broken",
+               .text = "the connection to " + MaskedAddress(options_.stream.url).Text() + " was broken at the end"},
+              kNoPictures);
+}
+
+Problem Watcher::WhyNoPicture() const {
+  const Failure failure = host_.LastFailure();
+  const std::string& from = options_.from.empty() ? options_.stream.url : options_.from;
+  std::ostringstream text;
+  text << "no picture from " << MaskedAddress(from).Text() << ": "
+       << TextOf(failure, {.user_was_given = !options_.stream.access.user.empty()}).line;
+  if (host_.GaveUp()) text << "; gave up after " << *options_.time_out << " s (--timeout S waits longer)";
+  return Problem::Of(host_.GaveUp() && failure.kind == FailureKind::kNone ? Failure{FailureKind::kTimedOut} : failure,
+                     text.str());
+}
+
+ExitStatus Watcher::Fail(Problem problem, ExitStatus status) {
+  problem_ = std::move(problem);
+  Tell(*problem_, messages_);
+  return status;
 }
 
 std::string Watcher::WriteLastPicture() {

@@ -12,6 +12,7 @@ struct FailurePlace {
   std::string address{};  ///< The picture's address, as it may be shown.
   std::string server{};   ///< Its HOST or HOST:PORT.
   std::string limit{};    ///< How long an answer may take, such as "10 s".
+  bool user_was_given = true;
 };
 
 struct FailureText {
@@ -23,7 +24,13 @@ struct FailureText {
 
 FailureText TextOf(const Failure& failure, const FailurePlace& place = {});
 
-/// Behind "no … from SERVER: ", of an answer with another status than 200 to a request that is for no picture.
-std::string WhyServerRefuses(int status);
+/// The failure is that the server wants a login, or another one.
+bool AsksForLogin(const Failure& failure);
+
+/// Behind "no … from SERVER: ", of a request that is for no picture.
+std::string WhyRefused(const Failure& failure, bool user_was_given);
+
+/// The failure's kind for programs, in one word such as "timed-out".
+std::string WordOf(const Failure& failure);
 
 }  // namespace orbelcast

@@ -6,12 +6,13 @@
 
 namespace orbelcast {
 
-StreamHost::StreamHost(Requests requests)
+StreamHost::StreamHost(Requests requests, bool tells)
     : services_(std::make_unique<HeadlessPlatform>()),
       pictures_(services_->Get().jpeg_decoder),
       requests_(services_->Get().http),
-      platform_(requests == Requests::kYielding ? services_->Get().With(pictures_).With(requests_)
-                                                : services_->Get().With(pictures_)),
+      noted_(requests == Requests::kYielding ? static_cast<HttpRequestFactory&>(requests_) : services_->Get().http,
+             {.tells = tells}),
+      platform_(services_->Get().With(pictures_).With(noted_)),
       viewer_(VideoServerPush::Create(platform_)) {}
 
 StreamHost::~StreamHost() {
@@ -34,6 +35,16 @@ void StreamHost::Connect(const StreamOptions& options, bool once) {
     NoteFailure();
     if (!options.auto_reconnect || pictures_.Count() > 0) return End();
     Queue().ArmTimer(kRetryAfter, [this, options, once] { Connect(options, once); });
+  });
+}
+
+void StreamHost::FetchOne(const StreamOptions& options, const std::function<void()>& then) {
+  failure_ = {};
+  platform_.loop.RunHandler([this, url = options.url, then, mine = ++fetches_]() mutable {
+    viewer_->Connect(url, true);
+    if (mine != fetches_) return;
+    NoteFailure();
+    then();
   });
 }
 

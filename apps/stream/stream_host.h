@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 
@@ -8,6 +9,7 @@
 #include "common/pixel_size.h"
 #include "platform/message_loop.h"
 #include "stream/drawn_pictures.h"
+#include "stream/noted_http.h"
 #include "stream/stream_options.h"
 #include "viewer/video_server_push.h"
 
@@ -18,7 +20,8 @@ class StreamHost {
  public:
   /// kYielding: a request that the viewer sends in one go suspends only the handler that sends it.
   enum class Requests { kAsSent, kYielding };
-  explicit StreamHost(Requests requests = Requests::kAsSent);
+  /// Each request is told on standard error where `tells`.
+  explicit StreamHost(Requests requests = Requests::kAsSent, bool tells = false);
   ~StreamHost();
   StreamHost(const StreamHost&) = delete;
   StreamHost& operator=(const StreamHost&) = delete;
@@ -29,6 +32,8 @@ class StreamHost {
   Platform& Services() { return platform_; }
   /// The underlying services, whose decoder does not count its pictures as the viewer's.
   Platform& ServicesUnderneath() { return services_->Get(); }
+  /// How the requests ended.
+  const NotedHttp& Requested() const { return noted_; }
   DrawnPictures& Pictures() { return pictures_; }
   const DrawnPictures& Pictures() const { return pictures_; }
 
@@ -37,6 +42,8 @@ class StreamHost {
   /// Connects to the camera that the options name. It is time to end where it does not answer, unless they say
   /// `auto_reconnect`: then it is tried again until it has. `once` fetches a single picture.
   void Connect(const StreamOptions& options, bool once);
+  /// Fetches a single picture, and then calls `then`, whatever came of it, unless a newer fetch took over meanwhile.
+  void FetchOne(const StreamOptions& options, const std::function<void()>& then);
   void EndAfter(double seconds);
   /// Ends where no picture has come by then; `GaveUp` tells.
   void EndWithoutPictureAfter(double seconds);
@@ -62,10 +69,12 @@ class StreamHost {
   std::unique_ptr<HeadlessPlatform> services_;
   DrawnPictures pictures_;
   YieldingHttp requests_;
+  NotedHttp noted_;
   Platform platform_;
   std::shared_ptr<VideoServerPush> viewer_;
   Completion end_;
   bool gave_up_ = false;
+  std::uint64_t fetches_ = 0;
   Failure failure_;
 };
 

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "common/access.h"
+#include "common/messages.h"
 
 namespace orbelcast {
 
@@ -21,6 +22,8 @@ struct StreamOptions {
   std::optional<std::string> motion_zones{};                 ///< One character a zone, "0" excludes it.
   std::int32_t sensitivity = 80;                             ///< Percent.
   bool auto_reconnect = false;
+  std::string device{};  ///< Where `url` is a camera server yet: the camera's id there.
+  Messages messages{};
 
   bool Motion() const { return motion_area || motion_zones; }
 };

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/dialogs.h"
+#include "platform/jpeg_clip.h"
 
 namespace orbelcast {
 
@@ -53,6 +54,11 @@ class AviFiles {
   virtual std::vector<std::string> Codecs() const { return {}; }
   /// Creates the file; null where it cannot be created.
   virtual std::unique_ptr<AviFile> Create(const std::string& /*path*/) { return nullptr; }
+  /// Creates a clip of pictures that are compressed already; null where it cannot be created. An empty path is the
+  /// process's standard output.
+  virtual std::unique_ptr<JpegClip> CreateOfJpegs(const std::string& /*path*/, const JpegClip::Header& /*header*/) {
+    return nullptr;
+  }
 };
 
 }  // namespace orbelcast

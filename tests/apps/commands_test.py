@@ -125,6 +125,19 @@ class Info(Commands):
                 self.assertNotIn("%733cret", done.stdout + done.stderr)
 
 
+class ServerCommands(Commands):
+    def test_outputs_alerts_and_messages(self):
+        server = self.started("--output", "Lamp=on", "--alert", "Fire")
+        for words, printed in ((["output"], "1  Lamp  on"), (["output", "lamp", "off"], "1  Lamp  off"),
+                               (["output", "1"], "1  Lamp  off"), (["alert", "Fire"], "1  Fire  active"),
+                               (["message", "a & b"], "")):
+            done = orbelcast(words[0], server, *words[1:])
+            self.assertEqual((done.returncode, done.stdout.strip(), done.stderr), (0, printed, ""))
+        self.assertIn(",Message,a & b\n", orbelcast("log", server, "-").stdout)
+        self.assertIn("there are Lamp", orbelcast("output", server, "Siren", "on").stderr)
+        self.assertEqual(orbelcast("message", self.address(self.guarded), "x").returncode, 1)
+
+
 class Log(Commands):
     def test_the_whole_log_becomes_a_file_or_leaves_it_as_it_was(self):
         file = self.folder / "log.csv"
@@ -160,6 +173,28 @@ class Snapshot(Commands):
             self.assertIn(why, done.stderr)
         self.assertEqual((self.left(), file.read_text()), (["now.jpg", "pipe.jpg"], "old"))
 
+    def test_each_failure_has_a_kind_and_a_text_of_its_own(self):
+        for url, kind, why in ((f"http://{self.dead}/", "unreachable", "nobody takes a connection"),
+                               (f"http://{self.silent()}/", "timed-out", "gave up after 0.3 s"),
+                               (f"http://{self.address(self.server)}/", "no-picture", "not of a page"),
+                               (self.live(99), "status", "has no such camera"),
+                               (self.address(self.guarded), "login", "asks for a user name"),
+                               (self.live(1, self.guarded) + " --user x --password y", "login", "not accept this login")):
+            done = orbelcast("snapshot", *url.split(), self.folder / "a.jpg", "--json", "--timeout", "0.3")
+            error = json.loads(done.stdout)["error"]
+            self.assertEqual((done.returncode, error["kind"], done.stderr), (1, kind, f"orbelcast: {error['text']}\n"))
+            self.assertIn(why, error["text"])
+        self.assertEqual(orbelcast("snapshot", self.live(99), "-s", self.folder / "a.jpg").stderr, "")
+
+    def test_a_series_the_archive_and_a_camera_of_a_server(self):
+        server = self.started()
+        done = orbelcast("snapshot", server, "--device", "2", "--every", "0.2", "-n", "2", "-o", self.folder / "%Y.jpg")
+        [name] = self.left()
+        self.assertEqual(done.stdout, f"{self.folder / name}\n" * 2)
+        self.assertRegex(name, r"^\d{4}\.jpg$")
+        done = orbelcast("snapshot", server, "--at", "2026-11-24 13:00", self.folder / name, "--json")
+        self.assertEqual(list(json.loads(done.stdout))[-1], "taken")
+
     def test_a_dash_is_standard_output(self):
         def printed(*words):
             return subprocess.run([ORBELCAST, *words], capture_output=True, timeout=60, check=True).stdout
@@ -181,7 +216,7 @@ class Mosaic(Commands):
             done = orbelcast("mosaic", self.live(1), self.live(1, self.guarded) + "/ann:s3cret", self.live(2),
                              f"http://{self.dead}/live/1", "--size", "320x240", "--output", grid)
             self.assertEqual(done.returncode, 0, done)
-            self.assertEqual(done.stderr, f"orbelcast: no picture from http://{self.dead}/live/1\n")
+            self.assertRegex(done.stderr, f"^orbelcast: no picture from http://{self.dead}/live/1: nobody takes .*\n$")
             self.assertEqual(json.loads(done.stdout)["event"], "StreamInfo")
             tiles = [pixel(grid, x, y) for x, y in ((10, 10), (170, 10), (10, 130), (170, 130))]
             # The two grey ones were stretched, the dead one is black.
@@ -207,11 +242,29 @@ class Record(Commands):
         done = orbelcast("record", f"http://{self.dead}/", clip, "--frames", "1", "--overwrite")
         self.assertEqual((done.returncode, clip.read_bytes(), self.left()), (1, before, ["yard.avi"]))
 
+    def test_the_cameras_own_pictures_are_copied_into_each_container(self):
+        pictures = [file.read_bytes() for file in PICTURES.glob("*.jpg")]
+        for name, form in (("a.avi", b"RIFF"), ("a.mkv", b"\x1aE\xdf\xa3"), ("-", b"\x1aE\xdf\xa3")):
+            done = subprocess.run([ORBELCAST, "record", self.live(1), "-c", "copy", "-n", "4", "-q", "-o", name],
+                                  capture_output=True, cwd=self.folder, timeout=TIMEOUT)
+            self.assertEqual((done.returncode, done.stderr), (0, b""))
+            clip = done.stdout if name == "-" else (self.folder / name).read_bytes()
+            self.assertEqual((clip[:4], sum(map(clip.count, pictures))), (form, 4), name)
+            self.file("clip", "").write_bytes(clip)
+            self.assertEqual(probe(self.folder / "clip")["nb_read_frames"], 4)
+
+    def test_a_new_clip_begins_after_so_many_seconds(self):
+        done = orbelcast("record", self.live(1), "--segment", "1", "-n", "15", "-o", self.folder / "%H%M%S.mkv", "--json")
+        clips = [json.loads(line) for line in done.stdout.splitlines()]
+        self.assertEqual([clip["file"] for clip in clips], [str(self.folder / name) for name in self.left()])
+        self.assertGreaterEqual(len(clips), 2)
+        self.assertEqual(sum(clip["pictures"] for clip in clips), 15)
+
     def test_it_ends_where_no_picture_comes_and_says_why(self):
         silent = f"http://{self.silent()}/"
         for words, why in ((["record", silent, "--seconds", "0.2"], "gave up after 0.2 s"),
                            (["record", silent, "--timeout", "0.2", "--auto-reconnect"], "gave up after 0.2 s"),
-                           (["record", self.live(1, self.guarded)], "another user name or password")):
+                           (["record", self.live(1, self.guarded)], "asks for a user name and a password")):
             done = orbelcast(*words, self.folder / "none.avi")
             self.assertEqual((done.returncode, self.left()), (1, []))
             self.assertIn(why, done.stderr)
@@ -287,8 +340,9 @@ class Doctor(Commands):
         self.assertIn("'ann'", wrong["found"])
         self.assertNotIn("hush", str(wrong))
         self.fails_at("name", "no-such-host.invalid")
+        self.assertIn("no port 99999", self.fails_at("name", "127.0.0.1:99999")["found"])
         self.assertIn("nothing listens", self.fails_at("connection", self.dead)["found"])
-        self.fails_at("information", self.silent(), "--timeout", "0.2")
+        self.assertIn("0.2 s", self.fails_at("information", self.silent(), "--timeout", "0.2")["found"])
         for text, words in (("hello", "not as a camera server"), ("RDXVIEWER\r\n", "0 cameras")):
             server = self.started("--info-text", str(self.file("text", text)))
             self.assertIn(words, self.fails_at("information", server)["found"])
@@ -318,6 +372,15 @@ class Login(Commands):
         done = orbelcast("info", server, "--credentials", self.file("open", login.read_text(), 0o644))
         self.assertEqual(done.returncode, 0)
         self.assertIn("chmod 600", done.stderr)
+        main, terminal = os.openpty()
+        with subprocess.Popen([ORBELCAST, "info", server, "--user", "ann"], stdin=terminal, stderr=terminal,
+                              stdout=subprocess.DEVNULL, preexec_fn=end_with_parent, env=ENVIRONMENT) as asks:
+            shown = os.read(main, 100)
+            os.write(main, b"s3cret\n")
+            self.assertEqual(asks.wait(TIMEOUT), 0)
+        self.assertEqual((shown + os.read(main, 100)).strip(), b"Password of ann:")
+        os.close(main), os.close(terminal)
+
         for text, complaint in (("\nuser = ann\npasswort = s3cret", "line 3"), ("password = s3cret", "names no user"),
                                 ("#" * 100_000, "too large")):
             done = orbelcast("info", server, "--credentials", self.file("bad", text))
@@ -349,13 +412,23 @@ class ExampleScripts(Commands):
 class Usage(Commands):
     def test_a_wrong_command_line_says_what_to_do(self):
         for words, part in (((), "name a command"),
-                            (("watch", "http://a/", "--sise", "s3cret"), "unknown option: --sise"),
+                            (("snapshto",), "did you mean snapshot?"),
+                            (("watch", "http://a/", "--sise", "s3cret"), "option: --sise; did you mean --size?"),
+                            (("snapshot", "a", "--at", "2026-02-30 13:00", "b.jpg"), "give a day and a time"),
                             (("watch", "127.0.0.1/live/1/ann:s3cret"), "did you mean http://127.0.0.1/live/1/ann:***?"),
+                            (("record", "http://a/b", "c.mkv", "-c", "huffyuv"), "takes copy alone"),
                             (("record", "http://a/b", "c.mp4"), "must end in .avi")):
             done = orbelcast(*words)
             self.assertEqual(done.returncode, 2)
             self.assertRegex(done.stderr, r"^orbelcast: (.|\n)*--help'\.\n$")
             self.assertIn(part, done.stderr)
+
+    def test_help_fits_a_terminal(self):
+        commands = re.findall(r"^  ([a-z]+) ", orbelcast("--help").stdout.partition("Subcommands")[2], re.M)
+        self.assertIn("record", commands)
+        for command in commands:
+            lines = orbelcast(command, "--help").stdout.splitlines() if command != "play" or PLAYER else []
+            self.assertEqual([line for line in lines if len(line) > 100], [])
 
     def test_output_that_cannot_be_written_is_told(self):
         script = self.file("s", "print x\n")

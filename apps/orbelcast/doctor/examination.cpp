@@ -11,6 +11,8 @@
 
 #include "common/http_status.h"
 #include "common/shown_text.h"
+#include "common/whole_number.h"
+#include "orbelcast/camera_address.h"
 #include "orbelcast/doctor/time_code.h"
 #include "protocol/relay.h"
 #include "protocol/server_address.h"
@@ -21,14 +23,17 @@ namespace orbelcast {
 
 namespace {
 
-/// The size and quality asked for: larger than a player's defaults, to show what the camera can do.
-constexpr int kAskedWidth = 640;
-constexpr int kAskedHeight = 480;
-constexpr const char* kAskedQuality = "080";
 /// The share of the pictures asked for below which the rate is worth a note.
 constexpr double kGoodShare = 0.5;
 /// Seconds by which two clocks may differ before a person wonders.
 constexpr double kClockTolerance = 60;
+
+/// A time as it was given: "0.3 s".
+std::string SecondsText(double seconds) {
+  std::ostringstream text;
+  text << seconds << " s";
+  return text.str();
+}
 
 std::string Rounded(double number, int decimals) {
   std::ostringstream text;
@@ -43,7 +48,8 @@ std::string Rounded(double number, int decimals) {
 Examination::Examination(const DoctorOptions& options, std::ostream& output)
     : options_(options),
       report_(options.server, options.json, output),
-      platform_(services_.Get()),
+      http_(services_.Get().http, {.tells = options.messages.verbose}),
+      platform_(services_.Get().With(http_)),
       server_(options.server) {}
 
 ExitStatus Examination::Run() {
@@ -92,11 +98,14 @@ bool Examination::Relay() {
 
 bool Examination::Name() {
   const HostAndPort server = HostAndPortOf(server_);
-  const NameLookup lookup = LookUpName(server);
   Step step{.name = "name", .values = {{"host", server.host}, {"addresses", Json::array()}}};
+  if (const auto port = WholeNumber<std::uint16_t>(server.port); !port || *port == 0) {
+    return Fail(step, "there is no port " + server.port, "a port is a number from 1 to 65535; check it");
+  }
+  const NameLookup lookup = LookUpName(server);
   if (lookup.addresses.empty()) {
     return Fail(step, "there is no address for " + server.host + ": " + lookup.error,
-                "check the spelling and the port; try the server's numeric address, such as 192.168.1.20:8080");
+                "check the spelling; try the server's numeric address, such as 192.168.1.20:8080");
   }
   std::string list;
   for (const NetworkAddress& address : lookup.addresses) {
@@ -124,7 +133,7 @@ bool Examination::Connection() {
                 "check the port (HOST:PORT; without one it is 80), and that the camera server runs");
   }
   if (done.error == ETIMEDOUT) {
-    return Fail(step, place + " does not answer within " + Rounded(options_.time_out, 0) + " s",
+    return Fail(step, place + " does not answer within " + SecondsText(options_.time_out),
                 "check the address, that the server is on, and that no firewall is between");
   }
   return Fail(step, place + " cannot be reached: " + std::strerror(done.error),
@@ -164,7 +173,10 @@ bool Examination::Information() {
   }
   Step step{.name = "information", .values = {{"status", info_->Status}}};
   if (info_->AllHeaders.empty()) {
-    return Fail(step, "no web server's answer within " + Rounded(options_.time_out, 0) + " s",
+    const bool late = http_.Newest().kind == FailureKind::kTimedOut;
+    return Fail(step,
+                late ? "no web server's answer within " + SecondsText(options_.time_out)
+                     : "the connection ended without a web server's answer",
                 "something else may listen at this port; check the port");
   }
   if (info_->Status != kHttpOk || !info_->ViewerMarker) {
@@ -191,7 +203,7 @@ bool Examination::FirstPicture() {
   if (!picture_) picture_ = FetchPicture(platform_, picture_address_, options_.access, Limit());
   Step step{.name = "picture",
             .values = {{"address", MaskedAddress(picture_address_).Text()}, {"status", picture_->status}}};
-  const FailureText told = TextOf(picture_->failure, {.limit = Rounded(options_.time_out, 0) + " s"});
+  const FailureText told = TextOf(picture_->failure, {.limit = SecondsText(options_.time_out)});
   if (picture_->status != kHttpOk) return Fail(step, told.found, WhatToDo(told));
   step.values["milliseconds"] = picture_->milliseconds;
   step.values["bytes"] = picture_->bytes;
@@ -219,7 +231,7 @@ bool Examination::Rate() {
   Step step{.name = "rate", .values = {{"asked", kAskedRate}, {"pictures_a_second", std::round(a_second * 10) / 10}}};
   step.found = Rounded(a_second, 1) + " pictures a second, where " + std::to_string(kAskedRate) + " were asked for";
   if (rate.pictures < 2) {
-    return Fail(step, "no second picture came within " + Rounded(options_.seconds, 0) + " s",
+    return Fail(step, "no second picture came within " + SecondsText(options_.seconds),
                 "the camera may send one picture only, or be very slow: try --seconds 10");
   }
   if (a_second < kGoodShare * kAskedRate) {
@@ -281,16 +293,10 @@ int Examination::AskForStatus() {
 }
 
 bool Examination::ChooseCamera(Step& step, const std::vector<Entry>& cameras) {
-  auto camera = cameras.begin();
-  if (!options_.device.empty()) {
-    camera = std::ranges::find_if(
-        cameras, [this](const Entry& each) { return EqualIgnoringCase(each.Field(0), options_.device); });
-  }
-  if (camera == cameras.end()) {
-    std::string devices;
-    for (const Entry& each : cameras) devices += (devices.empty() ? "" : ", ") + each.Field(0);
+  const Entry* const camera = FindCamera(cameras, options_.device);
+  if (camera == nullptr) {
     return Fail(step, "there is no camera '" + options_.device + "'" + unread_,
-                "give one of these to --device: " + devices);
+                "give one of these to --device: " + DevicesOf(cameras));
   }
   camera_name_ = camera->Field(1) + " (" + camera->Field(0) + ")";
   live_base_ = camera->Field(2);
@@ -298,8 +304,7 @@ bool Examination::ChooseCamera(Step& step, const std::vector<Entry>& cameras) {
     return Fail(step, "the address of " + camera_name_ + " does not begin with http://: '" + live_base_ + "'" + unread_,
                 "set the camera's address at the server: its information must name one that clients reach");
   }
-  picture_address_ = LiveStreamAddress(LiveAddress(live_base_, options_.access.user, options_.access.password),
-                                       QualitySuffix(PictureCode(kAskedWidth, kAskedHeight, kAskedQuality)));
+  picture_address_ = LiveStreamAddress(TileAddress(live_base_, options_.access), AskedPicture());
   return Pass(step);
 }
 

@@ -9,12 +9,14 @@
 #include "assembly/headless_platform.h"
 #include "common/access.h"
 #include "common/exit_status.h"
+#include "common/messages.h"
 #include "orbelcast/doctor/doctor_report.h"
 #include "orbelcast/doctor/network_steps.h"
 #include "orbelcast/doctor/picture_probe.h"
 #include "orbelcast/server_entries.h"
 #include "protocol/server_info.h"
 #include "stream/failure_text.h"
+#include "stream/noted_http.h"
 
 namespace orbelcast {
 
@@ -26,6 +28,7 @@ struct DoctorOptions {
   double time_out = 10;  ///< Seconds, for each step.
   double seconds = 2;    ///< How long the camera's rate is measured.
   bool json = false;
+  Messages messages;
 };
 
 /// Examines the steps to a camera's picture one by one and reports each to `output`, with advice where it fails.
@@ -64,7 +67,8 @@ class Examination {
   const DoctorOptions& options_;
   DoctorReport report_;
   HeadlessPlatform services_;
-  Platform& platform_;
+  NotedHttp http_;
+  Platform platform_;
 
   std::string server_;  ///< Of a relay account, what the relay service said.
   std::vector<NetworkAddress> addresses_;

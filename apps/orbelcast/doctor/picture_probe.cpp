@@ -13,6 +13,13 @@ namespace {
 
 using Steady = std::chrono::steady_clock;
 
+/// The size of a picture that can be decoded to its end; nothing for another.
+std::optional<Size> DecodedSize(JpegDecoder& decoder, const FrameBytes& jpeg) {
+  std::uint32_t pixel = 0;
+  const bool decoded = decoder.DrawInto({.first = &pixel, .width = 1, .height = 1, .rows = 1, .stride = 1}, jpeg, {});
+  return decoded ? decoder.SizeOf(jpeg) : std::nullopt;
+}
+
 }  // namespace
 
 double RoundedMilliseconds(std::chrono::nanoseconds time) {
@@ -41,8 +48,7 @@ PictureAnswer FetchPicture(Platform& platform, const std::string& address, const
   picture.of_stream = headers.find("multipart/x-mixed-replace") != std::string::npos;
   const FrameBytes body = request->ResponseBody();
   picture.bytes = body.Size();
-  Surface unseen(1, 1);
-  const auto size = platform.jpeg_decoder.DrawOn({unseen, 1, 1}, body);
+  const auto size = DecodedSize(platform.jpeg_decoder, body);
   if (!size) {
     if (picture.failure.kind == FailureKind::kNone) picture.failure.kind = FailureKind::kNoPicture;
     return picture;

@@ -54,4 +54,8 @@ std::unique_ptr<AviFile> ClipLibrary::Create(const std::string& path) {
   return Loaded().Create(path);
 }
 
+std::unique_ptr<JpegClip> ClipLibrary::CreateOfJpegs(const std::string& path, const JpegClip::Header& header) {
+  return Loaded().CreateOfJpegs(path, header);
+}
+
 }  // namespace orbelcast

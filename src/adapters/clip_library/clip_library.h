@@ -19,6 +19,7 @@ class ClipLibrary final : public AviFiles {
 
   std::vector<std::string> Codecs() const override;
   std::unique_ptr<AviFile> Create(const std::string& path) override;
+  std::unique_ptr<JpegClip> CreateOfJpegs(const std::string& path, const JpegClip::Header& header) override;
 
  private:
   AviFiles& Loaded() const;

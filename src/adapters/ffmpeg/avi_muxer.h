@@ -1,10 +1,10 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 
 #include "adapters/ffmpeg/av_pointers.h"
 #include "adapters/ffmpeg/clip_file.h"
+#include "adapters/ffmpeg/container.h"
 
 namespace orbelcast {
 
@@ -23,7 +23,7 @@ class AviMuxer {
   AviMuxer& operator=(const AviMuxer&) = delete;
 
   /// The one stream, to be described before Begin; null where there is none.
-  AVStream* Stream() const { return stream_; }
+  AVStream* Stream() const { return container_.Stream(); }
   /// Writes the header.
   bool Begin();
   /// The first position that is not written yet.
@@ -33,17 +33,13 @@ class AviMuxer {
   bool Write(AVPacket& packet, std::int64_t position);
 
  private:
-  static int WriteBytes(void* file, std::uint8_t* bytes, int size);
-  static std::int64_t SeekTo(void* file, std::int64_t offset, int whence);
   bool Reserve(std::int64_t bytes, std::int64_t packets);
   bool WriteEmpty(std::int64_t position);
   bool WriteOne(AVPacket& packet, std::int64_t position);
   void NoteLength();
 
   ClipFile& file_;
-  av::Owned<AVIOContext> output_;
-  av::Owned<AVFormatContext> format_;
-  AVStream* stream_ = nullptr;
+  Container container_;
   av::Owned<AVPacket> empty_;
   std::int64_t next_position_ = 0;
   bool begun_ = false;

@@ -23,6 +23,9 @@ class ClipFile {
   /// False where the file could not be made: then nothing else may be asked of it.
   bool IsOpen() const { return descriptor_ >= 0; }
 
+  /// Whether a place that was written can be written once more.
+  virtual bool IsSeekable() const { return true; }
+
   /// Whether the file may grow to `size` bytes: there is room on the disk, and the process may make files as large.
   virtual bool Reserve(std::int64_t size);
 
@@ -33,6 +36,11 @@ class ClipFile {
   std::int64_t Size() const { return size_; }
   /// Cuts the file off at `size` bytes.
   void CutOff(std::int64_t size);
+
+ protected:
+  /// Of what is open already; closes it.
+  explicit ClipFile(int descriptor) : descriptor_(descriptor) {}
+  int Descriptor() const { return descriptor_; }
 
  private:
   bool IsStillAtItsPath() const;

@@ -1,12 +1,16 @@
 #include "adapters/ffmpeg/ffmpeg_avi_files.h"
 
+#include <unistd.h>
+
 #include <optional>
 #include <utility>
 
 #include "adapters/ffmpeg/avi_muxer.h"
 #include "adapters/ffmpeg/clip_file.h"
+#include "adapters/ffmpeg/ffmpeg_jpeg_clip.h"
 #include "adapters/ffmpeg/picture_encoder.h"
 #include "adapters/ffmpeg/picture_fitter.h"
+#include "adapters/ffmpeg/pipe_file.h"
 
 namespace orbelcast {
 
@@ -102,6 +106,11 @@ std::unique_ptr<AviFile> FfmpegAviFiles::Create(const std::string& path) {
   auto file = std::make_unique<ClipFile>(path);
   if (!file->IsOpen()) return nullptr;
   return std::make_unique<FfmpegAviFile>(std::move(file));
+}
+
+std::unique_ptr<JpegClip> FfmpegAviFiles::CreateOfJpegs(const std::string& path, const JpegClip::Header& header) {
+  if (path.empty()) return FfmpegJpegClip::Begin(std::make_unique<PipeFile>(STDOUT_FILENO), header);
+  return FfmpegJpegClip::Begin(std::make_unique<ClipFile>(path), header);
 }
 
 }  // namespace orbelcast

@@ -10,11 +10,13 @@ namespace orbelcast {
 ///
 /// Each picture is on the disk when Write returns. A frame that no longer has room is refused and the file ends well
 /// with those before it; a process that is killed leaves a file without an index, which players read from the front.
+/// Of Matroska the last second may still be missing then.
 /// The library's own messages go to its log, which is the process's.
 class FfmpegAviFiles final : public AviFiles {
  public:
   std::vector<std::string> Codecs() const override;
   std::unique_ptr<AviFile> Create(const std::string& path) override;
+  std::unique_ptr<JpegClip> CreateOfJpegs(const std::string& path, const JpegClip::Header& header) override;
 };
 
 }  // namespace orbelcast
