@@ -100,7 +100,7 @@ TEST_F(WidgetTest, AChildLiesAtItsPlaceByTheScreensOwnScale) {
 /// A picture in one colour that notes how it is drawn.
 struct Plain final : UnseenPicture {
   bool DrawOn(Surface& surface) override {
-    surface.Fill(color);
+    surface.Fill(kColor);
     return true;
   }
   bool DrawInto(const PixelMemory& memory, const Surface& /*surface*/) override {
@@ -108,7 +108,7 @@ struct Plain final : UnseenPicture {
     rows = memory.rows;
     return !damaged;
   }
-  static constexpr Color color = Rgb(0x32, 0x64, 0xc8);
+  static constexpr Color kColor = Rgb(0x32, 0x64, 0xc8);
   bool damaged = false;
   int rows = 0;
 };
