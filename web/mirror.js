@@ -145,6 +145,21 @@ class Child {
     });
   }
 
+  /** Its menu, which the right button brings, comes by the keyboard too. */
+  bringMenu() {
+    const element = this.element;
+    element.tabIndex = 0;
+    element.setAttribute("role", "button");
+    element.setAttribute("aria-haspopup", "menu");
+    element.addEventListener("keydown", (event) => {
+      if (!["Enter", " ", "ContextMenu"].includes(event.key)) return;
+      event.preventDefault();
+      const { left, top } = element.getBoundingClientRect();
+      this.mirror.pointer = { x: left, y: top };
+      this.mirror.session.act("press", ...target(this.path), BUTTONS[2]);
+    });
+  }
+
   #listenToMouse(act) {
     const element = this.element;
     element.addEventListener("pointerdown", (event) => {
@@ -198,6 +213,8 @@ export class Mirror {
     this.#setAll(child, fields);
     const name = this.#names[target(path)[1]];
     if (name) child.element.setAttribute("aria-label", name);
+    if (path.endsWith(".StatusDisplay")) child.bringMenu();
+    else if (name && child.kind.presses) child.element.setAttribute("role", "img");
     if (fields.kind === "Frame") child.element.setAttribute("role", "group");
   }
 

@@ -24,6 +24,7 @@ extern const std::span<const std::uint8_t> interface_js;
 extern const std::span<const std::uint8_t> mirror_js;
 extern const std::span<const std::uint8_t> orbelcast_js;
 extern const std::span<const std::uint8_t> player_js;
+extern const std::span<const std::uint8_t> player_svg;
 extern const std::span<const std::uint8_t> questions_js;
 extern const std::span<const std::uint8_t> session_js;
 extern const std::span<const std::uint8_t> style_js;
@@ -48,6 +49,7 @@ std::span<const WebFile> WebFiles() {
       WebFile{"/", resources::gateway_html, kHtml},
       WebFile{"/gateway.js", resources::gateway_js, kScript},
       WebFile{"/gateway.css", resources::gateway_css, kCss},
+      WebFile{"/icon.svg", resources::player_svg, "image/svg+xml"},
       WebFile{"/orbelcast.js", resources::orbelcast_js, kScript},
       WebFile{"/drawing.js", resources::drawing_js, kScript},
       WebFile{"/element.js", resources::element_js, kScript},

@@ -31,6 +31,8 @@ class Session : public std::enable_shared_from_this<Session> {
  public:
   /// Of a front end on the far side of a wire.
   static constexpr std::size_t kMaxShownControls = 4;
+  /// The longest side of such a control, in pixels: its surfaces may take memory.
+  static constexpr int kMaxShownSide = 4096;
   /// Lines of it that are carried out at a time, most of them waiting; others are wrong.
   static constexpr int kMaxLinesAtOnce = 32;
 

@@ -12,6 +12,7 @@
 #include "remote/session.h"
 #include "remote/variant_json.h"
 #include "remote/words.h"
+#include "toolkit/twips.h"
 #include "viewer/video_server_push.h"
 
 namespace orbelcast {
@@ -86,6 +87,10 @@ void Session::Place(Words words) {
   const float width = ParseSingle(words[1], "the width");
   const float height = ParseSingle(words[2], "the height");
   if (width < 0 || height < 0) throw ScriptError("a size is not negative");
+  const auto scale = TwipsScale::Of(platform_.screen);
+  if (IsShown() && (scale.PixelsX(width) > kMaxShownSide || scale.PixelsY(height) > kMaxShownSide)) {
+    throw ScriptError("a side has at most 4096 pixels");
+  }
   const Subject subject = controls_.contains(words[0]) ? Subject() : Find(words[0]);
   if (subject.window == nullptr) return FindControl(words[0]).Place(width, height);
   const auto told = subject.window->OnResize;

@@ -288,6 +288,37 @@ class Page(unittest.TestCase):
         self.dialog().send_keys(Keys.ESCAPE)
         self.no_dialog()
 
+    def test_two_elements_a_clip_several_cameras_and_settings(self):
+        self.open(PLAYER.format(port=self.camera.port) + VIEWER.format(url=self.live(2)))
+        self.moving("p", "VS.VideoStream")
+        self.moving("v")
+        self.press(9)
+        name = self.dialog().find_element(By.CSS_SELECTOR, "input")
+        name.clear()
+        name.send_keys("clip.avi", Keys.ENTER)
+        self.until("it('p').shadowRoot.querySelector('dialog select')")
+        self.dialog().find_element(By.CSS_SELECTOR, "button").click()
+        self.until("!child('p', 'Player(8)').hidden")
+        self.js("events.length = 0")
+        self.told("StreamInfo", "p")
+        self.js("events.length = 0")
+        self.told("StreamInfo", "p")
+        self.press(8)
+        self.assertIn("Total frames", self.dialog().text)
+        self.dialog().find_element(By.CSS_SELECTOR, "button").click()
+        self.assertEqual(self.downloaded("clip.avi")[:4], b"RIFF")
+        self.press(17)
+        self.until("child('p', 'Cameras')?.options.length === 2")
+        self.js("const box = child('p', 'Cameras'); for (const each of box.options) each.selected = true;"
+                "box.dispatchEvent(new Event('change')); child('p', 'Go').click()")
+        self.no_dialog()
+        self.moving("p", "VS.VideoStream")
+        # The choice of a rate is there in the next session.
+        self.js("const box = child('p', 'FrameRate'); box.selectedIndex = 2; box.dispatchEvent(new Event('change'))")
+        self.until("Object.keys(localStorage).length > 0")
+        self.open(PLAYER.format(port=self.camera.port))
+        self.until("child('p', 'FrameRate')?.selectedIndex === 2")
+
     def test_names_for_everyone(self):
         self.open(PLAYER.format(port=self.camera.port))
         self.moving("p", "VS.VideoStream")
@@ -295,11 +326,15 @@ class Page(unittest.TestCase):
                            ".filter((each) => each.checkVisibility())")
         self.assertGreater(len(controls), 20)
         self.assertEqual([each.get_attribute("data-child") for each in controls if not each.accessible_name], [])
-        # With the keyboard alone: Tab reaches the live button, Enter presses it.
+        # With the keyboard alone: Tab goes on in the toolbar's order, Enter presses, the strip's menu opens.
         self.js("child('p', 'Player(2)').focus()")
-        self.browser.switch_to.active_element.send_keys(Keys.TAB)
-        focused = self.js("return it('p').shadowRoot.activeElement?.dataset.child")
-        self.assertRegex(focused or "", r"Player|TCR")
+        webdriver.ActionChains(self.browser).send_keys(Keys.TAB).perform()
+        self.assertEqual(self.js("return it('p').shadowRoot.activeElement.dataset.child"), "Player(5)")
+        self.press(6)
+        self.until("!child('p', 'VS.StatusDisplay').hidden")
+        self.js("child('p', 'VS.StatusDisplay').focus()")
+        webdriver.ActionChains(self.browser).send_keys(Keys.ENTER).perform()
+        self.until("it('p').shadowRoot.querySelector('.menu [role=menuitemcheckbox]')")
 
     # ---- What goes wrong ----
 
