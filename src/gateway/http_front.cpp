@@ -1,4 +1,4 @@
-// The one source that includes Boost.Beast, which takes long to compile.
+// The one source that includes Boost.Beast, which takes long to compile: so all that needs it is here.
 
 #include "gateway/http_front.h"
 
@@ -246,6 +246,8 @@ void HttpFront::Server::Connection::TakeRequest(ErrorCode error) {
   const HttpQuestion question = QuestionOf(parser_->get());
   if (!websocket::is_upgrade(parser_->get())) return Answer(server_->Calls().answer(question));
   if (auto refused = server_->Calls().refuse(question)) return Answer(std::move(*refused));
+  // A page speaks when it was answered.
+  if (buffer_.size() > 0) return Drop();
   BecomePage();
 }
 
@@ -296,7 +298,7 @@ void HttpFront::Server::Connection::SendBytes(std::string line, FrameBytes bytes
 }
 
 void HttpFront::Server::Connection::Send(Message message) {
-  if (!user_ && messages_.empty() && !stream_.is_open()) return;
+  if (!IsOpen()) return;
   const std::size_t size = message.text.size() + message.bytes.Size();
   if (writing_ && waiting_bytes_ + size > kMaxWaitingBytes) return Close("the page reads too slowly");
   waiting_bytes_ += size;
