@@ -399,5 +399,30 @@ class Page(unittest.TestCase):
                                  [401, 101])
 
 
+    def test_a_page_that_breaks_off_leaves_nothing_behind(self):
+        with Gateway("--allow", f"127.0.0.1:{self.camera.port}", "--sessions", "1") as gateway:
+            host = f"127.0.0.1:{gateway.port}"
+            for _ in range(8):
+                with socket.create_connection(("127.0.0.1", gateway.port), TIMEOUT) as link:
+                    link.sendall(f"GET /session HTTP/1.1\r\nHost: {host}\r\nOrigin: http://{host}\r\nUpgrade: websocket\r\n"
+                                 "Connection: Upgrade\r\nSec-WebSocket-Version: 13\r\n"
+                                 "Sec-WebSocket-Key: AAAAAAAAAAAAAAAAAAAAAA==\r\n\r\n".encode())
+                    # The one session that there may be is free again.
+                    self.assertIn(b" 101 ", link.recv(4096))
+                    for line in ("create c VideoServerPush", "show c", "set c FrameRate 30",
+                                 f"call c Connect {self.live()}", "call c SaveImage x.jpg"):
+                        link.sendall(b"\x81" + bytes([0x80 | len(line)]) + bytes(4) + line.encode())
+                    link.recv(100_000)
+                time.sleep(0.3)
+            before = self.cpu_seconds(gateway)
+            time.sleep(1)
+            self.assertLess(self.cpu_seconds(gateway) - before, 0.2)
+
+    @staticmethod
+    def cpu_seconds(gateway):
+        fields = pathlib.Path(f"/proc/{gateway.process.pid}/stat").read_text().rpartition(")")[2].split()
+        return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+
 if __name__ == "__main__":
     unittest.main()
