@@ -45,6 +45,7 @@ std::span<const Command> Commands() {
       Command{"log", "Saves a camera server's whole activity log as the server sent it", BuildLog},
       Command{"register", "Writes the controls' classes into the registry file", BuildRegister},
       Command{"unregister", "Removes the controls' classes from the registry file", BuildUnregister},
+      Command{"serve", "Puts the controls on web pages: a gateway for browsers", BuildServe},
       Command{"script", "Does what a script says with the controls, printing JSON lines", BuildScript},
   };
   return kCommands;

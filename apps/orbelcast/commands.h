@@ -37,6 +37,7 @@ CommandRun BuildAlert(CommandLine& command);
 CommandRun BuildMessage(CommandLine& command);
 CommandRun BuildRegister(CommandLine& command);
 CommandRun BuildUnregister(CommandLine& command);
+CommandRun BuildServe(CommandLine& command);
 
 /// The exit statuses, in the help of the program and of the commands that show pictures.
 inline constexpr const char* kExitStatusOfPictures =

@@ -1,6 +1,8 @@
 #include "orbelcast/timed_clip.h"
 
 #include <cstdio>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "adapters/posix/named_file.h"
@@ -50,7 +52,11 @@ void TimedClip::Finish() {
   if (!writer_->IsOpen()) return;
   writer_->Finish();
   if (!IsBeside()) return;
-  if (pictures_ == 0) return DeleteFile(place_.string());
+  if (pictures_ == 0) {
+    std::error_code ignored;
+    std::filesystem::remove(place_, ignored);
+    return;
+  }
   if (!why_not_.empty()) return KeepBeside();
   why_not_ = PutInPlace(place_, target_);
   if (!why_not_.empty()) return KeepBeside();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "adapters/posix/headless_queue.h"
 #include "adapters/posix/memory_clipboard.h"
 #include "assembly/services.h"
@@ -16,6 +18,8 @@ class HeadlessPlatform {
   explicit HeadlessPlatform(Dialogs& dialogs) : services_(queue_, screen_, clipboard_, dialogs) {}
 
   Platform& Get() { return services_.Get(); }
+  /// No other server is asked, from now on.
+  void AskOnly(ServerRule rule) { services_.AskOnly(std::move(rule)); }
   const FiberLoop& Loop() const { return services_.Loop(); }
 
  private:

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "adapters/clip_library/clip_library.h"
 #include "adapters/curl/curl_http.h"
 #include "adapters/fiber/fiber_loop.h"
@@ -45,6 +47,8 @@ class Services {
   void EndHandlers() { loop_.EndHandlers(); }
 
   Platform& Get() { return platform_; }
+  /// No other server is asked, from now on.
+  void AskOnly(ServerRule rule) { curl_.AskOnly(std::move(rule)); }
   const FiberLoop& Loop() const { return loop_; }
 
  private:

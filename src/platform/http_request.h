@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -129,6 +130,9 @@ class ForwardingHttpRequest : public HttpRequest {
  private:
   const std::shared_ptr<HttpRequest> request_;
 };
+
+/// Whether a server may be asked: its host in lower case, a numeric address without brackets, and its port.
+using ServerRule = std::function<bool(std::string_view host, int port)>;
 
 /// Makes request objects.
 class HttpRequestFactory {

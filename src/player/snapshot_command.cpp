@@ -1,42 +1,9 @@
 #include "player/snapshot_command.h"
 
-#include <cstdint>
-#include <filesystem>
 #include <optional>
 #include <string>
-#include <system_error>
-
-#include "recording/picture_file.h"
 
 namespace orbelcast {
-
-namespace {
-
-/// Moves a file to a name that nothing has; false, and the file stays, where something has it or it cannot be.
-bool MoveFile(const std::filesystem::path& from, const std::filesystem::path& to) {
-  namespace fs = std::filesystem;
-  std::error_code error;
-  if (fs::exists(fs::symlink_status(to, error))) return false;
-  fs::rename(from, to, error);
-  if (!error) return true;
-  // Another file system.
-  if (!fs::copy_file(from, to, error)) {
-    std::error_code ignored;
-    if (error != std::errc::file_exists) fs::remove(to, ignored);
-    return false;
-  }
-  fs::remove(from, error);
-  return true;
-}
-
-/// The length of a file; nothing where it cannot be told.
-std::optional<std::uintmax_t> LengthOf(const std::filesystem::path& file) {
-  std::error_code error;
-  const std::uintmax_t length = std::filesystem::file_size(file, error);
-  return error ? std::nullopt : std::optional(length);
-}
-
-}  // namespace
 
 void SnapshotCommand::SaveSnapshot() {
   const std::string temporary = platform_.files.ModuleFolder() + "tempf.jpg";
@@ -48,12 +15,12 @@ void SnapshotCommand::SaveSnapshot() {
   if (life_.Ended() || !name) return;
   dialog.FileName = *name;
   // A name that nothing has is asked about as well: its length cannot be told.
-  const auto length = LengthOf(*name);
+  const auto length = platform_.files.LengthOf(*name);
   if (!length || *length > 0) {
     if (!MayReplace()) return;
-    DeleteFile(*name);
+    platform_.files.Delete(*name);
   }
-  MoveFile(temporary, *name);
+  platform_.files.Move(temporary, *name);
 }
 
 bool SnapshotCommand::MayReplace() {

@@ -1,7 +1,5 @@
 #include "recording/clip_recorder.h"
 
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 namespace orbelcast {
@@ -13,12 +11,6 @@ constexpr const char* kTitle = "AVI Maker";
 constexpr std::int64_t kMaxPixels = 7680LL * 4320;
 /// The size of a BMP file's header, before its information header.
 constexpr std::size_t kFileHeaderBytes = 14;
-
-bool HasContent(const std::string& path) {
-  std::error_code error;
-  const auto size = std::filesystem::file_size(path, error);
-  return !error && size > 0;
-}
 
 AviSample SampleOf(const cDIB& bitmap) {
   return {bitmap.Width(), bitmap.Height(), bitmap.PointerToBits()};
@@ -33,7 +25,7 @@ void ClipRecorder::AviStart() {
   if (recording_) return StopAvi();
   const auto path = AskFileName();
   if (!path || !MayReplace(*path)) return;
-  DeleteFile(*path);
+  platform_.files.Delete(*path);
 
   file_ = platform_.avi_files.Create(*path);
   if (!file_) return Fail("Error initializing AVI Engine. Can't create file.");
@@ -89,7 +81,7 @@ std::optional<std::string> ClipRecorder::AskFileName() {
 }
 
 bool ClipRecorder::MayReplace(const std::string& path) {
-  if (!HasContent(path)) return true;
+  if (platform_.files.LengthOf(path).value_or(0) == 0) return true;
   const auto answer = platform_.dialogs.ShowMessage({.text = "This file already exists, do you want to overwrite ?",
                                                      .title = kTitle,
                                                      .buttons = Dialogs::Buttons::kYesNo,

@@ -1,9 +1,5 @@
 #include "recording/picture_file.h"
 
-#include <filesystem>
-#include <fstream>
-#include <system_error>
-
 namespace orbelcast {
 
 namespace {
@@ -23,24 +19,6 @@ void Append32(std::vector<std::uint8_t>& bytes, std::uint32_t value) {
 }
 
 }  // namespace
-
-void DeleteFile(const std::string& path) {
-  namespace fs = std::filesystem;
-  std::error_code ignored;
-  if (!fs::is_directory(path, ignored) && !fs::is_other(path, ignored)) fs::remove(path, ignored);
-}
-
-bool WriteFile(const std::string& path, std::span<const std::uint8_t> bytes) {
-  std::error_code ignored;
-  if (std::filesystem::is_fifo(path, ignored)) return false;  // Opening one waits for a reader.
-  std::ofstream file(path, std::ios::binary | std::ios::trunc);
-  if (!file) return false;
-  file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-  file.close();
-  if (file) return true;
-  DeleteFile(path);
-  return false;
-}
 
 std::vector<std::uint8_t> EncodeBitmap(const Surface& picture) {
   if (picture.Empty()) return {};

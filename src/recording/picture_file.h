@@ -1,8 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
-#include <string>
 #include <variant>
 #include <vector>
 
@@ -14,13 +12,6 @@ namespace orbelcast {
 /// The picture that a viewer shows, as its host gets it: a stream's newest frame as it was received, or what is drawn
 /// on the screen (a mosaic, the test card). The surface is its owner's and lasts until something is drawn on it.
 using ShownPicture = std::variant<FrameBytes, const Surface*>;
-
-/// Deletes a file; a folder or a device of that name stays, and no error where there is none.
-void DeleteFile(const std::string& path);
-
-/// Makes `path` a file of exactly these bytes. Where that cannot be done no file is left and the answer is false; a
-/// pipe is refused.
-bool WriteFile(const std::string& path, std::span<const std::uint8_t> bytes);
 
 /// The picture as a BMP file's bytes, 24 bits a pixel, rows from the bottom; an empty picture gives none.
 std::vector<std::uint8_t> EncodeBitmap(const Surface& picture);

@@ -180,6 +180,22 @@ bool WatchPlace(ChildControl& place, std::string_view field, Changed changed) {
   return found;
 }
 
+void WatchFields(const ChildReference& child, const FieldChanged& changed) {
+  std::visit(
+      [&](auto* control) {
+        VisitFields(*control, [&](const char* name, auto&& field) {
+          Listen(field, [changed, name](Json value) { changed(name, std::move(value)); });
+        });
+      },
+      child);
+}
+
+void WatchPlaceFields(ChildControl& place, const FieldChanged& changed) {
+  VisitFields(place, [&](const char* name, auto&& field) {
+    Listen(field, [changed, name](Json value) { changed(name, std::move(value)); });
+  });
+}
+
 bool WatchChild(const ChildReference& child, std::string_view field, Changed changed) {
   bool found = false;
   std::visit(

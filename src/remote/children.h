@@ -29,6 +29,11 @@ void DescribeChild(const ChildReference& child, Json& line);
 void DescribePlace(ChildControl& place, Json& line);
 bool WatchPlace(ChildControl& place, std::string_view field, std::function<void(Json value)> changed);
 
+/// Calls `changed` with the field's name and its new value at every change of any field.
+using FieldChanged = std::function<void(const char* field, Json value)>;
+void WatchFields(const ChildReference& child, const FieldChanged& changed);
+void WatchPlaceFields(ChildControl& place, const FieldChanged& changed);
+
 /// Calls `changed` with the new value at every change of that field, as long as the child lives. False where the child
 /// has no such field.
 bool WatchChild(const ChildReference& child, std::string_view field, std::function<void(Json value)> changed);

@@ -61,8 +61,9 @@ class HostControl::Sink final : public server::IEventSink {
   std::uint32_t references_ = 1;
 };
 
-HostControl::HostControl(server::ControlServer& server, const std::string& class_name, OnEvent on_event) {
-  const server::ControlClass& control_class = FindClass(class_name);
+HostControl::HostControl(server::ControlServer& server, const std::string& class_name, OnEvent on_event)
+    : class_(FindClass(class_name)) {
+  const server::ControlClass& control_class = class_;
   std::shared_ptr<void> control = control_class.create(server.GetPlatform());
   if (control_class.id == server::kVideoServerPushClass) viewer_ = static_cast<VideoServerPush*>(control.get());
   if (control_class.id == server::kUserControl1Class) player_ = static_cast<UserControl1*>(control.get());

@@ -27,6 +27,7 @@ class HostControl {
   /// The class of that name; throws ScriptError where there is none.
   static const server::ControlClass& FindClass(const std::string& class_name);
 
+  const server::ControlClass& Class() const { return class_; }
   LateBound Members() const { return LateBound(*control_.Get()); }
   void Place(float width, float height) { Check(site_->Place(width, height)); }
   void Load(const std::vector<std::pair<std::string, std::string>>& properties);
@@ -42,6 +43,7 @@ class HostControl {
   void ListenTo(const server::Guid& events, OnEvent on_event);
   static void Check(server::Result result);
 
+  const server::ControlClass& class_;
   server::Held<server::IDispatch> control_;
   server::Held<server::IControl> site_;
   // Both live until the control's last reference goes.

@@ -68,7 +68,8 @@ Json LateBound::Put(const std::string& property, const std::string& word) {
 }
 
 Json LateBound::Call(const std::string& method, std::vector<std::string> words,
-                     const std::function<std::optional<std::int32_t>(const std::string& name)>& device_context) {
+                     const std::function<std::optional<std::int32_t>(const std::string& name)>& device_context,
+                     BulkForm bulk) {
   const MemberInfo& member = Find(method, server::kMethodMember, "method");
   CheckCount(member, words.size());
   std::vector<Variable> variables(words.size());
@@ -83,7 +84,7 @@ Json LateBound::Call(const std::string& method, std::vector<std::string> words,
   server::Arguments arguments{references.data(), static_cast<std::uint32_t>(references.size()), 0, nullptr};
   Variable result;
   Invoke(member, server::kMethod, arguments, &result);
-  return ToJson(result);
+  return ToJson(result, bulk);
 }
 
 const MemberInfo& LateBound::Find(const std::string& name, std::uint16_t member_kind, const char* kind) {

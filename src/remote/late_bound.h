@@ -8,6 +8,7 @@
 
 #include "orbelcast/orbelcast.h"
 #include "remote/json.h"
+#include "remote/variant_json.h"
 
 namespace orbelcast {
 
@@ -27,7 +28,8 @@ class LateBound {
   /// Calls the method with the words as arguments, and returns its result; `device_context` gives the number of a
   /// surface by its name.
   Json Call(const std::string& method, std::vector<std::string> words,
-            const std::function<std::optional<std::int32_t>(const std::string& name)>& device_context);
+            const std::function<std::optional<std::int32_t>(const std::string& name)>& device_context,
+            BulkForm bulk = BulkForm::kDigest);
 
  private:
   /// The member of that name and one of those kinds (MemberKind, `kind` for people).

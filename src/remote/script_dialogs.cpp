@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "remote/script_error.h"
 
@@ -38,6 +39,17 @@ void ScriptDialogs::Answer(std::string_view kind, const std::string& answer, con
   if (index == kMessage) CheckOneOf(answer, {"Yes", "No", "OK"});
   if (index == kCompression && answer != kCancel) CheckOneOf(answer, codecs);
   answers_[index].push_back(answer);
+  if (waiting_[index].empty()) return;
+  Completion& oldest = *waiting_[index].front();
+  waiting_[index].pop_front();
+  oldest.Complete();
+}
+
+void ScriptDialogs::End() {
+  ended_ = true;
+  for (auto& waiting : waiting_) {
+    for (Completion* each : std::exchange(waiting, {})) each->Complete();
+  }
 }
 
 Json ScriptDialogs::Line(Kind kind) {
@@ -45,41 +57,41 @@ Json ScriptDialogs::Line(Kind kind) {
 }
 
 std::optional<std::string> ScriptDialogs::AskSaveName(const SaveRequest& request) {
-  auto answer = Next(kSave);
   Json line = Line(kSave);
   AddText(line, "title", request.title);
   AddText(line, "filter", request.filter);
+  auto answer = Ask(kSave, line);
   Tell(std::move(line), answer);
   return answer;
 }
 
 Dialogs::Answer ScriptDialogs::ShowMessage(const MessageRequest& request) {
   const bool asks = request.buttons == Buttons::kYesNo;
-  const auto answer = Next(kMessage);
-  const auto given = !asks ? Dialogs::Answer::kOk : answer == "Yes" ? Dialogs::Answer::kYes : Dialogs::Answer::kNo;
   Json line = Line(kMessage);
   AddText(line, "title", request.title);
   line["text"] = request.text;
   line["buttons"] = asks ? Json::array({"Yes", "No"}) : Json::array({"OK"});
   if (request.icon == Icon::kExclamation) line["icon"] = "exclamation";
   if (request.icon == Icon::kInformation) line["icon"] = "information";
+  const auto answer = Ask(kMessage, line);
+  const auto given = !asks ? Dialogs::Answer::kOk : answer == "Yes" ? Dialogs::Answer::kYes : Dialogs::Answer::kNo;
   Tell(std::move(line), given == Dialogs::Answer::kOk ? "OK" : given == Dialogs::Answer::kYes ? "Yes" : "No");
   return given;
 }
 
 std::string ScriptDialogs::AskText(const InputRequest& request) {
-  const auto answer = Next(kInput);
   Json line = Line(kInput);
   AddText(line, "title", request.title);
   line["text"] = request.prompt;
+  const auto answer = Ask(kInput, line);
   Tell(std::move(line), answer);
   return answer.value_or("");
 }
 
 std::optional<Dialogs::Compression> ScriptDialogs::ChooseCompression(const CompressionRequest& request) {
-  auto answer = Next(kCompression);
   Json line = Line(kCompression);
   line["choices"] = request.codecs;
+  auto answer = Ask(kCompression, line);
   Tell(std::move(line), answer);
   if (!answer) return std::nullopt;
   return Compression{.codec = *answer};
@@ -94,7 +106,19 @@ std::optional<std::string> ScriptDialogs::Next(Kind kind) {
   return answer;
 }
 
+std::optional<std::string> ScriptDialogs::Ask(Kind kind, const Json& line) {
+  if (loop_ == nullptr) return Next(kind);
+  if (ended_ || waiting_[kind].size() >= kMaxWaiting) return std::nullopt;
+  Completion answered;
+  waiting_[kind].push_back(&answered);
+  print_(line);
+  loop_->Wait(answered);
+  std::erase(waiting_[kind], &answered);  // the wait of a loop that ends returns early
+  return ended_ ? std::nullopt : Next(kind);
+}
+
 void ScriptDialogs::Tell(Json line, const std::optional<std::string>& answer) {
+  if (loop_ != nullptr) return;  // who answered knows
   line["answer"] = answer.value_or(std::string(kCancel));
   print_(line);
 }

@@ -36,14 +36,28 @@ std::shared_ptr<Session> Session::Create(Platform& platform, ScriptDialogs& dial
 }
 
 Session::Session(Platform& platform, ScriptDialogs& dialogs, FrontEnd front_end)
-    : platform_(platform), dialogs_(dialogs), front_end_(std::move(front_end)), server_(platform) {}
+    : platform_(platform),
+      dialogs_(dialogs),
+      front_end_(std::move(front_end)),
+      showing_(
+          platform.pictures, [this](const Json& line) { Print(line); },
+          [this] {
+            if (IsShown() && !silent_) front_end_.drawn();
+          }),
+      server_(platform) {}
 
-void Session::End() {
+void Session::Release() {
   const auto alive = shared_from_this();
   silent_ = true;
+  dialogs_.End();
   controls_.clear();
   // Waits inside an event end as well.
   for (Wait& wait : waits_) wait.over.Complete();
+}
+
+void Session::End() {
+  const auto alive = shared_from_this();
+  Release();
   for (int round = 0; round < kRoundsToEnd; ++round) Loop().Queue().HandleDue();
 }
 
@@ -58,10 +72,19 @@ std::shared_ptr<const bool> Session::Begin(const std::string& line, int number) 
     PrintError(error.what(), number);
   }
   if (words.empty()) return done;
+  if (IsShown() && lines_ >= kMaxLinesAtOnce) {
+    PrintError("too many commands at a time", number);
+    return done;
+  }
   *done = false;
+  ++lines_;
   Loop().RunHandler([self = shared_from_this(), words = std::move(words), number, done] {
     self->Execute(words, number);
     *done = true;
+    --self->lines_;
+    if (!self->IsShown() || words.front() == "painted") return;
+    self->TellProperties();
+    self->Print({{"done", number}});
   });
   return done;
 }
@@ -70,6 +93,7 @@ void Session::Execute(const std::vector<std::string>& words, int line) {
   line_ = line;
   try {
     const Command& command = FindCommand(words.front());
+    if (IsShown() && !command.shown) throw ScriptError(std::string(command.name) + " is for scripts");
     const Words arguments = Words(words).subspan(1);
     if (arguments.size() < command.least || arguments.size() > command.most) {
       throw ScriptError(std::string(command.name) + " takes " + std::string(command.arguments));
@@ -100,6 +124,28 @@ void Session::Print(const Json& line) {
 void Session::PrintError(const std::string& text, int line) {
   wrong_ = true;
   Print({{"error", text}, {"line", line}});
+}
+
+void Session::PrintAnswer(Json line, int number) {
+  if (IsShown()) line["line"] = number;
+  Print(line);
+}
+
+// Those that differ from what was told last.
+void Session::TellProperties() {
+  for (const auto& [name, control] : controls_) {
+    if (silent_) return;
+    LateBound members = control->Members();
+    for (const server::MemberInfo& member : control->Class().members) {
+      if (member.kind != server::kPropertyMember) continue;
+      Json value = members.Get(member.name);
+      const std::string path = name + "." + member.name;
+      const auto told = told_.find(path);
+      if (told != told_.end() && told->second == value) continue;
+      told_[path] = value;
+      Print({{"property", path}, {"value", std::move(value)}});
+    }
+  }
 }
 
 // ---- Controls and their events --------------------------------------------------------------------------------------
@@ -136,6 +182,7 @@ void Session::AdoptWindow(Window& window, const std::string& name) {
   window.Opened.Listen([this, &window, name] { WindowOpened(window, name); });
   window.Closed.Listen([this, &window, name] {
     std::erase_if(windows_, [&](const OpenWindow& open) { return open.window == &window; });
+    showing_.End(name + ".vs");
     Print({{"closed", name}});
   });
 }
@@ -143,6 +190,9 @@ void Session::AdoptWindow(Window& window, const std::string& name) {
 void Session::WindowOpened(Window& window, const std::string& name) {
   windows_.push_back({&window, name});
   Print({{"window", name}, {"caption", window.Caption.Get()}});
+  if (showing_.Shows()) showing_.Begin(name, Subject{nullptr, nullptr, &window});
+  // A front end that shows it gives it its size.
+  if (window.FullScreen && IsShown()) return;
   if (window.FullScreen) {
     const auto scale = TwipsScale::Of(platform_.screen);
     window.Width = scale.TwipsX(platform_.screen.Width());
@@ -229,6 +279,7 @@ void Session::CheckEvent(const std::string& event) const {
 
 void Session::CheckNew(const std::string& name) const {
   if (name.empty() || name.find('.') != std::string::npos) throw ScriptError("a name is not empty and has no dot");
+  if (IsShown() && controls_.size() >= kMaxShownControls) throw ScriptError("a session shows no more controls");
   if (controls_.contains(name) || surfaces_.contains(name)) throw ScriptError("there is a '" + name + "' already");
 }
 

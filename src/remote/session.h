@@ -14,7 +14,9 @@
 #include "remote/host_control.h"
 #include "remote/host_surface.h"
 #include "remote/json.h"
+#include "remote/late_bound.h"
 #include "remote/script_dialogs.h"
+#include "remote/showing.h"
 #include "remote/subject.h"
 #include "toolkit/controls.h"
 
@@ -27,11 +29,21 @@ namespace orbelcast {
 /// returned.
 class Session : public std::enable_shared_from_this<Session> {
  public:
+  /// Of a front end on the far side of a wire.
+  static constexpr std::size_t kMaxShownControls = 4;
+  /// The longest side of such a control, in pixels: its surfaces may take memory.
+  static constexpr int kMaxShownSide = 4096;
+  /// Lines of it that are carried out at a time, most of them waiting; others are wrong.
+  static constexpr int kMaxLinesAtOnce = 32;
+
   /// The front end's functions for the session's output.
   struct FrontEnd {
     std::function<void(const Json& line)> print;
     /// Writes a picture under the name that a line gave. Throws ScriptError where that cannot be.
     std::function<void(const Surface& picture, const std::string& name)> write_picture;
+    /// Of a front end that shows the controls: there are drawings to be taken. It also tells the session to number what
+    /// it answers ("line"), to print {"done":N} when a line is done, and to print the properties that a line changed.
+    std::function<void()> drawn{};
   };
 
   /// `platform`, whose dialogs are `dialogs`, outlives the session.
@@ -46,7 +58,12 @@ class Session : public std::enable_shared_from_this<Session> {
   Window* TakeNewWindow();
   bool IsOpen(const Window* window) const;
 
-  /// Releases every control and ends every wait. Nothing is told any more.
+  /// What a front end that shows controls has to draw, and has not taken yet.
+  std::vector<ShownDrawing> TakeDrawings() { return silent_ ? std::vector<ShownDrawing>() : showing_.Take(); }
+
+  /// Releases every control and ends every wait. Nothing is told any more. Handlers end when the loop comes to them.
+  void Release();
+  /// The same, and looks at the queue until they have.
   void End();
   /// A line was wrong.
   bool Wrong() const { return wrong_; }
@@ -59,6 +76,7 @@ class Session : public std::enable_shared_from_this<Session> {
     std::size_t most;
     std::string_view arguments;
     void (Session::*carry_out)(Words words);
+    bool shown;  ///< One of a front end that shows the controls, too; the others are scripts'.
   };
   /// The child's name that means the object itself.
   static constexpr std::string_view kItself = ".";
@@ -88,6 +106,11 @@ class Session : public std::enable_shared_from_this<Session> {
   void Execute(const std::vector<std::string>& words, int line);
   void Print(const Json& line);
   void PrintError(const std::string& text, int line);
+  /// Prints the answer to a line.
+  void PrintAnswer(Json line, int number);
+  bool IsShown() const { return front_end_.drawn != nullptr; }
+  void TellProperties();
+  BulkForm Bulk() const { return IsShown() ? BulkForm::kWhole : BulkForm::kDigest; }
 
   // The controls' doings.
   void Adopt(const std::string& name, const HostControl& control);
@@ -139,16 +162,24 @@ class Session : public std::enable_shared_from_this<Session> {
   void MakeSurface(Words words);
   void ReadRegistry(Words words);
   void PrintText(Words words);
+  void Show(Words words);
+  void Seen(Words words);
+  void Unseen(Words words);
+  void Painted(Words words);
+  void Keep(Words words);
 
   Platform& platform_;
   ScriptDialogs& dialogs_;
   const FrontEnd front_end_;
   bool wrong_ = false;
   bool silent_ = false;    ///< The session has ended.
+  int lines_ = 0;          ///< Begun and not done.
   int line_ = 0;           ///< The line whose command begins.
   std::list<Wait> waits_;  ///< The pending `run` and `until`.
   std::list<Reaction> reactions_;
   std::list<OpenWindow> windows_;  ///< The open ones, the newest last.
+  Showing showing_;
+  std::map<std::string, Json> told_;  ///< The properties' values, by path.
   server::ControlServer server_;
   std::map<std::string, std::unique_ptr<HostSurface>> surfaces_;
   std::map<std::string, std::unique_ptr<HostControl>> controls_;

@@ -12,6 +12,7 @@
 #include "remote/session.h"
 #include "remote/variant_json.h"
 #include "remote/words.h"
+#include "toolkit/twips.h"
 #include "viewer/video_server_push.h"
 
 namespace orbelcast {
@@ -32,35 +33,40 @@ milliseconds ParseTime(const std::string& word) {
 std::span<const Session::Command> Session::Commands() {
   constexpr std::size_t kAny = std::numeric_limits<std::size_t>::max();
   static constexpr Command kCommands[] = {
-      {"create", 2, 2, "NAME CLASS", &Session::Create},
-      {"place", 3, 3, "NAME WIDTH HEIGHT", &Session::Place},
-      {"load", 1, kAny, "NAME KEY=VALUE ...", &Session::Load},
-      {"get", 2, 2, "NAME MEMBER", &Session::Get},
-      {"set", 3, 3, "NAME MEMBER VALUE", &Session::Set},
-      {"call", 2, kAny, "NAME METHOD [ARG ...]", &Session::Call},
-      {"members", 1, 1, "CLASS", &Session::Members},
-      {"hide", 1, 1, "NAME", &Session::Hide},
-      {"destroy", 1, 1, "NAME", &Session::Destroy},
-      {"control", 2, 2, "NAME CHILD", &Session::Control},
-      {"click", 2, 2, "NAME CHILD", &Session::Click},
-      {"watch", 3, 3, "NAME CHILD FIELD", &Session::Watch},
-      {"select", 3, kAny, "NAME CHILD INDEX ...", &Session::Select},
-      {"type", 3, 3, "NAME CHILD TEXT", &Session::Type},
-      {"leave", 2, 2, "NAME CHILD", &Session::Leave},
-      {"press", 3, 3, "NAME CHILD BUTTON", &Session::Press},
-      {"drop", 3, 3, "NAME CHILD TEXT", &Session::Drop},
-      {"menu", 2, 2, "NAME ITEM", &Session::ChooseMenu},
-      {"pixel", 4, 4, "NAME CHILD X Y", &Session::Pixel},
-      {"picture", 3, 3, "NAME CHILD FILE", &Session::Picture},
-      {"close", 1, 1, "WINDOW", &Session::Close},
-      {"run", 1, 1, "MS", &Session::RunFor},
-      {"until", 1, 2, "EVENT [MS]", &Session::Until},
-      {"on", 2, 2, "EVENT LINE", &Session::On},
-      {"answer", 2, 2, "KIND VALUE", &Session::Answer},
-      {"clipboard", 0, 1, "[FILE]", &Session::ShowClipboard},
-      {"surface", 3, 3, "NAME WIDTH HEIGHT", &Session::MakeSurface},
-      {"registry", 2, 2, "KEY NAME", &Session::ReadRegistry},
-      {"print", 1, 1, "TEXT", &Session::PrintText},
+      {"create", 2, 2, "NAME CLASS", &Session::Create, true},
+      {"place", 3, 3, "NAME WIDTH HEIGHT", &Session::Place, true},
+      {"load", 1, kAny, "NAME KEY=VALUE ...", &Session::Load, true},
+      {"get", 2, 2, "NAME MEMBER", &Session::Get, true},
+      {"set", 3, 3, "NAME MEMBER VALUE", &Session::Set, true},
+      {"call", 2, kAny, "NAME METHOD [ARG ...]", &Session::Call, true},
+      {"members", 1, 1, "CLASS", &Session::Members, true},
+      {"hide", 1, 1, "NAME", &Session::Hide, true},
+      {"destroy", 1, 1, "NAME", &Session::Destroy, true},
+      {"control", 2, 2, "NAME CHILD", &Session::Control, true},
+      {"click", 2, 2, "NAME CHILD", &Session::Click, true},
+      {"watch", 3, 3, "NAME CHILD FIELD", &Session::Watch, false},
+      {"select", 3, kAny, "NAME CHILD INDEX ...", &Session::Select, true},
+      {"type", 3, 3, "NAME CHILD TEXT", &Session::Type, true},
+      {"leave", 2, 2, "NAME CHILD", &Session::Leave, true},
+      {"press", 3, 3, "NAME CHILD BUTTON", &Session::Press, true},
+      {"drop", 3, 3, "NAME CHILD TEXT", &Session::Drop, true},
+      {"menu", 2, 2, "NAME ITEM", &Session::ChooseMenu, true},
+      {"pixel", 4, 4, "NAME CHILD X Y", &Session::Pixel, false},
+      {"picture", 3, 3, "NAME CHILD FILE", &Session::Picture, false},
+      {"close", 1, 1, "WINDOW", &Session::Close, true},
+      {"run", 1, 1, "MS", &Session::RunFor, false},
+      {"until", 1, 2, "EVENT [MS]", &Session::Until, false},
+      {"on", 2, 2, "EVENT LINE", &Session::On, false},
+      {"answer", 2, 2, "KIND VALUE", &Session::Answer, true},
+      {"clipboard", 0, 1, "[FILE]", &Session::ShowClipboard, false},
+      {"surface", 3, 3, "NAME WIDTH HEIGHT", &Session::MakeSurface, false},
+      {"registry", 2, 2, "KEY NAME", &Session::ReadRegistry, false},
+      {"print", 1, 1, "TEXT", &Session::PrintText, false},
+      {"show", 1, 1, "NAME", &Session::Show, true},
+      {"seen", 1, 1, "NAME", &Session::Seen, true},
+      {"unseen", 1, 1, "NAME", &Session::Unseen, true},
+      {"painted", 1, 1, "NAME.CHILD", &Session::Painted, true},
+      {"keep", 3, 3, "KEY NAME TEXT", &Session::Keep, true},
   };
   return kCommands;
 }
@@ -81,7 +87,17 @@ void Session::Place(Words words) {
   const float width = ParseSingle(words[1], "the width");
   const float height = ParseSingle(words[2], "the height");
   if (width < 0 || height < 0) throw ScriptError("a size is not negative");
-  FindControl(words[0]).Place(width, height);
+  const auto scale = TwipsScale::Of(platform_.screen);
+  if (IsShown() && (scale.PixelsX(width) > kMaxShownSide || scale.PixelsY(height) > kMaxShownSide)) {
+    throw ScriptError("a side has at most 4096 pixels");
+  }
+  const Subject subject = controls_.contains(words[0]) ? Subject() : Find(words[0]);
+  if (subject.window == nullptr) return FindControl(words[0]).Place(width, height);
+  const auto told = subject.window->OnResize;
+  if (!told) throw ScriptError(words[0] + " has a size of its own");
+  subject.window->Width = width;
+  subject.window->Height = height;
+  told();
 }
 
 void Session::Load(Words words) {
@@ -95,13 +111,15 @@ void Session::Load(Words words) {
 }
 
 void Session::Get(Words words) {
+  const int line = line_;
   Json value = MembersOf(words[0]).Get(words[1]);
-  Print({{"get", words[0] + "." + words[1]}, {"value", std::move(value)}});
+  PrintAnswer({{"get", words[0] + "." + words[1]}, {"value", std::move(value)}}, line);
 }
 
 void Session::Set(Words words) {
+  const int line = line_;
   Json value = MembersOf(words[0]).Put(words[1], words[2]);
-  Print({{"set", words[0] + "." + words[1]}, {"value", std::move(value)}});
+  PrintAnswer({{"set", words[0] + "." + words[1]}, {"value", std::move(value)}}, line);
 }
 
 void Session::Call(Words words) {
@@ -110,9 +128,10 @@ void Session::Call(Words words) {
     if (found == surfaces_.end()) return std::nullopt;
     return found->second->device_context;
   };
-  Json result =
-      MembersOf(words[0]).Call(words[1], std::vector<std::string>(words.begin() + 2, words.end()), device_context);
-  Print({{"call", words[0] + "." + words[1]}, {"result", std::move(result)}});
+  const int line = line_;
+  Json result = MembersOf(words[0]).Call(words[1], std::vector<std::string>(words.begin() + 2, words.end()),
+                                         device_context, Bulk());
+  PrintAnswer({{"call", words[0] + "." + words[1]}, {"result", std::move(result)}}, line);
 }
 
 void Session::Members(Words words) {
@@ -130,6 +149,7 @@ void Session::Hide(Words words) {
 
 void Session::Destroy(Words words) {
   FindControl(words[0]);
+  showing_.End(words[0]);
   // The name is free at once, whatever the control's end sets going.
   const auto released = controls_.extract(words[0]);
 }
@@ -287,6 +307,30 @@ void Session::ReadRegistry(Words words) {
 
 void Session::PrintText(Words words) {
   Print({{"print", words[0]}});
+}
+
+// ---- The commands: for a front end that shows the controls
+// -----------------------------------------------------------
+
+void Session::Show(Words words) {
+  if (!IsShown()) throw ScriptError("nothing here can show a control");
+  showing_.Begin(words[0], Find(words[0]));
+}
+
+void Session::Seen(Words words) {
+  showing_.SetSeen(words[0], true);
+}
+
+void Session::Unseen(Words words) {
+  showing_.SetSeen(words[0], false);
+}
+
+void Session::Painted(Words words) {
+  showing_.Painted(words[0]);
+}
+
+void Session::Keep(Words words) {
+  platform_.registry.SetValue(Registry::Hive::kLocalMachine, words[0], words[1], words[2]);
 }
 
 }  // namespace orbelcast

@@ -6,6 +6,7 @@
 #include <array>
 #include <span>
 
+#include "protocol/base64.h"
 #include "remote/numbers.h"
 #include "toolkit/hexadecimal.h"
 
@@ -56,10 +57,10 @@ Json SizeToJson(int width, int height) {
   return {{"width", width}, {"height", height}};
 }
 
-Json ToJson(const Variant& value) {
+Json ToJson(const Variant& value, BulkForm bulk) {
   switch (value.type) {
     case server::kReference:
-      return ToJson(*value.reference);
+      return ToJson(*value.reference, bulk);
     case server::kInteger:
       return value.i16;
     case server::kLong:
@@ -75,6 +76,9 @@ Json ToJson(const Variant& value) {
     case server::kText:
       return std::string(value.text, value.size);
     case server::kBytes:
+      if (bulk == BulkForm::kWhole) {
+        return {{"base64", EncodeBase64(std::string_view(reinterpret_cast<const char*>(value.bytes), value.size))}};
+      }
       return {{"bytes", value.size}, {"sha256", Sha256({value.bytes, value.size})}};
     case server::kObject:
       return ObjectToJson(value.object);

@@ -7,9 +7,12 @@
 
 namespace orbelcast {
 
-/// A value as scripts print it: texts, numbers and Booleans as themselves, bytes as {"bytes":N,"sha256":HEX}, a picture
+/// How an array of bytes is printed: as {"bytes":N,"sha256":HEX}, or as {"base64":TEXT}.
+enum class BulkForm { kDigest, kWhole };
+
+/// A value as it is printed: texts, numbers and Booleans as themselves, bytes in the form that is asked for, a picture
 /// as {"width":W,"height":H} in pixels, dropped data as its forms by media type, nothing as null.
-Json ToJson(const server::Variant& value);
+Json ToJson(const server::Variant& value, BulkForm bulk = BulkForm::kDigest);
 
 /// The size in pixels as scripts print it.
 Json SizeToJson(int width, int height);

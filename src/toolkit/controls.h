@@ -97,6 +97,9 @@ struct PictureBox : ChildControl {
   /// The drawing so far, on the background colour. Valid until the box changes its size.
   const Surface& Image() const { return Sized(); }
 
+  /// From now on `watcher` is told what is drawn on the surface, for as long as it lives.
+  void Watch(const std::shared_ptr<DrawingWatcher>& watcher) { surface_.Watch(watcher); }
+
   /// Brings back the background colour everywhere.
   void Cls() { Sized().Fill(BackColor); }
   /// Tells the front end to paint the drawing.

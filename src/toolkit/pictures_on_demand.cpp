@@ -93,8 +93,18 @@ bool IsLeftOut(const JpegTarget& target) {
   return refused(target.width) || refused(target.height);
 }
 
+std::optional<Size> PicturesOnDemand::DrawAtOnce(const FrameBytes& jpeg, std::span<const JpegTarget> targets) {
+  const auto size = DrawOnAll(jpeg, targets);
+  for (const JpegTarget& target : targets) {
+    if (!size || IsLeftOut(target)) continue;
+    target.surface.TellPicture(jpeg, target.x, target.y, target.width == 0 ? size->width : target.width,
+                               target.height == 0 ? size->height : target.height);
+  }
+  return size;
+}
+
 std::optional<Size> PicturesOnDemand::DrawWhenSeen(const FrameBytes& jpeg, std::span<const JpegTarget> targets) {
-  if (jpeg.Size() > kMaxBytesKept) return DrawOnAll(jpeg, targets);
+  if (jpeg.Size() > kMaxBytesKept) return DrawAtOnce(jpeg, targets);
   const auto size = SizeOf(jpeg);
   if (!size || !HasEnd(jpeg.Bytes()) || std::ranges::all_of(targets, IsLeftOut)) return std::nullopt;
   const auto picture = std::make_shared<Picture>(decoder_, jpeg);
@@ -104,6 +114,7 @@ std::optional<Size> PicturesOnDemand::DrawWhenSeen(const FrameBytes& jpeg, std::
                            target.height == 0 ? size->height : target.height, target.x, target.y};
     sized.surface.DrawWhenSeen(picture, sized.x, sized.y, sized.width, sized.height);
     picture->Add(sized);
+    sized.surface.TellPicture(jpeg, sized.x, sized.y, sized.width, sized.height);
   }
   return size;
 }

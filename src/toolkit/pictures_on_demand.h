@@ -24,6 +24,8 @@ class PicturesOnDemand final : public ForwardingJpegDecoder {
   std::optional<Size> DrawWhenSeen(const FrameBytes& jpeg, std::span<const JpegTarget> targets) override;
 
  private:
+  std::optional<Size> DrawAtOnce(const FrameBytes& jpeg, std::span<const JpegTarget> targets);
+
   const std::shared_ptr<JpegDecoder> decoder_;
 };
 

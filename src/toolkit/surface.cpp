@@ -78,6 +78,7 @@ void Surface::FillBox(int x1, int y1, int x2, int y2, Color color) {
   const Box box = Clipped({std::min(x1, x2), std::min(y1, y2), std::max(x1, x2), std::max(y1, y2)});
   if (box.Empty()) return;
   newest_was_damaged_ = false;
+  if (const auto watcher = watcher_.lock()) watcher->Filled(box, color);
   const bool whole = box.Covers(Whole());
   if (whole) unseen_.reset();
   if (unseen_) {
@@ -116,6 +117,7 @@ void Surface::Draw(const Surface& source, int x, int y) {
   const int right = static_cast<int>(std::min<std::int64_t>(static_cast<std::int64_t>(x) + source.width_, width_));
   const int bottom = static_cast<int>(std::min<std::int64_t>(static_cast<std::int64_t>(y) + source.height_, height_));
   if (left >= right || top >= bottom) return;
+  if (const auto watcher = watcher_.lock()) watcher->SurfaceDrawn(source, x, y);
   const auto from_all = source.Pixels();
   const auto to_all = MutablePixels();
   for (int row = top; row < bottom; ++row) {
@@ -139,6 +141,10 @@ Surface::Box Surface::Clipped(const Box& box) const {
 void Surface::MakeBlock() const {
   block_ = std::make_shared<Block>();
   block_->pixels.assign(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_), PixelOf(plain_));
+}
+
+void Surface::TellPicture(const FrameBytes& jpeg, int x, int y, int width, int height) const {
+  if (const auto watcher = watcher_.lock()) watcher->PictureDrawn(jpeg, {x, y, x + width - 1, y + height - 1});
 }
 
 // ---- Pictures that nobody has seen yet -----------------------------------------------------------------------------

@@ -9,6 +9,8 @@
 #include <span>
 #include <vector>
 
+#include "platform/frame_bytes.h"
+
 namespace orbelcast {
 
 /// A colour as the interface counts it: red + 256 × green + 65536 × blue.
@@ -81,6 +83,37 @@ class UnseenPicture {
   virtual bool DrawOn(Surface& surface) = 0;
   /// Draws it into memory of somebody else's, as it would cover `surface`. False where it is damaged, or covers less.
   virtual bool DrawInto(const PixelMemory& memory, const Surface& surface) = 0;
+};
+
+/// A box of pixels, both corners included.
+struct PixelBox {
+  int left = 0;
+  int top = 0;
+  int right = -1;
+  int bottom = -1;
+
+  bool Empty() const { return left > right || top > bottom; }
+  bool Covers(const PixelBox& other) const {
+    return left <= other.left && top <= other.top && right >= other.right && bottom >= other.bottom;
+  }
+  bool operator==(const PixelBox&) const = default;
+};
+
+/// Is told what is drawn on a surface, in order, at the moment of drawing: for a front end that draws it again
+/// elsewhere. Whoever looks at the pixels changes nothing, and is not told. Nothing here may draw on the surface.
+class DrawingWatcher {
+ public:
+  DrawingWatcher() = default;
+  virtual ~DrawingWatcher() = default;
+  DrawingWatcher(const DrawingWatcher&) = delete;
+  DrawingWatcher& operator=(const DrawingWatcher&) = delete;
+
+  /// A box, clipped to the surface, got one colour.
+  virtual void Filled(const PixelBox& box, Color color) = 0;
+  /// A JPEG picture was stretched to a box, which may reach beyond the surface.
+  virtual void PictureDrawn(const FrameBytes& jpeg, const PixelBox& box) = 0;
+  /// Another surface was drawn on it, with its top-left corner at (x, y).
+  virtual void SurfaceDrawn(const Surface& source, int x, int y) = 0;
 };
 
 /// A picture in memory: rows from the top, each pixel 32 bits.
@@ -165,6 +198,12 @@ class Surface {
   const std::shared_ptr<Block>& Memory() const { return block_; }
   std::uint64_t Revision() const { return block_ ? block_->revision : 0; }
 
+  /// From now on `watcher` is told what is drawn, by the operations above and by decoders of frames, for as long as it
+  /// lives. It stays with this object, whatever it is exchanged with. One at a time.
+  void Watch(const std::shared_ptr<DrawingWatcher>& watcher) { watcher_ = watcher; }
+  /// To be called by who drew a JPEG picture on it, or gave it to DrawWhenSeen.
+  void TellPicture(const FrameBytes& jpeg, int x, int y, int width, int height) const;
+
   // ---- Pictures that nobody has seen yet ---------------------------------------------------------------------------
 
   /// Draws `picture` in the box at (x, y) when somebody looks, unless later drawings have covered it by then. Where it
@@ -189,17 +228,7 @@ class Surface {
   void GiveBack(std::shared_ptr<Unseen> unseen);
 
  private:
-  struct Box {
-    int left;
-    int top;
-    int right;  ///< Included, as is the bottom.
-    int bottom;
-
-    bool Empty() const { return left > right || top > bottom; }
-    bool Covers(const Box& other) const {
-      return left <= other.left && top <= other.top && right >= other.right && bottom >= other.bottom;
-    }
-  };
+  using Box = PixelBox;
   /// A picture, or where there is none a box in one colour.
   struct Drawing {
     Box box;
@@ -227,6 +256,7 @@ class Surface {
   Color plain_ = 0;       ///< The colour of all pixels while there is no memory.
   bool watched_ = false;  ///< Somebody looked between the last two whole pictures.
   bool newest_was_damaged_ = false;
+  std::weak_ptr<DrawingWatcher> watcher_;
   // Made when somebody looks, which changes nothing that can be seen.
   mutable std::shared_ptr<Block> block_;
   mutable std::shared_ptr<Unseen> unseen_;

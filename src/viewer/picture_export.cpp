@@ -3,12 +3,12 @@
 namespace orbelcast {
 
 void PictureExport::SaveImage(const std::string& Filename) const {
-  DeleteFile(Filename);
+  platform_.files.Delete(Filename);
   const ShownPicture shown = PictureToSave();
   if (const auto* jpeg = std::get_if<FrameBytes>(&shown)) {
-    WriteFile(Filename, jpeg->Bytes());
+    platform_.files.Write(Filename, jpeg->Bytes());
   } else {
-    WriteFile(Filename, EncodeBitmap(*std::get<const Surface*>(shown)));
+    platform_.files.Write(Filename, EncodeBitmap(*std::get<const Surface*>(shown)));
   }
 }
 

@@ -1,5 +1,7 @@
 #include "adapters/curl/curl_http.h"
 
+#include <utility>
+
 #include "adapters/curl/exchange.h"
 #include "adapters/curl/multiplexer.h"
 
@@ -22,6 +24,10 @@ CurlHttp::CurlHttp(MessageLoop& loop) : multiplexer_(std::make_shared<Multiplexe
 
 CurlHttp::~CurlHttp() {
   multiplexer_->Close();
+}
+
+void CurlHttp::AskOnly(ServerRule rule) {
+  multiplexer_->may_ask = std::move(rule);
 }
 
 std::shared_ptr<HttpRequest> CurlHttp::Create() {

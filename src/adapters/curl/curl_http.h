@@ -22,6 +22,10 @@ class CurlHttp final : public HttpRequestFactory, public StreamingHttpFactory {
   CurlHttp(const CurlHttp&) = delete;
   CurlHttp& operator=(const CurlHttp&) = delete;
 
+  /// From now on no other server is asked, by whichever request, nor followed to by a redirect: opening its address is
+  /// refused, and the exchange that it redirects fails.
+  void AskOnly(ServerRule rule);
+
   std::shared_ptr<HttpRequest> Create() override;
   std::shared_ptr<StreamingHttpRequest> CreateStreaming(HttpBodyReader& reader) override;
 

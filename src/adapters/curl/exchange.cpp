@@ -92,7 +92,7 @@ bool Exchange::Open(std::string_view method, std::string_view url, bool async) {
   if (!IsHttpToken(method)) return false;
   if (url != url_ || url_.empty()) {
     auto address = HttpAddress::Parse(url);
-    if (!address) return false;
+    if (!address || !MayAsk(*address)) return false;
     wanted_.address = std::move(*address);
     url_ = url;
   }
@@ -101,6 +101,12 @@ bool Exchange::Open(std::string_view method, std::string_view url, bool async) {
   failure_ = HttpFailure::kNone;
   EnterState(State::kOpened);
   return true;
+}
+
+bool Exchange::MayAsk(const HttpAddress& address) const {
+  if (!multiplexer_->may_ask) return true;
+  const auto [host, port] = address.Server();
+  return multiplexer_->may_ask(host, port);
 }
 
 bool Exchange::SetRequestHeader(std::string_view name, std::string_view value) {
@@ -231,7 +237,7 @@ void Exchange::Ended(CURLcode result) {
     next = asked_;
   } else if (const std::string_view location = answer_.Header("Location"); answer_.IsRedirect() && !location.empty()) {
     next = asked_.Resolve(std::string(location));
-    if (!next || allowance_.redirects-- == 0) return Fail(HttpFailure::kOther);
+    if (!next || !MayAsk(*next) || allowance_.redirects-- == 0) return Fail(HttpFailure::kOther);
     // Kept as it was opened, with the user name in it.
     if (next->SameServer(wanted_.address)) {
       next->origin = wanted_.address.origin;

@@ -116,6 +116,7 @@ class Exchange final : public StreamingHttpRequest, public MultiplexedTransfer, 
   void RememberLogin();
   HeaderLines HeadersFor(const HttpAddress& address);
   bool BeginTransfer(const HttpAddress& address);
+  bool MayAsk(const HttpAddress& address) const;
   bool AnswersLogin();
 
   const std::shared_ptr<Multiplexer> multiplexer_;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdlib>
 #include <memory>
 
 #include "toolkit/ascii.h"
@@ -72,6 +73,14 @@ std::optional<HttpAddress> HttpAddress::Resolve(const std::string& location) con
   if (curl_url_set(url.get(), CURLUPART_URL, location.c_str(), kAsWritten) != CURLUE_OK) return std::nullopt;
   curl_url_set(url.get(), CURLUPART_FRAGMENT, nullptr, 0);
   return Parse(PartOf(url, CURLUPART_URL));
+}
+
+std::pair<std::string, int> HttpAddress::Server() const {
+  const Url url = ParseUrl(origin);
+  if (!url) return {};
+  std::string host = LowerCase(PartOf(url, CURLUPART_HOST));
+  if (host.starts_with('[') && host.ends_with(']')) host = host.substr(1, host.size() - 2);
+  return {std::move(host), std::atoi(PartOf(url, CURLUPART_PORT, CURLU_DEFAULT_PORT).c_str())};
 }
 
 bool HttpAddress::SameServer(const HttpAddress& other) const {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace orbelcast {
 
@@ -21,6 +22,9 @@ struct HttpAddress {
 
   /// Empty where the text is no address that can be asked: another scheme, no host, a control character.
   static std::optional<HttpAddress> Parse(std::string_view url);
+
+  /// Host and port as they are asked, the host without the brackets of a numeric address.
+  std::pair<std::string, int> Server() const;
 
   /// The target of a redirect to `location` from here: a whole address or a part of one, blanks escaped, the
   /// fragment left out. Empty where that is no address that can be asked.

@@ -6,6 +6,7 @@
 #include <optional>
 #include <vector>
 
+#include "platform/http_request.h"
 #include "platform/message_loop.h"
 
 namespace orbelcast {
@@ -41,6 +42,9 @@ class Multiplexer {
   MessageLoop* Loop() const { return loop_; }
   /// Ends every transfer and lets go of the loop; nothing begins any more.
   void Close();
+
+  /// The servers that may be asked. Checked for each address that is opened, and for each that a redirect leads to.
+  ServerRule may_ask = nullptr;
 
   /// A request object was made, or has ended.
   void CountRequests(long change);

@@ -1,0 +1,66 @@
+// <video-server-push>: the stream viewer.
+
+import { ControlElement, addMembers } from "./element.js";
+import { interfaces } from "./interface.js";
+
+const PROPERTIES = Object.entries(interfaces.VideoServerPush.properties).filter(([, { writable }]) => writable);
+const BY_ATTRIBUTE = new Map(PROPERTIES.map(([name, { type }]) => [name.toLowerCase(), { name, type }]));
+
+/** The value of an attribute; one without a text, or with "true" or "yes", is true. */
+function valueOf(text, type) {
+  if (type === "Boolean") return ["", "true", "yes"].includes(text.toLowerCase());
+  return type === "String" ? text : Number(text);
+}
+
+export class VideoServerPushElement extends ControlElement {
+  static control = "VideoServerPush";
+  static observedAttributes = ["url", ...BY_ATTRIBUTE.keys()];
+
+  #connected = null; // the arguments of the Connect that holds
+
+  attributeChangedCallback(attribute, before, text) {
+    if (text === null || text === before) return;
+    if (attribute !== "url") {
+      const { name, type } = BY_ATTRIBUTE.get(attribute);
+      this.setProperty(name, valueOf(text, type));
+    } else if (text) {
+      this.#connected = [text];
+      if (this.session?.isOpen) this.session.act("call", this.name, "Connect", text);
+    } else {
+      this.Disconnect().catch(() => {});
+    }
+  }
+
+  get childNames() {
+    return { VideoStream: "Camera picture", Mira: "Test card", StatusDisplay: "Status" };
+  }
+
+  begin() {
+    if (this.#connected) this.session.act("call", this.name, "Connect", ...this.#connected);
+  }
+
+  Connect(...given) {
+    this.#connected = given;
+    return this.callMethod("Connect", given).then(() => undefined);
+  }
+
+  Disconnect(...given) {
+    this.#connected = null;
+    return this.callMethod("Disconnect", given).then(() => undefined);
+  }
+
+  /** The newest picture as the browser has pictures; null where there is none. */
+  async GetPicture() {
+    const bytes = await this.GetPictureArray();
+    if (bytes.length === 0) return null;
+    return createImageBitmap(new Blob([bytes])).catch(() => null);
+  }
+
+  /** Draws the newest picture at the top-left corner of a canvas. */
+  async RenderPicture(canvas, width = 0, height = 0) {
+    const picture = await this.GetPicture();
+    if (picture) canvas.getContext("2d").drawImage(picture, 0, 0, width || picture.width, height || picture.height);
+  }
+}
+
+addMembers(VideoServerPushElement);
