@@ -163,17 +163,18 @@ class Control:
 
     def _call(self, member: Any, kind: int, values: Any = ()) -> Any:
         self._alive()
-        call = _Call(values)
+        call = _Call(values) if values else None
         result, wrong = native.Variant(), c_uint32()
         starts = native.state.depth > 0 or in_asyncio()
         function, this = (native.start, self._starter) if starts else (native.invoke, self._dispatch)
-        answer = function(this, member["id"], kind, byref(call.arguments), byref(result), byref(wrong))
+        answer = function(this, member["id"], kind, byref(call.arguments) if call else None, byref(result),
+                          byref(wrong))
         if answer < 0:
             what = f"{self._name}.{member['name']}"
             if kind == native.METHOD and wrong.value < len(member["arguments"]):
                 what += f", {member['arguments'][wrong.value]['name']}"
             native.check(answer, what)
-        if answer == native.S_OK:
+        if call and answer == native.S_OK:
             call.write_back()
         value = _result(result)
         self._called()
