@@ -1,5 +1,6 @@
 # Warnings, sanitizers and the compiler cache, for every target of the project.
-add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow
+                    $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor> $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>)
 # Not for packages: other flags and compilers than ours may give other warnings.
 if(NOT ORBELCAST_PACKAGES)
   add_compile_options(-Werror)

@@ -1,5 +1,6 @@
 # The installation, by component: "runtime" (the command line, the camera server, the library that hosts load), "qt" (the
-# player, the widgets' library, the Designer plug-in) and "development" (headers, CMake and pkg-config packages).
+# player, the widgets' library, the Designer plug-in), "python" (the Python package) and "development" (headers, CMake and
+# pkg-config packages).
 include(CMakePackageConfigHelpers)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Orbelcast")
@@ -43,6 +44,17 @@ install(FILES packaging/orbelcast.bash-completion RENAME orbelcast-camera-server
         COMPONENT runtime)
 install(FILES packaging/_orbelcast DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions" COMPONENT runtime)
 
+# ---- C++ without a screen: a header over that one, and the library, linked ----------------------------------------------
+add_library(orbelcast_headless INTERFACE)
+add_library(Orbelcast::Headless ALIAS orbelcast_headless)
+set_target_properties(orbelcast_headless PROPERTIES EXPORT_NAME Headless)
+target_link_libraries(orbelcast_headless INTERFACE orbelcast_host "$<BUILD_INTERFACE:$<TARGET_FILE:orbelcast_library>>"
+                      "$<INSTALL_INTERFACE:$<TARGET_FILE:Orbelcast::Library>>")
+install(TARGETS orbelcast_headless EXPORT OrbelcastHeadlessTargets)
+orbelcast_targets(Headless)
+orbelcast_pkgconfig(orbelcast-headless)
+install(FILES include/orbelcast/headless.h DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/orbelcast" COMPONENT development)
+
 # ---- The widgets -----------------------------------------------------------------------------------------------------
 if(ORBELCAST_QT)
   install(TARGETS orbelcast_qt EXPORT OrbelcastQtTargets
@@ -50,8 +62,16 @@ if(ORBELCAST_QT)
           INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
   orbelcast_targets(Qt)
   orbelcast_pkgconfig(orbelcast-qt)
-  install(FILES include/orbelcast/player_widget.h include/orbelcast/video_server_push_widget.h
-          DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/orbelcast" COMPONENT development)
+  # Without the members that only programs built from the sources can use.
+  foreach(header player_widget.h video_server_push_widget.h)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${host_headers}/orbelcast/${header}")
+    file(READ "${host_headers}/orbelcast/${header}" text)
+    string(REGEX REPLACE "  // ---- For programs that are built from the library's sources.*\n public Q_SLOTS:"
+                         " public Q_SLOTS:" text "${text}")
+    file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/packaging/include/${header}" CONTENT "${text}" @ONLY)
+    install(FILES "${PROJECT_BINARY_DIR}/packaging/include/${header}"
+            DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/orbelcast" COMPONENT development)
+  endforeach()
   install(TARGETS orbelcast-player RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT qt)
   install(FILES packaging/orbelcast.bash-completion RENAME orbelcast-player DESTINATION "${bash_dir}" COMPONENT qt)
   install(FILES packaging/orbelcast-player.desktop DESTINATION "${CMAKE_INSTALL_DATADIR}/applications" COMPONENT qt)
@@ -64,6 +84,11 @@ if(ORBELCAST_QT)
     endif()
   endif()
 endif()
+
+# ---- The Python package ----------------------------------------------------------------------------------------------
+# Where Debian's Python looks below /usr; elsewhere PYTHONPATH names the folder, or pip installs the folder python/.
+install(DIRECTORY python/orbelcast DESTINATION "lib/python3/dist-packages" COMPONENT python
+        FILES_MATCHING PATTERN "*.py" PATTERN "*.pyi" PATTERN "py.typed" PATTERN "__pycache__" EXCLUDE)
 
 # ---- The CMake package -----------------------------------------------------------------------------------------------
 configure_package_config_file("${PROJECT_SOURCE_DIR}/packaging/OrbelcastConfig.cmake.in"

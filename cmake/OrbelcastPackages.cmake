@@ -12,7 +12,7 @@ set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ
     WORLD_EXECUTE)
-set(CPACK_COMPONENTS_ALL runtime qt development)
+set(CPACK_COMPONENTS_ALL runtime qt python development)
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
@@ -65,6 +65,17 @@ set(CPACK_DEBIAN_QT_PACKAGE_CONTROL_EXTRA "${PROJECT_BINARY_DIR}/packaging/shlib
 file(WRITE "${PROJECT_BINARY_DIR}/packaging/shlibs"
      "liborbelcast-qt ${PROJECT_VERSION_MAJOR} orbelcast-qt (>= ${PROJECT_VERSION})\n")
 orbelcast_package(qt orbelcast-qt)
+
+# ---- python3-orbelcast -----------------------------------------------------------------------------------------------
+set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-orbelcast)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "orbelcast (>= ${PROJECT_VERSION}), python3 (>= 3.9)")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS "python3-numpy, python3-pil")
+set(CPACK_DEBIAN_PYTHON_DESCRIPTION "Motion-JPEG cameras in Python
+Frames of a camera server's cameras as bytes, numpy arrays and images, motion
+and other events, alone and inside asyncio, with types for editors and mypy.")
+orbelcast_package(python python3-orbelcast)
 
 # ---- orbelcast-dev ---------------------------------------------------------------------------------------------------
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME orbelcast-dev)

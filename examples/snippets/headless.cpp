@@ -1,18 +1,18 @@
 // README.md shows this program: a viewer without a screen that prints where something moves.
+#include <orbelcast/headless.h>
+
 #include <cstdio>
 
-#include "assembly/headless_platform.h"
-#include "viewer/video_server_push.h"
-
-int main() {
-  orbelcast::HeadlessPlatform platform;
-  const auto viewer = orbelcast::VideoServerPush::Create(platform.Get());
-  viewer->Resize(640 * 15, 480 * 15);  // Twips: 15 a pixel.
-  viewer->Events.MotionDetected.Listen([](int x1, int y1, int x2, int y2) { std::printf("%d %d %d %d\n", x1, y1, x2, y2); });
-  viewer->MotionDetector(true);
-  viewer->MotionByZones(true);
-  std::int32_t sensitivity = 80;
-  viewer->MotionSensivity(sensitivity);
-  viewer->Connect("http://127.0.0.1:8080/live/1");
-  for (;;) platform.Get().loop.Queue().HandleNext();
+int main(int argc, char** argv) {
+  orbelcast::headless::VideoServerPush viewer;
+  viewer.Resize(640 * 15, 480 * 15);  // Twips: 15 a pixel.
+  viewer.Events.MotionDetected = [](int x1, int y1, int x2, int y2) {
+    std::printf("%d %d %d %d\n", x1, y1, x2, y2);
+    std::fflush(stdout);
+  };
+  viewer.MotionDetector(true);
+  viewer.MotionByZones(true);
+  viewer.MotionSensivity(80);
+  viewer.Connect(argc > 1 ? argv[1] : "http://127.0.0.1:8080/live/1");
+  for (;;) viewer.HandleNext();
 }

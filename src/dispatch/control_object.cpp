@@ -1,9 +1,13 @@
 #include "dispatch/control_object.h"
 
 #include <algorithm>
+#include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "dispatch/dispatch.h"
+#include "dispatch/kept_call.h"
 #include "interface/events.h"
 
 namespace orbelcast::server {
@@ -13,6 +17,15 @@ namespace {
 /// A text that a host gave with its size; a null pointer is an empty one.
 std::string TextOf(const char* text, std::uint32_t size) {
   return text != nullptr ? std::string(text, size) : std::string();
+}
+
+PropertyBag BagOf(const PersistedProperty* properties, std::uint32_t count) {
+  PropertyBag bag;
+  for (std::uint32_t i = 0; i < count; ++i) {
+    const PersistedProperty& each = properties[i];
+    bag.insert_or_assign(TextOf(each.key, each.key_size), TextOf(each.text, each.text_size));
+  }
+  return bag;
 }
 
 }  // namespace
@@ -79,12 +92,40 @@ Result ControlObject::Hide() {
 Result ControlObject::Load(const PersistedProperty* properties, std::uint32_t count) {
   if (properties == nullptr && count > 0) return E_POINTER;
   return OnControl([&](void* control) {
-    PropertyBag bag;
-    for (std::uint32_t i = 0; i < count; ++i) {
-      const PersistedProperty& each = properties[i];
-      bag.insert_or_assign(TextOf(each.key, each.key_size), TextOf(each.text, each.text_size));
-    }
-    Class().load(control, std::move(bag));
+    Class().load(control, BagOf(properties, count));
+    return S_OK;
+  });
+}
+
+Result ControlObject::OnOwnStack(std::function<Result(void* control)> work) {
+  return OnControl([&](void* control) {
+    const auto outcome = std::make_shared<std::optional<Result>>();
+    Server().GetPlatform().loop.RunHandler(
+        [control, outcome, work = std::move(work)] { *outcome = Guarded([&] { return work(control); }); });
+    return outcome->value_or(S_FALSE);
+  });
+}
+
+Result ControlObject::Start(std::int32_t id, std::uint16_t kind, Arguments* arguments, Variant* result,
+                            std::uint32_t* wrong_argument) {
+  if (result != nullptr) *result = Variant{};
+  const Arguments given = arguments != nullptr ? *arguments : Arguments{};
+  if (!WellFormed(given)) return E_INVALIDARG;
+  const auto kept = std::make_shared<KeptCall>(given);
+  const Result outcome =
+      OnOwnStack([&server = Server(), &described = Class().interface, kept, id, kind](void* control) {
+        return server::Invoke(control, described, server, id, kind, kept->Get(), &kept->result, &kept->wrong_argument);
+      });
+  if (outcome == S_FALSE) return S_FALSE;
+  kept->HandOver(given, result);
+  if (!Succeeded(outcome) && wrong_argument != nullptr) *wrong_argument = kept->wrong_argument;
+  return outcome;
+}
+
+Result ControlObject::StartLoad(const PersistedProperty* properties, std::uint32_t count) {
+  if (properties == nullptr && count > 0) return E_POINTER;
+  return OnOwnStack([&control_class = Class(), bag = BagOf(properties, count)](void* control) {
+    control_class.load(control, bag);
     return S_OK;
   });
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -12,7 +13,7 @@ namespace orbelcast::server {
 ///
 /// Its last Release ends the control at once; the object itself stays until the calls and events that are in progress
 /// have returned.
-class ControlObject final : public HostObject<IDispatch, IConnectionPointContainer, IControl> {
+class ControlObject final : public HostObject<IDispatch, IConnectionPointContainer, IControl, IStarter> {
  public:
   /// `control` is of that class.
   ControlObject(ControlServer& server, const ControlClass& control_class, std::shared_ptr<void> control,
@@ -27,6 +28,10 @@ class ControlObject final : public HostObject<IDispatch, IConnectionPointContain
   Result Place(float width, float height) override;
   Result Hide() override;
   Result Load(const PersistedProperty* properties, std::uint32_t count) override;
+
+  Result Start(std::int32_t id, std::uint16_t kind, Arguments* arguments, Variant* result,
+               std::uint32_t* wrong_argument) override;
+  Result StartLoad(const PersistedProperty* properties, std::uint32_t count) override;
 
  protected:
   void Ended() override;
@@ -54,6 +59,9 @@ class ControlObject final : public HostObject<IDispatch, IConnectionPointContain
   /// Runs `work` on the control, unless that has ended.
   template <typename Work>
   Result OnControl(Work work);
+  /// Runs `work` on the control and a stack of its own: its result, S_FALSE while it waits. This object may be gone
+  /// when it goes on: `work` keeps what it uses.
+  Result OnOwnStack(std::function<Result(void* control)> work);
   void Raise(const EventEntry& event, std::span<const EventArgument> arguments);
 
   EventPoint point_{*this};

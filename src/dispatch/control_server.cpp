@@ -1,5 +1,6 @@
 #include "dispatch/control_server.h"
 
+#include <algorithm>
 #include <chrono>
 
 #include "dispatch/class_factory.h"
@@ -124,6 +125,27 @@ Result ControlServer::GetClipboardPicture(IPicture** picture) {
   Surface copy = GetPlatform().clipboard.Picture();
   if (copy.Empty()) return S_FALSE;
   *picture = new PictureObject<IPicture>(*this, std::move(copy));
+  return S_OK;
+}
+
+Result ControlServer::GetWaits(LoopDescriptor* descriptors, std::uint32_t capacity, std::uint32_t* count,
+                               std::int64_t* nanoseconds) {
+  if (count == nullptr || nanoseconds == nullptr || (descriptors == nullptr && capacity > 0)) return E_POINTER;
+  const auto waits = GetPlatform().loop.Queue().WaitsFor();
+  if (!waits) return E_NOTIMPL;
+  *count = static_cast<std::uint32_t>(waits->sockets.size());
+  *nanoseconds = waits->next ? waits->next->count() : -1;
+  for (std::uint32_t i = 0; i < std::min(*count, capacity); ++i) {
+    const auto& [socket, events] = waits->sockets[i];
+    descriptors[i] = {socket, static_cast<std::uint16_t>(events.readable), static_cast<std::uint16_t>(events.writable)};
+  }
+  return S_OK;
+}
+
+Result ControlServer::SetDialogs(IHostDialogs* dialogs) {
+  if (dialogs_ == nullptr) return E_NOTIMPL;
+  if (dialogs != nullptr) dialogs->AddRef();
+  dialogs_->SetHost(Held<IHostDialogs>(dialogs));
   return S_OK;
 }
 

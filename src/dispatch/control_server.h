@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "dispatch/control_class.h"
+#include "dispatch/host_dialogs.h"
 #include "dispatch/object.h"
 #include "orbelcast/orbelcast.h"
 #include "platform/platform.h"
@@ -18,7 +19,8 @@ namespace orbelcast::server {
 /// Outlives every object that it made, and is outlived by its platform.
 class ControlServer final : public ObjectCount {
  public:
-  explicit ControlServer(Platform& platform) : platform_(platform) {}
+  /// `dialogs`, where hosts may answer them, is the platform's service and outlives the server.
+  explicit ControlServer(Platform& platform, HostDialogs* dialogs = nullptr) : platform_(platform), dialogs_(dialogs) {}
   ~ControlServer() override;
   ControlServer(const ControlServer&) = delete;
   ControlServer& operator=(const ControlServer&) = delete;
@@ -49,12 +51,15 @@ class ControlServer final : public ObjectCount {
   Result HandleNext(std::int32_t milliseconds);
   Result CreateSurface(std::int32_t width, std::int32_t height, ISurface** surface);
   Result GetClipboardPicture(IPicture** picture);
+  Result GetWaits(LoopDescriptor* descriptors, std::uint32_t capacity, std::uint32_t* count, std::int64_t* nanoseconds);
+  Result SetDialogs(IHostDialogs* dialogs);
 
   void ObjectMade() override { ++objects_; }
   void ObjectGone() override;
 
  private:
   Platform& platform_;
+  HostDialogs* const dialogs_;
   const std::thread::id thread_ = std::this_thread::get_id();
   std::uint32_t objects_ = 0;
   std::uint32_t locks_ = 0;

@@ -99,11 +99,6 @@ class BoundArguments {
   std::vector<ArgumentValue> before_;
 };
 
-bool WellFormed(const Arguments& arguments) {
-  return arguments.named_count <= arguments.count && (arguments.count == 0 || arguments.values != nullptr) &&
-         (arguments.named_count == 0 || arguments.names != nullptr);
-}
-
 Result GetProperty(void* control, const PropertyEntry& property, const Arguments& arguments, ObjectCount& count,
                    Variant& result) {
   if (arguments.count > 0) return DISP_E_BADPARAMCOUNT;
@@ -183,6 +178,11 @@ class RaisedArgument {
 };
 
 }  // namespace
+
+bool WellFormed(const Arguments& arguments) {
+  return arguments.named_count <= arguments.count && (arguments.count == 0 || arguments.values != nullptr) &&
+         (arguments.named_count == 0 || arguments.names != nullptr);
+}
 
 Result GetIDsOfNames(const ControlInterface& described, const char* const* names, std::uint32_t count,
                      std::int32_t* ids) {

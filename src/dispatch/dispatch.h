@@ -12,6 +12,9 @@ namespace orbelcast::server {
 Result GetIDsOfNames(const ControlInterface& described, const char* const* names, std::uint32_t count,
                      std::int32_t* ids);
 
+/// Whether the counts and pointers of a call's arguments agree.
+bool WellFormed(const Arguments& arguments);
+
 /// IDispatch::Invoke on `control`, an object of the class with that interface. Objects in the result are counted in
 /// `count`.
 Result Invoke(void* control, const ControlInterface& described, ObjectCount& count, std::int32_t id, std::uint16_t kind,

@@ -7,10 +7,10 @@
 
 namespace orbelcast::server {
 
-/// The common base of class factories and controls: the message loop and the list of members.
+/// The common base of class factories and controls: the message loop, dialogs, and the list of members.
 template <typename First, typename... Interfaces>
-class HostObject : public Object<First, Interfaces..., IHostServices, IMemberList> {
-  using Base = Object<First, Interfaces..., IHostServices, IMemberList>;
+class HostObject : public Object<First, Interfaces..., IHostServices, IMemberList, IHostLoop, IDialogServices> {
+  using Base = Object<First, Interfaces..., IHostServices, IMemberList, IHostLoop, IDialogServices>;
 
  public:
   HostObject(ControlServer& server, const ControlClass& control_class)
@@ -27,6 +27,14 @@ class HostObject : public Object<First, Interfaces..., IHostServices, IMemberLis
   }
   Result GetClipboardPicture(IPicture** picture) override {
     return Entered([&] { return server_.GetClipboardPicture(picture); });
+  }
+
+  Result GetWaits(LoopDescriptor* descriptors, std::uint32_t capacity, std::uint32_t* count,
+                  std::int64_t* nanoseconds) override {
+    return Entered([&] { return server_.GetWaits(descriptors, capacity, count, nanoseconds); });
+  }
+  Result SetDialogs(IHostDialogs* dialogs) override {
+    return Entered([&] { return server_.SetDialogs(dialogs); });
   }
 
   std::uint32_t GetCount() override { return static_cast<std::uint32_t>(class_.members.size()); }

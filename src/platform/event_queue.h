@@ -3,6 +3,8 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <optional>
+#include <vector>
 
 namespace orbelcast {
 
@@ -49,6 +51,18 @@ class EventQueue {
   /// Waits until something is due and handles it. Returns after at least one callback ran, or when the platform woke
   /// it.
   virtual void HandleNext() = 0;
+
+  /// What a host with a loop of its own has to wait for before HandleDue has something to do.
+  struct Waits {
+    struct Socket {
+      int socket;
+      SocketEvents events;
+    };
+    std::vector<Socket> sockets;
+    std::optional<Nanoseconds> next;  ///< Time until a timer or a posted call is due, not negative; none where none is.
+  };
+  /// What the queue waits for just now; none where it cannot tell, since a toolkit does the waiting.
+  virtual std::optional<Waits> WaitsFor() const { return std::nullopt; }
 
   /// How long a look at the queue counts as fresh: a yield within this time may be answered without another look.
   /// Zero where every yield is to look (tests).

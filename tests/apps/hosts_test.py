@@ -35,8 +35,7 @@ class HostsTest(unittest.TestCase):
         saved = self.folder / "saved.jpg"
         with Server("--folder", str(pictures)) as server:
             for host in HOSTS:
-                interpreter = [sys.executable] if host.endswith(".py") else []
-                run = subprocess.run([*interpreter, host, LIBRARY, f"http://127.0.0.1:{server.port}/live/1", saved],
+                run = subprocess.run([host, LIBRARY, f"http://127.0.0.1:{server.port}/live/1", saved],
                                      capture_output=True, text=True, timeout=TIMEOUT)
                 self.assertEqual((run.returncode, run.stderr), (0, ""), host)
                 for line in ("FrameRate: 30", "Connected", "StreamInfo", "can unload: yes"):

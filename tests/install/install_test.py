@@ -5,14 +5,21 @@ import os
 import pathlib
 import re
 import shlex
+import shutil
 import subprocess
 import sys
 import tempfile
 import unittest
+import zipfile
 
 BUILD, SERVER = sys.argv[1:]
 ROOT = pathlib.Path(__file__).parent.parent.parent
+del sys.argv[1]
+sys.path.insert(0, str(ROOT / "tests/apps/camera_server"))
+from camera_server import Server  # noqa: E402
+
 TIMEOUT = 200
+PYTHON = "/usr/bin/python3"  # which has what the wheel is made with
 
 
 class InstallTest(unittest.TestCase):
@@ -59,6 +66,30 @@ class InstallTest(unittest.TestCase):
         self.assertTrue(self.library.samefile((build / "library").read_text()))
         self.check(build / "host", self.compile(source, "orbelcast"), "--qt")
 
+    def test_the_python_package(self):
+        wheels, source = self.folder / "wheels", self.folder / "python"
+        shutil.copytree(ROOT / "python", source)
+        self.run_command(PYTHON, "-m", "pip", "wheel", "--no-index", "--no-build-isolation", "-w", wheels, source)
+        [wheel] = wheels.iterdir()
+        for package in (wheel, self.prefix / "lib/python3/dist-packages"):
+            program = ("import orbelcast, pathlib; print(pathlib.Path(orbelcast.__file__).parts[-3], "
+                       "orbelcast.VideoServerPush().let('FrameRate', 40))")
+            printed = self.run_command(PYTHON, "-c", program, PYTHONPATH=str(package),
+                                       LD_LIBRARY_PATH=str(self.library.parent))
+            self.assertEqual(printed.split(), [package.name, "30"])
+        self.assertLessEqual({"orbelcast/py.typed", "orbelcast/controls.pyi"}, set(zipfile.ZipFile(wheel).namelist()))
+
+    def test_a_program_without_a_screen(self):
+        source = ROOT / "examples/snippets/headless.cpp"
+        build = self.build(ROOT / "tests/install/server_host", "-DCOMPONENT=Headless", f"-DHOST={source}")
+        with Server() as server:
+            for program in (build / "host", self.compile(source, "orbelcast-headless")):
+                host = subprocess.Popen([program, f"http://127.0.0.1:{server.port}/live/1"], stdout=subprocess.PIPE,
+                                        text=True, env={**os.environ, "LD_LIBRARY_PATH": str(self.library.parent)})
+                with host:
+                    self.assertRegex(host.stdout.readline(), r"^\d+ \d+ \d+ \d+$")  # something moved
+                    host.kill()
+
     def test_documents(self):
         documents = self.prefix / "share/doc/orbelcast"
         for name in ("LICENSE", "README.md", "docs/images/player.png", "examples/qt/CMakeLists.txt"):
@@ -70,6 +101,8 @@ class InstallTest(unittest.TestCase):
 
     @unittest.skipUnless(pathlib.Path(BUILD, "bin/orbelcast-player").exists(), "there are no widgets")
     def test_qt_applications(self):
+        for header in (self.prefix / "include/orbelcast").glob("*_widget.h"):
+            self.assertNotIn("Platform&", header.read_text(), header)
         form = self.build(ROOT / "examples/form") / "example-form"
         self.check("--qt", form, self.compile(ROOT / "examples/qt/main.cpp", "orbelcast-qt"))
 

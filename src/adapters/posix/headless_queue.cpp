@@ -47,6 +47,17 @@ void HeadlessQueue::HandleNext() {
   }
 }
 
+std::optional<EventQueue::Waits> HeadlessQueue::WaitsFor() const {
+  Waits waits;
+  for (const Watch& each : watches_) waits.sockets.push_back({each.socket, each.events});
+  if (!posted_.empty()) {
+    waits.next = Nanoseconds::zero();
+  } else if (!timers_.empty()) {
+    waits.next = std::max(Nanoseconds::zero(), timers_.back().due - Now());
+  }
+  return waits;
+}
+
 bool HeadlessQueue::Look(Patience patience) {
   const bool uninterrupted = PollSockets(patience);
   CallTimers();

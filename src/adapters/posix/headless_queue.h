@@ -28,6 +28,7 @@ class HeadlessQueue final : public EventQueue {
   void Post(std::function<void()> callback) override;
   void HandleDue() override;
   void HandleNext() override;
+  std::optional<Waits> WaitsFor() const override;
 
  private:
   struct ArmedTimer {

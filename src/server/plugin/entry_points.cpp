@@ -16,10 +16,11 @@ namespace orbelcast::server {
 
 namespace {
 
-/// A control server with the platform that its controls run on. Every dialog is cancelled, since there is no screen.
+/// A control server with the platform that its controls run on. There is no screen: dialogs are the host's to answer.
 struct HostedServer {
-  HeadlessPlatform platform;
-  ControlServer server{platform.Get()};
+  HostDialogs dialogs;
+  HeadlessPlatform platform{dialogs};
+  ControlServer server{platform.Get(), &dialogs};
 };
 
 /// The server while anything of it is used: of the thread that asked first, and of it alone until all is given back. A
