@@ -125,6 +125,7 @@ export class ControlElement extends HTMLElement {
   #end() {
     this.#session?.close();
     this.#session = null;
+    this.#closeWindows();
     this.#inside.replaceChildren();
     if (this.#ready.done) this.#ready = withResolvers();
   }

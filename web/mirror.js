@@ -225,7 +225,9 @@ export class Mirror {
   }
 
   draw(line, bytes) {
-    this.children.get(line.draw)?.draw({ ...line, bytes });
+    const child = this.children.get(line.draw);
+    if (child) child.draw({ ...line, bytes });
+    else if (bytes) this.painted(line.draw);
   }
 
   painted(path) {

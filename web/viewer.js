@@ -17,6 +17,7 @@ export class VideoServerPushElement extends ControlElement {
   static observedAttributes = ["url", ...BY_ATTRIBUTE.keys()];
 
   #connected = null; // the arguments of the Connect that holds
+  #waiting = 0; // calls of it that a page waits for
 
   attributeChangedCallback(attribute, before, text) {
     if (text === null || text === before) return;
@@ -36,12 +37,15 @@ export class VideoServerPushElement extends ControlElement {
   }
 
   begin() {
-    if (this.#connected) this.session.act("call", this.name, "Connect", ...this.#connected);
+    if (this.#connected && this.#waiting === 0) this.session.act("call", this.name, "Connect", ...this.#connected);
   }
 
   Connect(...given) {
     this.#connected = given;
-    return this.callMethod("Connect", given).then(() => undefined);
+    this.#waiting += 1;
+    return this.callMethod("Connect", given)
+      .finally(() => (this.#waiting -= 1))
+      .then(() => undefined);
   }
 
   Disconnect(...given) {

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "assembly/headless_platform.h"
+#include "common/access.h"
 #include "common/command_line.h"
 #include "common/credentials_file.h"
 #include "common/stop_signals.h"
