@@ -13,7 +13,8 @@
 
 namespace orbelcast {
 
-// The files of web/, which the build embeds.
+// The files of web/, which the build embeds under their names.
+// NOLINTBEGIN(readability-identifier-naming)
 namespace resources {
 extern const std::span<const std::uint8_t> drawing_js;
 extern const std::span<const std::uint8_t> element_js;
@@ -30,6 +31,7 @@ extern const std::span<const std::uint8_t> session_js;
 extern const std::span<const std::uint8_t> style_js;
 extern const std::span<const std::uint8_t> viewer_js;
 }  // namespace resources
+// NOLINTEND(readability-identifier-naming)
 
 namespace {
 
@@ -45,7 +47,7 @@ struct WebFile {
 };
 
 std::span<const WebFile> WebFiles() {
-  static const std::array kFiles{
+  static const std::array files{
       WebFile{"/", resources::gateway_html, kHtml},
       WebFile{"/gateway.js", resources::gateway_js, kScript},
       WebFile{"/gateway.css", resources::gateway_css, kCss},
@@ -61,7 +63,7 @@ std::span<const WebFile> WebFiles() {
       WebFile{"/style.js", resources::style_js, kScript},
       WebFile{"/viewer.js", resources::viewer_js, kScript},
   };
-  return kFiles;
+  return files;
 }
 
 HttpReply Refusal(unsigned status, std::string why) {

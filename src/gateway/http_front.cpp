@@ -396,6 +396,7 @@ void HttpFront::Server::Connection::LookForLife() {
 HttpFront::HttpFront(EventQueue& queue, Handlers handlers)
     : server_(std::make_shared<Server>(queue, std::move(handlers))) {}
 
+// NOLINTNEXTLINE(bugprone-exception-escape): what escapes is a lack of memory, which ends the program.
 HttpFront::~HttpFront() {
   server_->End();
 }

@@ -54,7 +54,7 @@ class HttpFront {
   /// `queue` outlives it.
   HttpFront(EventQueue& queue, Handlers handlers);
   /// Closes every connection.
-  ~HttpFront();
+  ~HttpFront();  // NOLINT(bugprone-exception-escape): what escapes is a lack of memory, which ends the program.
   HttpFront(const HttpFront&) = delete;
   HttpFront& operator=(const HttpFront&) = delete;
 

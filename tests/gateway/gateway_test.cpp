@@ -96,7 +96,7 @@ class NotingPage final : public Page {
   void Close(const std::string& why) override { lines.push_back(why); }
 
   std::string Last() {
-    const std::string last = lines.empty() ? "" : lines.back();
+    std::string last = lines.empty() ? "" : lines.back();
     lines.clear();
     return last;
   }
