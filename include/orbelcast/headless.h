@@ -93,9 +93,10 @@ class Control {
   /// Hands a player what its container keeps for it, by key ("Server"). It may wait for the server.
   void Load(const std::vector<std::pair<std::string_view, std::string_view>>& kept) {
     std::vector<server::PersistedProperty> properties;
+    properties.reserve(kept.size());
     for (const auto& [key, text] : kept) {
-      properties.push_back({key.data(), static_cast<std::uint32_t>(key.size()), static_cast<std::uint32_t>(text.size()),
-                            text.data()});
+      properties.push_back(
+          {key.data(), static_cast<std::uint32_t>(key.size()), static_cast<std::uint32_t>(text.size()), text.data()});
     }
     Check(control_.As<server::IControl>()->Load(properties.data(), static_cast<std::uint32_t>(properties.size())));
   }
@@ -162,7 +163,8 @@ class Control {
     const auto kept = handler;
     [&]<std::size_t... I>(std::index_sequence<I...>) {
       kept(FromVariant<std::decay_t<Values>>(arguments.values[I])...);
-    }(std::index_sequence_for<Values...>());
+    }
+    (std::index_sequence_for<Values...>());
   }
 
  private:

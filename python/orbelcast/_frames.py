@@ -8,7 +8,7 @@ import time
 import zlib
 from ctypes import byref, c_int32, c_void_p
 from datetime import datetime
-from typing import TYPE_CHECKING, Any, AsyncIterator, Iterator, List, Optional, Tuple
+from typing import TYPE_CHECKING, Any, AsyncIterator, Iterator, Optional, Tuple
 
 from . import _native as native
 from ._control import Control, _look
@@ -84,15 +84,22 @@ class Frame:
 
     The picture is decoded when it is first looked at: by the library while it is the viewer's newest, and by PIL later.
     """
-    __slots__ = ("number", "time_code", "time", "jpeg", "_viewer", "_picture")
+    __slots__ = ("number", "time_code", "jpeg", "_viewer", "_picture")
 
-    def __init__(self, viewer: "Viewer", parts: List[str]) -> None:
+    def __init__(self, viewer: "Viewer") -> None:
         self.number = viewer._number  # of the viewer's frames, from 1
-        self.time_code = parts[7]  # as the server sent it, or this machine's clock
-        self.time = _time_of(parts)  # None where that is no time
+        self.time_code = viewer._time_code  # as the server sent it, or this machine's clock
         self.jpeg: bytes = viewer.GetPictureArray()  # type: ignore[attr-defined]  # the server's bytes, as they came
         self._viewer = viewer
         self._picture: Optional[Picture] = None
+
+    @property
+    def time(self) -> Optional[datetime]:
+        """The time that the time code tells, in the camera's zone; None where it tells none."""
+        try:
+            return datetime.strptime(self.time_code[:14], "%Y%m%d%H%M%S")
+        except ValueError:
+            return None
 
     @property
     def picture(self) -> Optional[Picture]:
@@ -129,20 +136,12 @@ class Frame:
         return f"<orbelcast.Frame {self.number}, {self.time_code}, {len(self.jpeg)} bytes>"
 
 
-def _time_of(parts: List[str]) -> Optional[datetime]:
-    try:
-        year, month, day, hour, minute, second = map(int, parts[:6])
-        return datetime(year, month, day, hour, minute, second)
-    except ValueError:
-        return None
-
-
 class Viewer(Control):
     """A control with a stream."""
 
     _stream = ""  # connecting, connected, failed, disconnected; empty before the first Connect
     _number = 0
-    _parts: List[str] = []
+    _time_code = ""
     _watchers = 0
     _wakers: Tuple[Any, ...] = ()
 
@@ -157,7 +156,7 @@ class Viewer(Control):
         if event == _TIME_CODE:
             self._number += 1
             if self._watchers:
-                self._parts = [native.from_variant(arguments.values[i]) for i in range(8)]
+                self._time_code = native.from_variant(arguments.values[7])
         elif event == _CONNECTED:
             self._stream = "connected"
         elif event == _CONNECTION_FAILED:
@@ -223,7 +222,7 @@ class Frames:
         self._seen = self._viewer._number
         if self._left is not None:
             self._left -= 1
-        return Frame(self._viewer, self._viewer._parts)
+        return Frame(self._viewer)
 
     def __iter__(self) -> Iterator[Frame]:
         self._begin()

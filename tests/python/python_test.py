@@ -129,6 +129,7 @@ class Frames(PythonTest):
         expected = numpy.asarray(Image.open(PICTURE).convert("RGB")).astype(int)
         for frame, array in frames:  # they outlive the viewer
             self.assertEqual(frame.jpeg, PICTURE.read_bytes())
+            self.assertLess(abs(frame.time.timestamp() - time.time()), TIMEOUT)
             self.assertLess(abs(array[:, :, ::-1] - expected).mean(), 2)
             self.assertEqual(numpy.asarray(frame.image).tolist(), array[:, :, ::-1].tolist())
         self.assertFalse(array.flags.writeable or array.flags.owndata)
