@@ -148,17 +148,22 @@ class Frames(PythonTest):
             self.assertEqual(len(list(viewer.frames(seconds=TIMEOUT, count=2))), 2)
 
     def test_frames_keep_no_memory(self):
-        with orbelcast.VideoServerPush() as viewer:
+        frames, viewers = [], [orbelcast.VideoServerPush(FrameRate=30) for _ in range(16)]
+
+        def told(viewer):
+            frames.append(len(viewer.GetPictureArray()) + viewer.GetPicture().array[0, 0, 0])
+
+        def memory_after(count):
+            self.assertTrue(orbelcast.run(TIMEOUT, until=lambda: len(frames) >= count))
+            return int(pathlib.Path("/proc/self/statm").read_text().split()[1]) * resource.getpagesize()
+
+        for viewer in viewers:
+            viewer.on("VigilboxTCR", lambda *_, viewer=viewer: told(viewer))
             viewer.Connect(self.url)
-
-            def look(count):
-                for _ in range(count):
-                    viewer.Pulse()
-                    viewer.GetPictureArray(), viewer.GetPicture().array
-                return resource.getrusage(resource.RUSAGE_SELF).ru_maxrss  # KB
-
-            before = look(200)
-            self.assertLess(look(1000) - before, 2000)
+        before = memory_after(500)
+        self.assertLess(memory_after(3000) - before, 2500 * PICTURE.stat().st_size / 2)
+        for viewer in viewers:
+            viewer.close()
 
     def test_other_threads_run_while_the_loop_waits(self):
         turns, ended = [], threading.Event()
