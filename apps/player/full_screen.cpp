@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "player/user_control1.h"
+#include "widgets/full_screen_widget.h"
 
 namespace orbelcast {
 
@@ -66,13 +67,13 @@ bool FullScreen::eventFilter(QObject* watched, QEvent* event) {
 PictureFullScreen::PictureFullScreen(PlayerWidget& player, std::function<void(VideoServerPushWidget&)> opened)
     : QObject(&player) {
   FullScreenWindow& screen = player.Control().XFullScreen;
-  auto* const window = player.findChild<QWidget*>(QStringLiteral("XFullScreen"));
+  auto* const window = static_cast<FullScreenWidget*>(player.findChild<QWidget*>(QStringLiteral("XFullScreen")));
   for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_F11}) {
     QObject::connect(new QShortcut(QKeySequence(key), window), &QShortcut::activated, window,
                      [&screen] { LeaveAsAPressDoes(screen); });
   }
   opened_ = screen.Opened.Connect([window, opened = std::move(opened)] {
-    auto* const viewer = window->findChild<VideoServerPushWidget*>();
+    VideoServerPushWidget* const viewer = window->Viewer();
     if (viewer == nullptr) return;
     opened(*viewer);
     new Hint(*viewer, tr("Esc, F11 or a click leaves the full screen"));

@@ -15,6 +15,10 @@ class FullScreenWidget final : public WindowWidget {
   /// `window` and `platform` outlive the widget.
   FullScreenWidget(FullScreenWindow& window, Platform& platform, QWidget* parent);
 
+  /// The viewer that fills it; null while it is closed. The one before may still be among its children, and is about to
+  /// end.
+  VideoServerPushWidget* Viewer() const { return viewer_; }
+
  protected:
   void Fill() override;
   void Empty() override;

@@ -27,6 +27,7 @@
 #include "fakes/scripted_server.h"
 #include "fakes/small_jpeg.h"
 #include "player/user_control1.h"
+#include "widgets/full_screen_widget.h"
 #include "widgets/qt_platform.h"
 
 namespace orbelcast {
@@ -266,7 +267,7 @@ TEST_F(PlayerWidgetTest, FullScreenHidesTheRestingPointerAndEndsWithAPressAlone)
     Click(16);
     auto* full = Shown<QDialog>("XFullScreen");
     EXPECT_EQ(full->size(), window->screen()->size());
-    auto* viewer = full->findChild<VideoServerPushWidget*>();
+    auto* viewer = static_cast<FullScreenWidget*>(full)->Viewer();
     EXPECT_EQ(viewer->size(), full->size());
     ASSERT_TRUE(Until([&] { return viewer->Control().VideoStream.Visible.Get(); }));
     QTest::keyClick(full, Qt::Key_Escape);
