@@ -17,6 +17,13 @@ class HeadlessPlatform {
   /// `dialogs`, which outlives the platform, does.
   explicit HeadlessPlatform(Dialogs& dialogs) : services_(queue_, screen_, clipboard_, dialogs) {}
 
+  ~HeadlessPlatform() {
+    services_.EndHandlers();
+    queue_.DropPosted();
+  }
+  HeadlessPlatform(const HeadlessPlatform&) = delete;
+  HeadlessPlatform& operator=(const HeadlessPlatform&) = delete;
+
   Platform& Get() { return services_.Get(); }
   /// No other server is asked, from now on.
   void AskOnly(ServerRule rule) { services_.AskOnly(std::move(rule)); }

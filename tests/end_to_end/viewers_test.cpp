@@ -75,7 +75,8 @@ TEST_F(ViewersTest, DeadCamerasTakeNothingFromLiveOnes) {
   ASSERT_TRUE(Run(milliseconds(2000), [&] { return frames >= kEach; }));
   frames = 0;
   Run(milliseconds(kSeconds * 1000));
-  EXPECT_GE(frames, 0.95 * kEach * kRate * kSeconds);
+  // One that held up the others until its time-out would leave them next to none; a busy machine takes some.
+  EXPECT_GE(frames, 0.75 * kEach * kRate * kSeconds);
 }
 
 TEST_F(ViewersTest, AMosaicGoesRoundManyCamerasOfWhichAThirdIsDead) {

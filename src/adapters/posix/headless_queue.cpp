@@ -37,6 +37,11 @@ void HeadlessQueue::Post(std::function<void()> callback) {
   posted_.push_back({++last_id_, std::move(callback)});
 }
 
+// The end of what they hold may post more.
+void HeadlessQueue::DropPosted() {
+  while (!posted_.empty()) std::exchange(posted_, {});
+}
+
 void HeadlessQueue::HandleDue() {
   Look(Patience::kNone);
 }

@@ -30,6 +30,9 @@ class HeadlessQueue final : public EventQueue {
   void HandleNext() override;
   std::optional<Waits> WaitsFor() const override;
 
+  /// Gives up what was posted and has not run, with what it holds: before the services go that it may use.
+  void DropPosted();
+
  private:
   struct ArmedTimer {
     Nanoseconds due;
