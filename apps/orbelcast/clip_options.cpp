@@ -47,7 +47,7 @@ ClipContainer ContainerOf(const std::filesystem::path& file) {
 }
 
 std::filesystem::path ParseClipFile(const std::string& option, const std::string& text, ClipPictures pictures) {
-  const std::filesystem::path file(text);
+  std::filesystem::path file(text);
   const bool avi = ContainerOf(file) == ClipContainer::kAvi;
   const bool matroska = EqualIgnoringCase(file.extension().string(), ".mkv") || IsStandardStream(file);
   if (pictures == ClipPictures::kDrawn && !avi) throw UsageError(option, "the clip's name must end in .avi");
