@@ -1,6 +1,6 @@
 #include "common/pixel_size.h"
 
-#include "common/whole_number.h"
+#include "toolkit/whole_number.h"
 
 namespace orbelcast {
 

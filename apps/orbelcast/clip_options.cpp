@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <iostream>
 #include <string_view>
 
 #include "common/command_line.h"
@@ -97,17 +96,15 @@ bool HasContent(const std::filesystem::path& file) {
   return !error && size > 0;
 }
 
-bool TellIfTaken(const ClipOptions& options) {
-  if (IsStandardStream(options.file)) return false;
+std::optional<Problem> WhyTaken(const ClipOptions& options) {
+  if (IsStandardStream(options.file)) return std::nullopt;
   std::error_code error;
   const std::string file = options.file.string();
   if (std::filesystem::is_other(options.file, error)) {
-    std::cerr << "orbelcast: " << file << " is no file that a clip can be in\n";
-    return true;
+    return Problem{.kind = "unwritable", .text = file + " is no file that a clip can be in"};
   }
-  if (options.overwrite || !HasContent(options.file)) return false;
-  std::cerr << "orbelcast: " << file << " is there already; --overwrite replaces it\n";
-  return true;
+  if (options.overwrite || !HasContent(options.file)) return std::nullopt;
+  return Problem{.kind = "exists", .text = file + " is there already; --overwrite replaces it"};
 }
 
 }  // namespace orbelcast

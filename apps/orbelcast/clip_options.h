@@ -1,8 +1,10 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
+#include "orbelcast/problem.h"
 #include "platform/dialogs.h"
 #include "platform/jpeg_clip.h"
 
@@ -34,7 +36,7 @@ void AddClipOptions(CommandLine& command, ClipOptions& options, ClipPictures pic
 /// Whether the file holds something that a clip would replace.
 bool HasContent(const std::filesystem::path& file);
 
-/// Reports on standard error why the clip's file cannot be written. False where it can.
-bool TellIfTaken(const ClipOptions& options);
+/// Why the clip's file cannot be written; nothing where it can.
+std::optional<Problem> WhyTaken(const ClipOptions& options);
 
 }  // namespace orbelcast

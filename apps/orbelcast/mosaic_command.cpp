@@ -145,7 +145,11 @@ ExitStatus RunMosaic(MosaicOptions& options) {
     return kNoPictures;
   }
   if (options.window) return ShowInWindow(options);
-  return TellIfTaken(options.clip) ? kBadUsage : MosaicHost(options).Run();
+  if (const auto problem = WhyTaken(options.clip)) {
+    Tell(*problem, std::cerr);
+    return kBadUsage;
+  }
+  return MosaicHost(options).Run();
 }
 
 }  // namespace

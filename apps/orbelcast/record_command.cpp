@@ -157,13 +157,14 @@ class Recording {
 /// Records until the options, a failure or a signal end it, and prints a line about the finished clip. How far it is
 /// goes to standard error, where that is a terminal.
 ExitStatus Record(RecordOptions& options) {
-  if (!options.segment && TellIfTaken(options.clip)) return kBadUsage;
-  if (const auto problem = FindPicture(options.stream, options.time_out)) {
-    Tell(*problem, std::cerr);
+  const auto fail = [&options](const Problem& problem, ExitStatus status) {
+    Tell(problem, std::cerr);
     if (options.json)
-      std::cout << ToLine(Json{{"file", options.clip.file.string()}, {"error", ToJson(*problem)}}) << '\n';
-    return kNoPictures;
-  }
+      std::cout << ToLine(Json{{"file", options.clip.file.string()}, {"error", ToJson(problem)}}) << '\n';
+    return status;
+  };
+  if (const auto problem = options.segment ? std::nullopt : WhyTaken(options.clip)) return fail(*problem, kBadUsage);
+  if (const auto problem = FindPicture(options.stream, options.time_out)) return fail(*problem, kNoPictures);
   return Recording(options).Run();
 }
 

@@ -16,7 +16,6 @@ namespace orbelcast {
 
 namespace {
 
-constexpr int kMaxPort = 65535;
 constexpr int kUsualPort = 8090;
 
 struct ServeOptions {
@@ -94,7 +93,9 @@ CommandRun BuildServe(CommandLine& command) {
       .AddText("--listen", options->address,
                "The numeric address to listen at (default: 127.0.0.1, this machine alone)")
       .ValueName("ADDRESS");
-  command.AddNumber("--port", options->port, 0, kMaxPort, "The port; 0 is one that the system picks (default: 8090)")
+  command
+      .AddNumber("--port", options->port, 0, AllowedServers::kMaxPort,
+                 "The port; 0 is one that the system picks (default: 8090)")
       .ValueName("PORT");
   command
       .AddText(

@@ -3,11 +3,11 @@
 #include <algorithm>
 
 #include "adapters/posix/configuration_file.h"
-#include "common/whole_number.h"
 #include "protocol/limits.h"
 #include "protocol/relay.h"
 #include "protocol/text.h"
 #include "toolkit/ascii.h"
+#include "toolkit/whole_number.h"
 
 namespace orbelcast {
 

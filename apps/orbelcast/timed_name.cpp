@@ -4,7 +4,7 @@
 #include <chrono>
 #include <ctime>
 
-#include "common/whole_number.h"
+#include "toolkit/whole_number.h"
 
 namespace orbelcast {
 

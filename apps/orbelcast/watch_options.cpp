@@ -9,10 +9,10 @@
 #include "common/command_line.h"
 #include "common/option_values.h"
 #include "common/standard_stream.h"
-#include "common/whole_number.h"
 #include "interface/events.h"
 #include "orbelcast/camera_options.h"
 #include "protocol/text.h"
+#include "toolkit/whole_number.h"
 
 namespace orbelcast {
 

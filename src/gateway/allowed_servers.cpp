@@ -1,22 +1,18 @@
 #include "gateway/allowed_servers.h"
 
 #include <algorithm>
-#include <charconv>
 #include <optional>
 
 #include "toolkit/ascii.h"
+#include "toolkit/whole_number.h"
 
 namespace orbelcast {
 
 namespace {
 
-constexpr int kMaxPort = 65535;
-
 std::optional<int> ParsePort(std::string_view text) {
-  int port = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
-  if (error != std::errc() || end != text.data() + text.size() || port < 1 || port > kMaxPort) return std::nullopt;
-  return port;
+  const auto port = WholeNumber<int>(text);
+  return port && *port >= 1 && *port <= AllowedServers::kMaxPort ? port : std::nullopt;
 }
 
 bool IsHost(std::string_view host) {

@@ -10,6 +10,8 @@ namespace orbelcast {
 /// wherever a server redirects to.
 class AllowedServers {
  public:
+  static constexpr int kMaxPort = 65535;
+
   /// Adds "HOST:PORT"; "HOST", which is its ports 80 and 443; or "HOST:*", all of its ports. A numeric address of
   /// version 6 is in brackets. False where `text` is none of these.
   bool Add(std::string_view text);

@@ -1,5 +1,7 @@
 #include "gateway/gateway.h"
 
+#include <openssl/crypto.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -72,11 +74,7 @@ HttpReply Refusal(unsigned status, std::string why) {
 
 /// Equal, in a time that does not tell where they differ.
 bool EqualInEqualTime(std::string_view a, std::string_view b) {
-  unsigned different = a.size() == b.size() ? 0 : 1;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    different |= static_cast<unsigned char>(a[i] ^ (b.empty() ? '\0' : b[i % b.size()]));
-  }
-  return different == 0;
+  return a.size() == b.size() && CRYPTO_memcmp(a.data(), b.data(), a.size()) == 0;
 }
 
 /// The host of "host:port" or "[address]:port".

@@ -237,8 +237,9 @@ class Record(Commands):
 
         # It is not replaced unasked, nor when there is nothing to put in its place.
         before = clip.read_bytes()
-        done = orbelcast("record", self.live(1), clip, "--frames", "1")
-        self.assertEqual((done.returncode, clip.read_bytes()), (2, before))
+        done = orbelcast("record", self.live(1), clip, "--frames", "1", "--json")
+        kind = json.loads(done.stdout)["error"]["kind"]
+        self.assertEqual((done.returncode, clip.read_bytes(), kind), (2, before, "exists"))
         done = orbelcast("record", f"http://{self.dead}/", clip, "--frames", "1", "--overwrite")
         self.assertEqual((done.returncode, clip.read_bytes(), self.left()), (1, before, ["yard.avi"]))
 

@@ -11,13 +11,13 @@
 
 #include "common/http_status.h"
 #include "common/shown_text.h"
-#include "common/whole_number.h"
 #include "orbelcast/camera_address.h"
 #include "orbelcast/doctor/time_code.h"
 #include "protocol/relay.h"
 #include "protocol/server_address.h"
 #include "protocol/text.h"
 #include "toolkit/ascii.h"
+#include "toolkit/whole_number.h"
 
 namespace orbelcast {
 

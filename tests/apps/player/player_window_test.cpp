@@ -155,6 +155,8 @@ TEST_F(PlayerOnServerTest, TheCalendarTellsWhatTheArchiveHasAndALookAtItMovesNot
   QTest::mouseClick(line, Qt::LeftButton, {}, QPoint(line->width() / 2, 5));
   EXPECT_TRUE(WaitUntilAsked("&Day=03&Month=11&Year=2026&Hour=12&Minute=00&Second=00&P=0"));
   EXPECT_TRUE(tells("2 Nov 2026 09:30:01"));
+  // The picture comes in the middle of the search, and while the archive plays nothing is asked.
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !Player().VS->MasterTimer.Enabled; }, kLimit));
   line->window()->close();
   QTest::keyClick(window.get(), Qt::Key_C);
   EXPECT_TRUE(WaitUntilAsked("&Day=02&Month=11&Year=2026&Hour=09&Minute=30&Second=01&P=0"));
