@@ -52,6 +52,7 @@ class PlayerPage(Page):
 
     def test_archive(self):
         self.open_player()
+        self.choose("FrameRate", "10 FPS")
         when = datetime.datetime.now() - datetime.timedelta(hours=3)
         for leave in (lambda: self.press(7), lambda: webdriver.ActionChains(self.browser).send_keys(Keys.ENTER).perform()):
             # The boxes keep what is typed while live pictures write theirs.
@@ -72,8 +73,8 @@ class PlayerPage(Page):
         self.press(5)
         self.asked_for("/live/1")
         self.moving("p", "VS.VideoStream")
-        self.press(2)
-        time.sleep(0.3)
+        self.press(2)  # which lets one more picture come
+        time.sleep(1)
         self.camera.asked(clear="yes")
         time.sleep(0.5)
         self.assertEqual(self.camera.asked(), [])
