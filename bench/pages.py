@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """What a gateway's pages cost it: rate, CPU and memory of a number of sessions, beside bare requests.
 
-Usage: bench/pages.py BIN_FOLDER [--smoke] [SESSIONS...]
+Usage: bench/pages.py BIN_FOLDER [SESSIONS...] [--stopped SECONDS] [--smoke]
 
 Each session shows one camera at 10 pictures a second, 640 x 480, and tells each as painted, as an element does. Printed are
 the pictures a second that each page got, the gateway's CPU time a picture and its ratio to that of curl, which asks for the
@@ -66,7 +66,7 @@ class PageSession:
             if length >= 126:
                 length = int.from_bytes(await reader.readexactly(2 if length == 126 else 8), "big")
             data = await reader.readexactly(length)
-            if first & 15 == 2 and b"image/jpeg" in data[:200]:
+            if first & 15 == 2 and b"image/jpeg" in data[:2000]:
                 self.pictures += 1
                 self.writer.write(message("painted c.VideoStream"))
         await asyncio.Event().wait()
@@ -126,6 +126,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("folder", type=pathlib.Path)
     parser.add_argument("--smoke", action="store_true")
+    parser.add_argument("--stopped", type=int, default=60, help="seconds for which pages stop reading; 0 leaves it out")
     parser.add_argument("sessions", type=int, nargs="*")
     options = parser.parse_args()
     camera, camera_port = start(options.folder / "orbelcast-camera-server", "--port", "0", "--cameras", "1")
@@ -137,7 +138,9 @@ def main():
         print(f"bare request: {bare * 1e6:.0f} us of CPU", flush=True)
         for count in options.sessions or ([2] if options.smoke else [1, 64, 256]):
             asyncio.run(measure(gateway, port, address, count, 1 if options.smoke else 10, bare))
-        asyncio.run(measure_stopped(gateway, port, address, 2 if options.smoke else 16, 1 if options.smoke else 60))
+        if options.stopped > 0:
+            asyncio.run(measure_stopped(gateway, port, address, 2 if options.smoke else 16,
+                                        1 if options.smoke else options.stopped))
     finally:
         for process in (gateway, camera):
             process.terminate()
