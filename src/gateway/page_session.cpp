@@ -9,7 +9,7 @@ namespace orbelcast {
 namespace {
 
 /// Bytes of lines that go out as one message, but for the last line.
-constexpr std::size_t kMostTogether = 16 * 1024;
+constexpr std::size_t kBytesTogether = 16 * 1024;
 
 }  // namespace
 
@@ -71,7 +71,7 @@ void PageSession::Print(const Json& line) {
   if (!page_) return;
   if (!lines_to_send_.empty()) lines_to_send_ += '\n';
   lines_to_send_ += ToLine(line);
-  if (lines_to_send_.size() >= kMostTogether) SendLines();
+  if (lines_to_send_.size() >= kBytesTogether) SendLines();
   FlushSoon();
 }
 

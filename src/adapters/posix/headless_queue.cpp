@@ -17,7 +17,7 @@ constexpr std::size_t kFew = 8;
 /// Looks after which a watch stands: a request's ends sooner.
 constexpr int kStanding = 64;
 /// Sockets of the epoll set taken at a look; the others are at the next one.
-constexpr int kMostReady = 64;
+constexpr int kReadyAtALook = 64;
 
 short ToPoll(EventQueue::SocketEvents events) {
   return static_cast<short>((events.readable ? POLLIN : 0) | (events.writable ? POLLOUT : 0));
@@ -127,8 +127,8 @@ void HeadlessQueue::NoteReady(const Watch& watch, short seen) {
 }
 
 void HeadlessQueue::NoteStandingReady() {
-  std::array<epoll_event, kMostReady> events{};
-  const int found = ::epoll_wait(epoll_.Number(), events.data(), kMostReady, 0);
+  std::array<epoll_event, kReadyAtALook> events{};
+  const int found = ::epoll_wait(epoll_.Number(), events.data(), kReadyAtALook, 0);
   for (int i = 0; i < found; ++i) {
     const epoll_event& event = events[static_cast<std::size_t>(i)];
     const auto watch = standing_.find(event.data.fd);
