@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
 """What a gateway's pages cost it: rate, CPU and memory of a number of sessions, beside bare requests.
 
-Usage: bench/pages.py BIN_FOLDER [--smoke] [SESSIONS...]
+Usage: bench/pages.py BIN_FOLDER [SESSIONS...] [--stopped SECONDS] [--smoke]
 
 Each session shows one camera at 10 pictures a second, 640 x 480, and tells each as painted, as an element does. Printed are
 the pictures a second that each page got, the gateway's CPU time a picture and its ratio to that of curl, which asks for the
-same pictures in the same run, and the gateway's memory a session. Without numbers: 1, 64 and 256. --smoke runs two for a moment: that it works, not
-what comes out.
+same pictures in the same run, and the gateway's memory a session. Without numbers: 1, 64 and 256. Then pages stop reading
+for a minute: what they cost meanwhile, beside what they cost before. --smoke runs two for a moment: that it works, not what
+comes out.
 """
 import argparse
 import asyncio
@@ -48,6 +49,7 @@ class PageSession:
     def __init__(self):
         self.pictures = 0
         self.writer = None
+        self.reads = True
 
     async def run(self, gateway, address):
         reader, self.writer = await asyncio.open_connection("127.0.0.1", gateway)
@@ -59,14 +61,15 @@ class PageSession:
         for line in ("create c VideoServerPush", "show c", "place c 9600 7200", f"set c FrameRate {RATE}",
                      f"call c Connect {address}"):
             self.writer.write(message(line))
-        while True:
+        while self.reads:
             first, length = await reader.readexactly(2)
             if length >= 126:
                 length = int.from_bytes(await reader.readexactly(2 if length == 126 else 8), "big")
             data = await reader.readexactly(length)
-            if first & 15 == 2 and b"image/jpeg" in data[:200]:
+            if first & 15 == 2 and b"image/jpeg" in data[:2000]:
                 self.pictures += 1
                 self.writer.write(message("painted c.VideoStream"))
+        await asyncio.Event().wait()
 
 
 def bare_cpu(address):
@@ -75,6 +78,32 @@ def bare_cpu(address):
     subprocess.run(["curl", "-s", "-o", "/dev/null", f"{address}?[1-{BARE_REQUESTS}]"], check=True)
     after = resource.getrusage(resource.RUSAGE_CHILDREN)
     return (after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime) / BARE_REQUESTS
+
+
+async def end(sessions, tasks):
+    for task in tasks:
+        task.cancel()
+    for session in sessions:
+        session.writer.close()
+    await asyncio.gather(*tasks, return_exceptions=True)
+    await asyncio.sleep(1)
+
+
+async def measure_stopped(gateway, port, address, count, seconds):
+    sessions = [PageSession() for _ in range(count)]
+    tasks = [asyncio.create_task(each.run(port, address)) for each in sessions]
+    await asyncio.sleep(3)
+    before = cpu_seconds(gateway)
+    await asyncio.sleep(seconds)
+    reading, memory = cpu_seconds(gateway) - before, resident(gateway)
+    for each in sessions:
+        each.reads = False
+    before = cpu_seconds(gateway)
+    await asyncio.sleep(seconds)
+    stopped = cpu_seconds(gateway) - before
+    print(f"{count:4} pages that stop reading for {seconds} s: {stopped / max(reading, 0.01):.2f} of the CPU of the same pages "
+          f"reading, {(resident(gateway) - memory) / count:.0f} KiB each", flush=True)
+    await end(sessions, tasks)
 
 
 async def measure(gateway, port, address, count, seconds, bare):
@@ -89,12 +118,7 @@ async def measure(gateway, port, address, count, seconds, bare):
     each = used / max(pictures, 1)
     print(f"{count:4} sessions: {pictures / elapsed / count:5.2f} pictures a second each, {each * 1e6:4.0f} us of CPU a picture "
           f"({each / bare:.2f} of a bare request's), {(resident(gateway) - before) / count:5.0f} KiB a session", flush=True)
-    for task in tasks:
-        task.cancel()
-    for session in sessions:
-        session.writer.close()
-    await asyncio.gather(*tasks, return_exceptions=True)
-    await asyncio.sleep(1)
+    await end(sessions, tasks)
     assert pictures > 0
 
 
@@ -102,6 +126,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("folder", type=pathlib.Path)
     parser.add_argument("--smoke", action="store_true")
+    parser.add_argument("--stopped", type=int, default=60, help="seconds for which pages stop reading; 0 leaves it out")
     parser.add_argument("sessions", type=int, nargs="*")
     options = parser.parse_args()
     camera, camera_port = start(options.folder / "orbelcast-camera-server", "--port", "0", "--cameras", "1")
@@ -113,6 +138,9 @@ def main():
         print(f"bare request: {bare * 1e6:.0f} us of CPU", flush=True)
         for count in options.sessions or ([2] if options.smoke else [1, 64, 256]):
             asyncio.run(measure(gateway, port, address, count, 1 if options.smoke else 10, bare))
+        if options.stopped > 0:
+            asyncio.run(measure_stopped(gateway, port, address, 2 if options.smoke else 16,
+                                        1 if options.smoke else options.stopped))
     finally:
         for process in (gateway, camera):
             process.terminate()

@@ -50,6 +50,18 @@ export class ControlElement extends HTMLElement {
     this.#inside.className = "inside";
     this.#notice.setAttribute("role", "status");
     root.append(this.#inside, this.#notice);
+    this.#takeEarlyProperties();
+  }
+
+  // Those that a script set while the element was none of these yet.
+  #takeEarlyProperties() {
+    const { properties } = interfaces[this.constructor.control];
+    for (const [name, { writable }] of Object.entries(properties)) {
+      if (!Object.hasOwn(this, name)) continue;
+      const value = this[name];
+      delete this[name];
+      if (writable) this[name] = value;
+    }
   }
 
   /** Resolves when the gateway shows the control. */
@@ -91,6 +103,8 @@ export class ControlElement extends HTMLElement {
   get childNames() {
     return {};
   }
+  /** A child control is shown for the first time. */
+  childMade(_name, _child) {}
   /** The control is there, before the page's own properties are set again. */
   prepare() {}
   /** Those are set. */
@@ -134,7 +148,10 @@ export class ControlElement extends HTMLElement {
     const session = this.#session;
     this.#closeWindows();
     this.#inside.replaceChildren();
-    this.#mirror = new Mirror(session, { names: this.childNames });
+    this.#mirror = new Mirror(session, {
+      names: this.childNames,
+      made: (name, child) => this.childMade(name, child),
+    });
     this.#mirror.addRoot(NAME, this.#inside);
     for (const each of kept()) session.act("keep", ...each);
     session.act("create", NAME, this.constructor.control);
@@ -145,7 +162,6 @@ export class ControlElement extends HTMLElement {
     for (const [name, value] of Object.entries(this.#set)) session.act("set", NAME, name, value);
     this.begin();
     this.#tellSeen();
-    this.classList.remove("away");
     this.#notice.hidden = true;
     this.#ready.done = true;
     this.#ready.resolve();
@@ -284,6 +300,7 @@ export class ControlElement extends HTMLElement {
     const popup = document.createElement("div");
     popup.className = "menu";
     popup.setAttribute("role", "menu");
+    popup.setAttribute("aria-label", "Status strip");
     popup.popover = "auto";
     items.forEach(({ caption, checked }, index) => {
       if (caption === "-") return popup.append(document.createElement("hr"));

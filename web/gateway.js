@@ -25,7 +25,18 @@ function show() {
     extendedcontrols: "Yes",
   };
   for (const [name, value] of Object.entries(attributes)) if (value) player.setAttribute(name, value);
+  if (!attributes.device) chooseFirstCamera(player);
   main.replaceChildren(player);
+}
+
+/** As a person would choose it, whenever the list of cameras has come and none is chosen. */
+function chooseFirstCamera(player) {
+  new MutationObserver(() => {
+    const list = player.shadowRoot.querySelector('[data-child="CamList"]');
+    if (!list?.options.length || list.selectedIndex >= 0) return;
+    list.selectedIndex = 0;
+    list.dispatchEvent(new Event("change"));
+  }).observe(player.shadowRoot, { childList: true, subtree: true });
 }
 
 const { servers } = await (await fetch("gateway.json")).json();

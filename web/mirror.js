@@ -28,6 +28,20 @@ function setOptions(it, texts) {
   choose(it, it.index ?? -1);
 }
 
+// What is typed into a box that was entered replaces its text.
+function selectOnEntering(box) {
+  let entered = false;
+  box.addEventListener("focus", () => {
+    entered = true;
+    box.select();
+  });
+  box.addEventListener("mouseup", () => {
+    // The press that entered it would leave the cursor where it was.
+    if (entered && box.selectionStart === box.selectionEnd) box.select();
+    entered = false;
+  });
+}
+
 // Each kind: the element that stands for it, what a person can do with it, and the fields that are its own.
 const KINDS = {
   Label: { make: () => make("div", "label"), Caption: (it, text) => (it.element.textContent = text) },
@@ -64,19 +78,20 @@ const KINDS = {
   TextBox: {
     make: (fields) => (fields.MultiLine ? make("textarea", "text") : Object.assign(make("input", "text"), { type: "text" })),
     listen: (it, act) => {
+      if (it.element.localName === "input") selectOnEntering(it.element);
       it.element.addEventListener("input", async () => {
         it.typing = (it.typing ?? 0) + 1;
         await act("type", it.element.value);
         it.typing -= 1;
-        if (it.typing === 0 && it.told !== undefined) it.set("Text", it.told);
+        if (it.typing === 0) it.showTold();
       });
       it.element.addEventListener("blur", () => act("leave"));
     },
     MaxLength: (it, length) => length > 0 && (it.element.maxLength = length),
     // What a person types is told back, perhaps when more has been typed; it is not to move the cursor either.
     Text: (it, text) => {
-      it.told = it.typing > 0 ? text : undefined;
-      if (!(it.typing > 0) && it.element.value !== text) it.element.value = text;
+      it.told = text;
+      it.showTold();
     },
   },
 };
@@ -121,6 +136,19 @@ class Child {
     if (this.element.querySelector("canvas")?.width > 0 && !text) return;
     this.element.firstChild.nodeValue = text;
     this.#name(this.element.title || text);
+  }
+
+  /** Of a text box: it keeps what it shows, and what is typed, whatever the control writes. */
+  hold(held, { forget = false } = {}) {
+    this.held = held;
+    if (forget) this.told = undefined;
+    this.showTold();
+  }
+
+  showTold() {
+    if (this.held || this.typing > 0 || this.told === undefined) return;
+    if (this.element.value !== this.told) this.element.value = this.told;
+    this.told = undefined;
   }
 
   draw(drawing) {
@@ -183,13 +211,13 @@ export class Mirror {
   pointer = { x: 0, y: 0 };
   #roots = new Map(); // by the path that they are the inside of
   #names;
-  #whenPainted;
+  #made;
 
-  /** `names`: accessible names of children that have no text of their own; `whenPainted` is told a child's path. */
-  constructor(session, { names = {}, whenPainted = () => {} } = {}) {
+  /** `names`: accessible names of children that have no text of their own; `made` is told a new child and its name. */
+  constructor(session, { names = {}, made = () => {} } = {}) {
     this.session = session;
     this.#names = names;
-    this.#whenPainted = whenPainted;
+    this.#made = made;
   }
 
   /** What belongs to `path` goes into `element`. */
@@ -216,6 +244,7 @@ export class Mirror {
     if (path.endsWith(".StatusDisplay")) child.bringMenu();
     else if (name && child.kind.presses) child.element.setAttribute("role", "img");
     if (fields.kind === "Frame") child.element.setAttribute("role", "group");
+    this.#made(target(path)[1], child);
   }
 
   /** {"changed": "p.VS.lStatus.Caption", "value": V} */
@@ -232,7 +261,6 @@ export class Mirror {
 
   painted(path) {
     this.session.act("painted", path);
-    this.#whenPainted(path);
   }
 
   forget(path) {

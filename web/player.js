@@ -2,6 +2,7 @@
 
 import { ControlElement, addMembers } from "./element.js";
 import { interfaces } from "./interface.js";
+import { SearchBoxes } from "./search.js";
 
 const KEYS = new Map(interfaces.UserControl1.persisted.map((key) => [key.toLowerCase(), key]));
 const HOURGLASS = 11;
@@ -11,6 +12,9 @@ export class UserControl1Element extends ControlElement {
   static observedAttributes = [...KEYS.keys()];
 
   #loading = false;
+  #boxes = new SearchBoxes(this.inside, (command, child, ...words) =>
+    this.session?.act(command, this.name, child, ...words),
+  );
 
   attributeChangedCallback(_attribute, before, text) {
     if (text !== before && this.session?.isOpen) this.#load();
@@ -26,7 +30,12 @@ export class UserControl1Element extends ControlElement {
   }
 
   prepare() {
+    this.#boxes.reset();
     this.#load();
+  }
+
+  childMade(name, child) {
+    this.#boxes.add(name, child);
   }
 
   // The attributes, as a host has kept them; several that change together are read once.

@@ -10,11 +10,15 @@ export function quoted(text) {
   return `"${String(text).replace(/[\\"\n\r\t]/g, (each) => escapes[each])}"`;
 }
 
-/** Bytes of a message: the length of its line in four bytes, the line, and what the line describes. */
+function linesOf(text) {
+  return text.split("\n").map((each) => JSON.parse(each));
+}
+
+/** A message of bytes: the length of its lines in four bytes, the lines, and what the last of them describes. */
 function split(buffer) {
   const length = new DataView(buffer).getUint32(0, true);
-  const line = new TextDecoder().decode(new Uint8Array(buffer, 4, length));
-  return [JSON.parse(line), new Uint8Array(buffer, 4 + length)];
+  const lines = new TextDecoder().decode(new Uint8Array(buffer, 4, length));
+  return [linesOf(lines), new Uint8Array(buffer, 4 + length)];
 }
 
 export class Session {
@@ -78,8 +82,10 @@ export class Session {
     socket.onmessage = ({ data }) => {
       if (socket !== this.#socket) return;
       this.#listen();
-      if (typeof data === "string") this.#take(JSON.parse(data));
-      else this.#handlers.bytes(...split(data));
+      if (typeof data === "string") return linesOf(data).forEach((each) => this.#take(each));
+      const [lines, bytes] = split(data);
+      lines.slice(0, -1).forEach((each) => this.#take(each));
+      this.#handlers.bytes(lines.at(-1), bytes);
     };
     socket.onclose = () => this.#lost(socket);
     this.#listen();

@@ -3,7 +3,8 @@
 export const sheet = new CSSStyleSheet();
 sheet.replaceSync(`
 :host { display: inline-block; position: relative; overflow: hidden; font: 11px/1.2 Arial, sans-serif;
-  color: #1a1a1a; background: #f0f0f0; contain: layout paint; }
+  color: #1a1a1a; background: #f0f0f0; contain: layout paint; width: 401px; height: 260px; }
+:host(user-control-1) { width: 353px; height: 396px; }
 :host([hidden]) { display: none; }
 [hidden] { display: none !important; }
 .inside { position: absolute; inset: 0; overflow: hidden; transition: filter .2s, opacity .2s; }

@@ -19,16 +19,17 @@ export class VideoServerPushElement extends ControlElement {
   #connected = null; // the arguments of the Connect that holds
   #waiting = 0; // calls of it that a page waits for
 
+  // One that is removed is false, or no address; what was a number or a text stays.
   attributeChangedCallback(attribute, before, text) {
-    if (text === null || text === before) return;
-    if (attribute !== "url") {
-      const { name, type } = BY_ATTRIBUTE.get(attribute);
-      this.setProperty(name, valueOf(text, type));
-    } else if (text) {
-      this.#connected = [text];
-      if (this.session?.isOpen) this.session.act("call", this.name, "Connect", text);
+    if (text === before) return;
+    if (attribute === "url") {
+      this.#connected = text ? [text] : null;
+      if (!this.session?.isOpen) return; // the next session begins with it
+      this.session.act("call", this.name, ...(text ? ["Connect", text] : ["Disconnect"]));
     } else {
-      this.Disconnect().catch(() => {});
+      const { name, type } = BY_ATTRIBUTE.get(attribute);
+      if (text !== null) this.setProperty(name, valueOf(text, type));
+      else if (type === "Boolean") this.setProperty(name, false);
     }
   }
 

@@ -29,6 +29,7 @@ extern const std::span<const std::uint8_t> orbelcast_js;
 extern const std::span<const std::uint8_t> player_js;
 extern const std::span<const std::uint8_t> player_svg;
 extern const std::span<const std::uint8_t> questions_js;
+extern const std::span<const std::uint8_t> search_js;
 extern const std::span<const std::uint8_t> session_js;
 extern const std::span<const std::uint8_t> style_js;
 extern const std::span<const std::uint8_t> viewer_js;
@@ -61,6 +62,7 @@ std::span<const WebFile> WebFiles() {
       WebFile{"/mirror.js", resources::mirror_js, kScript},
       WebFile{"/player.js", resources::player_js, kScript},
       WebFile{"/questions.js", resources::questions_js, kScript},
+      WebFile{"/search.js", resources::search_js, kScript},
       WebFile{"/session.js", resources::session_js, kScript},
       WebFile{"/style.js", resources::style_js, kScript},
       WebFile{"/viewer.js", resources::viewer_js, kScript},

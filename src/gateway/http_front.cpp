@@ -75,6 +75,8 @@ class HttpFront::Server : public std::enable_shared_from_this<Server> {
   /// The same as soon as the queue is looked at.
   void RunSoon();
   void Watch(int socket, bool writes);
+  /// A message is on its way: where it has not gone at once, the socket is watched until it has.
+  void WatchWriting(std::weak_ptr<Connection> connection) { writing_.push_back(std::move(connection)); }
   void Forget(const std::shared_ptr<Connection>& connection) { connections_.erase(connection); }
 
  private:
@@ -86,6 +88,7 @@ class HttpFront::Server : public std::enable_shared_from_this<Server> {
   asio::io_context context_{1};
   std::vector<std::shared_ptr<tcp::acceptor>> acceptors_;
   std::set<std::shared_ptr<Connection>> connections_;
+  std::vector<std::weak_ptr<Connection>> writing_;  ///< Since the last run.
   bool running_ = false;
   bool posted_ = false;
 };
@@ -103,6 +106,8 @@ class HttpFront::Server::Connection final : public Page, public std::enable_shar
   void SendText(std::string line) override { Send({std::move(line), {}, false}); }
   void SendBytes(std::string line, FrameBytes bytes) override;
   bool IsIdle() const override { return !writing_; }
+  void WatchWrites(bool writes);
+  void WatchWritesWhileWriting() { WatchWrites(writing_); }
   void Close(const std::string& why) override;
 
  private:
@@ -135,6 +140,7 @@ class HttpFront::Server::Connection final : public Page, public std::enable_shar
   std::deque<Message> messages_;  ///< Those that wait; the first is on its way while `writing_`.
   std::size_t waiting_bytes_ = 0;
   bool writing_ = false;
+  bool watching_writes_ = false;
   bool pinging_ = false;
   bool heard_ = true;
   EventQueue::TimerId timer_ = 0;
@@ -209,6 +215,9 @@ void HttpFront::Server::RunSoon() {
   queue_.Post([self = shared_from_this()] {
     self->posted_ = false;
     self->Run();
+    for (const auto& each : std::exchange(self->writing_, {})) {
+      if (const auto connection = each.lock()) connection->WatchWritesWhileWriting();
+    }
   });
 }
 
@@ -306,7 +315,11 @@ void HttpFront::Server::Connection::Send(Message message) {
   if (!writing_) Write();
 }
 
-// A message of bytes is a line, its length in four bytes before it, and then the bytes.
+void HttpFront::Server::Connection::WatchWrites(bool writes) {
+  if (IsOpen() && std::exchange(watching_writes_, writes) != writes) server_->Watch(socket_, writes);
+}
+
+// A message of bytes is its lines, their length in four bytes before them, and then the bytes.
 void HttpFront::Server::Connection::Write() {
   writing_ = true;
   const Message& message = messages_.front();
@@ -318,13 +331,13 @@ void HttpFront::Server::Connection::Write() {
                                                 asio::buffer(message.text),
                                                 asio::const_buffer(message.bytes.Bytes().data(), message.bytes.Size())};
   stream_.binary(message.binary);
-  server_->Watch(socket_, true);
+  server_->WatchWriting(weak_from_this());
   stream_.async_write(parts, [self = shared_from_this(), prefix](ErrorCode error, std::size_t) {
     self->messages_.pop_front();
     self->writing_ = false;
     if (error || !self->IsOpen()) return self->Drop();
     if (!self->messages_.empty()) return self->Write();
-    self->server_->Watch(self->socket_, false);
+    self->WatchWrites(false);
     self->server_->Queue().Post([user = self->user_] {
       if (user) user->TellIdle();
     });

@@ -14,10 +14,10 @@ class Page {
   static constexpr std::size_t kMaxWaitingBytes = 16UL * 1024 * 1024;
 
   virtual ~Page() = default;
-  /// Sends a JSON line.
-  virtual void SendText(std::string line) = 0;
-  /// Sends bytes, with a JSON line that says what they are. They are shared, not copied.
-  virtual void SendBytes(std::string line, FrameBytes bytes) = 0;
+  /// Sends JSON lines, with a line feed between two.
+  virtual void SendText(std::string lines) = 0;
+  /// Sends bytes, with lines of which the last says what they are. They are shared, not copied.
+  virtual void SendBytes(std::string lines, FrameBytes bytes) = 0;
   /// Whether all that was sent has gone out.
   virtual bool IsIdle() const = 0;
   /// Ends the connection, telling the page why in a few words.

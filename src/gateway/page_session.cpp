@@ -6,6 +6,13 @@
 
 namespace orbelcast {
 
+namespace {
+
+/// Bytes of lines that go out as one message, but for the last line.
+constexpr std::size_t kBytesTogether = 16 * 1024;
+
+}  // namespace
+
 std::shared_ptr<PageSession> PageSession::Create(Platform& platform, std::shared_ptr<Page> page) {
   std::shared_ptr<PageSession> session(new PageSession(platform, std::move(page)));
   session->self_ = session;
@@ -44,14 +51,14 @@ PageSession::PageSession(Platform& platform, std::shared_ptr<Page> page)
       session_(Session::Create(platform_, dialogs_,
                                {.print = [this](const Json& line) { Print(line); },
                                 .write_picture = [](const Surface& /*picture*/, const std::string& /*name*/) {},
-                                .drawn = [this] { DrawingsCame(); }})) {}
+                                .drawn = [this] { FlushSoon(); }})) {}
 
 void PageSession::TakeLine(const std::string& line) {
   session_->Begin(line, ++lines_);
 }
 
 void PageSession::TellIdle() {
-  SendDrawings();
+  Flush();
 }
 
 void PageSession::TellGone() {
@@ -61,26 +68,42 @@ void PageSession::TellGone() {
 }
 
 void PageSession::Print(const Json& line) {
-  if (page_) page_->SendText(ToLine(line));
+  if (!page_) return;
+  if (!lines_to_send_.empty()) lines_to_send_ += '\n';
+  lines_to_send_ += ToLine(line);
+  if (lines_to_send_.size() >= kBytesTogether) SendLines();
+  FlushSoon();
+}
+
+void PageSession::SendLines() {
+  if (page_ && !lines_to_send_.empty()) page_->SendText(std::exchange(lines_to_send_, {}));
 }
 
 void PageSession::Send(const Json& line, FrameBytes bytes) {
-  if (page_) page_->SendBytes(ToLine(line), std::move(bytes));
+  if (!page_) return;
+  if (!lines_to_send_.empty()) lines_to_send_ += '\n';
+  page_->SendBytes(std::exchange(lines_to_send_, {}) + ToLine(line), std::move(bytes));
 }
 
 void PageSession::Offer(const std::string& name, FrameBytes bytes) {
   Send({{"file", name}}, std::move(bytes));
 }
 
-// Not in the middle of the control's drawing; and what is drawn in one go is taken in one go.
-void PageSession::DrawingsCame() {
+// Not in the middle of the control's drawing. What is told and drawn in one go is sent in one go: a message costs more
+// than what is in it.
+void PageSession::FlushSoon() {
   if (std::exchange(posted_, true)) return;
   loop_.Queue().Post([weak = self_] {
     const auto session = weak.lock();
     if (!session) return;
     session->posted_ = false;
-    session->SendDrawings();
+    session->Flush();
   });
+}
+
+void PageSession::Flush() {
+  SendDrawings();
+  SendLines();
 }
 
 // A picture that the page has to wait for is not sent before what is newer can take its place.

@@ -34,13 +34,17 @@ class PageSession final : public PageUser {
   void Print(const Json& line);
   void Send(const Json& line, FrameBytes bytes);
   void Offer(const std::string& name, FrameBytes bytes);
-  void DrawingsCame();
+  /// Sends what there is as soon as the loop looks.
+  void FlushSoon();
+  void Flush();
+  void SendLines();
   void SendDrawings();
 
   std::shared_ptr<Page> page_;  ///< Null once it has gone.
   std::weak_ptr<PageSession> self_;
   int lines_ = 0;
-  bool posted_ = false;  ///< The drawings are sent as soon as the loop looks.
+  bool posted_ = false;        ///< A flush is.
+  std::string lines_to_send_;  ///< Those that wait for it, in their order.
   PageLoop loop_;
   YieldingHttp http_;
   PageFiles files_;

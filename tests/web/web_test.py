@@ -3,80 +3,18 @@
 
 import base64
 import contextlib
-import http.client
 import http.server
 import os
 import pathlib
 import socket
-import subprocess
 import sys
 import tempfile
 import threading
 import time
 import unittest
 
-HERE = pathlib.Path(__file__).parent
-sys.path.insert(0, str(HERE.parent / "apps/camera_server"))
-from camera_server import TIMEOUT, Server, end_with_parent, is_whole  # noqa: E402
-
-from selenium import webdriver  # noqa: E402
-from selenium.webdriver.common.by import By  # noqa: E402
-from selenium.webdriver.common.keys import Keys  # noqa: E402
-
-ORBELCAST = sys.argv.pop(1)
-VIEWER = '<video-server-push id="v" url="{url}" framerate="20"></video-server-push>'
-PLAYER = ('<user-control-1 id="p" server="127.0.0.1" port="{port}" device="1" extendedcontrols="Yes">'
-          '</user-control-1>')
-# What a test's script finds on the page: elements by id, children of a control, and what a canvas shows.
-TOOLS = """
-const it = (id) => document.getElementById(id);
-const child = (id, name) => it(id).shadowRoot.querySelector(`[data-child="${name}"]`);
-const shows = (id, name) => {
-  const canvas = child(id, name)?.querySelector("canvas");
-  if (!canvas?.width) return "";
-  const {data} = canvas.getContext("2d").getImageData(0, 0, canvas.width, canvas.height);
-  let sum = 0, lit = 0;
-  for (let i = 0; i < data.length; i += 4) { sum = (sum * 31 + data[i] + data[i + 1]) >>> 0; lit += data[i] > 40; }
-  return lit > 100 ? String(sum) : "";
-};
-"""
-
-
-def free_port():
-    with socket.socket() as probe:
-        probe.bind(("127.0.0.1", 0))
-        return probe.getsockname()[1]
-
-
-class Gateway:
-    """A gateway of the test's own, ended with it."""
-
-    def __init__(self, *options, port=0):
-        self.process = subprocess.Popen([ORBELCAST, "serve", "--port", str(port), *options], stdout=subprocess.PIPE,
-                                        text=True, preexec_fn=end_with_parent)
-        self.address = self.process.stdout.readline().strip()
-        self.port = int(self.address.rpartition(":")[2].strip("/"))
-
-    def __enter__(self):
-        return self
-
-    def __exit__(self, *_):
-        self.process.terminate()
-        with self.process.stdout:
-            status = self.process.wait(TIMEOUT)
-        assert status == 0, status
-
-    def get(self, target, **headers):
-        link = http.client.HTTPConnection("127.0.0.1", self.port, timeout=TIMEOUT)
-        with contextlib.closing(link):
-            link.request("GET", target, headers={name.replace("_", "-"): text for name, text in headers.items()})
-            answer = link.getresponse()
-            return answer.status, answer.headers, answer.read()
-
-    def open_session(self, **headers):
-        """The status that a page's connection gets."""
-        return self.get("/session", Connection="Upgrade", Upgrade="websocket", Sec_WebSocket_Version="13",
-                        Sec_WebSocket_Key="AAAAAAAAAAAAAAAAAAAAAA==", **headers)[0]
+from pages import PLAYER, VIEWER, Gateway, Page, Server, TIMEOUT, free_port
+from player_cases import PlayerPage  # noqa: F401
 
 
 @contextlib.contextmanager
@@ -97,90 +35,20 @@ def redirecting_to(address):
         yield server.server_port
         server.shutdown()
 
-
-class Page(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.downloads = cls.enterClassContext(tempfile.TemporaryDirectory())
-        options = webdriver.ChromeOptions()
-        for each in ("--headless=new", "--no-sandbox", "--disable-dev-shm-usage", "--window-size=1000,800"):
-            options.add_argument(each)
-        options.add_experimental_option("prefs", {"download.default_directory": cls.downloads})
-        cls.browser = webdriver.Chrome(options=options)
-        cls.addClassCleanup(cls.browser.quit)
-        cls.browser.set_script_timeout(TIMEOUT)
-        cls.camera = cls.enterClassContext(Server("--cameras", "2", "--name", "Yard", "--name", "Gate", "--alert", "Fire",
-                                                    "--input", "Door", "--output", "Lamp=on"))
-        cls.gateway = cls.enterClassContext(Gateway("--allow", f"127.0.0.1:{cls.camera.port}"))
-
-    def live(self, camera=1, server=None):
-        return f"http://127.0.0.1:{(server or self.camera).port}/live/{camera}"
-
-    def open(self, body, gateway=None):
-        """A page of the gateway's with that body, on which all that the elements tell is noted."""
-        self.browser.get((gateway or self.gateway).address + "gateway.css")
-        self.browser.get((gateway or self.gateway).address)
-        self.until("customElements.get('user-control-1') && document.querySelector('user-control-1')")
-        self.js("document.body.innerHTML = arguments[0]; document.body.style = 'display:block;background:#ccc';"
-                "window.events = []; for (const each of document.body.children) for (const name of ['Connected', "
-                "'StreamInfo', 'ConnectionFailed', 'ConnectionBroken', 'Status', 'MotionDetected', 'gatewaylost', "
-                "'Disconnected']) each.addEventListener(name, (e) => events.push([each.id, name, e.detail]));", body)
-
-    def js(self, script, *words):
-        return self.browser.execute_script(TOOLS + script, *words)
-
-    def promised(self, script, *words):
-        """What the promise of an expression becomes."""
-        return self.browser.execute_async_script(
-            TOOLS + f"const done = arguments[arguments.length - 1]; (async () => {script})()"
-            ".then(done, (error) => done('error: ' + error.message));", *words)
-
-    def until(self, expression, *words):
-        end = time.monotonic() + TIMEOUT
-        while time.monotonic() < end:
-            if value := self.js(f"return {expression}", *words):
-                return value
-            time.sleep(0.05)
-        shown = self.js("return document.body.innerText + JSON.stringify(window.events ?? [])")
-        self.fail(f"never: {expression}; {shown[-600:]}")
-
-    def moving(self, element="v", name="VideoStream"):
-        """The canvas shows pictures, one after another."""
-        first = self.until("shows(arguments[0], arguments[1])", element, name)
-        self.until("![ '', arguments[2] ].includes(shows(arguments[0], arguments[1]))", element, name, first)
-
-    def told(self, name, element="v"):
-        return self.until(f"events.find(([id, name]) => id === '{element}' && name === '{name}')")
-
-    def child(self, name, element="p"):
-        return self.js("return child(arguments[0], arguments[1])", element, name)
-
-    def press(self, number):
-        button = self.until(f"((it) => it && !it.hidden && !it.disabled && it)(child('p', 'Player({number})'))")
-        self.js("arguments[0].click()", button)
-
-    def choose(self, name, text):
-        self.js("const box = arguments[0]; box.selectedIndex = [...box.options].findIndex((each) => each.text === "
-                "arguments[1]); box.dispatchEvent(new Event('change'))",
-                self.until(f"((it) => it && [...it.options].some((each) => each.text === '{text}') && it)"
-                           f"(child('p', '{name}'))"), text)
-
-    def dialog(self):
-        return self.until("[...it('p').shadowRoot.querySelectorAll('dialog')].at(-1)")
-
-    def no_dialog(self):
-        self.until("!it('p').shadowRoot.querySelector('dialog')")
-
-    # ---- The viewer ----
-
+class ViewerPage(Page):
     def test_viewer(self):
+        with self.photographed() as (jpeg, camera, gateway):
+            self.open(VIEWER.format(url=self.live(server=camera)), gateway)
+            self.assertGreater(self.told("StreamInfo")[2]["BytesPerSecond"], 1000)
+            taken = self.promised("{ const bytes = await it('v').GetPictureArray(); "
+                                  "return btoa(String.fromCharCode(...bytes)); }")
+            self.assertEqual(base64.b64decode(taken), jpeg)
+            self.assertEqual(self.promised("{ const it = await window.v.GetPicture(); return [it.width, it.height]; }"),
+                             [320, 240])
+            self.promised("it('v').SaveImage('now.jpg')")
+            self.assertEqual(self.downloaded("now.jpg"), jpeg)
         self.open(VIEWER.format(url=self.live()))
         self.moving()
-        self.assertGreater(self.told("StreamInfo")[2]["BytesPerSecond"], 1000)
-        jpeg = base64.b64decode(self.promised("{ const bytes = await it('v').GetPictureArray(); "
-                                              "return btoa(String.fromCharCode(...bytes)); }"))
-        self.assertTrue(is_whole(jpeg))
-        self.assertEqual(self.promised("{ const it = await window.v.GetPicture(); return [it.width, it.height]; }"), [640, 480])
         # Properties: what a write became, and what another member changes.
         self.js("it('v').FrameRate = 77; it('v').MotionArea_x2 = 40")
         self.until("it('v').FrameRate === 30 && it('v').MotionArea_x2 === 40")
@@ -191,16 +59,44 @@ class Page(unittest.TestCase):
         self.assertEqual(self.js("return it('v').URL"), self.live(2))
         self.promised("it('v').Disconnect()")
         self.told("Disconnected")
-        self.js("events.length = 0")
-        self.promised("it('v').SaveImage('now.jpg')")
-        self.assertTrue(is_whole(self.downloaded("now.jpg")) or self.downloaded("now.jpg")[:2] == b"BM")
 
-    def downloaded(self, name):
-        path = pathlib.Path(self.downloads) / name
-        end = time.monotonic() + TIMEOUT
-        while not path.exists() and time.monotonic() < end:
-            time.sleep(0.05)
-        return path.read_bytes()
+    def test_attributes_that_come_late_and_motion(self):
+        self.open('<video-server-push id="v"></video-server-push>')
+        self.promised("it('v').ready")
+        # An address that is withdrawn before anything came of it, and another one.
+        self.js("it('v').setAttribute('url', ''); it('v').setAttribute('url', arguments[0])", self.live())
+        self.moving()
+        self.js("it('v').setAttribute('framerate', '3')")
+        self.until("it('v').FrameRate === 3")
+        self.js("it('v').setAttribute('framerate', '25'); for (const it of ['motionarea_x2', 'motionarea_y2', "
+                "'motionsensivity']) window.v.setAttribute(it, '100'); it('v').toggleAttribute('motiondetector', true)")
+        box = self.told("MotionDetected")[2]
+        self.assertTrue(all(0 <= box[each] <= 100 for each in ("X1", "Y1", "X2", "Y2")), box)
+        self.assertLessEqual(box["Y1"], box["Y2"])
+        self.js("it('v').removeAttribute('motiondetector')")
+        self.until("it('v').MotionDetector === false")
+        self.js("it('v').removeAttribute('url')")
+        self.told("Disconnected")
+        # What a script set before the element was one is the element's, and so is an address before its session opens.
+        self.js("const early = document.createElement('div').attachShadow({mode: 'open'}).appendChild("
+                "new Document().createElementNS('http://www.w3.org/1999/xhtml', 'video-server-push'));"
+                "early.FrameRate = 7; early.id = 'late'; early.setAttribute('url', ''); early.setAttribute('url', "
+                "arguments[0]); document.body.append(early)", self.live(2))
+        self.moving("late")
+        self.assertEqual(self.js("return it('late').FrameRate"), 7)
+
+    def test_two_pages_at_one_gateway(self):
+        self.open(VIEWER.format(url=self.live()))
+        self.moving()
+        first = self.browser.current_window_handle
+        self.browser.switch_to.new_window("tab")
+        self.open(VIEWER.format(url=self.live(2)))
+        self.moving()
+        self.assertEqual(self.js("return it('v').URL"), self.live(2))
+        self.browser.close()
+        self.browser.switch_to.window(first)
+        self.moving()
+        self.assertEqual(self.js("return it('v').URL"), self.live())
 
     def test_members_are_those_of_the_interface(self):
         self.open(VIEWER.format(url="") + PLAYER.format(port=self.camera.port))
@@ -227,114 +123,6 @@ class Page(unittest.TestCase):
         self.js("events.length = 0; const box = document.createElement('div'); document.body.append(box); box.append(it('v'))")
         self.moving()
         self.assertNotIn("Connected", self.js("return events.map(([, name]) => name)"))
-
-    # ---- The player ----
-
-    def test_player(self):
-        self.open(PLAYER.format(port=self.camera.port))
-        self.moving("p", "VS.VideoStream")
-        self.assertEqual(self.js("return [...child('p', 'CamList').options].map((each) => each.text)"), ["Yard", "Gate"])
-        self.choose("CamList", "Gate")
-        self.until("it('p').shadowRoot && child('p', 'CamList').selectedIndex === 1")
-        self.until(f"{len(self.js('return [...child(arguments[0], arguments[1]).options]', 'p', 'FrameRate'))} > 3")
-        self.moving("p", "VS.VideoStream")
-        # The archive: its beginning, forward, and live again.
-        self.press(0)
-        self.until("/^[0-9]{4}$/.test(child('p', 'TCR(0)').value)")
-        self.press(2)
-        self.press(5)
-        self.moving("p", "VS.VideoStream")
-        self.check_questions()
-        self.check_windows()
-
-    def check_questions(self):
-        """The message, and the snapshot, whose bytes are the camera's."""
-        self.press(13)
-        self.dialog().find_element(By.CSS_SELECTOR, "input").send_keys("Hello", Keys.ENTER)
-        self.no_dialog()
-        self.until_asked("Hello")
-        self.press(10)
-        name = self.dialog().find_element(By.CSS_SELECTOR, "input")
-        self.assertRegex(name.get_attribute("value"), r"^\d{4}-.*\.jpg$")
-        name.clear()
-        name.send_keys("shot.jpg", Keys.ENTER)
-        # A new name is asked about as well.
-        self.until("[...it('p').shadowRoot.querySelectorAll('dialog button')].find((each) => each.value === 'Yes')").click()
-        self.assertTrue(is_whole(self.downloaded("shot.jpg")))
-        self.no_dialog()
-
-    def until_asked(self, text):
-        end = time.monotonic() + TIMEOUT
-        while not any(text in line for line, _ in self.camera.asked()):
-            self.assertLess(time.monotonic(), end, f"the server was not asked for {text}")
-            time.sleep(0.05)
-
-    def check_windows(self):
-        """Alerts, outputs, log and full screen open, say what they are, and close."""
-        for number, caption, items, button in ((15, "Alerts", "AlertList", "Activate"),
-                                               (14, "I/O Control", "OutList", "OutToogleOff")):
-            self.press(number)
-            self.until(f"child('p', '{items}')?.options.length")
-            self.assertEqual(self.dialog().accessible_name, caption)
-            self.js("arguments[0].selectedIndex = 0; arguments[0].dispatchEvent(new Event('change'))", self.child(items))
-            self.js("arguments[0].click()", self.child(button))
-            self.no_dialog()
-        self.press(11)
-        self.until("child('p', 'Log')?.value.length")
-        self.dialog().find_element(By.CSS_SELECTOR, ".close").click()
-        self.no_dialog()
-        self.press(16)
-        self.moving("p", "vs.VideoStream")
-        self.dialog().send_keys(Keys.ESCAPE)
-        self.no_dialog()
-
-    def test_two_elements_a_clip_several_cameras_and_settings(self):
-        self.open(PLAYER.format(port=self.camera.port) + VIEWER.format(url=self.live(2)))
-        self.moving("p", "VS.VideoStream")
-        self.moving("v")
-        self.press(9)
-        name = self.dialog().find_element(By.CSS_SELECTOR, "input")
-        name.clear()
-        name.send_keys("clip.avi", Keys.ENTER)
-        self.until("it('p').shadowRoot.querySelector('dialog select')")
-        self.dialog().find_element(By.CSS_SELECTOR, "button").click()
-        self.until("!child('p', 'Player(8)').hidden")
-        self.js("events.length = 0")
-        self.told("StreamInfo", "p")
-        self.js("events.length = 0")
-        self.told("StreamInfo", "p")
-        self.press(8)
-        self.assertIn("Total frames", self.dialog().text)
-        self.dialog().find_element(By.CSS_SELECTOR, "button").click()
-        self.assertEqual(self.downloaded("clip.avi")[:4], b"RIFF")
-        self.press(17)
-        self.until("child('p', 'Cameras')?.options.length === 2")
-        self.js("const box = child('p', 'Cameras'); for (const each of box.options) each.selected = true;"
-                "box.dispatchEvent(new Event('change')); child('p', 'Go').click()")
-        self.no_dialog()
-        self.moving("p", "VS.VideoStream")
-        # The choice of a rate is there in the next session.
-        self.js("const box = child('p', 'FrameRate'); box.selectedIndex = 2; box.dispatchEvent(new Event('change'))")
-        self.until("Object.keys(localStorage).length > 0")
-        self.open(PLAYER.format(port=self.camera.port))
-        self.until("child('p', 'FrameRate')?.selectedIndex === 2")
-
-    def test_names_for_everyone(self):
-        self.open(PLAYER.format(port=self.camera.port))
-        self.moving("p", "VS.VideoStream")
-        controls = self.js("return [...it('p').shadowRoot.querySelectorAll('button, select, input')]"
-                           ".filter((each) => each.checkVisibility())")
-        self.assertGreater(len(controls), 20)
-        self.assertEqual([each.get_attribute("data-child") for each in controls if not each.accessible_name], [])
-        # With the keyboard alone: Tab goes on in the toolbar's order, Enter presses, the strip's menu opens.
-        self.js("child('p', 'Player(2)').focus()")
-        webdriver.ActionChains(self.browser).send_keys(Keys.TAB).perform()
-        self.assertEqual(self.js("return it('p').shadowRoot.activeElement.dataset.child"), "Player(5)")
-        self.press(6)
-        self.until("!child('p', 'VS.StatusDisplay').hidden")
-        self.js("child('p', 'VS.StatusDisplay').focus()")
-        webdriver.ActionChains(self.browser).send_keys(Keys.ENTER).perform()
-        self.until("it('p').shadowRoot.querySelector('.menu [role=menuitemcheckbox]')")
 
     # ---- What goes wrong ----
 
@@ -398,7 +186,6 @@ class Page(unittest.TestCase):
                 self.assertEqual([gateway.open_session(Origin="https://a.example", **each) for each in ({}, right)],
                                  [401, 101])
 
-
     def test_a_page_that_breaks_off_leaves_nothing_behind(self):
         with Gateway("--allow", f"127.0.0.1:{self.camera.port}", "--sessions", "1") as gateway:
             host = f"127.0.0.1:{gateway.port}"
@@ -423,6 +210,7 @@ class Page(unittest.TestCase):
         fields = pathlib.Path(f"/proc/{gateway.process.pid}/stat").read_text().rpartition(")")[2].split()
         return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
 
-
 if __name__ == "__main__":
-    unittest.main()
+    with Page.equipped():
+        program = unittest.main(exit=False)
+    sys.exit(not program.result.wasSuccessful())
