@@ -174,6 +174,9 @@ class Page(unittest.TestCase):
     # ---- The viewer ----
 
     def test_viewer(self):
+        example = (HERE.parent.parent / "examples/first_picture/page.html").read_text().replace("<video-server-push", "<video-server-push id=v")
+        self.open(example.replace("http://127.0.0.1:8080/live/1", self.live()))
+        self.until("shows('v', 'VideoStream')")
         self.open(VIEWER.format(url=self.live()))
         self.moving()
         self.assertGreater(self.told("StreamInfo")[2]["BytesPerSecond"], 1000)
