@@ -167,7 +167,8 @@ class Control:
         self._alive()
         call = _Call(values) if values else None
         result, wrong = native.Variant(), c_uint32()
-        starts = native.state.depth > 0 or in_asyncio()
+        in_loop = in_asyncio()
+        starts = native.state.depth > 0 or in_loop
         function, this = (native.start, self._starter) if starts else (native.invoke, self._dispatch)
         answer = function(this, member["id"], kind, byref(call.arguments) if call else None, byref(result),
                           byref(wrong))
@@ -179,7 +180,9 @@ class Control:
         if call and answer == native.S_OK:
             call.write_back()
         value = _result(result)
-        self._called()
+        if in_loop:
+            _tell_asyncio()
+        native.state.raise_pending()
         return value
 
     def _called(self) -> None:
@@ -322,14 +325,15 @@ def _end() -> None:
 # ---- The loop --------------------------------------------------------------------------------------------------------
 
 
-def _look(seconds: Optional[float]) -> None:
-    """Lets the loop handle the next thing, waiting for it at most so long. A signal ends the wait."""
+def _look(seconds: Optional[float], control: Optional[Control] = None) -> None:
+    """Lets the loop handle the next thing, waiting for it at most so long. A signal ends the wait. `control` is any that is
+    alive, where the caller knows one."""
     if native.state.depth:
         raise RuntimeError("the loop runs already: this is a handler of it")
     if in_asyncio():
         raise RuntimeError("asyncio runs the loop: use 'async for' and 'await'")
     wait = 3600 if seconds is None else max(0, min(3600, seconds))
-    controls = living()
+    controls = (control,) if control is not None else living()
     if controls:
         native.check(native.handle_next(controls[0]._services, int(wait * 1000) + 1), "the loop")
         native.state.raise_pending()
