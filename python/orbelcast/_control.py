@@ -167,8 +167,7 @@ class Control:
         self._alive()
         call = _Call(values) if values else None
         result, wrong = native.Variant(), c_uint32()
-        in_loop = in_asyncio()
-        starts = native.state.depth > 0 or in_loop
+        starts = native.state.depth > 0 or in_asyncio()
         function, this = (native.start, self._starter) if starts else (native.invoke, self._dispatch)
         answer = function(this, member["id"], kind, byref(call.arguments) if call else None, byref(result),
                           byref(wrong))
@@ -180,9 +179,7 @@ class Control:
         if call and answer == native.S_OK:
             call.write_back()
         value = _result(result)
-        if in_loop:
-            _tell_asyncio()
-        native.state.raise_pending()
+        self._called()
         return value
 
     def _called(self) -> None:
