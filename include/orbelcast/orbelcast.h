@@ -12,10 +12,11 @@
 /// IConnectionPoint, IControl, IHostServices, IHostLoop, IStarter and IDialogServices, answer RPC_E_WRONG_THREAD.
 /// Methods that only count or read may be called on any thread: QueryInterface, AddRef, Release, and the methods of
 /// IMemberList, IPicture, ISurface and IDataObject (the pixels of a surface not while a control may draw on it). An
-/// object whose last Release comes on another thread ends when its own one next calls into the library. Event sinks are
-/// called on the objects' thread alone. There are no threads of the library's own that a host could notice. Pictures
-/// arrive only while the message loop runs: inside IHostServices::RunLoop and HandleNext (a host with a loop of its own
-/// waits for what IHostLoop names and calls HandleNext(0)) and inside members that wait.
+/// object whose last Release comes on another thread ends on its own one: in the loop, which that wakes, or at the next
+/// call into the library. Event sinks are called on the objects' thread alone. There are no threads of the library's own
+/// that a host could notice. Pictures arrive only while the message loop runs: inside IHostServices::RunLoop and
+/// HandleNext (a host with a loop of its own waits for what IHostLoop names and calls HandleNext(0)) and inside members
+/// that wait.
 ///
 /// Blocking. `Connect` waits for the server, at most about a minute. The player's `Connect2Server` and camera
 /// choices wait at most about ten seconds for each question to the server. Everything else returns at once, apart from

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import atexit
 import inspect
 import sys
 import time
@@ -144,6 +145,7 @@ class Control:
         self._dispatch = made.value or 0
         held = [self._dispatch]
         self._finalizer = weakref.finalize(self, _release_all, held)
+        self._finalizer.atexit = False  # _end does it
         for attribute, interface in (("_control", native.CONTROL), ("_services", native.SERVICES),
                                      ("_starter", native.STARTER), ("_loop", native.HOST_LOOP)):
             setattr(self, attribute, native.ask(self._dispatch, interface))
@@ -186,6 +188,7 @@ class Control:
 
     def _alive(self) -> None:
         if not self._finalizer.alive:
+            native.state.stop_when_ended()
             raise RuntimeError(f"the {self._name} was closed")
 
     def let(self, name: str, value: Any) -> Any:
@@ -305,32 +308,45 @@ def living() -> List[Control]:
     return [each for each in _living if each._finalizer.alive]
 
 
+@atexit.register
+def _end() -> None:
+    """Ends all controls, which brings a thread that waits in the library back from there, and waits until it is back."""
+    native.state.ended = True
+    for control in living():
+        ending = control._finalizer.detach()  # called, it does nothing any more where weakref's own end came first
+        if ending is not None:
+            ending[1](*ending[2])
+    native.state.end()
+
+
 # ---- The loop --------------------------------------------------------------------------------------------------------
 
 
-def _look(services: int, seconds: Optional[float]) -> None:
-    """Lets the loop handle the next thing, waiting for it at most so long. A signal ends the wait."""
+def _look(seconds: Optional[float], control: Optional[Control] = None) -> None:
+    """Lets the loop handle the next thing, waiting for it at most so long. A signal ends the wait. `control` is any that is
+    alive, where the caller knows one."""
     if native.state.depth:
         raise RuntimeError("the loop runs already: this is a handler of it")
     if in_asyncio():
         raise RuntimeError("asyncio runs the loop: use 'async for' and 'await'")
-    longest = 3_600_000
-    wait = longest if seconds is None else max(0, min(longest, int(seconds * 1000) + 1))
-    native.check(native.handle_next(services, wait), "the loop")
-    native.state.raise_pending()
+    wait = 3600 if seconds is None else max(0, min(3600, seconds))
+    controls = (control,) if control is not None else living()
+    if controls:
+        native.check(native.handle_next(controls[0]._services, int(wait * 1000) + 1), "the loop")
+        native.state.raise_pending()
+    else:  # nothing can come
+        time.sleep(wait)
 
 
 def run(seconds: Optional[float] = None, until: Optional[Callable[[], object]] = None) -> bool:
     """Runs the loop: for so many seconds, for ever without them, or until `until()` is true, which is looked at after
     each event. True where that ended it. RuntimeError inside a handler and inside asyncio."""
-    factory = native.factory()
-    services = native.Held(native.ask(factory.address, native.SERVICES))
     end = None if seconds is None else time.monotonic() + seconds
     while not (until is not None and until()):
         left = None if end is None else end - time.monotonic()
         if left is not None and left <= 0:
             return False
-        _look(services.address, left)
+        _look(left)
     return True
 
 

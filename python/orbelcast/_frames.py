@@ -231,7 +231,7 @@ class Frames:
                 if self._new():
                     yield self._take()
                 else:
-                    _look(self._viewer._services, self._remaining())
+                    _look(self._remaining(), self._viewer)
         finally:
             self._viewer._watchers -= 1
 

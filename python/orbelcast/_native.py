@@ -3,11 +3,11 @@
 from __future__ import annotations
 
 import _ctypes
-import atexit
 import ctypes
 import functools
 import os
 import sys
+import threading
 import uuid
 from ctypes import (CFUNCTYPE, POINTER, Structure, Union, byref, c_char_p, c_double, c_float, c_int16, c_int32, c_int64,
                     c_uint8, c_uint16, c_uint32, c_void_p)
@@ -80,7 +80,7 @@ class _Function:
         function = self._found.get(place)
         if function is None:
             function = self._found[place] = self._prototype(c_void_p.from_address(place).value or 0)
-        return function(this, *arguments)
+        return function(this, *arguments) if state.guard is None else state.guarded(function, this, *arguments)
 
     def forget(self) -> None:
         self._found.clear()
@@ -160,9 +160,42 @@ class State:
         self.depth = 0  # of the library's calls into Python
         self.ended = False  # the interpreter has begun to end
         self.raised: Optional[BaseException] = None  # what is to leave the next call of the program's own
+        self.owner = 0  # the library's thread
+        self.guard: Optional[Any] = None  # held while that is inside the library, where it is not the main thread
+
+    def own(self) -> None:
+        """The library is this thread's."""
+        self.owner = threading.get_ident()
+        if threading.current_thread() is threading.main_thread():
+            self.guard = None
+        elif self.guard is None:
+            self.guard = threading.RLock()
+
+    def guarded(self, function: Callable[..., int], *arguments: Any) -> int:
+        """A call into the library, which the interpreter's end waits for; after that begins there is none any more."""
+        if self.guard is None or threading.get_ident() != self.owner:
+            return function(*arguments)
+        with self.guard:
+            self.stop_when_ended()
+            return function(*arguments)
+
+    def stop_when_ended(self) -> None:
+        """Stops the library's thread where the interpreter ends on another one."""
+        if self.ended and self.guard is not None and threading.get_ident() == self.owner:
+            raise SystemExit
+
+    def end(self) -> None:
+        """The interpreter ends: from now on it is not called, and its thread of the library has left that.
+
+        Python stops a thread of its own where that is, which the library's functions below it could not bear.
+        """
+        if self.guard is not None:
+            self.guard.acquire()
 
     def callback(self, function: Callable[..., Optional[int]], *arguments: Any) -> int:
         """Runs a call of the library's into Python; nothing that it raises goes there."""
+        if self.ended:
+            return S_FALSE
         self.depth += 1
         try:
             return function(*arguments) or S_OK
@@ -182,11 +215,6 @@ class State:
 
 
 state = State()
-
-
-@atexit.register
-def _end() -> None:
-    state.ended = True
 
 
 def loaded() -> ctypes.CDLL:
@@ -213,7 +241,7 @@ def unload_library() -> bool:
     """Closes the library; False, and nothing done, while a control, picture or frame of it is alive."""
     if state.library is None:
         return True
-    if state.depth or state.library.DllCanUnloadNow() != S_OK:
+    if state.depth or state.guarded(state.library.DllCanUnloadNow) != S_OK:
         return False
     for function in _functions:
         function.forget()
@@ -224,8 +252,11 @@ def unload_library() -> bool:
 
 def factory(name: str = "VideoServerPush") -> Held:
     """The class factory of a control."""
+    if state.ended:
+        raise RuntimeError("the interpreter ends")
     made = c_void_p()
-    check(loaded().DllGetClassObject(CLASSES[name], FACTORY, byref(made)), name)
+    check(state.guarded(loaded().DllGetClassObject, CLASSES[name], FACTORY, byref(made)), name)
+    state.own()
     return Held(made.value or 0)
 
 

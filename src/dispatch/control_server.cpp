@@ -152,6 +152,8 @@ Result ControlServer::SetDialogs(IHostDialogs* dialogs) {
 void ControlServer::EndLater(std::function<void()> end) {
   const std::lock_guard lock(released_mutex_);
   released_.push_back(std::move(end));
+  // Under the lock, which EndReleased takes as well: the server cannot end before this returns.
+  if (OnReleasedElsewhere) OnReleasedElsewhere();
 }
 
 void ControlServer::EndReleased() {

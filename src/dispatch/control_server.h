@@ -32,6 +32,9 @@ class ControlServer final : public ObjectCount {
   bool Idle() const { return objects_ == 0 && locks_ == 0 && !platform_.loop.InHandler(); }
   /// Called whenever the last object or lock has gone, as the last thing: it may end the server.
   std::function<void()> OnUnused;
+  /// Called on any thread, when the last reference to an object has gone there: it has the server's own thread call
+  /// EndReleased soon. Without it that happens when the host next calls into the server.
+  std::function<void()> OnReleasedElsewhere;
 
   /// A control as hosts reach it; its last reference releases `control`, which is of that class.
   Held<IDispatch> Host(const ControlClass& control_class, std::shared_ptr<void> control,

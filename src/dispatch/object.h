@@ -16,7 +16,7 @@ class ObjectCount {
  public:
   virtual ~ObjectCount() = default;
   virtual bool OnOwnThread() const = 0;
-  /// Called on another thread: calls `end` on the objects' own one, when a host next comes by there.
+  /// Called on another thread: calls `end` on the objects' own one, soon.
   virtual void EndLater(std::function<void()> end) = 0;
   virtual void ObjectMade() = 0;
   /// The last thing an object does: the count may end with it.

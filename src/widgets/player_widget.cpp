@@ -16,6 +16,9 @@
 
 namespace orbelcast {
 
+// Programs have it as a member and derive from it: its size is part of the library's binary form.
+static_assert(sizeof(PlayerWidget) == sizeof(QWidget) + sizeof(void*));
+
 struct PlayerWidget::Parts {
   std::shared_ptr<Platform> platform;
   std::shared_ptr<UserControl1> control;

@@ -23,6 +23,9 @@
 
 namespace orbelcast {
 
+// Programs have it as a member and derive from it: its size is part of the library's binary form.
+static_assert(sizeof(VideoServerPushWidget) == sizeof(QWidget) + sizeof(void*));
+
 struct VideoServerPushWidget::Parts {
   std::shared_ptr<Platform> platform;
   std::shared_ptr<VideoServerPush> control;

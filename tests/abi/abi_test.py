@@ -2,8 +2,8 @@
 """What programs were built against still holds: abi_test.py SERVER_PROGRAM LIBRARY QT_LIBRARY [--record]
 
 orbelcast-h.recorded is the public header's C part without comments, as it was released: functions in their order,
-structures, ids, constants. liborbelcast-qt.recorded has the symbols of the widgets' library, and the size of each class's
-table of virtual functions. --record writes both anew, which is right where something was added, and at a release of
+structures, ids, constants. liborbelcast-qt.recorded has the symbols of the widgets' library, the size of each class's
+table of virtual functions, and what each of its slots holds. --record writes both anew, which is right where something was added, and at a release of
 another first number.
 """
 
@@ -37,16 +37,42 @@ def private():
     return {f"{len(name)}{name}E" for part in parts for name in re.findall(r"(\w+)\(", part)} | {"8Platform", "7ControlEv"}
 
 
+def printed(*command):
+    return subprocess.run(command, capture_output=True, text=True, check=True).stdout.splitlines()
+
+
 def symbols():
     found, hidden = set(), private()
-    for line in subprocess.run(["nm", "-DS", "--defined-only", QT_LIBRARY], capture_output=True, text=True,
-                               check=True).stdout.splitlines():
+    for line in printed("nm", "-DS", "--defined-only", QT_LIBRARY):
         *_, size, kind, name = line.split()
         if name.startswith("_ZTV"):
             found.add(f"{name} {int(size, 16)} bytes")
         elif kind in "TBDR" and not any(each in name for each in hidden):  # what the compiler may leave out, inline functions, is none of a library's promises
             found.add(name)
-    return sorted(found)
+    return sorted(found | slots())
+
+
+def slots():
+    """The slots of the tables of virtual functions that hold the library's own; the others are Qt's. A slot is found by the
+    relocation that fills it."""
+    names = {}
+    for line in printed("nm", "--defined-only", QT_LIBRARY):
+        address, _, name = line.split()
+        names.setdefault(int(address, 16), set()).add(name)
+    tables, found = {}, set()
+    for line in printed("nm", "-DS", "--defined-only", QT_LIBRARY):
+        address, *size, _, name = line.split()
+        if name.startswith("_ZTV"):
+            tables[name] = range(int(address, 16), int(address, 16) + int(size[0], 16), 8)
+    for line in printed("readelf", "-rW", QT_LIBRARY):
+        place, _, kind, *value = line.split() if re.match("[0-9a-f]{12}", line) else ("0", "", "", "")
+        for table, places in tables.items():
+            if int(place, 16) in places:
+                # A symbol by its name, or an address in the library, where the first of several names is taken.
+                held = min(names[int(value[0], 16)]) if "RELATIV" in kind else value[1].partition("@")[0]
+                if "orbelcast" in held and not held.startswith("_ZTI"):
+                    found.add(f"{table} slot {places.index(int(place, 16)):02} {held}")
+    return found
 
 
 class AbiTest(unittest.TestCase):

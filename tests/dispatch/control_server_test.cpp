@@ -289,18 +289,27 @@ TEST_F(ControlServerTest, SinksComeAndGoWhileTheyAreTold) {
   control.Release();
 }
 
-TEST_F(ControlServerTest, ReleasedInsideItsOwnEvent) {
-  VideoServerPush& viewer = HostViewer();
-  int told = 0;
-  Sink sink([&](std::int32_t, Arguments&) {
-    ++told;
-    control.Release();
-  });
-  Advise(sink);
-  viewer.Events.Connected();
-  EXPECT_EQ(told, 1);
-  EXPECT_EQ(sink.references, 0u);
-  EXPECT_TRUE(server.Idle());
+TEST_F(ControlServerTest, ReleasedInsideAWindowsEvents) {
+  std::int16_t button = 1;
+  std::int32_t effect = 1;
+  float place = 0;
+  DropData data{{{"text/plain", "dropped"}}};
+  const std::vector<std::function<void(VideoServerPushEvents&)>> raisers{
+      [&](auto& events) { events.MouseDown(button); },
+      [&](auto& events) { events.OLEDragDrop(data, effect, button, button, place, place); }};
+  for (const auto& raise : raisers) {
+    VideoServerPush& viewer = HostViewer();
+    int told = 0;
+    Sink sink([&](std::int32_t, Arguments&) {
+      ++told;
+      control.Release();
+    });
+    Advise(sink);
+    raise(viewer.Events);
+    EXPECT_EQ(told, 1);
+    EXPECT_EQ(sink.references, 0u);
+    EXPECT_TRUE(server.Idle());
+  }
 }
 
 TEST_F(ControlServerTest, ReleasedWhileConnectWaitsOnTheHostsStack) {

@@ -16,6 +16,8 @@ import unittest
 from pages import PLAYER, VIEWER, Gateway, Page, Server, TIMEOUT, free_port
 from player_cases import PlayerPage  # noqa: F401
 
+FIRST_PICTURE = pathlib.Path(__file__).resolve().parents[2] / "examples/first_picture/page.html"
+
 
 @contextlib.contextmanager
 def redirecting_to(address):
@@ -35,8 +37,12 @@ def redirecting_to(address):
         yield server.server_port
         server.shutdown()
 
+
 class ViewerPage(Page):
     def test_viewer(self):
+        example = FIRST_PICTURE.read_text().replace("<video-server-push", "<video-server-push id=v")
+        self.open(example.replace("http://127.0.0.1:8080/live/1", self.live()))
+        self.until("shows('v', 'VideoStream')")
         with self.photographed() as (jpeg, camera, gateway):
             self.open(VIEWER.format(url=self.live(server=camera)), gateway)
             self.assertGreater(self.told("StreamInfo")[2]["BytesPerSecond"], 1000)

@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "adapters/posix/file_registry.h"
+#include "adapters/posix/wakeup.h"
 #include "assembly/headless_platform.h"
 #include "dispatch/control_server.h"
 #include "server/registration.h"
@@ -21,6 +22,7 @@ struct HostedServer {
   HostDialogs dialogs;
   HeadlessPlatform platform{dialogs};
   ControlServer server{platform.Get(), &dialogs};
+  Wakeup wakeup{platform.Get().loop.Queue(), [this] { server.EndReleased(); }};
 };
 
 /// The server while anything of it is used: of the thread that asked first, and of it alone until all is given back. A
@@ -37,6 +39,7 @@ class Library {
     if (!hosted_) {
       hosted_ = std::make_unique<HostedServer>();
       hosted_->server.OnUnused = [this] { EndServerIfIdle(); };
+      hosted_->server.OnReleasedElsewhere = [&wakeup = hosted_->wakeup] { wakeup.Wake(); };
     }
     return hosted_->server.OnOwnThread() ? &hosted_->server : nullptr;
   }

@@ -1,0 +1,8 @@
+// The first picture in C++ without a screen: headless ADDRESS FILE
+#include <orbelcast/headless.h>
+
+int main(int, char** argv) {
+  orbelcast::headless::VideoServerPush viewer;
+  viewer.Connect(argv[1], true);  // one picture, no stream
+  viewer.SaveImage(argv[2]);
+}
