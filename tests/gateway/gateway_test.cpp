@@ -106,7 +106,7 @@ class NotingPage final : public Page {
 TEST(PageSession, HasAPagesLinesAloneAndEndsCleanlyWhateverWaits) {
   fakes::FakePlatform fakes;
   const auto page = std::make_shared<NotingPage>();
-  auto session = PageSession::Create(fakes.platform, page);
+  auto session = PageSession::Create(fakes.platform, std::make_shared<NamedServers>(), page);
   const std::weak_ptr<PageSession> alive = session;
   for (const char* const wrong :
        {"run 1000", "surface s 60000 1000", "picture c . /tmp/x", "on Connected \"run 1\"", "nonsense"}) {
