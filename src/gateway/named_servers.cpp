@@ -1,9 +1,11 @@
 #include "gateway/named_servers.h"
 
 #include <algorithm>
+#include <cctype>
 #include <span>
 #include <utility>
 
+#include "protocol/base64.h"
 #include "protocol/text.h"
 #include "toolkit/ascii.h"
 
@@ -42,20 +44,63 @@ std::string WithLogin(std::string_view target, const std::pair<std::string, std:
   return std::string(path.substr(0, end - 1)) + user + ":" + password + std::string(target.substr(end));
 }
 
+bool IsLetterOrDigit(char each) {
+  return std::isalnum(static_cast<unsigned char>(each)) != 0;
+}
+
+std::string PercentEncoded(std::string_view text) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string encoded;
+  for (const char each : text) {
+    const auto byte = static_cast<unsigned char>(each);
+    if (IsLetterOrDigit(each) || std::string_view("-._~").find(each) != std::string_view::npos) {
+      encoded += each;
+    } else {
+      encoded += {'%', kDigits[byte >> 4], kDigits[byte & 0x0F]};
+    }
+  }
+  return encoded;
+}
+
+/// Whether what is at that place of the text goes on as a host's name or number would.
+bool GoesOn(std::string_view text, std::size_t at) {
+  if (at >= text.size()) return false;
+  if (IsLetterOrDigit(text[at])) return true;
+  return (text[at] == '.' || text[at] == '-') && at + 1 < text.size() && IsLetterOrDigit(text[at + 1]);
+}
+
+/// The text with `host` replaced where it is no part of a longer one, as 10.0.0.5 is of 10.0.0.50.
+std::string WithHostReplaced(std::string_view text, std::string_view host, std::string_view with) {
+  std::string replaced;
+  std::size_t done = 0;
+  for (std::size_t at = text.find(host); at != std::string_view::npos; at = text.find(host, at + 1)) {
+    const bool begins = at == 0 || (!IsLetterOrDigit(text[at - 1]) && text[at - 1] != '.' && text[at - 1] != '-');
+    if (at < done || !begins || GoesOn(text, at + host.size())) continue;
+    replaced.append(text.substr(done, at - done)).append(with);
+    done = at + host.size();
+  }
+  return replaced.append(text.substr(done));
+}
+
+std::string WithoutLogin(std::string text, const std::string& user, const std::string& password) {
+  text = Replaced(text, EncodeBase64(user + ":" + password), "***");
+  for (const char* const between : {":", "/"}) {
+    if (!password.empty()) text = Replaced(text, user + between + password, std::string("***") + between + "***");
+  }
+  if (password.size() < kLeastHiddenAlone) return text;
+  return Replaced(Replaced(text, password, "***"), PercentEncoded(password), "***");
+}
+
 /// A text of the server's without what pages are not to know.
 std::string Hidden(std::string text, const NamedServer& server) {
-  if (server.login) {
-    const auto& [user, password] = *server.login;
-    for (const char* const between : {":", "/"}) {
-      if (!password.empty()) text = Replaced(text, user + between + password, std::string("***") + between + "***");
-    }
-    if (password.size() >= kLeastHiddenAlone) text = Replaced(text, password, "***");
-  }
-  text = Replaced(text, server.authority, server.name);
-  text = Replaced(text, "//" + server.host, "//" + server.name);
+  if (server.login) text = WithoutLogin(std::move(text), server.login->first, server.login->second);
+  text = WithHostReplaced(text, "//" + server.authority, "//" + server.name);
+  text = WithHostReplaced(text, "//" + server.host, "//" + server.name);
   // A host of one word may be a word of the text's.
-  const bool is_word = server.host.find_first_of(".:") == std::string::npos;
-  return is_word ? text : Replaced(text, server.host, server.name);
+  if (server.authority.find_first_of(".:") == std::string::npos) return text;
+  text = WithHostReplaced(text, server.authority, server.name);
+  if (server.host.find_first_of(".:") == std::string::npos) return text;
+  return WithHostReplaced(text, server.host, server.name);
 }
 
 bool IsPicture(std::string_view content_type, std::span<const std::uint8_t> bytes) {
@@ -90,7 +135,7 @@ std::optional<std::string> NamedServers::Add(std::string_view name, std::string_
       server.host == server.authority ? server.host + (secure ? ":443" : ":80") : server.authority;
   if (asked.ends_with('*') || !allowed_.Add(asked)) return "the address is to end with HOST or HOST:PORT";
   server.origin = std::string(scheme) + server.authority;
-  servers_.emplace(server.name, std::move(server));
+  servers_[server.name] = server;
   return std::nullopt;
 }
 

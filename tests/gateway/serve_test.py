@@ -145,7 +145,7 @@ class Serve(unittest.TestCase):
         class Echo(http.server.BaseHTTPRequestHandler):
             def do_GET(self):
                 asked.append(self.path)
-                told = f"{self.path} {self.headers['Host']} http://{self.headers['Host']}/live/1"
+                told = f"{self.path} {self.headers['Authorization']} {self.headers['Host']} http://{self.headers['Host']}/live/1"
                 body = f"RDXVIEWER\r\nSNM:{told}\r\nCAM:1\t{told}\t{told}\r\n\r\n".encode()
                 self.send_response(302 if "away" in self.path else 200)
                 for name in ("Server", "HolmvaneStatus", "VigilboxInfo", "PlugIns", "RC_TCR", "Date"):
@@ -190,7 +190,7 @@ class Serve(unittest.TestCase):
             # Names in place of addresses, in events and in texts.
             self.assertIn("http://yard/live/1", "".join(page.lines))
             self.assertIn("***", "".join(page.lines))
-            self.assert_hidden("".join(page.lines) + gateway.errors, address, "keeper")
+            self.assert_hidden("".join(page.lines) + gateway.errors, address, "keeper", basic("keeper", PASSWORD)["Authorization"][6:])
             self.assertEqual([line for line, _ in other.asked() if "/live/" in line], [])
             camera.shutdown()
 
