@@ -175,6 +175,14 @@ class ServerOptions {
     group_ = "Site";
     AddText("--system-name", settings_.system_name, "TEXT [Orbelcast cameras]", "What the whole system is called")
         .Check(WhyNoLine);
+    AddText("--gateway", "http://HOST[:PORT]",
+            "Show the cameras on the server's page by the elements of this gateway, which is to allow both",
+            [this](const std::string& text) {
+              const bool known = text.starts_with("http://") || text.starts_with("https://");
+              Require(known && text.find_first_of("/?#\" '<>", text.find("//") + 2) == std::string::npos, "--gateway",
+                      "give http://HOST:PORT, without a path");
+              settings_.gateway = text;
+            });
     AddNames({"alert", "--alert", {"Fire", "Burglar", "Call for help"}, 0, kMaxItems, settings_.alerts});
     AddNames({"input", "--input", {"Motion sensor", "Garage door=on"}, 0, kMaxItems, settings_.inputs, true});
     AddNames({"output", "--output", {"Porch light=on", "Garden gate", "Siren"}, 0, kMaxItems, settings_.outputs, true});

@@ -12,13 +12,9 @@
 #include <vector>
 
 #include "camera_server/addresses.h"
+#include "camera_server/home_page.h"
 #include "common/http_status.h"
 #include "toolkit/ascii.h"
-
-namespace orbelcast::resources {
-// Embedded by the build, under its file's name.
-extern const std::span<const std::uint8_t> home_html;  // NOLINT(readability-identifier-naming): the file's name
-}  // namespace orbelcast::resources
 
 namespace orbelcast::camera_server {
 
@@ -121,53 +117,6 @@ std::string InfoText(const Services& services, const std::string& authority, std
   write("UPS", std::to_string(tenths_of_hours / 10) + "." + std::to_string(tenths_of_hours % 10));
   for (const std::string& flag : settings.info_flags) text << flag << ":1\r\n";
   return text.str();
-}
-
-std::string Escaped(const std::string& text) {
-  std::string escaped;
-  for (const char letter : text) {
-    const bool is_mark = letter == '&' || letter == '<' || letter == '>' || letter == '"';
-    escaped += is_mark ? "&#" + std::to_string(static_cast<int>(letter)) + ";" : std::string(1, letter);
-  }
-  return escaped;
-}
-
-/// A web page with all cameras, and how outputs, inputs and alerts stand: home.html with a text for each "@@".
-std::string HomePage(const Services& services) {
-  constexpr int kWidth = 400;
-  const Settings& settings = services.settings;
-  const std::string height = std::to_string(kWidth * settings.form.height / settings.form.width);
-  std::ostringstream cameras;
-  for (int camera = 1; settings.HasCamera(camera); ++camera) {
-    const std::string name = Escaped(settings.NameOf(camera));
-    const std::string path = std::string(kLivePath) + std::to_string(camera);
-    cameras << "<figure><img src=\"" << path << "?width=" << kWidth << "&amp;height=" << height << "\" width=\""
-            << kWidth << "\" height=\"" << height << "\" alt=\"" << name << "\"><figcaption><span>" << name
-            << "</span><a href=\"" << path << "\">" << path << "</a></figcaption></figure>\n";
-  }
-  std::ostringstream state;
-  for (const auto& [title, kind, on, off, style] :
-       {std::tuple("Outputs", Site::Kind::kOutput, "on", "off", "on"),
-        std::tuple("Inputs", Site::Kind::kInput, "on", "off", "on"),
-        std::tuple("Alerts", Site::Kind::kAlert, "active", "quiet", "alarm")}) {
-    const std::vector<Contact> contacts = services.site.All(kind);
-    if (contacts.empty()) continue;
-    state << "<section><h2>" << title << "</h2><ul>\n";
-    for (const auto& [name, is_on] : contacts) {
-      state << "<li><span>" << Escaped(name) << "</span><b class=\"" << (is_on ? style : "off") << "\">"
-            << (is_on ? on : off) << "</b></li>\n";
-    }
-    state << "</ul></section>\n";
-  }
-  std::string page(resources::home_html.begin(), resources::home_html.end());
-  std::size_t at = 0;
-  const std::string title = Escaped(settings.system_name);
-  for (const std::string& text : {title, title, cameras.str(), state.str()}) {
-    at = page.find("@@", at);
-    page.replace(at, 2, text);
-    at += text.size();
-  }
-  return page;
 }
 
 /// The text behind `word`; nothing when it begins otherwise.
@@ -338,7 +287,8 @@ Response Router::AnswerPage(const Request& request, const Client& client) {
   if (auto refusal = authenticator_.Refuse(request)) {
     return Refuse(std::move(*refusal), {client.address, Authenticator::UserOf(request)}, "page");
   }
-  if (request.Path() == "/") return FreshResponse("text/html; charset=utf-8", MakeBody(HomePage(services_)));
+  if (request.Path() == "/")
+    return FreshResponse("text/html; charset=utf-8", MakeBody(HomePage(services_, AuthorityOf(request, client))));
   return TextResponse(
       kNotFound, "There is nothing here. The cameras are at /live/1 and /stream/1, /live/2, and so on; / lists them.");
 }

@@ -103,6 +103,7 @@ struct Settings {
   std::vector<Contact> outputs{};
   std::vector<Account> accounts{};
   std::string system_name = "Orbelcast cameras";
+  std::string gateway{};  ///< "http://HOST:PORT", from which the server's page has its elements; empty: it has none
   std::vector<std::string> gps{"47.3769", "8.5417", "408"};  ///< latitude, longitude and height, or nothing
   std::string rc_query = "2";
   std::vector<std::string> info_flags{"AES", "CST", "ADM"};

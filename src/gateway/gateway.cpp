@@ -105,9 +105,12 @@ void AddSecurityHeaders(HttpReply& reply) {
 Gateway::Gateway(Platform& platform, GatewaySettings settings)
     : platform_(platform),
       settings_(std::move(settings)),
-      front_(platform.loop.Queue(), {.answer = [this](const HttpQuestion& question) { return Answer(question); },
-                                     .refuse = [this](const HttpQuestion& question) { return Refuse(question); },
-                                     .open = [this](std::shared_ptr<Page> page) { return Open(std::move(page)); }}) {}
+      named_(std::make_shared<NamedServers>(settings_.named)),
+      front_(platform.loop.Queue(),
+             {.answer = [this](const HttpQuestion& question) { return Answer(question); },
+              .refuse = [this](const HttpQuestion& question) { return Refuse(question); },
+              .open = [this](std::shared_ptr<Page> page) { return Open(std::move(page)); }},
+             settings_.tls) {}
 
 // The elements are for pages of all origins: there is no secret in them. The rest is for those who logged in.
 HttpReply Gateway::Answer(const HttpQuestion& question) const {
@@ -142,12 +145,17 @@ std::optional<HttpReply> Gateway::Refuse(const HttpQuestion& question) const {
   return std::nullopt;
 }
 
+// Each login is looked at, so that the time does not tell which one was nearly right either.
 bool Gateway::IsLoggedIn(const HttpQuestion& question) const {
-  if (!settings_.login) return true;
+  if (settings_.logins.empty()) return true;
   constexpr std::string_view kBasic = "Basic ";
   if (!StartsWithIgnoringCase(question.authorization, kBasic)) return false;
-  const std::string expected = EncodeBase64(settings_.login->first + ":" + settings_.login->second);
-  return EqualInEqualTime(std::string_view(question.authorization).substr(kBasic.size()), expected);
+  const std::string_view given = std::string_view(question.authorization).substr(kBasic.size());
+  bool known = false;
+  for (const auto& [user, password] : settings_.logins) {
+    known |= EqualInEqualTime(given, EncodeBase64(user + ":" + password));
+  }
+  return known;
 }
 
 // A page is the gateway's own where it comes from the name that it asks under, if that name is one that cannot be made
@@ -162,13 +170,15 @@ bool Gateway::IsAllowedOrigin(const std::string& origin) const {
 }
 
 std::shared_ptr<PageUser> Gateway::Open(std::shared_ptr<Page> page) {
-  const std::shared_ptr<PageSession> session = PageSession::Create(platform_, std::move(page));
+  const std::shared_ptr<PageSession> session = PageSession::Create(platform_, named_, std::move(page));
   ++*sessions_;
   return {session.get(), [session, count = sessions_](PageUser*) { --*count; }};
 }
 
 std::string Gateway::Description() const {
-  return nlohmann::json{{"servers", settings_.servers.Texts()}}.dump();
+  std::vector<std::string> servers = named_->Names();
+  servers.insert(servers.end(), settings_.servers.Texts().begin(), settings_.servers.Texts().end());
+  return nlohmann::json{{"servers", servers}}.dump();
 }
 
 }  // namespace orbelcast

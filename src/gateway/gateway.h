@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -8,16 +9,20 @@
 
 #include "gateway/allowed_servers.h"
 #include "gateway/http_front.h"
+#include "gateway/named_servers.h"
 #include "platform/platform.h"
 
 namespace orbelcast {
 
 struct GatewaySettings {
   AllowedServers servers{};
+  NamedServers named{};
   /// Origins ("https://example.org") whose pages may use the gateway, beside its own.
   std::vector<std::string> origins{};
-  /// What people log in with; nothing for everybody.
-  std::optional<std::pair<std::string, std::string>> login{};
+  /// What people log in with, a user and a password each; none for everybody.
+  std::vector<std::pair<std::string, std::string>> logins{};
+  /// With one, pages come over https alone; without, over http alone.
+  std::optional<TlsIdentity> tls{};
   int sessions = 256;
 };
 
@@ -27,7 +32,8 @@ class Gateway {
   /// Elements that are connected at a time, of all pages; 256 unless more are asked for.
   static constexpr int kMaxSessions = 1024;
 
-  /// `platform`, which asks `settings.servers` alone, outlives the gateway.
+  /// `platform`, which asks `settings.servers` and `settings.named` alone, outlives the gateway. Throws
+  /// std::runtime_error where `settings.tls` cannot be used.
   Gateway(Platform& platform, GatewaySettings settings);
 
   /// As HttpFront's.
@@ -44,6 +50,7 @@ class Gateway {
 
   Platform& platform_;
   const GatewaySettings settings_;
+  const std::shared_ptr<const NamedServers> named_;  ///< Of `settings_`; sessions keep it.
   const std::shared_ptr<int> sessions_ = std::make_shared<int>(0);
   HttpFront front_;
 };

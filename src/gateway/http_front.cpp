@@ -2,16 +2,23 @@
 
 #include "gateway/http_front.h"
 
+#include <openssl/ssl.h>
+#include <openssl/x509err.h>
+
 #include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/ssl/context.hpp>
 #include <boost/beast/core.hpp>
 #include <boost/beast/http.hpp>
 #include <boost/beast/websocket.hpp>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <deque>
 #include <set>
 #include <string_view>
+
+#include "gateway/browser_stream.h"
 
 namespace orbelcast {
 
@@ -20,6 +27,7 @@ namespace {
 namespace asio = boost::asio;
 namespace beast = boost::beast;
 namespace http = beast::http;
+namespace ssl = asio::ssl;
 namespace websocket = beast::websocket;
 using asio::ip::tcp;
 using ErrorCode = boost::system::error_code;
@@ -53,6 +61,27 @@ http::response<http::string_body> ResponseOf(HttpReply reply, const http::reques
   return response;
 }
 
+/// TLS as this side of it speaks: version 1.2 or newer, nothing compressed, nothing negotiated anew, and nothing kept
+/// of a connection that has ended.
+std::unique_ptr<ssl::context> TlsOf(const TlsIdentity& identity) {
+  auto context = std::make_unique<ssl::context>(ssl::context::tls_server);
+  SSL_CTX* const native = context->native_handle();
+  SSL_CTX_set_min_proto_version(native, TLS1_2_VERSION);
+  SSL_CTX_set_options(native, SSL_OP_NO_COMPRESSION | SSL_OP_NO_RENEGOTIATION | SSL_OP_CIPHER_SERVER_PREFERENCE);
+  SSL_CTX_set_session_cache_mode(native, SSL_SESS_CACHE_OFF);
+  ErrorCode error;
+  // Nobody is asked for a passphrase.
+  context->set_password_callback([](std::size_t, ssl::context::password_purpose) { return std::string(); }, error);
+  context->use_certificate_chain(asio::buffer(identity.certificate_chain), error);
+  if (error) throw std::runtime_error("the certificate cannot be used: " + error.message());
+  context->use_private_key(asio::buffer(identity.private_key), ssl::context::pem, error);
+  if (error && ERR_GET_REASON(static_cast<unsigned long>(error.value())) == X509_R_KEY_VALUES_MISMATCH) {
+    throw std::runtime_error("the key is not that of the certificate");
+  }
+  if (error) throw std::runtime_error("the key cannot be used (it is to have no passphrase): " + error.message());
+  return context;
+}
+
 }  // namespace
 
 /// The sockets and their watches in the queue. Boost.Asio finds out what can be done with a socket once the queue says
@@ -61,22 +90,24 @@ class HttpFront::Server : public std::enable_shared_from_this<Server> {
  public:
   class Connection;
 
-  Server(EventQueue& queue, Handlers handlers) : queue_(queue), handlers_(std::move(handlers)) {}
+  Server(EventQueue& queue, Handlers handlers, const std::optional<TlsIdentity>& identity)
+      : queue_(queue), handlers_(std::move(handlers)), tls_(identity ? TlsOf(*identity) : nullptr) {}
 
   int Listen(const std::string& address, int port);
   void End();
 
   EventQueue& Queue() { return queue_; }
-  asio::io_context& Context() { return context_; }
+  /// Null where bytes go as they are.
+  ssl::context* Tls() const { return tls_.get(); }
   const Handlers& Calls() const { return handlers_; }
 
   /// Calls the handlers of what can be done, unless that is being done.
   void Run();
   /// The same as soon as the queue is looked at.
   void RunSoon();
-  void Watch(int socket, bool writes);
-  /// A message is on its way: where it has not gone at once, the socket is watched until it has.
-  void WatchWriting(std::weak_ptr<Connection> connection) { writing_.push_back(std::move(connection)); }
+  void Watch(int socket, EventQueue::SocketEvents events);
+  /// What that connection waits for may be something else: its watch is set when all that can be done was done.
+  void NoteChange(std::weak_ptr<Connection> connection) { changed_.push_back(std::move(connection)); }
   void Forget(const std::shared_ptr<Connection>& connection) { connections_.erase(connection); }
 
  private:
@@ -85,10 +116,11 @@ class HttpFront::Server : public std::enable_shared_from_this<Server> {
 
   EventQueue& queue_;
   const Handlers handlers_;
+  const std::unique_ptr<ssl::context> tls_;
   asio::io_context context_{1};
   std::vector<std::shared_ptr<tcp::acceptor>> acceptors_;
   std::set<std::shared_ptr<Connection>> connections_;
-  std::vector<std::weak_ptr<Connection>> writing_;  ///< Since the last run.
+  std::vector<std::weak_ptr<Connection>> changed_;
   bool running_ = false;
   bool posted_ = false;
 };
@@ -97,17 +129,19 @@ class HttpFront::Server : public std::enable_shared_from_this<Server> {
 class HttpFront::Server::Connection final : public Page, public std::enable_shared_from_this<Connection> {
  public:
   Connection(std::shared_ptr<Server> server, tcp::socket socket)
-      : server_(std::move(server)), stream_(std::move(socket)), socket_(stream_.next_layer().native_handle()) {}
+      : server_(std::move(server)),
+        stream_(std::move(socket), server_->Tls(), [this] { NoteChange(); }),
+        socket_(Socket().native_handle()) {}
 
   void Begin();
+  /// Watches the socket for what it waits for now.
+  void SetWatch();
   /// Closes it at once.
   void Drop();
 
   void SendText(std::string line) override { Send({std::move(line), {}, false}); }
   void SendBytes(std::string line, FrameBytes bytes) override;
   bool IsIdle() const override { return !writing_; }
-  void WatchWrites(bool writes);
-  void WatchWritesWhileWriting() { WatchWrites(writing_); }
   void Close(const std::string& why) override;
 
  private:
@@ -128,10 +162,12 @@ class HttpFront::Server::Connection final : public Page, public std::enable_shar
   void Guard(int seconds);
   void Unguard();
   void LookForLife();
-  bool IsOpen() const { return stream_.next_layer().is_open(); }
+  void NoteChange();
+  tcp::socket& Socket() { return stream_.next_layer().next_layer(); }
+  bool IsOpen() const { return stream_.next_layer().next_layer().is_open(); }
 
   const std::shared_ptr<Server> server_;
-  websocket::stream<tcp::socket> stream_;
+  websocket::stream<BrowserStream> stream_;
   const int socket_;
   beast::flat_buffer buffer_;
   std::optional<http::request_parser<http::empty_body>> parser_;
@@ -140,7 +176,8 @@ class HttpFront::Server::Connection final : public Page, public std::enable_shar
   std::deque<Message> messages_;  ///< Those that wait; the first is on its way while `writing_`.
   std::size_t waiting_bytes_ = 0;
   bool writing_ = false;
-  bool watching_writes_ = false;
+  EventQueue::SocketEvents watched_{};
+  bool changed_ = false;  ///< Its watch is about to be set.
   bool pinging_ = false;
   bool heard_ = true;
   EventQueue::TimerId timer_ = 0;
@@ -161,7 +198,7 @@ int HttpFront::Server::Listen(const std::string& address, int port) {
   if (error)
     throw std::runtime_error("cannot listen at " + address + ":" + std::to_string(port) + ": " + error.message());
   acceptors_.push_back(acceptor);
-  Watch(acceptor->native_handle(), false);
+  Watch(acceptor->native_handle(), {.readable = true});
   Accept(acceptor);
   RunSoon();
   return acceptor->local_endpoint().port();
@@ -186,7 +223,7 @@ void HttpFront::Server::PauseAccepting(const std::shared_ptr<tcp::acceptor>& acc
   queue_.ArmTimer(std::chrono::milliseconds(100), [weak = weak_from_this(), acceptor] {
     const auto self = weak.lock();
     if (!self || !acceptor->is_open()) return;
-    self->Watch(acceptor->native_handle(), false);
+    self->Watch(acceptor->native_handle(), {.readable = true});
     self->Accept(acceptor);
     self->Run();
   });
@@ -208,6 +245,9 @@ void HttpFront::Server::Run() {
   context_.restart();
   context_.poll();
   running_ = false;
+  for (const auto& each : std::exchange(changed_, {})) {
+    if (const auto connection = each.lock()) connection->SetWatch();
+  }
 }
 
 void HttpFront::Server::RunSoon() {
@@ -215,34 +255,49 @@ void HttpFront::Server::RunSoon() {
   queue_.Post([self = shared_from_this()] {
     self->posted_ = false;
     self->Run();
-    for (const auto& each : std::exchange(self->writing_, {})) {
-      if (const auto connection = each.lock()) connection->WatchWritesWhileWriting();
-    }
   });
 }
 
-void HttpFront::Server::Watch(int socket, bool writes) {
-  queue_.WatchSocket(socket, {.readable = true, .writable = writes},
-                     [weak = weak_from_this()](EventQueue::SocketEvents) {
-                       if (const auto self = weak.lock()) self->Run();
-                     });
+void HttpFront::Server::Watch(int socket, EventQueue::SocketEvents events) {
+  queue_.WatchSocket(socket, events, [weak = weak_from_this()](EventQueue::SocketEvents) {
+    if (const auto self = weak.lock()) self->Run();
+  });
 }
 
 // ---- Requests -------------------------------------------------------------------------------------------------------
 
 void HttpFront::Server::Connection::Begin() {
   ErrorCode ignored;
-  auto& socket = stream_.next_layer();
-  socket.non_blocking(true, ignored);
-  socket.set_option(tcp::no_delay(true), ignored);
-  socket.set_option(asio::socket_base::send_buffer_size(kSendBufferBytes), ignored);
-  server_->Watch(socket_, false);
-  Read();
+  Socket().non_blocking(true, ignored);
+  Socket().set_option(tcp::no_delay(true), ignored);
+  Socket().set_option(asio::socket_base::send_buffer_size(kSendBufferBytes), ignored);
+  // The first request's time: that of the handshake is part of it.
+  Guard(kMaxRequestSeconds);
+  stream_.next_layer().Handshake([self = shared_from_this()](ErrorCode error) {
+    if (error) return self->Drop();
+    self->Read();
+  });
   server_->RunSoon();
 }
 
+void HttpFront::Server::Connection::NoteChange() {
+  if (!std::exchange(changed_, true)) server_->NoteChange(weak_from_this());
+}
+
+// A socket that is not waited for is not watched: who sends what is not read yet keeps nobody busy.
+void HttpFront::Server::Connection::SetWatch() {
+  changed_ = false;
+  const EventQueue::SocketEvents awaited = stream_.next_layer().Awaited();
+  if (!IsOpen() || (awaited.readable == watched_.readable && awaited.writable == watched_.writable)) return;
+  watched_ = awaited;
+  if (awaited.readable || awaited.writable) {
+    server_->Watch(socket_, awaited);
+  } else {
+    server_->Queue().UnwatchSocket(socket_);
+  }
+}
+
 void HttpFront::Server::Connection::Read() {
-  Guard(kMaxRequestSeconds);
   parser_.emplace();
   parser_->header_limit(kMaxRequestBytes);
   parser_->body_limit(0);
@@ -263,10 +318,9 @@ void HttpFront::Server::Connection::TakeRequest(ErrorCode error) {
 void HttpFront::Server::Connection::Answer(HttpReply reply) {
   Guard(kMaxRequestSeconds);
   response_.emplace(ResponseOf(std::move(reply), parser_->get()));
-  server_->Watch(socket_, true);
   http::async_write(stream_.next_layer(), *response_, [self = shared_from_this()](ErrorCode error, std::size_t) {
     if (error || !self->response_->keep_alive()) return self->Drop();
-    self->server_->Watch(self->socket_, false);
+    self->Guard(kMaxRequestSeconds);
     self->Read();
   });
 }
@@ -315,10 +369,6 @@ void HttpFront::Server::Connection::Send(Message message) {
   if (!writing_) Write();
 }
 
-void HttpFront::Server::Connection::WatchWrites(bool writes) {
-  if (IsOpen() && std::exchange(watching_writes_, writes) != writes) server_->Watch(socket_, writes);
-}
-
 // A message of bytes is its lines, their length in four bytes before them, and then the bytes.
 void HttpFront::Server::Connection::Write() {
   writing_ = true;
@@ -331,13 +381,11 @@ void HttpFront::Server::Connection::Write() {
                                                 asio::buffer(message.text),
                                                 asio::const_buffer(message.bytes.Bytes().data(), message.bytes.Size())};
   stream_.binary(message.binary);
-  server_->WatchWriting(weak_from_this());
   stream_.async_write(parts, [self = shared_from_this(), prefix](ErrorCode error, std::size_t) {
     self->messages_.pop_front();
     self->writing_ = false;
     if (error || !self->IsOpen()) return self->Drop();
     if (!self->messages_.empty()) return self->Write();
-    self->WatchWrites(false);
     self->server_->Queue().Post([user = self->user_] {
       if (user) user->TellIdle();
     });
@@ -362,7 +410,7 @@ void HttpFront::Server::Connection::Drop() {
   if (IsOpen()) {
     server_->Queue().UnwatchSocket(socket_);
     ErrorCode ignored;
-    stream_.next_layer().close(ignored);
+    Socket().close(ignored);
     server_->RunSoon();
   }
   server_->Forget(self);
@@ -406,8 +454,8 @@ void HttpFront::Server::Connection::LookForLife() {
 
 // ---- The front ------------------------------------------------------------------------------------------------------
 
-HttpFront::HttpFront(EventQueue& queue, Handlers handlers)
-    : server_(std::make_shared<Server>(queue, std::move(handlers))) {}
+HttpFront::HttpFront(EventQueue& queue, Handlers handlers, const std::optional<TlsIdentity>& identity)
+    : server_(std::make_shared<Server>(queue, std::move(handlers), identity)) {}
 
 // NOLINTNEXTLINE(bugprone-exception-escape): what escapes is a lack of memory, which ends the program.
 HttpFront::~HttpFront() {

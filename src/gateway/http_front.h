@@ -29,7 +29,15 @@ struct HttpReply {
   std::vector<std::pair<std::string, std::string>> headers{};
 };
 
-/// HTTP and WebSocket for browsers, on an event queue: no thread, nothing that blocks.
+/// What a server proves itself with, both as PEM texts: its certificate and those that lead from it to one that
+/// browsers know, and its private key, without a passphrase.
+struct TlsIdentity {
+  std::string certificate_chain;
+  std::string private_key;
+};
+
+/// HTTP and WebSocket for browsers, over TLS where there is an identity, on an event queue: no thread, nothing that
+/// blocks.
 class HttpFront {
  public:
   /// Connections open at a time; others are closed at once.
@@ -38,7 +46,7 @@ class HttpFront {
   static constexpr std::uint32_t kMaxRequestBytes = 16 * 1024;
   /// Of a message from a page.
   static constexpr std::size_t kMaxLineBytes = 64 * 1024;
-  /// Seconds for a request to come, and for its answer to be taken.
+  /// Seconds for a request to come, the handshake of TLS before the first included, and for its answer to be taken.
   static constexpr int kMaxRequestSeconds = 20;
   /// Seconds without a sign of life from a page, which is asked for one in between.
   static constexpr int kMaxSilentSeconds = 45;
@@ -51,8 +59,8 @@ class HttpFront {
     std::function<std::shared_ptr<PageUser>(std::shared_ptr<Page> page)> open;
   };
 
-  /// `queue` outlives it.
-  HttpFront(EventQueue& queue, Handlers handlers);
+  /// `queue` outlives it. Throws std::runtime_error where the identity cannot be used.
+  HttpFront(EventQueue& queue, Handlers handlers, const std::optional<TlsIdentity>& identity);
   /// Closes every connection.
   ~HttpFront();  // NOLINT(bugprone-exception-escape): what escapes is a lack of memory, which ends the program.
   HttpFront(const HttpFront&) = delete;

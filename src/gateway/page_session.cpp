@@ -13,17 +13,19 @@ constexpr std::size_t kBytesTogether = 16 * 1024;
 
 }  // namespace
 
-std::shared_ptr<PageSession> PageSession::Create(Platform& platform, std::shared_ptr<Page> page) {
-  std::shared_ptr<PageSession> session(new PageSession(platform, std::move(page)));
+std::shared_ptr<PageSession> PageSession::Create(Platform& platform, std::shared_ptr<const NamedServers> named,
+                                                 std::shared_ptr<Page> page) {
+  std::shared_ptr<PageSession> session(new PageSession(platform, std::move(named), std::move(page)));
   session->self_ = session;
   session->loop_.KeepAlive(session);
   return session;
 }
 
-PageSession::PageSession(Platform& platform, std::shared_ptr<Page> page)
+PageSession::PageSession(Platform& platform, std::shared_ptr<const NamedServers> named, std::shared_ptr<Page> page)
     : page_(std::move(page)),
       loop_(platform.loop),
-      http_(platform.http),
+      named_http_(platform.http, std::move(named)),
+      http_(named_http_),
       files_([this](const std::string& name, FrameBytes bytes) { Offer(name, std::move(bytes)); }),
       clips_(platform.avi_files, [this](const std::string& name, FrameBytes bytes) { Offer(name, std::move(bytes)); }),
       registry_([this](const std::string& key, const Registry::Value& value) {

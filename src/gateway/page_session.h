@@ -4,6 +4,7 @@
 #include <string>
 
 #include "adapters/http/yielding_http.h"
+#include "gateway/named_servers.h"
 #include "gateway/page.h"
 #include "gateway/page_services.h"
 #include "platform/platform.h"
@@ -19,7 +20,8 @@ namespace orbelcast {
 class PageSession final : public PageUser {
  public:
   /// `platform`'s loop, requests, decoder and clips are shared by all sessions; it outlives them.
-  static std::shared_ptr<PageSession> Create(Platform& platform, std::shared_ptr<Page> page);
+  static std::shared_ptr<PageSession> Create(Platform& platform, std::shared_ptr<const NamedServers> named,
+                                             std::shared_ptr<Page> page);
   ~PageSession() override = default;
   PageSession(const PageSession&) = delete;
   PageSession& operator=(const PageSession&) = delete;
@@ -29,7 +31,7 @@ class PageSession final : public PageUser {
   void TellGone() override;
 
  private:
-  PageSession(Platform& platform, std::shared_ptr<Page> page);
+  PageSession(Platform& platform, std::shared_ptr<const NamedServers> named, std::shared_ptr<Page> page);
 
   void Print(const Json& line);
   void Send(const Json& line, FrameBytes bytes);
@@ -46,6 +48,7 @@ class PageSession final : public PageUser {
   bool posted_ = false;        ///< A flush is.
   std::string lines_to_send_;  ///< Those that wait for it, in their order.
   PageLoop loop_;
+  NamedServersHttp named_http_;
   YieldingHttp http_;
   PageFiles files_;
   PageClips clips_;

@@ -22,7 +22,8 @@ class SilentPage final : public orbelcast::Page {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   orbelcast::fakes::FakePlatform fakes;
-  const auto session = orbelcast::PageSession::Create(fakes.platform, std::make_shared<SilentPage>());
+  const auto session = orbelcast::PageSession::Create(fakes.platform, std::make_shared<orbelcast::NamedServers>(),
+                                                      std::make_shared<SilentPage>());
   std::istringstream lines(std::string(reinterpret_cast<const char*>(data), size));
   int count = 0;
   for (std::string line; count < 64 && std::getline(lines, line); ++count) {

@@ -87,6 +87,38 @@ TEST(AllowedServers, AreThoseThatWereNamed) {
   }
 }
 
+TEST(NamedServers, HideTheirAddressesAndLogins) {
+  NamedServers servers;
+  EXPECT_FALSE(servers.Add("Yard", "http://ann:p@ss/1@10.0.0.5:8080"));
+  EXPECT_FALSE(servers.Add("gate", "https://camera"));
+  EXPECT_FALSE(servers.Add("own", "http://x:y@[fd00::1]:81/"));
+  for (const auto& [name, address] : std::vector<std::pair<std::string, std::string>>{{"yard", "http://a"},
+                                                                                      {"a.b", "http://a"},
+                                                                                      {"", "http://a"},
+                                                                                      {"a", "ftp://a"},
+                                                                                      {"b", "http://a:*"},
+                                                                                      {"c", "http://"}}) {
+    EXPECT_TRUE(servers.Add(name, address)) << name << address;
+  }
+  for (const char* const named : {"http://yard", "HTTP://Yard:1/x", "http://gate?x", "http://own/"}) {
+    EXPECT_NE(servers.Find(named), nullptr) << named;
+  }
+  for (const char* const other :
+       {"http://yard.a/", "http://yard@a/", "http://a@yard/", "https://yard/", "yard", "http://yard:x/"}) {
+    EXPECT_EQ(servers.Find(other), nullptr) << other;
+  }
+  EXPECT_TRUE(servers.Allow("10.0.0.5", 8080) && servers.Allow("camera", 443) && servers.Allow("fd00::1", 81));
+  EXPECT_FALSE(servers.Allow("10.0.0.5", 80) || servers.Allow("camera", 80));
+  for (const auto& [told, shown] : std::vector<std::pair<std::string, std::string>>{
+           {"http://10.0.0.5:8080/live/1 10.0.0.5:8080. 10.0.0.5.", "http://yard/live/1 yard. yard."},
+           {"10.0.0.50 110.0.0.5 10.0.0.5:80", "10.0.0.50 110.0.0.5 yard:80"},
+           {"ann:p@ss/1 /ann/p@ss/1/ p%40ss%2F1 YW5uOnBAc3MvMQ==", "***:*** /***/***/ *** ***"},
+           {"a camera: http://camera/1 //camera2", "a camera: http://gate/1 //camera2"},
+           {"x:y [fd00::1]:81 [fd00::1]", "***:*** own own"}}) {
+    EXPECT_EQ(servers.Hide(told), shown);
+  }
+}
+
 /// Notes what is sent.
 class NotingPage final : public Page {
  public:
@@ -106,7 +138,7 @@ class NotingPage final : public Page {
 TEST(PageSession, HasAPagesLinesAloneAndEndsCleanlyWhateverWaits) {
   fakes::FakePlatform fakes;
   const auto page = std::make_shared<NotingPage>();
-  auto session = PageSession::Create(fakes.platform, page);
+  auto session = PageSession::Create(fakes.platform, std::make_shared<NamedServers>(), page);
   const std::weak_ptr<PageSession> alive = session;
   for (const char* const wrong :
        {"run 1000", "surface s 60000 1000", "picture c . /tmp/x", "on Connected \"run 1\"", "nonsense"}) {

@@ -39,6 +39,19 @@ class Live(unittest.TestCase):
             for camera in ("3", "0", "", "x", "99999999999999999999"):
                 self.assertEqual(server.get("/live/" + camera)[0], 506, camera)
 
+    def test_page_with_and_without_a_gateway(self):
+        name = ("--cameras", "1", "--name", 'A"<b>')
+        with Server(*name) as plain, Server(*name, "--gateway", "http://gate:8091") as server:
+            self.assertIn(b'<img src="/live/1?', plain.get("/")[2])
+            self.assertNotIn(b"video-server-push url", plain.get("/")[2])
+            for host, url in (("yard:81", "yard:81"), ('"><script>', "127.0.0.1:%d" % server.port)):
+                page = server.get("/", {"Host": host})[2].decode()
+                self.assertIn('<script type="module" src="http://gate:8091/orbelcast.js"></script>', page)
+                self.assertIn('<video-server-push url="http://%s/live/1" ' % url, page)
+                self.assertNotIn("<b>", page)
+                self.assertNotIn("<img", page)
+
+
 def query(flag, moment=NOTHING, device="1", login="ann/pw"):
     """What a player sends: two question marks, the picture code behind "Quality="."""
     time_items = "Year=%s&Month=%s&Day=%s&Hour=%s&Minute=%s&Second=%s" % tuple(moment)
