@@ -94,8 +94,17 @@ class Servers:
         """Requests that the camera got so far."""
         return self.log.read_text().count("\n")
 
-    def get(self, target, **headers):
-        link = http.client.HTTPConnection("127.0.0.1", self.cache_port, timeout=READY_SECONDS)
+    def wait_until_shared(self, name):
+        """HAProxy sends a new browser to that gateway, which has no sessions yet."""
+        end = time.monotonic() + READY_SECONDS
+        while time.monotonic() < end:
+            if f"={name};" in (self.get("/orbelcast.js", self.pages_port)[1]["Set-Cookie"] or ""):
+                return
+            time.sleep(0.1)
+        raise SystemExit(f"HAProxy does not use gateway {name} again")
+
+    def get(self, target, port=0, **headers):
+        link = http.client.HTTPConnection("127.0.0.1", port or self.cache_port, timeout=READY_SECONDS)
         with contextlib.closing(link):
             link.request("GET", target, headers=headers)
             answer = link.getresponse()
@@ -229,8 +238,7 @@ async def measure(servers, number, seconds):
             assert asked < pictures * 0.6, "the cache shares nothing"
             await lose(servers, sessions, 0, signal.SIGKILL, 4 + seconds / 2)
             servers.gateways[0] = servers.start_gateway(0)
-            wait_for(servers.ports[0])
-            await asyncio.sleep(2)  # until HAProxy sees it
+            await asyncio.to_thread(servers.wait_until_shared, "a")
             more = [StickingSession() for _ in range(number // 2)]
             tasks = [asyncio.create_task(each.keep_running(servers.pages_port, f"http://127.0.0.1:{port}/live/1"))
                      for each in more]
