@@ -13,8 +13,8 @@
 /// Methods that only count or read may be called on any thread: QueryInterface, AddRef, Release, and the methods of
 /// IMemberList, IPicture, ISurface and IDataObject (the pixels of a surface not while a control may draw on it). An
 /// object whose last Release comes on another thread ends on its own one: in the loop, which that wakes, or at the next
-/// call into the library. Event sinks are called on the objects' thread alone. There are no threads of the library's own
-/// that a host could notice. Pictures arrive only while the message loop runs: inside IHostServices::RunLoop and
+/// call into the library. Event sinks are called on the objects' thread alone. There are no threads of the library's
+/// own that a host could notice. Pictures arrive only while the message loop runs: inside IHostServices::RunLoop and
 /// HandleNext (a host with a loop of its own waits for what IHostLoop names and calls HandleNext(0)) and inside members
 /// that wait.
 ///

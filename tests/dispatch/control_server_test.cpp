@@ -23,7 +23,6 @@ using testing::ElementsAre;
 constexpr std::int32_t kFrameRate = 0x68030000;
 constexpr std::int32_t kConnect = 0x6003000f;
 constexpr std::int32_t kRenderPicture = 0x60030067;
-constexpr std::int32_t kMotionSensivity = 0x6803000b;
 constexpr std::int32_t kMotionAreaX1 = 0x6803000a;
 constexpr std::int32_t kShowMotion = 0x6803000c;
 constexpr std::int32_t kUsername = 0x68030004;
