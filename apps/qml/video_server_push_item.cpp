@@ -87,6 +87,7 @@ void VideoServerPushItem::multiCamView(const QString& inpString) {
 }
 
 void VideoServerPushItem::ForwardEvents() {
+  // clang-format off
   // made by tools/make_reference: QML
   Forward(control_->Events.StreamInfo, &VideoServerPushItem::streamInfo);
   Forward(control_->Events.MotionDetected, &VideoServerPushItem::motionDetected);
@@ -104,7 +105,8 @@ void VideoServerPushItem::ForwardEvents() {
   Forward(control_->Events.OLEDragDrop, &VideoServerPushItem::oLEDragDrop);
   Forward(control_->Events.MotionArea, &VideoServerPushItem::motionArea);
   Forward(control_->Events.MotionDetectedArea, &VideoServerPushItem::motionDetectedArea);
-  // end of QML
+// end of QML
+  // clang-format on
 }
 
 // ---- Layers --------------------------------------------------------------------------------------------------------

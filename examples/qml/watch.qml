@@ -48,7 +48,7 @@ Window {
             border { color: "orange"; width: 2 }
             opacity: 0
 
-            NumberAnimation on opacity { id: fading; from: 1; to: 0; duration: 1000 }
+            NumberAnimation { id: fading; target: moved; property: "opacity"; from: 1; to: 0; duration: 1000 }
         }
     }
 

@@ -107,7 +107,8 @@ class VideoServerPushWidget : public QWidget {
   /// runs next, so the properties that are set with it hold; an empty one disconnects. `Connect`, `Disconnect` and
   /// `MultiCamView` take over: `url` becomes what was connected, or empty. A connection that fails leaves it, and
   /// setting it once more tries again; what becomes of a connection is told by the same signals as of `Connect`. Unlike
-  /// what `Connect` began, it streams again when a widget that was hidden is shown.
+  /// what `Connect` began, it streams again when a widget that was hidden is shown, and waits for that where it is set
+  /// before.
   QString url() const;
   void setUrl(const QString& value);
 

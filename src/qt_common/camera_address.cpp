@@ -24,13 +24,12 @@ void CameraAddress::Follow(const QString& url) {
   if (!url.isEmpty() && !url.startsWith(QLatin1String("http://"), Qt::CaseInsensitive)) return;
   soon_.stop();
   declared_ = false;
-  stopped_ = false;
   connected_ = url;
   if (std::exchange(url_, url) != url) changed_();
 }
 
 void CameraAddress::Shown() {
-  if (std::exchange(stopped_, false) && declared_) ConnectSoon();
+  if (std::exchange(hidden_, false) && declared_) ConnectSoon();
 }
 
 void CameraAddress::ConnectSoon() {
@@ -38,9 +37,9 @@ void CameraAddress::ConnectSoon() {
 }
 
 void CameraAddress::Act() {
-  if (url_.isEmpty() && connected_.isEmpty()) return;
+  const bool nothing_to_end = url_.isEmpty() && connected_.isEmpty();
+  if (nothing_to_end || (hidden_ && !url_.isEmpty())) return;
   connected_ = url_;
-  stopped_ = false;
   // As a handler: the loop goes on while the camera is asked.
   platform_.loop.RunHandler(
       [&control = control_, url = FromText(url_)] { url.empty() ? control.Disconnect() : control.Connect(url); });

@@ -28,8 +28,8 @@ class CameraAddress {
   /// ignores changes nothing.
   void Follow(const QString& url);
 
-  /// The control was hidden, which stops its stream.
-  void Hidden() { stopped_ = true; }
+  /// The control was hidden, which stops its stream. An address that is set now waits until it is shown.
+  void Hidden() { hidden_ = true; }
   /// It is shown again: an address that was set, unlike one that the host has connected, is connected once more.
   void Shown();
   /// From now on nothing is connected: a form is being designed.
@@ -45,7 +45,7 @@ class CameraAddress {
   QString url_;
   QString connected_;      // the newest address that a Connect was given, unless a Disconnect came after it
   bool declared_ = false;  // it was set, rather than connected by the host
-  bool stopped_ = false;
+  bool hidden_ = false;
   bool held_ = false;
   QTimer soon_;
 };

@@ -299,7 +299,7 @@ TEST_F(StreamTest, ShowsTheCameraThatItsUrlNames) {
   EXPECT_THAT(urls, ElementsAre("unused", "a", "b", "c", "", "d", ""));
   for (const std::string& request : server.Requests()) EXPECT_EQ(request.find(" /b"), std::string::npos);
 
-  // A camera that did not answer is tried again; what was hidden goes on when it is shown.
+  // A camera that did not answer is tried again; what was hidden, and what is set meanwhile, waits until it is shown.
   int failures = 0;
   QObject::connect(widget.get(), &VideoServerPushWidget::ConnectionFailed, [&] { ++failures; });
   for (const int tries : {1, 2}) {
@@ -307,14 +307,20 @@ TEST_F(StreamTest, ShowsTheCameraThatItsUrlNames) {
     EXPECT_TRUE(Run(milliseconds(3000), [&] { return failures == tries; }));
   }
   widget->show();
-  widget->setUrl(camera);
-  EXPECT_TRUE(Run(milliseconds(3000), [&] { return widget->Control().VideoStream.Visible.Get(); }));
-  widget->ToogleClock(false);
-  widget->hide();
-  EXPECT_FALSE(Streams());
-  const std::size_t before = server.Requests().size();
-  widget->show();
-  EXPECT_TRUE(Run(milliseconds(3000), [&] { return server.Requests().size() > before; }));
+  for (const char* const shown_next : {"", "e"}) {
+    widget->setUrl(camera);
+    EXPECT_TRUE(Run(milliseconds(3000), [&] { return widget->Control().VideoStream.Visible.Get(); }));
+    widget->ToogleClock(false);
+    widget->hide();
+    EXPECT_FALSE(Streams());
+    widget->setUrl(camera + QLatin1String(shown_next));
+    const std::size_t before = server.Requests().size();
+    Run(milliseconds(50));
+    EXPECT_EQ(server.Requests().size(), before);
+    widget->show();
+    EXPECT_TRUE(Run(milliseconds(3000), [&] { return server.Requests().size() > before; }));
+    EXPECT_EQ(fakes::TargetOf(server.Requests().back()), std::string("/") + shown_next);
+  }
 }
 
 TEST_F(StreamTest, TellsEachNewFrameWithoutDecodingIt) {
