@@ -105,7 +105,7 @@ void VideoServerPushItem::ForwardEvents() {
   Forward(control_->Events.OLEDragDrop, &VideoServerPushItem::oLEDragDrop);
   Forward(control_->Events.MotionArea, &VideoServerPushItem::motionArea);
   Forward(control_->Events.MotionDetectedArea, &VideoServerPushItem::motionDetectedArea);
-// end of QML
+  // end of QML
   // clang-format on
 }
 

@@ -216,7 +216,7 @@ class VideoServerPushItem : public QQuickItem {
   void motionArea(int X1, int Y1, int X2, int Y2);
   /// Right after `MotionDetected`: the zone of the first sample found, 1 to 25; −1 where the rectangle is watched.
   void motionDetectedArea(int Area);
-// end of QML
+  // end of QML
   // clang-format on
 
  Q_SIGNALS:
