@@ -1,6 +1,6 @@
 # The installation, by component: "runtime" (the command line, the camera server, the library that hosts load), "qt" (the
-# player, the widgets' library, the Designer plug-in), "python" (the Python package) and "development" (headers, CMake and
-# pkg-config packages).
+# player, the widgets' library, the Designer plug-in), "qml" (the QML module), "python" (the Python package) and
+# "development" (headers, CMake and pkg-config packages).
 include(CMakePackageConfigHelpers)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Orbelcast")
@@ -83,6 +83,15 @@ if(ORBELCAST_QT)
       set_target_properties(orbelcast_designer PROPERTIES INSTALL_RPATH "$ORIGIN/../../..")
     endif()
   endif()
+endif()
+
+# ---- The QML module --------------------------------------------------------------------------------------------------
+if(TARGET orbelcast_qml)
+  # Qt's own folder, for an installation below /usr; elsewhere QML_IMPORT_PATH names the folder above it.
+  set(qml_dir "${CMAKE_INSTALL_LIBDIR}/qt6/qml/Orbelcast")
+  install(TARGETS orbelcast_qml LIBRARY DESTINATION "${qml_dir}" COMPONENT qml)
+  install(FILES "${PROJECT_BINARY_DIR}/qml/Orbelcast/qmldir" "${PROJECT_BINARY_DIR}/qml/Orbelcast/orbelcast_qml.qmltypes"
+          DESTINATION "${qml_dir}" COMPONENT qml)
 endif()
 
 # ---- The Python package ----------------------------------------------------------------------------------------------

@@ -66,6 +66,22 @@ file(WRITE "${PROJECT_BINARY_DIR}/packaging/shlibs"
      "liborbelcast-qt ${PROJECT_VERSION_MAJOR} orbelcast-qt (>= ${PROJECT_VERSION})\n")
 orbelcast_package(qt orbelcast-qt)
 
+# ---- orbelcast-qml ---------------------------------------------------------------------------------------------------
+if(TARGET orbelcast_qml)
+  list(APPEND CPACK_COMPONENTS_ALL qml)
+  set(CPACK_DEBIAN_QML_PACKAGE_NAME orbelcast-qml)
+  set(CPACK_DEBIAN_QML_PACKAGE_SECTION libs)
+  set(CPACK_DEBIAN_QML_PACKAGE_SHLIBDEPS ON)
+  # What a scene imports with it, as Debian's own module does not say.
+  set(CPACK_DEBIAN_QML_PACKAGE_DEPENDS
+      "qml6-module-qtquick, qml6-module-qtqml, qml6-module-qtqml-models, qml6-module-qtqml-workerscript")
+  set(CPACK_DEBIAN_QML_PACKAGE_SUGGESTS "qml-qt6, qml6-module-qtquick-window")
+  set(CPACK_DEBIAN_QML_DESCRIPTION "Motion-JPEG cameras in QML scenes
+The QML module Orbelcast: its type VideoServerPush shows one camera in a scene,
+with motion detection and events, drawn by the scene graph. No widgets.")
+  orbelcast_package(qml orbelcast-qml)
+endif()
+
 # ---- python3-orbelcast -----------------------------------------------------------------------------------------------
 set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-orbelcast)
 set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)

@@ -226,3 +226,53 @@ def cpp_class(name, control):
 
 def cpp_classes(controls):
     return "\n\n".join(cpp_class(name, control) for name, control in controls.items())
+
+
+# ---- The QML item, from the description of the interfaces -----------------------------------------------------------
+
+QML_TYPES = {"": "void", "Boolean": "bool", "Integer": "int", "Long": "int", "Single": "double", "String": "QString",
+             "Variant": "QByteArray", "IPicture": "QImage", "IDataObject": "QVariantMap"}
+# What the item has in another form, or writes itself because `url` follows it.
+QML_OWN = {"URL", "Connect", "Disconnect", "MultiCamView", "RenderPicture"}
+
+
+def qml_name(name):
+    return name[0].lower() + name[1:]
+
+
+def qml_parameters(given):
+    return ", ".join(f"const {QML_TYPES[each['type']]}& {each['name']}" if QML_TYPES[each["type"]].startswith("Q")
+                     else f"{QML_TYPES[each['type']]} {each['name']}" for each in given)
+
+
+def qml_members(control):
+    """The members of the item, in the class: properties, methods, signals, and what raises these."""
+    lines = []
+    for each in control["properties"]:
+        kind, name = QML_TYPES[each["type"]], each["name"]
+        if name in QML_OWN:
+            continue
+        put = f"WRITE set{name} NOTIFY settingsChanged" if each["writable"] else "CONSTANT"
+        lines += ["", *cpp_comment(each["text"]), f"  Q_PROPERTY({kind} {qml_name(name)} READ {qml_name(name)} {put} FINAL)",
+                  f"  {kind} {qml_name(name)}() const {{ return ToQml(control_->{name}()); }}"]
+        if each["writable"]:
+            parameter = qml_parameters([{**each, "name": "value"}])
+            lines.append(f"  void set{name}({parameter}) {{ Put(&VideoServerPush::{name}, value); }}")
+    for each in control["methods"]:
+        name = each["name"]
+        if name in QML_OWN:
+            continue
+        given = "".join(f", {argument['name']}" for argument in each["arguments"])
+        body = f"return ToQml(control_->{name}())" if each["result"] else f"Call(&VideoServerPush::{name}{given})"
+        lines += ["", *cpp_comment(each["text"]), f"  Q_INVOKABLE {QML_TYPES[each['result']]} {qml_name(name)}"
+                                                  f"({qml_parameters(each['arguments'])}) {{ {body}; }}"]
+    lines += ["", " Q_SIGNALS:"]
+    for each in control["events"]:
+        lines += [*cpp_comment(each["text"]), f"  void {qml_name(each['name'])}({qml_parameters(each['arguments'])});"]
+    return "\n".join(lines[1:])
+
+
+def qml_events(control):
+    """What raises the item's signals."""
+    return "\n".join(f"  Forward(control_->Events.{each['name']}, &VideoServerPushItem::{qml_name(each['name'])});"
+                     for each in control["events"])

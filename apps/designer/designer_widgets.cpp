@@ -3,7 +3,9 @@
 #include <orbelcast/player_widget.h>
 #include <orbelcast/video_server_push_widget.h>
 
+#include <algorithm>
 #include <array>
+#include <initializer_list>
 
 #include "interface/user_control1_interface.h"
 #include "interface/video_server_push_interface.h"
@@ -22,9 +24,10 @@ constexpr std::string_view NoteFor(std::string_view property) {
 /// The members of a control that a form can set, its properties and the texts that it keeps for its host, as the
 /// interface describes them. At compile time: the plug-in links nothing of the controls.
 template <std::size_t Count>
-consteval std::array<PropertyDescription, Count> PropertiesOf(const ControlInterface& described) {
+consteval std::array<PropertyDescription, Count> PropertiesOf(const ControlInterface& described,
+                                                              std::initializer_list<PropertyDescription> own = {}) {
   std::array<PropertyDescription, Count> properties{};
-  auto next = properties.begin();
+  auto next = std::copy(own.begin(), own.end(), properties.begin());
   for (const PropertyEntry& property : described.properties) {
     const auto kind = property.type == ValueType::kText ? PropertyKind::kText : PropertyKind::kOther;
     *next++ = {property.name.data(), kind, property.text, NoteFor(property.name)};
@@ -39,7 +42,11 @@ constexpr std::size_t CountIn(const ControlInterface& described) {
 }
 
 constexpr auto kPlayerProperties = PropertiesOf<CountIn(interface::kUserControl1)>(interface::kUserControl1);
-constexpr auto kViewerProperties = PropertiesOf<CountIn(interface::kVideoServerPush)>(interface::kVideoServerPush);
+constexpr auto kViewerProperties = PropertiesOf<CountIn(interface::kVideoServerPush) + 1>(
+    interface::kVideoServerPush,
+    {{"url", PropertyKind::kText,
+      "The address of the camera to show, beginning with http://. The form connects it when it is shown, without code.",
+      " Nothing is connected while the form is designed."}});
 
 }  // namespace
 
@@ -68,12 +75,16 @@ const std::vector<WidgetDescription>& DesignerWidgets() {
        .object_name = "viewer",
        .icon = ":/orbelcast/designer/viewer.png",
        .tool_tip = "One camera's live picture, with motion detection",
-       .whats_this = "Shows one camera as a sequence of JPEG pictures and tells what happens by signals. The program "
-                     "connects it to the camera's address: Connect.",
+       .whats_this = "Shows one camera as a sequence of JPEG pictures and tells what happens by signals. Its "
+                     "property url is the camera's address; the program may connect it by itself, too: Connect.",
        .size = {400, 260},
        .properties = kViewerProperties,
        .make = [](QWidget* parent) -> QWidget* { return new VideoServerPushWidget(parent); },
-       .make_for_design = [](QWidget* parent) -> QWidget* { return new VideoServerPushWidget(parent); }},
+       .make_for_design = [](QWidget* parent) -> QWidget* {
+         auto* const viewer = new VideoServerPushWidget(parent);
+         viewer->ShowDesign();
+         return viewer;
+       }},
   };
   return widgets;
 }

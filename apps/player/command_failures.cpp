@@ -6,7 +6,7 @@
 #include "common/http_status.h"
 #include "player/login.h"
 #include "protocol/server_address.h"
-#include "widgets/qt_texts.h"
+#include "qt_common/qt_texts.h"
 
 namespace orbelcast {
 

@@ -22,8 +22,8 @@
 #include "player/save_name.h"
 #include "player/user_control1.h"
 #include "player/window_size.h"
+#include "qt_common/qt_texts.h"
 #include "widgets/mirror.h"
-#include "widgets/qt_texts.h"
 
 namespace orbelcast {
 

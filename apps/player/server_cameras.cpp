@@ -6,8 +6,8 @@
 #include "protocol/server_address.h"
 #include "protocol/server_info.h"
 #include "protocol/text.h"
+#include "qt_common/qt_texts.h"
 #include "stream/failure_text.h"
-#include "widgets/qt_texts.h"
 
 namespace orbelcast {
 

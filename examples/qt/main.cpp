@@ -1,4 +1,5 @@
-// A Qt application that watches one camera: its picture, its rate, where something moves, and a button that saves it.
+// A Qt application that watches one camera: its picture, its rate, where something moves, whether it is dark there, and
+// a button that saves the picture.
 //
 //     cmake -S examples/qt -B watch && cmake --build watch
 //     watch/example-qt http://127.0.0.1:8080/live/1
@@ -7,6 +8,7 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QLabel>
 #include <QMainWindow>
 #include <QStatusBar>
 #include <QToolBar>
@@ -42,13 +44,19 @@ int main(int argc, char** argv) {
   QObject::connect(viewer, &VideoServerPushWidget::ConnectionFailed, &window, [say] { say("No answer"); });
   QObject::connect(viewer, &VideoServerPushWidget::ConnectionBroken, &window, [say] { say("The camera is gone"); });
 
+  auto* const light = new QLabel(&window);
+  window.statusBar()->addPermanentWidget(light);
+  QObject::connect(viewer, &VideoServerPushWidget::NewFrame, &window, [viewer, light] {
+    const QImage picture = viewer->GetPicture();
+    if (!picture.isNull()) light->setText(picture.scaled(1, 1).pixelColor(0, 0).lightness() < 50 ? "dark" : "light");
+  });
+
   window.addToolBar("Camera")->addAction("Save picture…", [&window, viewer] {
     const QString name = QFileDialog::getSaveFileName(&window, "Save picture", "picture.jpg", "JPEG (*.jpg)");
     if (!name.isEmpty()) viewer->SaveImage(name);
   });
 
+  viewer->setUrl(address);
   window.show();
-  // As a handler: the window is there while the camera is asked.
-  viewer->RunHandler([viewer, address] { viewer->Connect(address); });
   return QApplication::exec();
 }

@@ -9,6 +9,6 @@ int main(int argc, char** argv) {
   viewer.resize(640, 480);
   viewer.show();
   viewer.setFrameRate(25);
-  viewer.RunHandler([&] { viewer.Connect("http://127.0.0.1:8080/live/1"); });
+  viewer.setUrl("http://127.0.0.1:8080/live/1");
   return QApplication::exec();
 }

@@ -40,8 +40,9 @@ class VideoServerPushWidget : public QWidget {
   Q_PROPERTY(bool DisableTestScreen READ DisableTestScreen WRITE setDisableTestScreen)
   Q_PROPERTY(bool MotionByZones READ MotionByZones WRITE setMotionByZones)
   Q_PROPERTY(QString MotionString READ MotionString WRITE setMotionString)
-  Q_PROPERTY(QString URL READ URL STORED false)
+  Q_PROPERTY(QString URL READ URL STORED false DESIGNABLE false)
   Q_PROPERTY(bool AutoReconnect READ AutoReconnect WRITE setAutoReconnect)
+  Q_PROPERTY(QString url READ url WRITE setUrl NOTIFY urlChanged)
 
  public:
   /// A viewer with its services made for it, once an application. The QApplication must exist.
@@ -102,6 +103,18 @@ class VideoServerPushWidget : public QWidget {
   bool AutoReconnect() const;
   void setAutoReconnect(bool value);
 
+  /// The address of the camera that is to be shown, beginning with "http://". Setting it connects when the event loop
+  /// runs next, so the properties that are set with it hold; an empty one disconnects. `Connect`, `Disconnect` and
+  /// `MultiCamView` take over: `url` becomes what was connected, or empty. A connection that fails leaves it, and
+  /// setting it once more tries again; what becomes of a connection is told by the same signals as of `Connect`. Unlike
+  /// what `Connect` began, it streams again when a widget that was hidden is shown, and waits for that where it is set
+  /// before.
+  QString url() const;
+  void setUrl(const QString& value);
+
+  /// For tools in which forms are designed: from now on setting `url` connects nothing.
+  void ShowDesign();
+
   QSize sizeHint() const override;
 
   // ---- For programs that are built from the library's sources -----------------------------------------------------
@@ -137,7 +150,8 @@ class VideoServerPushWidget : public QWidget {
   void SaveImage(const QString& Filename);
   /// Puts the picture that is shown on the clipboard, at the size at which it is shown.
   void ImageOnClipboard();
-  /// A copy of the newest picture at its own size, in pixels; a null image where there is none or it cannot be read.
+  /// The newest picture at its own size, in pixels, opaque 32-bit pixels; a null image where there is none or it cannot
+  /// be read. Decoded by this call, each time; the image keeps its own pixels, and may go to another thread.
   QImage GetPicture();
   /// A copy of the newest answer's bytes, a JPEG as the server sent it; empty before the first.
   QByteArray GetPictureArray() const;
@@ -168,7 +182,14 @@ class VideoServerPushWidget : public QWidget {
   void MotionArea(int X1, int Y1, int X2, int Y2);
   void MotionDetectedArea(short Area);
 
+  /// A new frame of a stream was taken, in the widget's thread; not one of several cameras. It carries nothing, so that
+  /// it costs nothing: `GetPicture` decodes the frame for who asks, `GetPictureArray` copies its JPEG. Both give the
+  /// newest frame, which is this one until the slot returns or waits.
+  void NewFrame();
+  void urlChanged();
+
  protected:
+  void showEvent(QShowEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void hideEvent(QHideEvent* event) override;
 

@@ -35,6 +35,14 @@ struct VideoServerPushEvents {
   Signal<std::int32_t& /*X1*/, std::int32_t& /*Y1*/, std::int32_t& /*X2*/, std::int32_t& /*Y2*/> MotionArea;
   Signal<std::int16_t& /*Area*/> MotionDetectedArea;
 
+  // For front ends; the interface has no such events.
+
+  /// A new frame of a stream was taken and drawn, and all that it raises has been raised. Not a mosaic's tile, nor a
+  /// redraw.
+  Signal<> NewFrame;
+  /// An address was given that nothing is done with; empty where none was given.
+  Signal<const std::string& /*address*/> AddressIgnored;
+
   /// Forgets every listener.
   void Clear();
 };

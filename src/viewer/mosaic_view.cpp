@@ -13,10 +13,12 @@ namespace {
 /// A camera's time limit within the round, from the request to its drawn picture.
 constexpr std::chrono::milliseconds kTileLimit{5000};
 
-/// The lines that have a line end: text after the last one is no camera.
-std::vector<std::string> CamerasOf(const std::string& text) {
+/// The lines that have a line end. Text after the last one is no camera, and is left in `rest`.
+std::vector<std::string> CamerasOf(const std::string& text, std::string& rest) {
   const auto lines = Split(text, kCrLf);
-  return {lines.begin(), lines.empty() ? lines.end() : lines.end() - 1};
+  if (lines.empty()) return {};
+  rest = lines.back();
+  return {lines.begin(), lines.end() - 1};
 }
 
 }  // namespace
@@ -32,7 +34,10 @@ MosaicView::MosaicView(Children children, VideoServerPushEvents& events, Underta
       lay_out_(std::move(lay_out)) {}
 
 bool MosaicView::Begin(const std::string& cameras) {
-  if (cameras.empty()) return false;
+  if (cameras.empty()) {
+    events_.AddressIgnored({});
+    return false;
+  }
   const auto mine = stream_.TakeOver();
   on_.VideoStream.Visible = true;
   on_.MasterTimer.Enabled = false;
@@ -41,8 +46,10 @@ bool MosaicView::Begin(const std::string& cameras) {
   on_.MultiCam.Enabled = true;
   if (!undertakings_.Yield(mine)) return false;
   frames_.PaintBlack();
-  cameras_ = CamerasOf(cameras);
+  std::string ignored;
+  cameras_ = CamerasOf(cameras, ignored);
   stream_.TakeOver();  // A tick that began with the list before ends.
+  if (!ignored.empty()) events_.AddressIgnored(ignored);
   return true;
 }
 

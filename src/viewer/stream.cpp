@@ -56,7 +56,7 @@ void Stream::End() {
 // ---- Connect -------------------------------------------------------------------------------------------------------
 
 void Stream::Connect(std::string URL, bool OnlyOnce, const std::string& msg) {
-  if (!StartsWithIgnoringCase(URL, "http://")) return;
+  if (!StartsWithIgnoringCase(URL, "http://")) return events_.AddressIgnored(URL);
   const Generation mine = TakeOver();
   Until connecting(doing_, Doing::kConnecting, Doing::kNothing, mine);
   on_.MultiCam.Enabled = false;
@@ -252,7 +252,9 @@ void Stream::RaiseTimeCodeOrClock(HttpRequest& request) {
 
 void Stream::ProcessFrame(bool SkipMotion) {
   if (on_.MultiCam.Enabled || StreamStopped) return;
+  const Generation mine = undertakings_.Current();
   frames_.Show(SkipMotion);
+  if (!SkipMotion && mine.IsCurrent()) events_.NewFrame();
 }
 
 // ---- Single steps and the end --------------------------------------------------------------------------------------

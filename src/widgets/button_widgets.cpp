@@ -6,7 +6,7 @@
 #include <QStyleOptionToolButton>
 #include <QStylePainter>
 
-#include "widgets/qt_texts.h"
+#include "qt_common/qt_texts.h"
 #include "widgets/themed_icon.h"
 
 namespace orbelcast {

@@ -8,7 +8,7 @@
 #include <QWheelEvent>
 #include <algorithm>
 
-#include "widgets/qt_texts.h"
+#include "qt_common/qt_texts.h"
 
 namespace orbelcast {
 

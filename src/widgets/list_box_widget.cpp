@@ -2,7 +2,7 @@
 
 #include <QMouseEvent>
 
-#include "widgets/qt_texts.h"
+#include "qt_common/qt_texts.h"
 
 namespace orbelcast {
 

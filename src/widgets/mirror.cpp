@@ -1,39 +1,11 @@
 #include "widgets/mirror.h"
 
-#include "toolkit/twips.h"
-#include "widgets/qt_texts.h"
+#include "qt_common/qt_texts.h"
 
 namespace orbelcast {
 
 std::pair<float, float> SizeInTwips(const QWidget& widget, const Screen& screen) {
-  const TwipsScale scale = TwipsScale::Of(screen);
-  return {scale.TwipsX(widget.width()), scale.TwipsY(widget.height())};
-}
-
-QRect PlaceOf(const ChildControl& control, const Screen& screen) {
-  const TwipsScale scale = TwipsScale::Of(screen);
-  return {scale.PixelsX(control.Left), scale.PixelsY(control.Top), scale.PixelsX(control.Width),
-          scale.PixelsY(control.Height)};
-}
-
-QFont SmallFont(const std::string& family) {
-  constexpr double kSmallPoints = 8;
-  QFont font(QString::fromStdString(family));
-  font.setPointSizeF(kSmallPoints);
-  return font;
-}
-
-std::int16_t ButtonNumber(Qt::MouseButton button) {
-  switch (button) {
-    case Qt::LeftButton:
-      return kLeftButton;
-    case Qt::RightButton:
-      return kRightButton;
-    case Qt::MiddleButton:
-      return kMiddleButton;
-    default:
-      return 0;
-  }
+  return SizeInTwips(widget.size(), screen);
 }
 
 void Call(const std::function<void()>& handler) {

@@ -1,29 +1,19 @@
 #pragma once
 
-#include <QFont>
 #include <QWidget>
-#include <cstdint>
 #include <functional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "platform/screen.h"
+#include "qt_common/control_view.h"
 #include "toolkit/controls.h"
 
 namespace orbelcast {
 
 /// A widget's size in twips: width, height.
 std::pair<float, float> SizeInTwips(const QWidget& widget, const Screen& screen);
-
-/// A control's place in pixels of its container.
-QRect PlaceOf(const ChildControl& control, const Screen& screen);
-
-/// The font of a small control: the family that the control names, at the size that its design was made for.
-QFont SmallFont(const std::string& family);
-
-/// A mouse button as handlers are told it; 0 for one that they are not told.
-std::int16_t ButtonNumber(Qt::MouseButton button);
 
 /// Calls a copy of `handler`, where there is one: the call may end the control that the handler belongs to.
 void Call(const std::function<void()>& handler);

@@ -3,12 +3,10 @@
 #include <QBackingStore>
 #include <QDragEnterEvent>
 #include <QDropEvent>
-#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
 
 #include "platform/jpeg_decoder.h"
-#include "toolkit/twips.h"
 
 namespace orbelcast {
 
@@ -18,32 +16,7 @@ QColor ToQt(Color color) {
   return {RedOf(color), GreenOf(color), BlueOf(color)};
 }
 
-Drop ToDrop(const QDropEvent& event, const Screen& screen) {
-  Drop drop;
-  for (const QString& format : event.mimeData()->formats()) {
-    drop.data.formats.emplace_back(format.toStdString(), event.mimeData()->data(format).toStdString());
-  }
-  const Qt::KeyboardModifiers keys = event.modifiers();
-  for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}) {
-    if (event.buttons().testFlag(button)) drop.button = static_cast<std::int16_t>(drop.button + ButtonNumber(button));
-  }
-  drop.shift = static_cast<std::int16_t>((keys.testFlag(Qt::ShiftModifier) ? 1 : 0) +
-                                         (keys.testFlag(Qt::ControlModifier) ? 2 : 0) +
-                                         (keys.testFlag(Qt::AltModifier) ? 4 : 0));
-  drop.effect = event.proposedAction() == Qt::MoveAction ? 2 : 1;
-  const TwipsScale scale = TwipsScale::Of(screen);
-  drop.x = static_cast<float>(event.position().x() * scale.x);
-  drop.y = static_cast<float>(event.position().y() * scale.y);
-  return drop;
-}
-
 }  // namespace
-
-QImage ViewOf(const Surface& surface, QImage::Format format) {
-  if (surface.Empty()) return {};
-  return {reinterpret_cast<const uchar*>(surface.Pixels().data()), surface.Width(), surface.Height(),
-          surface.Width() * 4, format};
-}
 
 DropWidget::DropWidget(ChildControl& control, std::function<void(Drop&)>& on_drop, const Screen& screen,
                        QWidget* parent)
@@ -60,11 +33,7 @@ void DropWidget::dragEnterEvent(QDragEnterEvent* event) {
 }
 
 void DropWidget::dropEvent(QDropEvent* event) {
-  if (!on_drop_) return;
-  Drop drop = ToDrop(*event, screen_);
-  on_drop_(drop);
-  event->setDropAction(drop.effect == 0 ? Qt::IgnoreAction : drop.effect == 2 ? Qt::MoveAction : Qt::CopyAction);
-  event->setAccepted(drop.effect != 0);
+  HandOver(*event, on_drop_, screen_);
 }
 
 PictureWidget::PictureWidget(PictureBox& box, const Screen& screen, QWidget* parent)

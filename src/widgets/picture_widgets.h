@@ -9,9 +9,6 @@
 
 namespace orbelcast {
 
-/// A surface as Qt sees it, without a copy; valid until the surface is drawn on or sized.
-QImage ViewOf(const Surface& surface, QImage::Format format);
-
 /// The common part of picture boxes and images: presses and drops.
 class DropWidget : public QWidget {
  public:

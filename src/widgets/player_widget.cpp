@@ -6,12 +6,12 @@
 
 #include "platform/platform.h"
 #include "player/user_control1.h"
+#include "qt_common/lent_platform.h"
+#include "qt_common/qt_texts.h"
 #include "toolkit/twips.h"
 #include "widgets/control_widgets.h"
 #include "widgets/full_screen_widget.h"
-#include "widgets/lent_platform.h"
 #include "widgets/mirror.h"
-#include "widgets/qt_texts.h"
 #include "widgets/window_widget.h"
 
 namespace orbelcast {

@@ -16,7 +16,7 @@
 #include <QStandardPaths>
 #include <algorithm>
 
-#include "widgets/qt_texts.h"
+#include "qt_common/qt_texts.h"
 
 namespace orbelcast {
 

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "widgets/qt_texts.h"
+#include "qt_common/qt_texts.h"
 
 namespace orbelcast {
 

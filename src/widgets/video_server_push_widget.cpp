@@ -13,13 +13,15 @@
 #include <vector>
 
 #include "platform/platform.h"
+#include "qt_common/camera_address.h"
+#include "qt_common/lent_platform.h"
+#include "qt_common/qt_texts.h"
+#include "qt_common/warnings.h"
 #include "toolkit/twips.h"
 #include "viewer/video_server_push.h"
-#include "widgets/lent_platform.h"
 #include "widgets/mirror.h"
 #include "widgets/picture_widgets.h"
 #include "widgets/plain_widgets.h"
-#include "widgets/qt_texts.h"
 
 namespace orbelcast {
 
@@ -30,6 +32,7 @@ struct VideoServerPushWidget::Parts {
   std::shared_ptr<Platform> platform;
   std::shared_ptr<VideoServerPush> control;
   bool sizes_control = false;
+  std::unique_ptr<CameraAddress> address{};
   std::vector<Connection> events{};
   QTimer hidden{};  // until it is known that a hide is one
 };
@@ -50,17 +53,21 @@ VideoServerPushWidget::VideoServerPushWidget(std::shared_ptr<Platform> platform,
                                              std::shared_ptr<VideoServerPush> control, QWidget* parent)
     : QWidget(parent), parts_(new Parts{.platform = std::move(platform), .control = std::move(control)}) {
   setAccessibleName(tr("Camera"));
+  parts_->address = std::make_unique<CameraAddress>(*parts_->platform, Control(), [this] { Q_EMIT urlChanged(); });
   MakeChildren();
   ForwardEvents();
   parts_->hidden.setSingleShot(true);
   QObject::connect(&parts_->hidden, &QTimer::timeout, this, [this] {
-    if (!isVisible()) Control().UserControl_Hide();
+    if (isVisible()) return;
+    Control().UserControl_Hide();
+    parts_->address->Hidden();
   });
 }
 
 VideoServerPushWidget::~VideoServerPushWidget() {
   // The children's mirrors listen to the control and go first; a handler that still waits may outlive both.
   parts_->events.clear();
+  parts_->address.reset();
   qDeleteAll(findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly));
   parts_->control.reset();
 }
@@ -132,6 +139,8 @@ void VideoServerPushWidget::ForwardEvents() {
     Q_EMIT MotionArea(x1, y1, x2, y2);
   });
   on(events.MotionDetectedArea, [this](std::int16_t& area) { Q_EMIT MotionDetectedArea(area); });
+  on(events.NewFrame, [this] { Q_EMIT NewFrame(); });
+  parts_->events.push_back(WarnOfIgnoredAddresses(Control()));
   on(Control().MainMenu.PoppedUp, [this] { PopUpMenu(); });
 }
 
@@ -166,6 +175,10 @@ void VideoServerPushWidget::hideEvent(QHideEvent* event) {
   if (!event->spontaneous() && !window()->isMinimized()) parts_->hidden.start(0);
 }
 
+void VideoServerPushWidget::showEvent(QShowEvent* event) {
+  if (!event->spontaneous()) parts_->address->Shown();
+}
+
 QSize VideoServerPushWidget::sizeHint() const {
   constexpr TwipsScale kUsual;
   return {kUsual.PixelsX(VideoServerPush::kDesignWidth), kUsual.PixelsY(VideoServerPush::kDesignHeight)};
@@ -173,6 +186,17 @@ QSize VideoServerPushWidget::sizeHint() const {
 
 void VideoServerPushWidget::RunHandler(std::function<void()> handler) {
   parts_->platform->loop.RunHandler(std::move(handler));
+}
+
+QString VideoServerPushWidget::url() const {
+  return parts_->address->Get();
+}
+void VideoServerPushWidget::setUrl(const QString& value) {
+  parts_->address->Set(value);
+}
+
+void VideoServerPushWidget::ShowDesign() {
+  parts_->address->Hold();
 }
 
 // ---- The interface, member by member -------------------------------------------------------------------------------
@@ -289,10 +313,14 @@ void VideoServerPushWidget::setAutoReconnect(bool value) {
 }
 
 void VideoServerPushWidget::Connect(const QString& URL, bool OnlyOnce, const QString& msg) {
-  parts_->control->Connect(FromText(URL), OnlyOnce, FromText(msg));
+  const QPointer watch(this);
+  parts_->address->Follow(URL);
+  if (watch) parts_->control->Connect(FromText(URL), OnlyOnce, FromText(msg));
 }
 void VideoServerPushWidget::Disconnect(bool NoNewStatus) {
-  parts_->control->Disconnect(NoNewStatus);
+  const QPointer watch(this);
+  parts_->address->Follow({});
+  if (watch) parts_->control->Disconnect(NoNewStatus);
 }
 void VideoServerPushWidget::StopGettingFrames() {
   parts_->control->StopGettingFrames();
@@ -310,7 +338,9 @@ void VideoServerPushWidget::RequestEnd() {
   parts_->control->RequestEnd();
 }
 void VideoServerPushWidget::MultiCamView(const QString& inpString) {
-  parts_->control->MultiCamView(FromText(inpString));
+  const QPointer watch(this);
+  if (!inpString.isEmpty()) parts_->address->Follow({});
+  if (watch) parts_->control->MultiCamView(FromText(inpString));
 }
 void VideoServerPushWidget::SaveImage(const QString& Filename) {
   parts_->control->SaveImage(FromText(Filename));
@@ -319,8 +349,8 @@ void VideoServerPushWidget::ImageOnClipboard() {
   parts_->control->ImageOnClipboard();
 }
 QImage VideoServerPushWidget::GetPicture() {
-  const std::optional<Surface> picture = parts_->control->GetPicture();
-  return picture ? ViewOf(*picture, QImage::Format_RGB32).copy() : QImage();
+  std::optional<Surface> picture = parts_->control->GetPicture();
+  return picture ? ImageOf(std::move(*picture)) : QImage();
 }
 QByteArray VideoServerPushWidget::GetPictureArray() const {
   const std::vector<std::uint8_t> bytes = parts_->control->GetPictureArray();

@@ -6,10 +6,10 @@
 #include <QMouseEvent>
 #include <QScreen>
 
+#include "qt_common/qt_texts.h"
 #include "toolkit/twips.h"
 #include "widgets/control_widgets.h"
 #include "widgets/mirror.h"
-#include "widgets/qt_texts.h"
 
 namespace orbelcast {
 

@@ -15,7 +15,7 @@ namespace {
 /// Milliseconds: enough for a request that must not come.
 constexpr int kAWhile = 300;
 
-// The player in it asks no server, whatever its properties say, and shows what can be seen of them.
+// They ask no server, whatever their properties say; the player shows what can be seen of its own.
 TEST(DesignerTest, WidgetsLiveInAFormThatIsBeingDesigned) {
   QPluginLoader loader(QStringLiteral(ORBELCAST_DESIGNER_PLUGIN));
   const auto* plugin = qobject_cast<QDesignerCustomWidgetCollectionInterface*>(loader.instance());
@@ -29,6 +29,7 @@ TEST(DesignerTest, WidgetsLiveInAFormThatIsBeingDesigned) {
     widget->setProperty("Server", QStringLiteral("127.0.0.1"));
     widget->setProperty("Port", QString::number(cameras.Port()));
     widget->setProperty("Start", QStringLiteral("Yes"));
+    widget->setProperty("url", QString::fromStdString(cameras.Url()));
   }
   form.show();
   auto* player = form.findChild<PlayerWidget*>();

@@ -106,6 +106,12 @@ class InstallTest(unittest.TestCase):
         form = self.build(ROOT / "examples/form") / "example-form"
         self.check("--qt", form, self.compile(ROOT / "examples/qt/main.cpp", "orbelcast-qt"))
 
+    @unittest.skipUnless(pathlib.Path(BUILD, "qml").exists(), "there is no QML module")
+    def test_the_qml_module_tells_its_types(self):
+        [module] = self.prefix.glob("lib*/**/qml/Orbelcast")
+        self.run_command("/usr/lib/qt6/bin/qmllint", "-I", module.parent, ROOT / "examples/qml/watch.qml")
+        self.assertNotIn("not found", self.run_command("ldd", *module.glob("*.so")))
+
     @unittest.skipUnless(pathlib.Path(BUILD, "bin/orbelcast-player").exists(), "there are no widgets")
     def test_the_widgets_library_shows_the_widgets_alone(self):
         names = self.run_command("nm", "-DC", "--defined-only", self.library.parent / "liborbelcast-qt.so")

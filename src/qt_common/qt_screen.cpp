@@ -1,4 +1,4 @@
-#include "widgets/qt_screen.h"
+#include "qt_common/qt_screen.h"
 
 #include <QGuiApplication>
 #include <QScreen>

@@ -1,11 +1,11 @@
-#include "widgets/qt_clipboard.h"
+#include "qt_common/qt_clipboard.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QImage>
 #include <cstring>
 
-#include "widgets/picture_widgets.h"
+#include "qt_common/control_view.h"
 
 namespace orbelcast {
 

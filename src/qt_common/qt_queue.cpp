@@ -1,4 +1,4 @@
-#include "widgets/qt_queue.h"
+#include "qt_common/qt_queue.h"
 
 #include <poll.h>
 

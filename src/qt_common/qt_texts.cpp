@@ -1,4 +1,4 @@
-#include "widgets/qt_texts.h"
+#include "qt_common/qt_texts.h"
 
 namespace orbelcast {
 
