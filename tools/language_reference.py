@@ -123,6 +123,7 @@ FIRST = "examples/first_picture"
 # Way, its page, the example that gets the first picture, what it needs, what it cannot do.
 WAYS = [
     ("Qt widgets", "reference/qt.md", "qt.cpp", "`liborbelcast-qt`, Qt 6.4", "run without an application of Qt's"),
+    ("QML", "qt.md#qml", "scene.qml", "`orbelcast-qml`, Qt 6.4 Quick", "show the player; open the status strip's menu"),
     ("C++ without a screen", "reference/cpp.md", "headless.cpp", "`liborbelcast.so`, C++20",
      "show a window; answer an event's argument by reference (`Dispatch()` can)"),
     ("C++ that links nothing", "control-server.md", "by_name.cpp", "`liborbelcast.so`, C++20",

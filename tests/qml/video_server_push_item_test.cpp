@@ -34,6 +34,9 @@ class ItemTest : public testing::Test {
   void Show(const QString& members) {
     QQmlComponent component(&engine);
     component.setData(("import QtQuick\nimport Orbelcast\nVideoServerPush {\n" + members + "\n}").toUtf8(), {});
+    Show(component);
+  }
+  void Show(QQmlComponent& component) {
     viewer = qobject_cast<QQuickItem*>(component.create());
     ASSERT_NE(viewer, nullptr) << component.errorString().toStdString();
     viewer->setParentItem(window->contentItem());
@@ -84,6 +87,18 @@ TEST_F(ItemTest, ShowsTheCameraThatItsUrlNamesAndTellsWhatHappens) {
 
   viewer->setProperty("url", QString());
   EXPECT_TRUE(Wait([&] { return Centre() == test_card; }));
+}
+
+TEST_F(ItemTest, TheShortestExampleShowsACamera) {
+  QQmlComponent component(&engine, QUrl::fromLocalFile(QStringLiteral(ORBELCAST_FIRST_PICTURE)));
+  Show(component);
+  EXPECT_EQ(viewer->property("url").toString(), QStringLiteral("http://127.0.0.1:8080/live/1"));
+  EXPECT_EQ(viewer->size(), QSizeF(640, 480));
+  bool came = false;
+  QObject::connect(viewer, SIGNAL(newFrame()), window.get(), SLOT(close()));
+  QObject::connect(window.get(), &QWindow::visibleChanged, [&](bool visible) { came = !visible; });
+  viewer->setProperty("url", QString::fromStdString(server.Url("/live")));
+  EXPECT_TRUE(Wait([&] { return came; }));
 }
 
 // Handlers run on the application's own stack, which scripts need, and may do anything there.
