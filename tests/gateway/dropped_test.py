@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Pages that go at every point of a session leave nothing behind: dropped_test.py SERVER_PROGRAM ORBELCAST
 
-DROPPED_SESSIONS is their number, 160 where it is not set. A sanitizer's program tells of leaks when the gateway ends.
+DROPPED_SESSIONS is their number, 96 where it is not set. A sanitizer's program tells of leaks when the gateway ends.
 """
 
 import concurrent.futures
@@ -15,7 +15,7 @@ import unittest
 from serve import TIMEOUT, Gateway, Page, Refused, frame, upgrade  # noqa: I001 (takes the second program's name)
 from camera_server import Server
 
-SESSIONS = int(os.environ.get("DROPPED_SESSIONS", "160"))
+SESSIONS = int(os.environ.get("DROPPED_SESSIONS", "96"))
 AT_A_TIME = 8
 MOST = 64
 PLAYER = ["create c UserControl1", "place c 12000 9000", "show c"]
