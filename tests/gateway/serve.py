@@ -74,6 +74,7 @@ class Page:
         self.link = gateway.connect()
         self.buffer = b""
         self.lines = []
+        self.told = []
         own = f"127.0.0.1:{gateway.port}"
         self.link.sendall(upgrade(own, f"{gateway.address.partition('//')[0]}//{own}", **headers))
         while b"\r\n\r\n" not in self.buffer:
@@ -105,18 +106,26 @@ class Page:
         self.link.sendall(b"".join(map(frame, lines)))
 
     def receive(self):
-        """The next message: its line, and the bytes of a binary one."""
+        """The next line, and the bytes that are told by it."""
+        if not self.told:
+            self.told = self.message()
+        line, body = self.told.pop(0)
+        self.lines.append(line.decode("utf-8", "replace"))
+        return json.loads(line) if line.startswith(b"{") else {}, body
+
+    def message(self):
+        """The next message: its lines, the last of them with the bytes of a binary one."""
         kind, length = self.take(2)
         if length > 125:
             length = int.from_bytes(self.take(2 if length == 126 else 8), "big")
         body = self.take(length)
         if kind & 0x0F == 2:
             end = 4 + int.from_bytes(body[:4], "little")
-            line, body = body[4:end], body[end:]
+            lines, body = body[4:end], body[end:]
         else:
-            line, body = body, b""
-        self.lines.append(line.decode("utf-8", "replace"))
-        return json.loads(line) if line.startswith(b"{") else {}, body
+            lines, body = body, b""
+        *others, last = lines.split(b"\n")
+        return [*((line, b"") for line in others), (last, body)]
 
     def until(self, key, value=None):
         """The first line from now on that has that key and value, and its bytes."""
