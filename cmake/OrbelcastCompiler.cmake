@@ -37,14 +37,23 @@ set(orbelcast_standard_headers
     <algorithm> <array> <charconv> <chrono> <cmath> <cstdint> <cstring> <filesystem> <functional> <map> <memory> <optional>
     <set> <span> <string> <string_view> <unordered_map> <utility> <variant> <vector>)
 
-# orbelcast_precompile(TARGET [SAME_AS other])
-#   Has TARGET read them once, or as OTHER does, whose compiler options are the same. A header that a source forgets to
-#   include shows where precompiled headers are off: in the presets dev and tidy.
+# orbelcast_precompile(TARGET [SAME_AS other] [ALSO header...])
+#   Has TARGET read them once, or as another target does, whose compiler options are the same. ALSO are headers of outside
+#   libraries that most of its sources include: read with them, where each source is compiled by itself. A header that a
+#   source forgets to include shows where precompiled headers are off: in the presets dev and tidy.
 function(orbelcast_precompile target)
-  cmake_parse_arguments(PRECOMPILE "" "SAME_AS" "" ${ARGN})
-  if(PRECOMPILE_SAME_AS AND NOT PRECOMPILE_SAME_AS STREQUAL target)
-    target_precompile_headers(${target} REUSE_FROM ${PRECOMPILE_SAME_AS})
+  cmake_parse_arguments(PRECOMPILE "" "SAME_AS" "ALSO" ${ARGN})
+  if(CMAKE_UNITY_BUILD)
+    set(PRECOMPILE_ALSO)
+  endif()
+  if(PRECOMPILE_ALSO OR NOT PRECOMPILE_SAME_AS OR PRECOMPILE_SAME_AS STREQUAL target)
+    target_precompile_headers(${target} PRIVATE ${orbelcast_standard_headers} ${PRECOMPILE_ALSO})
   else()
-    target_precompile_headers(${target} PRIVATE ${orbelcast_standard_headers})
+    target_precompile_headers(${target} REUSE_FROM ${PRECOMPILE_SAME_AS})
   endif()
 endfunction()
+
+# What most windows are made of.
+set(orbelcast_qt_headers
+    <QApplication> <QDialog> <QFileDialog> <QImage> <QLabel> <QMenu> <QMouseEvent> <QPainter> <QPointer> <QPushButton>
+    <QScreen> <QTimer> <QToolButton> <QVBoxLayout> <QWidget>)

@@ -3,11 +3,12 @@
 # A module's headers are reached as "module/header.h" through a folder of the build tree that holds nothing but that
 # module, so a target finds exactly the modules that it links: an include of any other does not compile.
 
-# orbelcast_add_module(NAME [DEPENDS module...] [LIBRARIES target...])
+# orbelcast_add_module(NAME [DEPENDS module...] [LIBRARIES target...] [PRECOMPILE header...])
 #   DEPENDS    modules whose headers this one may include
 #   LIBRARIES  the outside libraries of an adapter; its users do not see them
+#   PRECOMPILE headers of those libraries that most of its sources include
 function(orbelcast_add_module name)
-  cmake_parse_arguments(MODULE "" "" "DEPENDS;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(MODULE "" "" "DEPENDS;LIBRARIES;PRECOMPILE" ${ARGN})
   string(REPLACE "/" "_" suffix "${name}")
   set(target "orbelcast_${suffix}")
   set(folder "${PROJECT_SOURCE_DIR}/src/${name}")
@@ -22,7 +23,7 @@ function(orbelcast_add_module name)
     add_library(${target} STATIC ${sources})
     set(scope PUBLIC)
     target_link_libraries(${target} PRIVATE ${MODULE_LIBRARIES})
-    orbelcast_precompile(${target} SAME_AS orbelcast_platform)
+    orbelcast_precompile(${target} SAME_AS orbelcast_platform ALSO ${MODULE_PRECOMPILE})
   else()
     add_library(${target} INTERFACE)
     set(scope INTERFACE)
