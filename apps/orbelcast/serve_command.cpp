@@ -1,3 +1,5 @@
+#include <malloc.h>
+
 #include <functional>
 #include <iostream>
 #include <memory>
@@ -104,7 +106,12 @@ void CheckAll(ServeOptions& options, const CommandLine& command) {
   }
 }
 
+/// From this size on memory is the system's again when it is free. Left to itself, the C library raises the size to
+/// that of the largest picture, and sessions that come and go leave holes.
+constexpr int kLargeBytes = 128 * 1024;
+
 ExitStatus Serve(const ServeOptions& options) {
+  ::mallopt(M_MMAP_THRESHOLD, kLargeBytes);
   HeadlessPlatform platform;
   platform.AskOnly(
       [&servers = options.gateway.servers, &named = options.gateway.named](std::string_view host, int port) {

@@ -170,9 +170,10 @@ bool Gateway::IsAllowedOrigin(const std::string& origin) const {
 }
 
 std::shared_ptr<PageUser> Gateway::Open(std::shared_ptr<Page> page) {
-  const std::shared_ptr<PageSession> session = PageSession::Create(platform_, named_, std::move(page));
   ++*sessions_;
-  return {session.get(), [session, count = sessions_](PageUser*) { --*count; }};
+  // Counted until its memory is free: its controls may wait for a camera longer than the page is there.
+  std::shared_ptr<void> counted(nullptr, [count = sessions_](void*) { --*count; });
+  return PageSession::Create(platform_, named_, std::move(page), std::move(counted));
 }
 
 std::string Gateway::Description() const {

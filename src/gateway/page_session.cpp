@@ -14,15 +14,17 @@ constexpr std::size_t kBytesTogether = 16 * 1024;
 }  // namespace
 
 std::shared_ptr<PageSession> PageSession::Create(Platform& platform, std::shared_ptr<const NamedServers> named,
-                                                 std::shared_ptr<Page> page) {
-  std::shared_ptr<PageSession> session(new PageSession(platform, std::move(named), std::move(page)));
+                                                 std::shared_ptr<Page> page, std::shared_ptr<void> kept) {
+  std::shared_ptr<PageSession> session(new PageSession(platform, std::move(named), std::move(page), std::move(kept)));
   session->self_ = session;
   session->loop_.KeepAlive(session);
   return session;
 }
 
-PageSession::PageSession(Platform& platform, std::shared_ptr<const NamedServers> named, std::shared_ptr<Page> page)
-    : page_(std::move(page)),
+PageSession::PageSession(Platform& platform, std::shared_ptr<const NamedServers> named, std::shared_ptr<Page> page,
+                         std::shared_ptr<void> kept)
+    : kept_(std::move(kept)),
+      page_(std::move(page)),
       loop_(platform.loop),
       named_http_(platform.http, std::move(named)),
       http_(named_http_),

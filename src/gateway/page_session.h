@@ -19,9 +19,10 @@ namespace orbelcast {
 /// It ends with its page, and its memory when the last handler of its controls has returned.
 class PageSession final : public PageUser {
  public:
-  /// `platform`'s loop, requests, decoder and clips are shared by all sessions; it outlives them.
+  /// `platform`'s loop, requests, decoder and clips are shared by all sessions; it outlives them. `kept` goes when
+  /// the session's memory is free, which is after its page has gone where its controls still wait for a camera.
   static std::shared_ptr<PageSession> Create(Platform& platform, std::shared_ptr<const NamedServers> named,
-                                             std::shared_ptr<Page> page);
+                                             std::shared_ptr<Page> page, std::shared_ptr<void> kept = nullptr);
   ~PageSession() override = default;
   PageSession(const PageSession&) = delete;
   PageSession& operator=(const PageSession&) = delete;
@@ -31,7 +32,8 @@ class PageSession final : public PageUser {
   void TellGone() override;
 
  private:
-  PageSession(Platform& platform, std::shared_ptr<const NamedServers> named, std::shared_ptr<Page> page);
+  PageSession(Platform& platform, std::shared_ptr<const NamedServers> named, std::shared_ptr<Page> page,
+              std::shared_ptr<void> kept);
 
   void Print(const Json& line);
   void Send(const Json& line, FrameBytes bytes);
@@ -42,6 +44,7 @@ class PageSession final : public PageUser {
   void SendLines();
   void SendDrawings();
 
+  const std::shared_ptr<void> kept_;
   std::shared_ptr<Page> page_;  ///< Null once it has gone.
   std::weak_ptr<PageSession> self_;
   int lines_ = 0;
