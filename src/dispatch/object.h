@@ -98,11 +98,13 @@ class Object : public First, public Interfaces... {
  private:
   void End() {
     ++calls_;  // Stays whole while it ends, also when a sink that it lets go calls back in.
+    ended_ = true;
     Ended();
     Leave();
   }
+  // Without a reference it may still have to end: the last one has just gone on another thread, which will say so.
   void Leave() {
-    if (--calls_ > 0 || references_ > 0) return;
+    if (--calls_ > 0 || references_ > 0 || !ended_) return;
     ObjectCount& count = count_;
     delete this;
     count.ObjectGone();
@@ -111,6 +113,7 @@ class Object : public First, public Interfaces... {
   ObjectCount& count_;
   std::atomic<std::uint32_t> references_ = 1;
   std::uint32_t calls_ = 0;
+  bool ended_ = false;
 };
 
 /// Keeps a value alive for a variant that points into it.
