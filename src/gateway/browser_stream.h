@@ -38,8 +38,8 @@ StreamDone Shared(Handler&& handler) {
 class WatchedSocket {
  public:
   using Socket = boost::asio::ip::tcp::socket;
-  using executor_type = Socket::executor_type;
-  using lowest_layer_type = Socket;
+  using executor_type = Socket::executor_type;  // NOLINT(readability-identifier-naming): Boost.Asio's name
+  using lowest_layer_type = Socket;             // NOLINT(readability-identifier-naming): Boost.Asio's name
 
   /// `changed` is called when what it waits for may be something else.
   WatchedSocket(Socket socket, std::function<void()> changed)
@@ -90,7 +90,7 @@ class WatchedSocket {
 /// A browser's connection: its bytes as they are, or in TLS.
 class BrowserStream {
  public:
-  using executor_type = WatchedSocket::executor_type;
+  using executor_type = WatchedSocket::executor_type;  // NOLINT(readability-identifier-naming): Boost.Asio's name
 
   /// `tls`, which outlives it, may be null: then bytes go as they are. `changed` as WatchedSocket's.
   BrowserStream(WatchedSocket::Socket socket, boost::asio::ssl::context* tls, std::function<void()> changed)
