@@ -17,11 +17,11 @@ ORBELCAST = sys.argv.pop(1)
 
 
 class Gateway:
-    """A gateway on a free port of 127.0.0.1, ended with the test."""
+    """A gateway of the test's own on 127.0.0.1, ended with it."""
 
-    def __init__(self, *options, tls=None):
+    def __init__(self, *options, port=0, tls=None):
         self.tls = tls
-        self.process = subprocess.Popen([ORBELCAST, "serve", "--port", "0", *options], stdout=subprocess.PIPE,
+        self.process = subprocess.Popen([ORBELCAST, "serve", "--port", str(port), *options], stdout=subprocess.PIPE,
                                         stderr=subprocess.PIPE, text=True, preexec_fn=end_with_parent)
         self.address = self.process.stdout.readline().strip()
         self.port = int(self.address.rpartition(":")[2].strip("/"))
@@ -42,9 +42,14 @@ class Gateway:
         link = http.client.HTTPConnection("127.0.0.1", self.port, timeout=TIMEOUT)
         link.sock = self.connect()
         with contextlib.closing(link):
-            link.request("GET", target, headers=headers)
+            link.request("GET", target, headers={name.replace("_", "-"): text for name, text in headers.items()})
             answer = link.getresponse()
-            return answer.status, answer.read()
+            return answer.status, answer.headers, answer.read()
+
+    def open_session(self, **headers):
+        """The status that a page's connection gets."""
+        return self.get("/session", Connection="Upgrade", Upgrade="websocket", Sec_WebSocket_Version="13",
+                        Sec_WebSocket_Key="AAAAAAAAAAAAAAAAAAAAAA==", **headers)[0]
 
     def memory(self):
         """Its resident memory, in KiB."""

@@ -117,7 +117,7 @@ class Serve(unittest.TestCase):
                 address = f"127.0.0.1:{camera.port}"
                 servers = private_file(self.folder, "servers", f"Yard = http://keeper:{PASSWORD}@{address}\n")
                 with Gateway("--servers", servers) as gateway, Page(gateway) as page:
-                    self.assertEqual(gateway.get("/gateway.json")[1], b'{"servers":["yard"]}')
+                    self.assertEqual(gateway.get("/gateway.json")[2], b'{"servers":["yard"]}')
                     page.send("create v VideoServerPush", "place v 9600 7200", "show v",
                               "call v Connect http://yard/live/1")
                     self.assertTrue(is_whole(page.until("type", "image/jpeg")[1]))

@@ -1,24 +1,23 @@
-"""What the tests of the page elements share: a gateway of their own, and one browser with pages of it."""
+"""What the tests of the page elements share: one browser with pages of it."""
 
 import base64
 import contextlib
-import http.client
 import pathlib
 import re
 import socket
-import subprocess
 import sys
 import tempfile
 import time
 import unittest
 
-sys.path.insert(0, str(pathlib.Path(__file__).parent.parent / "apps/camera_server"))
-from camera_server import TIMEOUT, Server, end_with_parent  # noqa: E402
+TESTS = pathlib.Path(__file__).parent.parent
+sys.path[:0] = [str(TESTS / "apps/camera_server"), str(TESTS / "gateway")]
+from camera_server import TIMEOUT, Server  # noqa: E402
+from serve import Gateway  # noqa: E402
 
 from selenium import webdriver  # noqa: E402
 from selenium.webdriver.common.by import By  # noqa: E402
 
-ORBELCAST = sys.argv.pop(1)
 VIEWER = '<video-server-push id="v" url="{url}" framerate="20"></video-server-push>'
 PLAYER = ('<user-control-1 id="p" server="127.0.0.1" port="{port}" device="1" extendedcontrols="Yes">'
           '</user-control-1>')
@@ -41,37 +40,6 @@ def free_port():
     with socket.socket() as probe:
         probe.bind(("127.0.0.1", 0))
         return probe.getsockname()[1]
-
-
-class Gateway:
-    """A gateway of the test's own, ended with it."""
-
-    def __init__(self, *options, port=0):
-        self.process = subprocess.Popen([ORBELCAST, "serve", "--port", str(port), *options], stdout=subprocess.PIPE,
-                                        text=True, preexec_fn=end_with_parent)
-        self.address = self.process.stdout.readline().strip()
-        self.port = int(self.address.rpartition(":")[2].strip("/"))
-
-    def __enter__(self):
-        return self
-
-    def __exit__(self, *_):
-        self.process.terminate()
-        with self.process.stdout:
-            status = self.process.wait(TIMEOUT)
-        assert status == 0, status
-
-    def get(self, target, **headers):
-        link = http.client.HTTPConnection("127.0.0.1", self.port, timeout=TIMEOUT)
-        with contextlib.closing(link):
-            link.request("GET", target, headers={name.replace("_", "-"): text for name, text in headers.items()})
-            answer = link.getresponse()
-            return answer.status, answer.headers, answer.read()
-
-    def open_session(self, **headers):
-        """The status that a page's connection gets."""
-        return self.get("/session", Connection="Upgrade", Upgrade="websocket", Sec_WebSocket_Version="13",
-                        Sec_WebSocket_Key="AAAAAAAAAAAAAAAAAAAAAA==", **headers)[0]
 
 
 class Page(unittest.TestCase):
