@@ -1,6 +1,8 @@
 #pragma once
 
+#include <boost/asio/basic_stream_socket.hpp>
 #include <boost/asio/buffer.hpp>
+#include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/post.hpp>
 #include <boost/asio/ssl/context.hpp>
@@ -37,7 +39,7 @@ StreamDone Shared(Handler&& handler) {
 /// A socket that knows what it waits for.
 class WatchedSocket {
  public:
-  using Socket = boost::asio::ip::tcp::socket;
+  using Socket = boost::asio::basic_stream_socket<boost::asio::ip::tcp, boost::asio::io_context::executor_type>;
   using executor_type = Socket::executor_type;  // NOLINT(readability-identifier-naming): Boost.Asio's name
   using lowest_layer_type = Socket;             // NOLINT(readability-identifier-naming): Boost.Asio's name
 

@@ -30,6 +30,7 @@ namespace http = beast::http;
 namespace ssl = asio::ssl;
 namespace websocket = beast::websocket;
 using asio::ip::tcp;
+using Acceptor = asio::basic_socket_acceptor<tcp, asio::io_context::executor_type>;
 using ErrorCode = boost::system::error_code;
 
 /// Of a connection, in the system: what lies there cannot be replaced by a newer picture any more.
@@ -111,14 +112,14 @@ class HttpFront::Server : public std::enable_shared_from_this<Server> {
   void Forget(const std::shared_ptr<Connection>& connection) { connections_.erase(connection); }
 
  private:
-  void Accept(const std::shared_ptr<tcp::acceptor>& acceptor);
-  void PauseAccepting(const std::shared_ptr<tcp::acceptor>& acceptor);
+  void Accept(const std::shared_ptr<Acceptor>& acceptor);
+  void PauseAccepting(const std::shared_ptr<Acceptor>& acceptor);
 
   EventQueue& queue_;
   const Handlers handlers_;
   const std::unique_ptr<ssl::context> tls_;
   asio::io_context context_{1};
-  std::vector<std::shared_ptr<tcp::acceptor>> acceptors_;
+  std::vector<std::shared_ptr<Acceptor>> acceptors_;
   std::set<std::shared_ptr<Connection>> connections_;
   std::vector<std::weak_ptr<Connection>> changed_;
   bool running_ = false;
@@ -128,7 +129,7 @@ class HttpFront::Server : public std::enable_shared_from_this<Server> {
 /// A browser's connection: requests one after another, until one makes it a page's.
 class HttpFront::Server::Connection final : public Page, public std::enable_shared_from_this<Connection> {
  public:
-  Connection(std::shared_ptr<Server> server, tcp::socket socket)
+  Connection(std::shared_ptr<Server> server, WatchedSocket::Socket socket)
       : server_(std::move(server)),
         stream_(std::move(socket), server_->Tls(), [this] { NoteChange(); }),
         socket_(Socket().native_handle()) {}
@@ -163,11 +164,12 @@ class HttpFront::Server::Connection final : public Page, public std::enable_shar
   void Unguard();
   void LookForLife();
   void NoteChange();
-  tcp::socket& Socket() { return stream_.next_layer().next_layer(); }
+  WatchedSocket::Socket& Socket() { return stream_.next_layer().next_layer(); }
   bool IsOpen() const { return stream_.next_layer().next_layer().is_open(); }
 
   const std::shared_ptr<Server> server_;
-  websocket::stream<BrowserStream> stream_;
+  /// Without the compression of WebSocket: nearly all that is sent are pictures, which are compressed already.
+  websocket::stream<BrowserStream, false> stream_;
   const int socket_;
   beast::flat_buffer buffer_;
   std::optional<http::request_parser<http::empty_body>> parser_;
@@ -189,10 +191,9 @@ int HttpFront::Server::Listen(const std::string& address, int port) {
   ErrorCode error;
   const auto numeric = asio::ip::make_address(address, error);
   if (error) throw std::runtime_error(address + " is no numeric address");
-  auto acceptor = std::make_shared<tcp::acceptor>(context_);
+  auto acceptor = std::make_shared<Acceptor>(context_);
   const tcp::endpoint endpoint(numeric, static_cast<std::uint16_t>(port));
-  if (acceptor->open(endpoint.protocol(), error); !error)
-    acceptor->set_option(tcp::acceptor::reuse_address(true), error);
+  if (acceptor->open(endpoint.protocol(), error); !error) acceptor->set_option(Acceptor::reuse_address(true), error);
   if (!error) acceptor->bind(endpoint, error);
   if (!error) acceptor->listen(asio::socket_base::max_listen_connections, error);
   if (error)
@@ -204,8 +205,8 @@ int HttpFront::Server::Listen(const std::string& address, int port) {
   return acceptor->local_endpoint().port();
 }
 
-void HttpFront::Server::Accept(const std::shared_ptr<tcp::acceptor>& acceptor) {
-  acceptor->async_accept([this, self = shared_from_this(), acceptor](ErrorCode error, tcp::socket socket) {
+void HttpFront::Server::Accept(const std::shared_ptr<Acceptor>& acceptor) {
+  acceptor->async_accept([this, self = shared_from_this(), acceptor](ErrorCode error, WatchedSocket::Socket socket) {
     if (!acceptor->is_open()) return;
     if (error) return PauseAccepting(acceptor);
     if (connections_.size() < kMaxConnections) {
@@ -218,7 +219,7 @@ void HttpFront::Server::Accept(const std::shared_ptr<tcp::acceptor>& acceptor) {
 }
 
 // There are no descriptors left, or the like: the queue would say again and again that somebody waits.
-void HttpFront::Server::PauseAccepting(const std::shared_ptr<tcp::acceptor>& acceptor) {
+void HttpFront::Server::PauseAccepting(const std::shared_ptr<Acceptor>& acceptor) {
   queue_.UnwatchSocket(acceptor->native_handle());
   queue_.ArmTimer(std::chrono::milliseconds(100), [weak = weak_from_this(), acceptor] {
     const auto self = weak.lock();
