@@ -15,6 +15,11 @@ endif()
 if(ORBELCAST_SANITIZE STREQUAL "address")
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # Checks of each access to memory, a third of gcc's time. The address sanitizer sees nearly all that they see; the
+    # fuzzers, which clang compiles, have them.
+    add_compile_options(-fno-sanitize=null,alignment,object-size,vptr)
+  endif()
 elseif(ORBELCAST_SANITIZE STREQUAL "thread")
   add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
   add_link_options(-fsanitize=thread)
