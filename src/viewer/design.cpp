@@ -81,6 +81,7 @@ class UnseenTestCard final : public UnseenPicture {
     return true;
   }
   bool DrawInto(const PixelMemory&, const Surface&) override { return false; }
+  std::span<const std::uint8_t> Png() const override { return resources::test_card_png; }
 
  private:
   PictureCodec& pictures_;

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -11,6 +12,8 @@
 #include "gateway/allowed_servers.h"
 #include "gateway/page_session.h"
 #include "remote/drawing_journal.h"
+#include "viewer/design.h"
+#include "viewer/pictures.h"
 
 namespace orbelcast {
 
@@ -68,6 +71,17 @@ TEST(DrawingJournal, KeepsWhatIsStillSeenAndTheNewestOfIt) {
   for (int i = 0; i < 2 * static_cast<int>(DrawingJournal::kMaxKept); ++i)
     surface.FillBox(i % 90, i / 90, i % 90, i / 90, i);
   EXPECT_THAT(Taken(*journal), ElementsAre(-2));
+}
+
+TEST(DrawingJournal, PassesOnAPictureThatNobodyHasSeenAsTheFileThatItIs) {
+  fakes::FakePictures codec;  // its files are empty
+  const auto card = MakeTestCard(codec);
+  DrawingJournal journal([&]() -> const Surface& { return *card; }, codec, [] {});
+  journal.TakeAnew();
+  const auto taken = journal.Take();
+  ASSERT_EQ(taken.size(), 1u);
+  EXPECT_TRUE(std::ranges::equal(std::get<Drawing::Png>(taken[0].what), resources::test_card_png));
+  EXPECT_EQ(card->Memory(), nullptr);
 }
 
 TEST(AllowedServers, AreThoseThatWereNamed) {
