@@ -180,6 +180,31 @@ TEST(PageSession, HasAPagesLinesAloneAndEndsCleanlyWhateverWaits) {
   EXPECT_TRUE(alive.expired());
 }
 
+TEST(PageSession, AsksACameraForNobodyWhileItsPageIsAway) {
+  using std::chrono::seconds;
+  fakes::FakePlatform fakes;
+  fakes.http.answers.front().body = {1, 0, 0, 4, 3};
+  const auto asked_in = [&](seconds time) {
+    const int before = fakes.http.sent;
+    fakes.queue.Advance(time);
+    return fakes.http.sent - before;
+  };
+  const auto session =
+      PageSession::Create(fakes.platform, std::make_shared<NamedServers>(), std::make_shared<NotingPage>());
+  for (const char* const line : {"create c VideoServerPush", "show c", "place c 9600 7200", "set c FrameRate 10",
+                                 "call c Connect http://cam/live/1"}) {
+    session->TakeLine(line);
+  }
+  EXPECT_NEAR(asked_in(seconds(PageSession::kMaxAwaitedSeconds)), 50, 2);
+  asked_in(seconds(1));
+  EXPECT_EQ(asked_in(seconds(30)), 0);
+  session->TakeLine("painted c.VideoStream");
+  EXPECT_GE(asked_in(seconds(0)), 1);
+  // Who paints nothing because nobody looks is told events all the time.
+  session->TakeLine("unseen c");
+  EXPECT_NEAR(asked_in(seconds(30)), 300, 3);
+}
+
 }  // namespace
 
 }  // namespace orbelcast
