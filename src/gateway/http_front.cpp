@@ -63,8 +63,8 @@ http::response<http::string_body> ResponseOf(HttpReply reply, const http::reques
 
 /// TLS as this side of it speaks: version 1.2 or newer, nothing compressed, nothing negotiated anew, and nothing kept
 /// of a connection that has ended.
-std::unique_ptr<ssl::context> TlsOf(const TlsIdentity& identity) {
-  auto context = std::make_unique<ssl::context>(ssl::context::tls_server);
+std::shared_ptr<ssl::context> TlsOf(const TlsIdentity& identity) {
+  auto context = std::make_shared<ssl::context>(ssl::context::tls_server);
   SSL_CTX* const native = context->native_handle();
   SSL_CTX_set_min_proto_version(native, TLS1_2_VERSION);
   SSL_CTX_set_options(native, SSL_OP_NO_COMPRESSION | SSL_OP_NO_RENEGOTIATION | SSL_OP_CIPHER_SERVER_PREFERENCE);
@@ -98,7 +98,8 @@ class HttpFront::Server : public std::enable_shared_from_this<Server> {
 
   EventQueue& Queue() { return queue_; }
   /// Null where bytes go as they are.
-  ssl::context* Tls() const { return tls_.get(); }
+  std::shared_ptr<ssl::context> Tls() const { return tls_; }
+  void Renew(const TlsIdentity& identity) { tls_ = TlsOf(identity); }
   const Handlers& Calls() const { return handlers_; }
 
   /// Calls the handlers of what can be done, unless that is being done.
@@ -116,7 +117,7 @@ class HttpFront::Server : public std::enable_shared_from_this<Server> {
 
   EventQueue& queue_;
   const Handlers handlers_;
-  const std::unique_ptr<ssl::context> tls_;
+  std::shared_ptr<ssl::context> tls_;  ///< Of connections that are to come; each keeps its own.
   asio::io_context context_{1};
   std::vector<std::shared_ptr<tcp::acceptor>> acceptors_;
   std::set<std::shared_ptr<Connection>> connections_;
@@ -130,7 +131,8 @@ class HttpFront::Server::Connection final : public Page, public std::enable_shar
  public:
   Connection(std::shared_ptr<Server> server, tcp::socket socket)
       : server_(std::move(server)),
-        stream_(std::move(socket), server_->Tls(), [this] { NoteChange(); }),
+        tls_(server_->Tls()),
+        stream_(std::move(socket), tls_.get(), [this] { NoteChange(); }),
         socket_(Socket().native_handle()) {}
 
   void Begin();
@@ -167,6 +169,7 @@ class HttpFront::Server::Connection final : public Page, public std::enable_shar
   bool IsOpen() const { return stream_.next_layer().next_layer().is_open(); }
 
   const std::shared_ptr<Server> server_;
+  const std::shared_ptr<ssl::context> tls_;
   websocket::stream<BrowserStream> stream_;
   const int socket_;
   beast::flat_buffer buffer_;
@@ -464,6 +467,10 @@ HttpFront::~HttpFront() {
 
 int HttpFront::Listen(const std::string& address, int port) {
   return server_->Listen(address, port);
+}
+
+void HttpFront::Renew(const TlsIdentity& identity) {
+  server_->Renew(identity);
 }
 
 }  // namespace orbelcast
