@@ -83,7 +83,7 @@ class UnseenPicture {
   virtual bool DrawOn(Surface& surface) = 0;
   /// Draws it into memory of somebody else's, as it would cover `surface`. False where it is damaged, or covers less.
   virtual bool DrawInto(const PixelMemory& memory, const Surface& surface) = 0;
-  /// The file that it came as, where that is a PNG file, opaque and drawn in its own size; empty elsewhere.
+  /// The file that it came as, where that is a PNG file whose pixels take the place of those below; empty elsewhere.
   virtual std::span<const std::uint8_t> Png() const { return {}; }
 };
 
