@@ -4,10 +4,10 @@
 Usage: bench/pages.py BIN_FOLDER [SESSIONS...] [--stopped SECONDS] [--smoke]
 
 Each session shows one camera at 10 pictures a second, 640 x 480, and tells each as painted, as an element does. Printed are
-the pictures a second that each page got, the gateway's CPU time a picture and its ratio to that of curl, which asks for the
-same pictures in the same run, and the gateway's memory a session. Without numbers: 1, 64 and 256. Then pages stop reading
-for a minute: what they cost meanwhile, beside what they cost before. --smoke runs two for a moment: that it works, not what
-comes out.
+the time until all that come at once show a picture, and from then on the pictures a second that each page got, the gateway's
+CPU time a picture and its ratio to that of curl, which asks for the same pictures in the same run, and the gateway's memory a
+session. Without numbers: 1, 64 and 256. Then pages stop reading for a minute: what they cost meanwhile, beside what they cost
+before. --smoke runs two for a moment: that it works, not what comes out.
 """
 import argparse
 import asyncio
@@ -80,6 +80,19 @@ def bare_cpu(address):
     return (after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime) / BARE_REQUESTS
 
 
+async def open_pages(port, address, count):
+    """Pages that all show a picture, their tasks, and the seconds that this took."""
+    begun = time.monotonic()
+    sessions = [PageSession() for _ in range(count)]
+    tasks = [asyncio.create_task(each.run(port, address)) for each in sessions]
+    while not all(each.pictures for each in sessions):
+        await asyncio.sleep(0.01)
+        assert time.monotonic() < begun + 60, "a page shows no picture"
+    opened = time.monotonic() - begun
+    await asyncio.sleep(1)
+    return sessions, tasks, opened
+
+
 async def end(sessions, tasks):
     for task in tasks:
         task.cancel()
@@ -90,9 +103,7 @@ async def end(sessions, tasks):
 
 
 async def measure_stopped(gateway, port, address, count, seconds):
-    sessions = [PageSession() for _ in range(count)]
-    tasks = [asyncio.create_task(each.run(port, address)) for each in sessions]
-    await asyncio.sleep(3)
+    sessions, tasks, _ = await open_pages(port, address, count)
     before = cpu_seconds(gateway)
     await asyncio.sleep(seconds)
     reading, memory = cpu_seconds(gateway) - before, resident(gateway)
@@ -108,16 +119,15 @@ async def measure_stopped(gateway, port, address, count, seconds):
 
 async def measure(gateway, port, address, count, seconds, bare):
     before = resident(gateway)
-    sessions = [PageSession() for _ in range(count)]
-    tasks = [asyncio.create_task(each.run(port, address)) for each in sessions]
-    await asyncio.sleep(3)
+    sessions, tasks, opened = await open_pages(port, address, count)
     pictures, used, begun = sum(each.pictures for each in sessions), cpu_seconds(gateway), time.monotonic()
     await asyncio.sleep(seconds)
     pictures = sum(each.pictures for each in sessions) - pictures
     elapsed, used = time.monotonic() - begun, cpu_seconds(gateway) - used
     each = used / max(pictures, 1)
-    print(f"{count:4} sessions: {pictures / elapsed / count:5.2f} pictures a second each, {each * 1e6:4.0f} us of CPU a picture "
-          f"({each / bare:.2f} of a bare request's), {(resident(gateway) - before) / count:5.0f} KiB a session", flush=True)
+    print(f"{count:4} sessions, open after {opened:.2f} s: {pictures / elapsed / count:5.2f} pictures a second each, "
+          f"{each * 1e6:4.0f} us of CPU a picture ({each / bare:.2f} of a bare request's), "
+          f"{(resident(gateway) - before) / count:5.0f} KiB a session", flush=True)
     await end(sessions, tasks)
     assert pictures > 0
 

@@ -14,7 +14,8 @@ namespace orbelcast {
 /// ignore (nohup) stays ignored. One at a time in a process.
 class StopSignals {
  public:
-  StopSignals(EventQueue& queue, std::function<void()> on_stop);
+  /// With `on_hang_up` each SIGHUP calls that, and ends nothing.
+  StopSignals(EventQueue& queue, std::function<void()> on_stop, std::function<void()> on_hang_up = nullptr);
   ~StopSignals();
   StopSignals(const StopSignals&) = delete;
   StopSignals& operator=(const StopSignals&) = delete;

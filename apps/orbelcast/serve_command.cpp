@@ -75,13 +75,13 @@ void TakeNamedServers(ServeOptions& options, const CommandLine& command, const s
   });
 }
 
-void TakeIdentity(ServeOptions& options, const CommandLine& command) {
-  if (options.certificate_file.empty()) return;
+/// Throws UsageError where a file cannot be read.
+TlsIdentity ReadIdentity(const ServeOptions& options, const CommandLine& command) {
   try {
     TlsIdentity identity{.certificate_chain = ReadSecretText(options.certificate_file).text, .private_key = {}};
     identity.private_key =
         Private<SecretText>(command, "--key", options.key_file, [&] { return ReadSecretText(options.key_file); }).text;
-    options.gateway.tls = std::move(identity);
+    return identity;
   } catch (const CredentialsError& error) {
     throw UsageError("--certificate", error.what());
   }
@@ -96,7 +96,7 @@ void CheckAll(ServeOptions& options, const CommandLine& command) {
   if (options.gateway.servers.Texts().empty() && options.gateway.named.Empty()) {
     throw UsageError("at least one of --allow and --servers is needed: the camera servers that pages may see");
   }
-  TakeIdentity(options, command);
+  if (!options.certificate_file.empty()) options.gateway.tls = ReadIdentity(options, command);
   const bool readable = !options.gateway.tls && !IsLoopback(options.address) && !options.behind_proxy;
   if (readable && !options.gateway.logins.empty()) {
     throw UsageError(
@@ -110,7 +110,17 @@ void CheckAll(ServeOptions& options, const CommandLine& command) {
 /// that of the largest picture, and sessions that come and go leave holes.
 constexpr int kLargeBytes = 128 * 1024;
 
-ExitStatus Serve(const ServeOptions& options) {
+/// Reads the certificate and its key again; what cannot be used changes nothing.
+void Renew(Gateway& gateway, const ServeOptions& options, const CommandLine& command) {
+  try {
+    gateway.Renew(ReadIdentity(options, command));
+    std::cerr << "orbelcast serve: the certificate was read again\n";
+  } catch (const std::exception& error) {
+    std::cerr << "orbelcast serve: the certificate stays as it was: " << error.what() << '\n';
+  }
+}
+
+ExitStatus Serve(const ServeOptions& options, const CommandLine& command) {
   ::mallopt(M_MMAP_THRESHOLD, kLargeBytes);
   HeadlessPlatform platform;
   platform.AskOnly(
@@ -118,8 +128,15 @@ ExitStatus Serve(const ServeOptions& options) {
         return servers.Allow(host, port) || named.Allow(host, port);
       });
   bool stopped = false;
-  const StopSignals signals(platform.Get().loop.Queue(), [&stopped] { stopped = true; });
   std::optional<Gateway> gateway;
+  std::function<void()> renew;
+  if (options.gateway.tls) {
+    renew = [&] {
+      if (gateway) Renew(*gateway, options, command);
+    };
+  }
+  const StopSignals signals(
+      platform.Get().loop.Queue(), [&stopped] { stopped = true; }, renew);
   try {
     gateway.emplace(platform.Get(), options.gateway);
     const int port = gateway->Listen(options.address, options.port);
@@ -140,6 +157,7 @@ CommandRun BuildServe(CommandLine& command) {
   command.Footer(
       "Prints the address of a page with the player. Other pages load the elements from there\n"
       "(docs/web.md); docs/gateway.md is for who runs it.\n\n"
+      "SIGHUP makes it read --certificate and --key again.\n\n"
       "Exit status: 0 it was ended by SIGINT or SIGTERM; 1 it could not listen; 2 wrong usage.");
   const auto options = std::make_shared<ServeOptions>();
   command
@@ -188,7 +206,7 @@ CommandRun BuildServe(CommandLine& command) {
                  "Elements that are connected at a time, of all pages (default: 256, at most 1024)")
       .ValueName("COUNT");
   command.OnRight([options, &command] { CheckAll(*options, command); });
-  return [options] { return Serve(*options); };
+  return [options, &command] { return Serve(*options, command); };
 }
 
 }  // namespace orbelcast

@@ -38,6 +38,8 @@ class Gateway {
 
   /// As HttpFront's.
   int Listen(const std::string& address, int port) { return front_.Listen(address, port); }
+  /// As HttpFront's.
+  void Renew(const TlsIdentity& identity) { front_.Renew(identity); }
 
  private:
   HttpReply Answer(const HttpQuestion& question) const;

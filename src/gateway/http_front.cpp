@@ -64,8 +64,8 @@ http::response<http::string_body> ResponseOf(HttpReply reply, const http::reques
 
 /// TLS as this side of it speaks: version 1.2 or newer, nothing compressed, nothing negotiated anew, and nothing kept
 /// of a connection that has ended.
-std::unique_ptr<ssl::context> TlsOf(const TlsIdentity& identity) {
-  auto context = std::make_unique<ssl::context>(ssl::context::tls_server);
+std::shared_ptr<ssl::context> TlsOf(const TlsIdentity& identity) {
+  auto context = std::make_shared<ssl::context>(ssl::context::tls_server);
   SSL_CTX* const native = context->native_handle();
   SSL_CTX_set_min_proto_version(native, TLS1_2_VERSION);
   SSL_CTX_set_options(native, SSL_OP_NO_COMPRESSION | SSL_OP_NO_RENEGOTIATION | SSL_OP_CIPHER_SERVER_PREFERENCE);
@@ -99,7 +99,8 @@ class HttpFront::Server : public std::enable_shared_from_this<Server> {
 
   EventQueue& Queue() { return queue_; }
   /// Null where bytes go as they are.
-  ssl::context* Tls() const { return tls_.get(); }
+  std::shared_ptr<ssl::context> Tls() const { return tls_; }
+  void Renew(const TlsIdentity& identity) { tls_ = TlsOf(identity); }
   const Handlers& Calls() const { return handlers_; }
 
   /// Calls the handlers of what can be done, unless that is being done.
@@ -117,7 +118,7 @@ class HttpFront::Server : public std::enable_shared_from_this<Server> {
 
   EventQueue& queue_;
   const Handlers handlers_;
-  const std::unique_ptr<ssl::context> tls_;
+  std::shared_ptr<ssl::context> tls_;  ///< Of connections that are to come; each keeps its own.
   asio::io_context context_{1};
   std::vector<std::shared_ptr<Acceptor>> acceptors_;
   std::set<std::shared_ptr<Connection>> connections_;
@@ -131,7 +132,8 @@ class HttpFront::Server::Connection final : public Page, public std::enable_shar
  public:
   Connection(std::shared_ptr<Server> server, WatchedSocket::Socket socket)
       : server_(std::move(server)),
-        stream_(std::move(socket), server_->Tls(), [this] { NoteChange(); }),
+        tls_(server_->Tls()),
+        stream_(std::move(socket), tls_.get(), [this] { NoteChange(); }),
         socket_(Socket().native_handle()) {}
 
   void Begin();
@@ -168,6 +170,7 @@ class HttpFront::Server::Connection final : public Page, public std::enable_shar
   bool IsOpen() const { return stream_.next_layer().next_layer().is_open(); }
 
   const std::shared_ptr<Server> server_;
+  const std::shared_ptr<ssl::context> tls_;
   /// Without the compression of WebSocket: nearly all that is sent are pictures, which are compressed already.
   websocket::stream<BrowserStream, false> stream_;
   const int socket_;
@@ -465,6 +468,10 @@ HttpFront::~HttpFront() {
 
 int HttpFront::Listen(const std::string& address, int port) {
   return server_->Listen(address, port);
+}
+
+void HttpFront::Renew(const TlsIdentity& identity) {
+  server_->Renew(identity);
 }
 
 }  // namespace orbelcast

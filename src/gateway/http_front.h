@@ -69,6 +69,10 @@ class HttpFront {
   /// Listens at that numeric address; port 0 is one that the system picks. Returns the port. Throws std::runtime_error.
   int Listen(const std::string& address, int port);
 
+  /// Connections from now on get that identity. Throws std::runtime_error where it cannot be used; the one before stays
+  /// then. Only where there is one already.
+  void Renew(const TlsIdentity& identity);
+
  private:
   class Server;
   const std::shared_ptr<Server> server_;

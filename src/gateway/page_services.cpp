@@ -65,8 +65,16 @@ std::string MakeTemporaryFile() {
 /// A clip in a temporary file, which ends with it.
 class PageClip final : public AviFile {
  public:
-  PageClip(std::unique_ptr<AviFile> clip, std::string file, std::string name, OfferFile offer)
-      : clip_(std::move(clip)), file_(std::move(file)), name_(std::move(name)), offer_(std::move(offer)) {}
+  /// `open` counts it until it is released.
+  PageClip(std::unique_ptr<AviFile> clip, std::string file, std::string name, OfferFile offer,
+           std::shared_ptr<int> open)
+      : clip_(std::move(clip)),
+        file_(std::move(file)),
+        name_(std::move(name)),
+        offer_(std::move(offer)),
+        open_clips_(std::move(open)) {
+    ++*open_clips_;
+  }
   ~PageClip() override { PageClip::Release(); }
   PageClip(const PageClip&) = delete;
   PageClip& operator=(const PageClip&) = delete;
@@ -85,6 +93,7 @@ class PageClip final : public AviFile {
 
   void Release() override {
     if (!std::exchange(open_, false)) return;
+    --*open_clips_;
     clip_->Release();
     std::error_code ignored;
     if (written_) {
@@ -101,6 +110,7 @@ class PageClip final : public AviFile {
   const std::string file_;
   const std::string name_;
   const OfferFile offer_;
+  const std::shared_ptr<int> open_clips_;
   bool written_ = false;
   bool open_ = true;
 };
@@ -110,7 +120,7 @@ class PageClip final : public AviFile {
 std::unique_ptr<AviFile> PageClips::Create(const std::string& path) {
   const std::string file = MakeTemporaryFile();
   if (file.empty()) return nullptr;
-  if (auto clip = clips_.Create(file)) return std::make_unique<PageClip>(std::move(clip), file, path, offer_);
+  if (auto clip = clips_.Create(file)) return std::make_unique<PageClip>(std::move(clip), file, path, offer_, open_);
   std::error_code ignored;
   std::filesystem::remove(file, ignored);
   return nullptr;

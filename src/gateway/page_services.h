@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "gateway/page_queue.h"
 #include "platform/avi_file.h"
 #include "platform/clipboard.h"
 #include "platform/files.h"
@@ -63,10 +64,13 @@ class PageClips final : public AviFiles {
 
   std::vector<std::string> Codecs() const override { return clips_.Codecs(); }
   std::unique_ptr<AviFile> Create(const std::string& path) override;
+  /// Whether a clip is being made.
+  bool AreOpen() const { return *open_ > 0; }
 
  private:
   AviFiles& clips_;
   const OfferFile offer_;
+  const std::shared_ptr<int> open_ = std::make_shared<int>(0);
 };
 
 /// Settings in memory, which the page keeps: it gives them when a session begins, and is told each that is stored.
@@ -102,14 +106,16 @@ class PageClipboard final : public Clipboard {
 };
 
 /// The program's loop, for one session: whatever a handler of the session's controls is in the middle of, the session
-/// and its services are there until it has returned.
+/// and its services are there until it has returned. Its timers wait while the page is away.
 class PageLoop final : public MessageLoop {
  public:
-  explicit PageLoop(MessageLoop& loop) : loop_(loop) {}
+  /// `page_is_away` as PageQueue's.
+  PageLoop(MessageLoop& loop, std::function<bool()> page_is_away)
+      : loop_(loop), queue_(loop.Queue(), std::move(page_is_away)) {}
   /// What handlers keep alive.
   void KeepAlive(const std::weak_ptr<void>& session) { session_ = session; }
 
-  EventQueue& Queue() override { return loop_.Queue(); }
+  PageQueue& Queue() override { return queue_; }
   void RunHandler(std::function<void()> handler) override;
   void RunToEnd(const std::function<void()>& action) override { loop_.RunToEnd(action); }
   std::size_t Handlers() const override { return loop_.Handlers(); }
@@ -120,6 +126,7 @@ class PageLoop final : public MessageLoop {
 
  private:
   MessageLoop& loop_;
+  PageQueue queue_;
   std::weak_ptr<void> session_;
 };
 

@@ -1,5 +1,6 @@
 #include "gateway/page_session.h"
 
+#include <chrono>
 #include <nlohmann/json.hpp>
 #include <utility>
 #include <variant>
@@ -25,7 +26,7 @@ PageSession::PageSession(Platform& platform, std::shared_ptr<const NamedServers>
                          std::shared_ptr<void> kept)
     : kept_(std::move(kept)),
       page_(std::move(page)),
-      loop_(platform.loop),
+      loop_(platform.loop, [this] { return IsAway(); }),
       named_http_(platform.http, std::move(named)),
       http_(named_http_),
       files_([this](const std::string& name, FrameBytes bytes) { Offer(name, std::move(bytes)); }),
@@ -59,10 +60,28 @@ PageSession::PageSession(Platform& platform, std::shared_ptr<const NamedServers>
 
 void PageSession::TakeLine(const std::string& line) {
   session_->Begin(line, ++lines_);
+  NoteLife();
 }
 
 void PageSession::TellIdle() {
+  if (!session_->AwaitsPainting()) NoteLife();
   Flush();
+}
+
+void PageSession::NoteLife() {
+  awaited_since_.reset();
+  loop_.Queue().Resume();
+}
+
+bool PageSession::IsAway() {
+  const bool awaited = page_ && (!page_->IsIdle() || session_->AwaitsPainting());
+  if (!awaited || clips_.AreOpen()) {
+    awaited_since_.reset();
+    return false;
+  }
+  const auto now = loop_.Queue().Now();
+  if (!awaited_since_) awaited_since_ = now;
+  return now - *awaited_since_ >= std::chrono::seconds(kMaxAwaitedSeconds);
 }
 
 void PageSession::TellGone() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "adapters/http/yielding_http.h"
@@ -19,6 +20,10 @@ namespace orbelcast {
 /// It ends with its page, and its memory when the last handler of its controls has returned.
 class PageSession final : public PageUser {
  public:
+  /// Seconds for which a page may say nothing while it has not taken what it was sent, or has not painted a picture.
+  /// Then it is away, and the controls' timers wait for it: nothing is asked of a camera for nobody.
+  static constexpr int kMaxAwaitedSeconds = 5;
+
   /// `platform`'s loop, requests, decoder and clips are shared by all sessions; it outlives them. `kept` goes when
   /// the session's memory is free, which is after its page has gone where its controls still wait for a camera.
   static std::shared_ptr<PageSession> Create(Platform& platform, std::shared_ptr<const NamedServers> named,
@@ -35,6 +40,10 @@ class PageSession final : public PageUser {
   PageSession(Platform& platform, std::shared_ptr<const NamedServers> named, std::shared_ptr<Page> page,
               std::shared_ptr<void> kept);
 
+  /// Whether the page is away. Never while a clip is being made, which is to have no gap.
+  bool IsAway();
+  /// A sign of life of the page's.
+  void NoteLife();
   void Print(const Json& line);
   void Send(const Json& line, FrameBytes bytes);
   void Offer(const std::string& name, FrameBytes bytes);
@@ -48,8 +57,9 @@ class PageSession final : public PageUser {
   std::shared_ptr<Page> page_;  ///< Null once it has gone.
   std::weak_ptr<PageSession> self_;
   int lines_ = 0;
-  bool posted_ = false;        ///< A flush is.
-  std::string lines_to_send_;  ///< Those that wait for it, in their order.
+  std::optional<EventQueue::Nanoseconds> awaited_since_;  ///< The page's next sign of life.
+  bool posted_ = false;                                   ///< A flush is.
+  std::string lines_to_send_;                             ///< Those that wait for it, in their order.
   PageLoop loop_;
   NamedServersHttp named_http_;
   YieldingHttp http_;

@@ -6,6 +6,7 @@
 
 #include "player/toolbar.h"
 #include "player/toolbar_pictures.h"
+#include "toolkit/built_in_picture.h"
 
 namespace orbelcast {
 
@@ -74,7 +75,7 @@ void PlayerChildren::PlaceTools(PictureCodec& pictures) {
   for (std::size_t i = 0; i < Player.size(); ++i) {
     Place(Player[i], kTools[i].left, kTools[i].top, kTools[i].width, kToolHeight);
     Player[i].ToolTipText = kTools[i].tip;
-    Player[i].SetPicture(pictures.Decode(toolbar::PictureOf(static_cast<std::int16_t>(i))));
+    Player[i].SetPicture(BuiltInPicture(pictures, toolbar::PictureOf(static_cast<std::int16_t>(i))));
   }
   Player[toolbar::kStopAvi].Visible = false;
   for (const std::int16_t extended : toolbar::kExtended) Player[extended].Visible = false;

@@ -71,7 +71,9 @@ Drawing DrawingJournal::ToDrawing(const Entry& entry) const {
   if (const auto* color = std::get_if<Color>(&entry.what)) return {entry.box, *color};
   if (const auto* jpeg = std::get_if<FrameBytes>(&entry.what)) return {entry.box, *jpeg};
   if (const auto* png = std::get_if<Drawing::Png>(&entry.what)) return {entry.box, *png};
-  return {entry.box, codec_.Encode(look_())};
+  const Surface& surface = look_();
+  if (const auto png = surface.UnseenPng(); !png.empty()) return {entry.box, Drawing::Png(png.begin(), png.end())};
+  return {entry.box, codec_.Encode(surface)};
 }
 
 }  // namespace orbelcast

@@ -52,6 +52,9 @@ class DrawingJournal final : public DrawingWatcher {
   /// The front end has painted a picture that it took.
   void Painted();
 
+  /// Whether a picture that it took is to be painted yet.
+  bool AwaitsPainting() const { return on_the_way_ > 0; }
+
   /// What the front end does not have yet, from the oldest.
   std::vector<Drawing> Take();
 

@@ -60,6 +60,8 @@ class Session : public std::enable_shared_from_this<Session> {
 
   /// What a front end that shows controls has to draw, and has not taken yet.
   std::vector<ShownDrawing> TakeDrawings() { return silent_ ? std::vector<ShownDrawing>() : showing_.Take(); }
+  /// Whether it has taken a picture that it has not told as painted, and that somebody sees.
+  bool AwaitsPainting() const { return showing_.AwaitsPainting(); }
 
   /// Releases every control and ends every wait. Nothing is told any more. Handlers end when the loop comes to them.
   void Release();

@@ -1,5 +1,6 @@
 #include "remote/showing.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <utility>
 #include <variant>
@@ -98,6 +99,10 @@ void Showing::SetSeen(std::string_view path, bool seen) {
 void Showing::Painted(const std::string& path) {
   const auto found = journals_.find(path);
   if (found != journals_.end()) found->second->Painted();
+}
+
+bool Showing::AwaitsPainting() const {
+  return std::ranges::any_of(journals_, [](const auto& each) { return each.second->AwaitsPainting(); });
 }
 
 std::vector<ShownDrawing> Showing::Take() {

@@ -43,6 +43,8 @@ class Showing {
   void SetSeen(std::string_view path, bool seen);
   /// A picture of that child was painted.
   void Painted(const std::string& path);
+  /// Whether a picture was taken that is to be painted yet.
+  bool AwaitsPainting() const;
   /// The drawings that the front end does not have yet: those of a surface in their order.
   std::vector<ShownDrawing> Take();
 

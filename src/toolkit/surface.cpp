@@ -194,6 +194,13 @@ bool Surface::LookInto(const PixelMemory& memory) const {
   return true;
 }
 
+std::span<const std::uint8_t> Surface::UnseenPng() const {
+  if (!unseen_) return {};
+  const Drawing& newest = unseen_->drawings.back();
+  if (!newest.picture || !newest.box.Covers(Whole())) return {};
+  return newest.picture->Png();
+}
+
 // What lies below the newest drawing that covers everything is not made, unless that one is damaged.
 void Surface::DrawNow(std::span<const Drawing> drawings) {
   const auto is_whole = [this](const Drawing& drawing) { return drawing.box.Covers(Whole()); };

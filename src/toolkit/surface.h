@@ -83,6 +83,8 @@ class UnseenPicture {
   virtual bool DrawOn(Surface& surface) = 0;
   /// Draws it into memory of somebody else's, as it would cover `surface`. False where it is damaged, or covers less.
   virtual bool DrawInto(const PixelMemory& memory, const Surface& surface) = 0;
+  /// The file that it came as, where that is a PNG file whose pixels take the place of those below; empty elsewhere.
+  virtual std::span<const std::uint8_t> Png() const { return {}; }
 };
 
 /// A box of pixels, both corners included.
@@ -215,6 +217,9 @@ class Surface {
   /// To look without making pixels: where all that is to be seen is a picture that nobody has seen, draws it into
   /// `memory`, which has the surface's size, or its first rows. False elsewhere; the memory then has anything in it.
   bool LookInto(const PixelMemory& memory) const;
+  /// To show it elsewhere without making pixels: the PNG file whose picture is all that is to be seen, where nobody has
+  /// seen it yet; empty elsewhere.
+  std::span<const std::uint8_t> UnseenPng() const;
   /// Whether the last drawing was a picture given to DrawWhenSeen, and found to be damaged by whoever looked.
   bool NewestWasDamaged() const { return newest_was_damaged_; }
 

@@ -6,6 +6,7 @@
 #include <span>
 
 #include "imaging/layout.h"
+#include "toolkit/built_in_picture.h"
 #include "viewer/pictures.h"
 #include "viewer/video_server_push.h"
 
@@ -71,21 +72,6 @@ void LoadPictures(VideoServerPush& viewer, PictureCodec& pictures, TwipsScale sc
   load(viewer.DisconnectIcon, resources::disconnect_png);
 }
 
-/// The test card, which is by far the largest of the built-in pictures, as it is when somebody looks.
-class UnseenTestCard final : public UnseenPicture {
- public:
-  explicit UnseenTestCard(PictureCodec& pictures) : pictures_(pictures) {}
-
-  bool DrawOn(Surface& surface) override {
-    surface.Draw(pictures_.Decode(resources::test_card_png), 0, 0);
-    return true;
-  }
-  bool DrawInto(const PixelMemory&, const Surface&) override { return false; }
-
- private:
-  PictureCodec& pictures_;
-};
-
 void FillMenu(VideoServerPush& viewer) {
   viewer.MainMenu.Caption = "Ghost";
   constexpr std::array<const char*, 5> kCaptions{"Time", "Server", "Status", "-", "Reconnect"};
@@ -98,9 +84,7 @@ void FillMenu(VideoServerPush& viewer) {
 }  // namespace
 
 std::shared_ptr<const Surface> MakeTestCard(PictureCodec& pictures) {
-  const auto card = std::make_shared<Surface>(resources::kTestCardSize.width, resources::kTestCardSize.height);
-  card->DrawWhenSeen(std::make_shared<UnseenTestCard>(pictures), 0, 0, card->Width(), card->Height());
-  return card;
+  return std::make_shared<const Surface>(BuiltInPicture(pictures, resources::test_card_png));
 }
 
 void ApplyDesign(VideoServerPush& viewer, const Platform& platform) {

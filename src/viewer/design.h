@@ -13,8 +13,7 @@ class VideoServerPush;
 /// captions and intervals.
 void ApplyDesign(VideoServerPush& viewer, const Platform& platform);
 
-/// The picture that is shown while there is no video. It is decoded when somebody looks: a viewer that nobody sees
-/// needs neither the time nor the memory. `pictures` outlives it.
+/// The picture that is shown while there is no video, as a BuiltInPicture.
 std::shared_ptr<const Surface> MakeTestCard(PictureCodec& pictures);
 
 }  // namespace orbelcast

@@ -3,8 +3,6 @@
 #include <cstdint>
 #include <span>
 
-#include "platform/size.h"
-
 /// The viewer's built-in pictures, as the bytes of PNG files.
 namespace orbelcast::resources {
 
@@ -17,8 +15,5 @@ extern const std::span<const std::uint8_t> stop_png;
 extern const std::span<const std::uint8_t> connect_png;
 extern const std::span<const std::uint8_t> disconnect_png;
 // NOLINTEND(readability-identifier-naming)
-
-/// The test card's size, which is known without decoding it.
-inline constexpr Size kTestCardSize{454, 340};
 
 }  // namespace orbelcast::resources

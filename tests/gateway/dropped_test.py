@@ -51,6 +51,11 @@ class Dropped(unittest.TestCase):
             never = silent.getsockname()[1]
             with Gateway("--allow", f"127.0.0.1:{camera.port}", f"127.0.0.1:{never}", "--sessions", str(MOST)) as self.gateway:
                 self.drop_all(self.points(f"http://127.0.0.1:{camera.port}/live/1", camera.port, never))
+                # No camera is asked for a page that has gone.
+                end = time.monotonic() + TIMEOUT
+                while camera.asked(clear="yes"):
+                    self.assertLess(time.monotonic(), end)
+                    time.sleep(0.3)
 
     def points(self, live, port, never):
         own = f"127.0.0.1:{self.gateway.port}"

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -11,6 +12,8 @@
 #include "gateway/allowed_servers.h"
 #include "gateway/page_session.h"
 #include "remote/drawing_journal.h"
+#include "viewer/design.h"
+#include "viewer/pictures.h"
 
 namespace orbelcast {
 
@@ -68,6 +71,17 @@ TEST(DrawingJournal, KeepsWhatIsStillSeenAndTheNewestOfIt) {
   for (int i = 0; i < 2 * static_cast<int>(DrawingJournal::kMaxKept); ++i)
     surface.FillBox(i % 90, i / 90, i % 90, i / 90, i);
   EXPECT_THAT(Taken(*journal), ElementsAre(-2));
+}
+
+TEST(DrawingJournal, PassesOnAPictureThatNobodyHasSeenAsTheFileThatItIs) {
+  fakes::FakePictures codec;  // its files are empty
+  const auto card = MakeTestCard(codec);
+  DrawingJournal journal([&]() -> const Surface& { return *card; }, codec, [] {});
+  journal.TakeAnew();
+  const auto taken = journal.Take();
+  ASSERT_EQ(taken.size(), 1u);
+  EXPECT_TRUE(std::ranges::equal(std::get<Drawing::Png>(taken[0].what), resources::test_card_png));
+  EXPECT_EQ(card->Memory(), nullptr);
 }
 
 TEST(AllowedServers, AreThoseThatWereNamed) {
@@ -164,6 +178,31 @@ TEST(PageSession, HasAPagesLinesAloneAndEndsCleanlyWhateverWaits) {
   session.reset();
   for (int round = 0; round < 64 && !alive.expired(); ++round) fakes.queue.HandleDue();
   EXPECT_TRUE(alive.expired());
+}
+
+TEST(PageSession, AsksACameraForNobodyWhileItsPageIsAway) {
+  using std::chrono::seconds;
+  fakes::FakePlatform fakes;
+  fakes.http.answers.front().body = {1, 0, 0, 4, 3};
+  const auto asked_in = [&](seconds time) {
+    const int before = fakes.http.sent;
+    fakes.queue.Advance(time);
+    return fakes.http.sent - before;
+  };
+  const auto session =
+      PageSession::Create(fakes.platform, std::make_shared<NamedServers>(), std::make_shared<NotingPage>());
+  for (const char* const line : {"create c VideoServerPush", "show c", "place c 9600 7200", "set c FrameRate 10",
+                                 "call c Connect http://cam/live/1"}) {
+    session->TakeLine(line);
+  }
+  EXPECT_NEAR(asked_in(seconds(PageSession::kMaxAwaitedSeconds)), 50, 2);
+  asked_in(seconds(1));
+  EXPECT_EQ(asked_in(seconds(30)), 0);
+  session->TakeLine("painted c.VideoStream");
+  EXPECT_GE(asked_in(seconds(0)), 1);
+  // Who paints nothing because nobody looks is told events all the time.
+  session->TakeLine("unseen c");
+  EXPECT_NEAR(asked_in(seconds(30)), 300, 3);
 }
 
 }  // namespace

@@ -5,6 +5,8 @@ import contextlib
 import http.server
 import os
 import pathlib
+import shutil
+import signal
 import socket
 import ssl
 import subprocess
@@ -13,7 +15,7 @@ import threading
 import time
 import unittest
 
-from serve import ORBELCAST, TIMEOUT, Gateway, Page, basic  # noqa: I001 (takes the second program's name)
+from serve import ORBELCAST, TIMEOUT, Gateway, Page, basic, identity  # noqa: I001 (takes the second program's name)
 from camera_server import Server, is_whole
 
 PASSWORD = "s3cret-Word"
@@ -30,27 +32,22 @@ class Serve(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.folder = cls.enterClassContext(tempfile.TemporaryDirectory())
-        cls.certificate, cls.key = cls.identity("own")
-        _, cls.other_key = cls.identity("other")
-
-    @classmethod
-    def identity(cls, name):
-        paths = [str(pathlib.Path(cls.folder) / (name + ending)) for ending in (".pem", ".key")]
-        subprocess.run(["openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes",
-                        "-subj", "/CN=gateway", "-addext", "subjectAltName=IP:127.0.0.1", "-days", "2",
-                        "-out", paths[0], "-keyout", paths[1]], check=True, stderr=subprocess.DEVNULL)
-        return paths
+        cls.certificate, cls.key = identity(cls.folder, "own")
+        cls.other, cls.other_key = identity(cls.folder, "other")
 
     def test_https_and_its_users(self):
         tls = ssl.create_default_context(cafile=self.certificate)
+        served = [shutil.copy(each, each + "-served") for each in (self.certificate, self.key)]
         users = private_file(self.folder, "users", "user = ann\npassword = one\n\n# a guest\npassword = two\nuser = bob\n")
         with Server("--cameras", "1") as camera, \
-                Gateway("--allow", f"127.0.0.1:{camera.port}", "--certificate", self.certificate, "--key", self.key,
-                        "--credentials", users, tls=tls) as gateway:
+                Gateway("--allow", f"127.0.0.1:{camera.port}", "--certificate", served[0], "--key", served[1],
+                        "--credentials", users, "--allow-origin", "https://a.example", tls=tls) as gateway:
             self.assertRegex(gateway.address, "^https://")
             statuses = [gateway.get("/", **login)[0] for login in (
                 {}, basic("ann", "one"), basic("bob", "two"), basic("ann", "two"), basic("ann", "onE"), basic("", ""))]
             self.assertEqual(statuses, [401, 200, 200, 401, 401, 401])
+            self.assertEqual([gateway.open_session(Origin="https://a.example", **login)
+                              for login in ({}, basic("ann", "one"))], [401, 101])
             # Who stops in the middle of a handshake, or speaks no TLS, or an old one, holds up nobody.
             links = [socket.create_connection(("127.0.0.1", gateway.port), TIMEOUT) for _ in range(3)]
             links[0].sendall(b"\x16\x03\x01\x02\x00\x01")
@@ -63,7 +60,7 @@ class Serve(unittest.TestCase):
             with self.assertRaises(ssl.SSLError):
                 old.wrap_socket(links[2])
             with Page(gateway, **basic("bob", "two")) as page:
-                page.send("create c VideoServerPush", "place c 9600 7200", "show c",
+                page.send("create c VideoServerPush", "place c 9600 7200", "show c", "set c FrameRate 30",
                           f"call c Connect http://127.0.0.1:{camera.port}/live/1?width=1600&height=1200&quality=100")
                 # Larger than a record of TLS.
                 for _ in range(5):
@@ -71,6 +68,16 @@ class Serve(unittest.TestCase):
                     self.assertTrue(is_whole(picture))
                     self.assertGreater(len(picture), 16 * 1024)
                     page.send(f"painted {line['draw']}")
+                # A pair that cannot be used changes nothing; a renewed one is for those who come from then on.
+                for certificate, key, told in ((self.certificate, self.key, "stays as it was: the key is not that"),
+                                               (self.other, self.other_key, "was read again")):
+                    for path, renewed in zip(served, (self.other, key)):
+                        shutil.copy(renewed, path)
+                    gateway.process.send_signal(signal.SIGHUP)
+                    self.assertIn(told, gateway.process.stderr.readline())
+                    shown = ssl.get_server_certificate(("127.0.0.1", gateway.port))
+                    self.assertEqual(shown, pathlib.Path(certificate).read_text())
+                page.until("type", "image/jpeg")
             for link in links:
                 link.close()
 

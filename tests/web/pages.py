@@ -13,7 +13,7 @@ import unittest
 TESTS = pathlib.Path(__file__).parent.parent
 sys.path[:0] = [str(TESTS / "apps/camera_server"), str(TESTS / "gateway")]
 from camera_server import TIMEOUT, Server  # noqa: E402
-from serve import Gateway  # noqa: E402
+from serve import Gateway, identity  # noqa: E402, F401
 
 from selenium import webdriver  # noqa: E402
 from selenium.webdriver.common.by import By  # noqa: E402
@@ -54,6 +54,7 @@ class Page(unittest.TestCase):
             options = webdriver.ChromeOptions()
             for each in ("--headless=new", "--no-sandbox", "--disable-dev-shm-usage", "--window-size=1000,800"):
                 options.add_argument(each)
+            options.accept_insecure_certs = True  # a gateway's own
             options.add_experimental_option("prefs", {"download.default_directory": cls.downloads})
             cls.browser = webdriver.Chrome(options=options)
             kept.callback(cls.browser.quit)
