@@ -5,6 +5,7 @@
 namespace orbelcast::resources {
 
 // Embedded by the build, each under its file's name.
+// NOLINTBEGIN(readability-identifier-naming)
 extern const std::span<const std::uint8_t> alerts_png;
 extern const std::span<const std::uint8_t> archive_end_png;
 extern const std::span<const std::uint8_t> archive_top_png;
@@ -22,6 +23,7 @@ extern const std::span<const std::uint8_t> search_png;
 extern const std::span<const std::uint8_t> snapshot_png;
 extern const std::span<const std::uint8_t> stop_avi_png;
 extern const std::span<const std::uint8_t> stop_playing_png;
+// NOLINTEND(readability-identifier-naming)
 
 }  // namespace orbelcast::resources
 

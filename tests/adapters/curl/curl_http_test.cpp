@@ -221,7 +221,7 @@ TEST_F(CurlHttpTest, WhatIsNoCompleteAnswerFails) {
       {"HTTP/1.1 100 Continue\r\n\r\n", true},
   };
   for (const auto& [bytes, for_ever] : faults) {
-    ScriptedServer server([&](const std::string&, To& to) {
+    ScriptedServer server([&bytes = bytes, for_ever = for_ever](const std::string&, To& to) {
       while (to.Send(bytes) && for_ever) {
       }
       to.Close();
