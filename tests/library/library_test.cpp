@@ -12,12 +12,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "fakes/temporary_folder.h"
 #include "orbelcast/orbelcast.h"
 
 namespace orbelcast::server {
@@ -32,13 +31,10 @@ constexpr const char* kPath = ORBELCAST_LIBRARY;
 class LibraryTest : public testing::Test {
  protected:
   LibraryTest() { ::setenv("ORBELCAST_REGISTRY", registry_.c_str(), 1); }
-  ~LibraryTest() override {
-    ::unsetenv("ORBELCAST_REGISTRY");
-    std::filesystem::remove_all(folder_);
-  }
+  ~LibraryTest() override { ::unsetenv("ORBELCAST_REGISTRY"); }
 
-  const std::string folder_ = testing::TempDir() + "library_" + std::to_string(::getpid());
-  const std::string registry_ = folder_ + "/registry.json";
+  const fakes::TemporaryFolder folder_;
+  const std::string registry_ = folder_.File("registry.json");
 };
 
 class Library {
@@ -217,19 +213,14 @@ TEST_F(LibraryTest, RegistersItsClassesAndRemovesThem) {
   const auto here = std::filesystem::current_path();
   const std::filesystem::path file(kPath);
   std::filesystem::current_path(file.parent_path());
-  const auto text = [&] {
-    std::ostringstream read;
-    read << std::ifstream(registry_).rdbuf();
-    return read.str();
-  };
   const Library library("./" + file.filename().string());
   std::filesystem::current_path(here);
   ASSERT_TRUE(library.Loaded());
   EXPECT_EQ(library.Register(), S_OK);
-  EXPECT_THAT(text(), HasSubstr('"' + std::filesystem::canonical(file).string() + '"'));
-  EXPECT_THAT(text(), HasSubstr("Orbelcast.VideoServerPush"));
+  EXPECT_THAT(fakes::ReadFile(registry_), HasSubstr('"' + std::filesystem::canonical(file).string() + '"'));
+  EXPECT_THAT(fakes::ReadFile(registry_), HasSubstr("Orbelcast.VideoServerPush"));
   EXPECT_EQ(library.Unregister(), S_OK);
-  EXPECT_THAT(text(), Not(HasSubstr("Orbelcast")));
+  EXPECT_THAT(fakes::ReadFile(registry_), Not(HasSubstr("Orbelcast")));
   EXPECT_EQ(library.Unregister(), S_OK) << "there is nothing left to remove";
 
   ::setenv("ORBELCAST_REGISTRY", (registry_ + "/below/a/file").c_str(), 1);
