@@ -282,7 +282,7 @@ class Record(Commands):
             run = subprocess.Popen([ORBELCAST, *words, clip], stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
                                    preexec_fn=end_with_parent)
             self.wait_for_bytes(clip, run)
-            time.sleep(2.5)
+            time.sleep(0.5)
             run.send_signal(end)
             ended = time.monotonic()
             output, messages = run.communicate(timeout=TIMEOUT)
