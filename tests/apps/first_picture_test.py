@@ -2,7 +2,6 @@
 
 import os
 import pathlib
-import shutil
 import subprocess
 import sys
 import tempfile
@@ -10,19 +9,16 @@ import unittest
 
 ROOT = pathlib.Path(__file__).parent.parent.parent
 sys.path.insert(0, str(ROOT / "tests/apps/camera_server"))
-from camera_server import TIMEOUT, Server  # noqa: E402
+from camera_server import PICTURE, TIMEOUT, PictureServer  # noqa: E402
 
 ORBELCAST, LIBRARY, HEADLESS, *BY_NAME = sys.argv[1:]
 EXAMPLES = ROOT / "examples/first_picture"
-PICTURE = ROOT / "tests/fuzz/corpus/jpeg/420.jpg"
 
 
 class FirstPictureTest(unittest.TestCase):
     def test_each_saves_the_servers_bytes(self):
         folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
-        (folder / "pictures").mkdir()
-        shutil.copy(PICTURE, folder / "pictures")
-        server = self.enterContext(Server("--folder", str(folder / "pictures")))
+        server = self.enterContext(PictureServer())
         address = f"http://127.0.0.1:{server.port}/live/1"
         for name in ("first.orb", "first.sh"):  # their camera and file are in them
             text = (EXAMPLES / name).read_text()

@@ -6,7 +6,6 @@ A Qt program whose name ends in "form" is given a server, the others the address
 
 import os
 import pathlib
-import shutil
 import subprocess
 import sys
 import tempfile
@@ -14,12 +13,10 @@ import time
 import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).parent / "camera_server"))
-from camera_server import TIMEOUT, Server, end_with_parent  # noqa: E402
+from camera_server import PICTURE, TIMEOUT, PictureServer, Server, end_with_parent  # noqa: E402
 
 LIBRARY, *HOSTS = sys.argv[1:sys.argv.index("--qt")]
 PROGRAMS = sys.argv[sys.argv.index("--qt") + 1:]
-ROOT = pathlib.Path(__file__).parent.parent.parent
-PICTURE = ROOT / "tests/fuzz/corpus/jpeg/420.jpg"
 
 
 class HostsTest(unittest.TestCase):
@@ -29,11 +26,8 @@ class HostsTest(unittest.TestCase):
         self.folder = pathlib.Path(folder.name)
 
     def test_each_host_sees_the_stream_and_saves_the_servers_bytes(self):
-        pictures = self.folder / "pictures"
-        pictures.mkdir()
-        shutil.copy(PICTURE, pictures)
         saved = self.folder / "saved.jpg"
-        with Server("--folder", str(pictures)) as server:
+        with PictureServer() as server:
             for host in HOSTS:
                 run = subprocess.run([host, LIBRARY, f"http://127.0.0.1:{server.port}/live/1", saved],
                                      capture_output=True, text=True, timeout=TIMEOUT)

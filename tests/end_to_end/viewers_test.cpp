@@ -115,7 +115,7 @@ TEST_F(ViewersTest, AMosaicGoesRoundManyCamerasOfWhichAThirdIsDead) {
   EXPECT_LT(ResidentKilobytes() - before, 6 * 1024);
 }
 
-// Ten minutes of thirty pictures a second, stepped by hand, each decoded and scanned for motion.
+// Four minutes of thirty pictures a second, stepped by hand, each decoded and scanned for motion.
 TEST(LongStreamTest, GrowsNoMemory) {
   fakes::FakePlatform world;
   TurboJpegDecoder decoder;
@@ -133,12 +133,13 @@ TEST(LongStreamTest, GrowsNoMemory) {
     world.queue.Advance(std::chrono::minutes(1));
     world.http.log.clear();
   };
-  const int minutes = kMeasured ? 10 : 2;
+  const int minutes = kMeasured ? 4 : 2;
   minute();
   const long before = ResidentKilobytes();
   for (int i = 1; i < minutes; ++i) minute();
   EXPECT_GT(world.http.sent, minutes * 1790);
-  EXPECT_LT(ResidentKilobytes() - before, 1024);
+  // Of a picture 50 bytes may stay.
+  EXPECT_LT(ResidentKilobytes() - before, 256);
 }
 
 }  // namespace

@@ -1,10 +1,8 @@
 #include "imaging/dib.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
+#include "fakes/temporary_folder.h"
 
 namespace orbelcast {
 namespace {
@@ -24,27 +22,21 @@ Bytes BmpFile(int width, int height, int bits, int image_size, int table, int pi
 
 class DibTest : public testing::Test {
  protected:
-  ~DibTest() override { std::filesystem::remove(name_); }
-
   bool Read(const Bytes& file) {
-    std::ofstream(name_, std::ios::binary)
-        .write(reinterpret_cast<const char*>(file.data()), static_cast<std::streamsize>(file.size()));
-    return dib.CreateFromFile(name_);
+    return dib.CreateFromFile(folder.Write("a.bmp", std::string(file.begin(), file.end())));
   }
   /// What writing the bitmap over the file that was read leaves.
   Bytes Written() const {
-    EXPECT_TRUE(dib.WriteToFile(name_));
-    std::ifstream file(name_, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    EXPECT_TRUE(dib.WriteToFile(folder.File("a.bmp")));
+    const std::string bytes = fakes::ReadFile(folder.File("a.bmp"));
+    return {bytes.begin(), bytes.end()};
   }
 
   /// Takes the file without its file header.
   bool ReadPacked(const Bytes& file) { return dib.CreateFromPackedDIBPointer(std::span(file).subspan(14)); }
 
+  const fakes::TemporaryFolder folder;
   cDIB dib;
-
- private:
-  const std::string name_ = testing::TempDir() + "orbelcast-dib-" + std::to_string(::getpid());
 };
 
 TEST_F(DibTest, AFileComesBackAsItWas) {
@@ -67,7 +59,7 @@ TEST_F(DibTest, AFileComesBackAsItWas) {
   EXPECT_TRUE(Read(BmpFile(30000, 30000, 24, 0x7fffffff, 0, 5)));
   EXPECT_EQ(dib.SizeImage(), 0x7fffffff);
   EXPECT_EQ(dib.PointerToBits().size(), 5u);
-  EXPECT_FALSE(dib.CreateFromFile(testing::TempDir()));
+  EXPECT_FALSE(dib.CreateFromFile(folder.Path()));
 }
 
 TEST_F(DibTest, PackedDibsFollowTheirOwnRules) {

@@ -1,21 +1,16 @@
 #!/usr/bin/env python3
-"""A binding that cffi makes of the C header alone gets a camera's picture: binding_test.py SERVER_PROGRAM LIBRARY"""
+"""A binding that cffi makes of the C header alone makes a viewer and asks it for a member: binding_test.py LIBRARY"""
 
 import ctypes
 import pathlib
 import subprocess
 import sys
 import tempfile
-import unittest
 
 import cffi
 
-ROOT = pathlib.Path(__file__).parent.parent.parent
-sys.path.insert(0, str(ROOT / "tests/apps/camera_server"))
-from camera_server import Server, is_whole  # noqa: E402
-
 LIBRARY = sys.argv[1]
-HEADER = ROOT / "include/orbelcast/orbelcast.h"
+HEADER = pathlib.Path(__file__).parents[2] / "include/orbelcast/orbelcast.h"
 CODES = ("ORBELCAST_S_OK", "ORBELCAST_E_POINTER")
 
 
@@ -34,42 +29,30 @@ def binding(folder):
     return orbelcast_binding.ffi, orbelcast_binding.lib
 
 
-class BindingTest(unittest.TestCase):
-    def test_a_picture(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        ffi, c = binding(pathlib.Path(folder.name))
-
-        def obtained(kind, function, *arguments):
-            found = ffi.new("void**")
-            self.assertEqual(function(*arguments, found), c.ORBELCAST_S_OK)
-            return ffi.cast(f"Orbelcast{kind}*", found[0])
-
-        def invoke(member, *values):
-            name, member_id, result = ffi.new("char[]", member), ffi.new("int32_t*"), ffi.new("OrbelcastVariant*")
-            viewer.functions.GetIDsOfNames(viewer, ffi.new("char*[]", [name]), 1, member_id)
-            given = ffi.new("OrbelcastVariant[]", list(values))
-            arguments = ffi.new("OrbelcastArguments*", {"values": given, "count": len(given)})
-            self.assertEqual(viewer.functions.Invoke(viewer, member_id[0], c.ORBELCAST_METHOD, arguments, result,
-                                                     ffi.NULL), c.ORBELCAST_S_OK)
-            return result
-
-        def guid(name):
-            return ffi.new("OrbelcastGuid*", getattr(c, f"ORBELCAST_{name}"))
-
-        address = ctypes.cast(ctypes.CDLL(LIBRARY).DllGetClassObject, ctypes.c_void_p).value
-        entry = ffi.cast("OrbelcastGetClassObjectFunction*", address)
-        self.assertEqual(entry(ffi.NULL, ffi.NULL, ffi.NULL), c.ORBELCAST_E_POINTER)
-        factory = obtained("IClassFactory", entry, guid("VIDEO_SERVER_PUSH_CLASS"), guid("ICLASSFACTORY_ID"))
-        viewer = obtained("IDispatch", factory.functions.CreateInstance, factory, ffi.NULL, guid("IDISPATCH_ID"))
-        with Server() as server:
-            url = ffi.new("char[]", b"http://127.0.0.1:%d/live/1" % server.port)
-            invoke(b"Connect", {"type": c.ORBELCAST_TEXT, "size": len(url) - 1, "text": url})
-            jpeg = invoke(b"GetPictureArray")
-            self.assertTrue(jpeg.type == c.ORBELCAST_BYTES and is_whole(ffi.buffer(jpeg.bytes, jpeg.size)[:]))
-        for held in (jpeg.owner, viewer, factory):
-            held.functions.Release(held)
+with tempfile.TemporaryDirectory() as made:
+    ffi, c = binding(pathlib.Path(made))
+for name in ffi.list_types()[1]:
+    ffi.sizeof(f"struct {name}")  # fails where the compiler lays it out in another way
 
 
-if __name__ == "__main__":
-    unittest.main(argv=sys.argv[:1])
+def obtained(kind, function, *arguments):
+    found = ffi.new("void**")
+    assert function(*arguments, found) == c.ORBELCAST_S_OK
+    return ffi.cast(f"Orbelcast{kind}*", found[0])
+
+
+def guid(name):
+    return ffi.new("OrbelcastGuid*", getattr(c, f"ORBELCAST_{name}"))
+
+
+address = ctypes.cast(ctypes.CDLL(LIBRARY).DllGetClassObject, ctypes.c_void_p).value
+entry = ffi.cast("OrbelcastGetClassObjectFunction*", address)
+assert entry(ffi.NULL, ffi.NULL, ffi.NULL) == c.ORBELCAST_E_POINTER
+factory = obtained("IClassFactory", entry, guid("VIDEO_SERVER_PUSH_CLASS"), guid("ICLASSFACTORY_ID"))
+viewer = obtained("IDispatch", factory.functions.CreateInstance, factory, ffi.NULL, guid("IDISPATCH_ID"))
+member, member_id = ffi.new("char[]", b"FrameRate"), ffi.new("int32_t*")
+assert viewer.functions.GetIDsOfNames(viewer, ffi.new("char*[]", [member]), 1, member_id) == c.ORBELCAST_S_OK
+result = ffi.new("OrbelcastVariant*")
+assert viewer.functions.Invoke(viewer, member_id[0], c.ORBELCAST_PROPERTY_GET, ffi.NULL, result,
+                               ffi.NULL) == c.ORBELCAST_S_OK
+assert (result.type, result.i16) == (c.ORBELCAST_INTEGER, 1)

@@ -2,22 +2,18 @@
 
 #include <dlfcn.h>
 #include <gmock/gmock.h>
-#include <poll.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <atomic>
 #include <barrier>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <thread>
-#include <vector>
 
+#include "fakes/temporary_folder.h"
 #include "orbelcast/orbelcast.h"
 
 namespace orbelcast::server {
@@ -32,13 +28,10 @@ constexpr const char* kPath = ORBELCAST_LIBRARY;
 class LibraryTest : public testing::Test {
  protected:
   LibraryTest() { ::setenv("ORBELCAST_REGISTRY", registry_.c_str(), 1); }
-  ~LibraryTest() override {
-    ::unsetenv("ORBELCAST_REGISTRY");
-    std::filesystem::remove_all(folder_);
-  }
+  ~LibraryTest() override { ::unsetenv("ORBELCAST_REGISTRY"); }
 
-  const std::string folder_ = testing::TempDir() + "library_" + std::to_string(::getpid());
-  const std::string registry_ = folder_ + "/registry.json";
+  const fakes::TemporaryFolder folder_;
+  const std::string registry_ = folder_.File("registry.json");
 };
 
 class Library {
@@ -146,49 +139,12 @@ TEST_F(LibraryTest, BelongsToTheThreadThatCameFirst) {
   EXPECT_EQ(library.CanUnloadNow(), S_OK);
 }
 
-/// Notes the events that it is told. It lives as long as the test.
-class Sink final : public IEventSink {
- public:
-  Result QueryInterface(const Guid*, void**) override { return E_NOINTERFACE; }
-  std::uint32_t AddRef() override { return 1; }
-  std::uint32_t Release() override { return 1; }
-  Result Invoke(std::int32_t id, Arguments*) override {
-    told.push_back(id);
-    return S_OK;
-  }
-
-  std::vector<std::int32_t> told;
-};
-
-/// Waits for what the library waits for, as a host with a loop of its own does, and lets it handle that.
-void WaitAsHost(const Held<IDispatch>& control) {
-  std::array<LoopDescriptor, 8> descriptors;
-  std::uint32_t count = 0;
-  std::int64_t nanoseconds = 0;
-  ASSERT_EQ(control.As<IHostLoop>()->GetWaits(descriptors.data(), descriptors.size(), &count, &nanoseconds), S_OK);
-  ASSERT_LE(count, descriptors.size());
-  std::vector<pollfd> polled;
-  for (std::uint32_t i = 0; i < count; ++i) {
-    const int events = (descriptors[i].readable != 0 ? POLLIN : 0) | (descriptors[i].writable != 0 ? POLLOUT : 0);
-    polled.push_back({descriptors[i].descriptor, static_cast<short>(events), 0});
-  }
-  ASSERT_TRUE(count > 0 || nanoseconds >= 0) << "nothing would ever wake the host";
-  const int milliseconds = nanoseconds < 0 ? -1 : static_cast<int>(nanoseconds / 1'000'000 + 1);
-  ::poll(polled.data(), polled.size(), milliseconds);
-  control.As<IHostServices>()->HandleNext(0);
-}
-
-TEST_F(LibraryTest, RunsInsideAHostsLoopWithoutHoldingItUp) {
+// A loop of the host's own around it is that of the Python package with asyncio.
+TEST_F(LibraryTest, ACallThatIsStartedHoldsUpNobodyAndHasItsOwnCopyOfItsArguments) {
   constexpr std::int32_t kConnect = 0x6003000f;
-  constexpr std::int32_t kConnectionFailed = 5;
   const Library library;
-  Sink sink;
   {
     const auto viewer = Create(library.Factory());
-    Held<IConnectionPoint> point;
-    viewer.As<IConnectionPointContainer>()->FindConnectionPoint(&kVideoServerPushEvents, point.PutTyped());
-    std::uint32_t cookie = 0;
-    ASSERT_EQ(point->Advise(&sink, &cookie), S_OK);
     const auto starter = viewer.As<IStarter>();
 
     Variant rate = MakeText("40");
@@ -199,14 +155,13 @@ TEST_F(LibraryTest, RunsInsideAHostsLoopWithoutHoldingItUp) {
     Clear(rate);
 
     for (const bool released : {false, true}) {
-      std::string address = "http://127.0.0.1:1/";
-      value = MakeText(address);
-      EXPECT_EQ(starter->Start(kConnect, kMethod, &arguments, nullptr, nullptr), S_FALSE);
-      address.assign(address.size(), '?');  // the call has its own copy
-      if (released) break;
-      while (!testing::Test::HasFailure() && std::count(sink.told.begin(), sink.told.end(), kConnectionFailed) == 0) {
-        WaitAsHost(viewer);
+      {
+        const std::string address = "http://127.0.0.1:1/";
+        value = MakeText(address);
+        EXPECT_EQ(starter->Start(kConnect, kMethod, &arguments, nullptr, nullptr), S_FALSE);
       }
+      if (released) break;
+      EXPECT_EQ(viewer.As<IHostServices>()->RunLoop(20), S_OK);
     }
   }
   EXPECT_EQ(library.CanUnloadNow(), S_OK) << "the call that went on was not ended";
@@ -217,19 +172,14 @@ TEST_F(LibraryTest, RegistersItsClassesAndRemovesThem) {
   const auto here = std::filesystem::current_path();
   const std::filesystem::path file(kPath);
   std::filesystem::current_path(file.parent_path());
-  const auto text = [&] {
-    std::ostringstream read;
-    read << std::ifstream(registry_).rdbuf();
-    return read.str();
-  };
   const Library library("./" + file.filename().string());
   std::filesystem::current_path(here);
   ASSERT_TRUE(library.Loaded());
   EXPECT_EQ(library.Register(), S_OK);
-  EXPECT_THAT(text(), HasSubstr('"' + std::filesystem::canonical(file).string() + '"'));
-  EXPECT_THAT(text(), HasSubstr("Orbelcast.VideoServerPush"));
+  EXPECT_THAT(fakes::ReadFile(registry_), HasSubstr('"' + std::filesystem::canonical(file).string() + '"'));
+  EXPECT_THAT(fakes::ReadFile(registry_), HasSubstr("Orbelcast.VideoServerPush"));
   EXPECT_EQ(library.Unregister(), S_OK);
-  EXPECT_THAT(text(), Not(HasSubstr("Orbelcast")));
+  EXPECT_THAT(fakes::ReadFile(registry_), Not(HasSubstr("Orbelcast")));
   EXPECT_EQ(library.Unregister(), S_OK) << "there is nothing left to remove";
 
   ::setenv("ORBELCAST_REGISTRY", (registry_ + "/below/a/file").c_str(), 1);

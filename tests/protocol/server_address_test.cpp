@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "protocol/text.h"
-
 namespace orbelcast {
 namespace {
 
@@ -18,21 +16,11 @@ TEST(ServerAddressTest, AMosaicTileIsAskedForAtTheQualityOfItsArea) {
 TEST(ServerAddressTest, TellsArchiveAndCommandsByTheirAddress) {
   const std::string login = LoginBase("h", "", "activitylogfile", "&Day=");
   EXPECT_TRUE(AsksForArchive(ArchiveStepAddress("http://other/archive", ArchiveStep::kPlay, "")));
-  EXPECT_TRUE(AsksForArchive(ArchiveAddress(login, "1")));
-  EXPECT_FALSE(AsksForArchive(LiveStreamAddress(LiveAddress(login, "", ""), QualitySuffix("0640x0480080"))));
   EXPECT_EQ(CommandOf(MessageAddress(login, "output=1")), ServerCommand::kMessage);
   EXPECT_EQ(CommandOf(OutputSwitchAddress(OutputCommand(login), 1, true)), ServerCommand::kOutput);
   EXPECT_EQ(CommandOf(AlertActivationAddress(AlertCommand(login), 1)), ServerCommand::kAlert);
   EXPECT_EQ(CommandOf(ActivityLogAddress(login)), ServerCommand::kActivityLog);
   EXPECT_EQ(CommandOf(login), std::nullopt);
-}
-
-TEST(TextTest, IsTakenApartAtEverySeparator) {
-  using Pieces = std::vector<std::string_view>;
-  EXPECT_EQ(Split("", kCrLf), Pieces{});
-  EXPECT_EQ(Split("a\r\n\r\nb\nc\r\n", kCrLf), (Pieces{"a", "", "b\nc", ""}));
-  EXPECT_EQ(Replaced("aaa", "aa", "b"), "ba");
-  EXPECT_EQ(WithoutHttp("HtTp://http://x"), "http://x");
 }
 
 }  // namespace

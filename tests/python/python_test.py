@@ -5,25 +5,21 @@ import gc
 import os
 import pathlib
 import resource
-import shutil
 import subprocess
 import sys
 import tempfile
-import threading
 import time
 import unittest
 from unittest import mock
 
 ROOT = pathlib.Path(__file__).parent.parent.parent
 sys.path[:0] = [str(ROOT / "tests/apps/camera_server"), str(ROOT / "python")]
-from camera_server import TIMEOUT, Server  # noqa: E402
+from camera_server import PICTURE, TIMEOUT, PictureServer  # noqa: E402
 
 os.environ["ORBELCAST_LIBRARY"] = sys.argv.pop(1)
 REGISTRY = tempfile.TemporaryDirectory()
 os.environ["ORBELCAST_REGISTRY"] = REGISTRY.name + "/registry.json"
 import orbelcast  # noqa: E402
-
-PICTURE = ROOT / "tests/fuzz/corpus/jpeg/420.jpg"
 
 
 class PythonTest(unittest.TestCase):
@@ -32,9 +28,7 @@ class PythonTest(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         cls.addClassCleanup(folder.cleanup)
         cls.folder = pathlib.Path(folder.name)
-        (cls.folder / "pictures").mkdir()
-        shutil.copy(PICTURE, cls.folder / "pictures")
-        cls.server = Server("--folder", str(cls.folder / "pictures"))
+        cls.server = PictureServer()
         cls.addClassCleanup(cls.server.end)
         cls.url = f"http://127.0.0.1:{cls.server.port}/live/1"
 
@@ -77,7 +71,7 @@ class Members(PythonTest):
             self.assertTrue(player.SystemName)
             orbelcast.run(2, until=lambda: any("/live/1" in line for line, _ in self.server.asked()))
             player.AviStart()
-            orbelcast.run(2.5)
+            orbelcast.run(1)
             player.StopAvi()
         self.assertEqual(clip.read_bytes()[:4], b"RIFF")
         self.assertIn("Total frames", "".join(said))
@@ -101,24 +95,14 @@ class Events(PythonTest):
             viewer.Connect("http://127.0.0.1:1/")
             self.assertEqual([frame.jpeg for frame in viewer.frames(count=2)], [PICTURE.read_bytes()] * 2)
 
-    def test_close_in_every_event(self):
-        def follow(viewer, event):
-            viewer.on(event, lambda *_: viewer.close())
-            failing = "http://127.0.0.1:1/" if event.startswith("ConnectionFailed") else None
-            viewer.Connect(failing or f"http://127.0.0.1:{moving.port}/live/1")
-            if event == "Disconnected":
-                viewer.Disconnect()
-            elif event == "ConnectionBroken":
-                moving.fault(1, "status:503")
-            self.assertTrue(orbelcast.run(TIMEOUT, until=lambda: not viewer._finalizer.alive))
-
-        unseen = {"MouseDown", "OLEDragDrop", "RCQueryMethod"}  # those of a window, and one that nothing raises
-        events = {each["name"] for each in orbelcast.VideoServerPush._events.values()} - unseen
-        with Server("--vigilbox-info", "1 text", "--plugins", "text") as moving:
-            for event in sorted(events, key=lambda name: name == "ConnectionBroken"):
-                with self.subTest(event=event):
-                    follow(orbelcast.VideoServerPush(FrameRate=30, MotionDetector=True, MotionByZones=True,
-                                                     MotionSensivity=100), event)
+    def test_close_in_an_event(self):  # each kind: in the call, with values that go back, from the loop
+        for event, address in (("Status", self.url), ("ConnectionFailedV2", "http://127.0.0.1:1/"),
+                               ("StreamInfo", self.url)):
+            with self.subTest(event=event):
+                viewer = orbelcast.VideoServerPush(FrameRate=30)
+                viewer.on(event, lambda *_: viewer.close())
+                viewer.Connect(address)
+                self.assertTrue(orbelcast.run(TIMEOUT, until=lambda: not viewer._finalizer.alive))
 
 
 class Frames(PythonTest):
@@ -132,6 +116,7 @@ class Frames(PythonTest):
             frames = []
             for frame in viewer.frames(count=3):
                 frames.append((frame, frame.array))
+        self.assertFalse(orbelcast.unload_library(), "pictures are alive")
         expected = numpy.asarray(Image.open(PICTURE).convert("RGB")).astype(int)
         for frame, array in frames:  # they outlive the viewer
             self.assertEqual(frame.jpeg, PICTURE.read_bytes())
@@ -168,21 +153,6 @@ class Frames(PythonTest):
             self.assertLess(memory_after(10_000) - before, 10_000 * PICTURE.stat().st_size / 4)
         self.assertGreater(len(frames), 10_000)
 
-    def test_other_threads_run_while_the_loop_waits(self):
-        turns, ended = [], threading.Event()
-
-        def turn():
-            while not ended.wait(0.001):
-                turns.append(None)
-
-        with orbelcast.VideoServerPush():
-            thread = threading.Thread(target=turn)
-            thread.start()
-            orbelcast.run(0.5)
-            ended.set()
-            thread.join()
-        self.assertGreater(len(turns), 20)
-
 
 class Asyncio(PythonTest):
     def test_two_cameras_beside_other_tasks(self):
@@ -192,14 +162,14 @@ class Asyncio(PythonTest):
                 viewer.Connect(url)
                 self.assertLess(time.monotonic() - start, 0.3, "Connect held asyncio up")
                 await orbelcast.connected(viewer)
-                return [frame.jpeg async for frame in viewer.frames(count=5)]
+                return [frame.jpeg async for frame in viewer.frames(count=2)]
 
         async def main():
             self.server.fault(2, "delay:400")
             task = asyncio.create_task(asyncio.sleep(0.01))
             taken = await asyncio.wait_for(asyncio.gather(take(self.url), take(self.url[:-1] + "2")), TIMEOUT)
             self.assertTrue(task.done())
-            self.assertEqual(taken, [[PICTURE.read_bytes()] * 5] * 2)
+            self.assertEqual(taken, [[PICTURE.read_bytes()] * 2] * 2)
 
         asyncio.run(main())
 
@@ -217,19 +187,6 @@ class Asyncio(PythonTest):
 
 
 class Ends(PythonTest):
-    def test_load_stream_release_unload_twice(self):
-        for _ in range(2):
-            viewer = orbelcast.VideoServerPush(FrameRate=30)
-            viewer.Connect(self.url)
-            [frame] = viewer.frames(count=1)
-            picture = frame.picture
-            self.assertFalse(orbelcast.unload_library())
-            del viewer, frame
-            gc.collect()
-            self.assertFalse(orbelcast.unload_library(), "a picture is alive")
-            del picture
-            self.assertTrue(orbelcast.unload_library())
-
     def test_the_interpreter_ends_in_mid_stream(self):
         self.assertEqual(self.program("viewer.Connect(url)\nfor frame in viewer.frames():\n    array = frame.array\n    break"),
                          (0, ""))
@@ -238,7 +195,6 @@ class Ends(PythonTest):
         self.assertEqual(self.program("import asyncio\nasync def main():\n    viewer.Connect(url)\n"
                                       "    async for frame in viewer.frames():\n        sys.exit(4)\nasyncio.run(main())"),
                          (4, ""))
-
 
     def test_the_interpreter_ends_while_another_thread_is_in_the_library(self):
         self.server.fault(2, "never")

@@ -3,12 +3,9 @@
 #include "recording/clip_recorder.h"
 
 #include <gmock/gmock.h>
-#include <unistd.h>
-
-#include <filesystem>
-#include <fstream>
 
 #include "fakes/fake_platform.h"
+#include "fakes/temporary_folder.h"
 
 namespace orbelcast {
 namespace {
@@ -29,8 +26,6 @@ ShownPicture Jpeg(std::uint8_t red, std::uint8_t green, std::uint8_t blue, std::
 
 class ClipRecorderTest : public testing::Test {
  protected:
-  ~ClipRecorderTest() override { std::filesystem::remove(path); }
-
   void ExpectAnswers() {
     world.dialogs.names = {path};
     world.dialogs.compressions = {Dialogs::Compression{"MPEG-4", 10, 200}};
@@ -41,8 +36,8 @@ class ClipRecorderTest : public testing::Test {
     ASSERT_TRUE(recorder.AviRecording());
   }
 
-  const std::string path =
-      (std::filesystem::temp_directory_path() / ("orbelcast-recorder-" + std::to_string(::getpid()) + ".avi")).string();
+  const fakes::TemporaryFolder folder;
+  const std::string path = folder.File("clip.avi");
   fakes::FakePlatform world;
   PictureBox conv;
   ShownPicture shown = Jpeg(10, 20, 30, 1, 2);
@@ -141,7 +136,7 @@ TEST_F(ClipRecorderTest, SurvivesWhatTheHostDoesWhileAQuestionIsOpen) {
               ElementsAre(kSave, "compression", Done(0), "beep", "tell Can't make compressed stream. | "));
 
   // Released at each question in turn: nothing more is asked, and the file is closed.
-  std::ofstream(path) << "a clip";
+  folder.Write("clip.avi", "a clip");
   for (const std::string last : {kSave, kOverwrite, "compression"}) {
     world.avi_files.log.clear();
     ClipRecorder released(world.platform, conv,

@@ -1,11 +1,9 @@
 #!/usr/bin/env python3
 """Runs one end-to-end script and compares what it prints; see README.md beside this file.
 
-    run_script.py ORBELCAST CAMERA_SERVER NAME.orb [--accept]
+    run_script.py CAMERA_SERVER ORBELCAST NAME.orb [--accept]
 """
 
-import contextlib
-import json
 import os
 import pathlib
 import re
@@ -13,8 +11,9 @@ import shlex
 import subprocess
 import sys
 import tempfile
-import time
-import urllib.request
+
+sys.path.insert(0, str(pathlib.Path(__file__).parent.parent / "apps/camera_server"))
+from camera_server import Server  # noqa: E402
 
 PLACEHOLDERS = {
     "<number>": r"-?\d+(?:\.\d+)?",
@@ -62,22 +61,6 @@ def mismatch(expected, printed, also):
     return None if len(printed) in reached else best
 
 
-@contextlib.contextmanager
-def camera_server(program, options):
-    """A camera server while it runs: its address."""
-    command = [program, "--port", "0", "--log-passwords", *options]
-    with subprocess.Popen(command, stdout=subprocess.PIPE, text=True) as process:
-        try:
-            yield process.stdout.readline().split("//")[1].strip().rstrip("/")
-        finally:
-            process.terminate()
-
-
-def requests_of(server):
-    with urllib.request.urlopen(f"http://{server}/control/requests", timeout=10) as answer:
-        return [json.loads(line)["request"] for line in answer.read().decode().splitlines()]
-
-
 def compare(name, expected, printed, accept, also=()):
     """True where the printed lines are those of the file; a file that is missing expects nothing to be looked at."""
     if accept:
@@ -112,7 +95,7 @@ def read_lines(name):
         return file.read().splitlines()
 
 
-def run(orbelcast, server_program, script_name, accept):
+def run(orbelcast, script_name, accept):
     with open(script_name, encoding="utf-8") as file:
         script = file.read()
     said = directives(script)
@@ -121,13 +104,13 @@ def run(orbelcast, server_program, script_name, accept):
     with tempfile.TemporaryDirectory() as folder:
         pathlib.Path(folder, "empty").touch()
         options = [word.replace("{HERE}", here) for word in shlex.split(" ".join(said["server"]))]
-        with camera_server(server_program, options) as server:
-            names = {"{SERVER}": server, "{FOLDER}": folder, "{HERE}": here}
+        with Server("--log-passwords", *options) as server:
+            names = {"{SERVER}": f"127.0.0.1:{server.port}", "{FOLDER}": folder, "{HERE}": here}
 
             def fill_in(text):
                 for name, value in names.items():
                     text = text.replace(name, value)
-                return text.replace("{PORT}", server.rpartition(":")[2])
+                return text.replace("{PORT}", str(server.port))
 
             def take_out(text):
                 for name, value in names.items():
@@ -143,7 +126,7 @@ def run(orbelcast, server_program, script_name, accept):
                 [orbelcast, "script"], input=fill_in(script), capture_output=True, text=True, env=environment,
                 timeout=SECONDS, check=False,
             )
-            requests = [take_out(line) for line in requests_of(server)]
+            requests = [take_out(line) for line, _ in server.asked()]
             good = look_at_files(said, fill_in)
     printed = [take_out(line) for line in done.stdout.splitlines()]
     ignored = tuple(f'{{"event":"{event}",' for event in " ".join(said["ignore"]).split())
@@ -164,10 +147,7 @@ def run(orbelcast, server_program, script_name, accept):
 
 def main():
     arguments = [word for word in sys.argv[1:] if word != "--accept"]
-    start = time.monotonic()
-    good = run(*arguments, "--accept" in sys.argv)
-    print(f"{time.monotonic() - start:.1f} s")
-    sys.exit(0 if good else 1)
+    sys.exit(0 if run(*arguments, "--accept" in sys.argv) else 1)
 
 
 if __name__ == "__main__":

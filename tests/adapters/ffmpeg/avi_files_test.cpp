@@ -14,6 +14,8 @@
 #include <map>
 #include <sstream>
 
+#include "fakes/temporary_folder.h"
+
 namespace orbelcast {
 namespace {
 
@@ -82,13 +84,7 @@ double Psnr(const Rows& one, const Rows& other) {
 
 class AviFilesTest : public testing::Test {
  protected:
-  AviFilesTest() { std::filesystem::create_directories(folder_); }
-  ~AviFilesTest() override {
-    std::error_code ignored;
-    std::filesystem::remove_all(folder_, ignored);
-  }
-
-  std::filesystem::path Path(const std::string& name = "clip.avi") const { return folder_ / name; }
+  std::filesystem::path Path(const std::string& name = "clip.avi") const { return folder_.Path() / name; }
 
   /// A clip that is ready for its first sample.
   std::unique_ptr<AviFile> Begin(const Dialogs::Compression& choice, int width, int height, int rate = 5) {
@@ -140,8 +136,7 @@ class AviFilesTest : public testing::Test {
   FfmpegAviFiles files_;
 
  private:
-  const std::filesystem::path folder_ =
-      std::filesystem::temp_directory_path() / ("orbelcast-clips-" + std::to_string(::getpid()));
+  const fakes::TemporaryFolder folder_;
 };
 
 struct Compression {

@@ -5,22 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
+
+#include "pictures.h"
 
 namespace orbelcast {
 namespace {
-
-using Bytes = std::vector<std::uint8_t>;
-
-/// A file of the folder beside this one: a smooth picture with an edge, 330 × 246 but for the large one, of the kind
-/// that it is named after. With a scan for each coefficient of each component it has 64 scans in grey and 190 in
-/// colours.
-Bytes Picture(const std::string& name) {
-  std::ifstream file(ORBELCAST_PICTURES "/" + name + ".jpg", std::ios::binary);
-  EXPECT_TRUE(file) << name;
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 /// How far two pictures differ on the average, at the same places of each: in steps of 256.
 double Difference(const Surface& a, const Surface& b) {
@@ -121,9 +110,6 @@ TEST_F(JpegDecoderTest, DamagedPicturesLeaveEverySurfaceAsItWas) {
   const auto cut = [&](std::size_t size) {
     return Bytes(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(size));
   };
-  auto scrambled = good;
-  for (std::size_t i = good.size() / 2; i < good.size() / 2 + 200; ++i)
-    scrambled[i] = static_cast<std::uint8_t>(i * 37);
   // Its first quantization table under another number: the one that it goes by would be that of a picture before.
   auto without_table = good;
   for (std::size_t i = 0; i + 4 < good.size(); ++i) {
@@ -136,7 +122,7 @@ TEST_F(JpegDecoderTest, DamagedPicturesLeaveEverySurfaceAsItWas) {
                                                  {"ends in the header", cut(100)},
                                                  {"no end marker", cut(good.size() - 30)},
                                                  {"garbage", Bytes(5000, 0x5a)},
-                                                 {"scrambled", scrambled},
+                                                 {"scrambled", Scrambled()},
                                                  {"190 scans", Picture("190_scans")},
                                                  {"empty", {}}};
   for (const auto& [name, file] : files) {
@@ -151,7 +137,7 @@ TEST_F(JpegDecoderTest, DamagedPicturesLeaveEverySurfaceAsItWas) {
     }
   }
   // The header of a damaged picture can be read all the same; the next good one shows.
-  EXPECT_EQ(decoder.SizeOf(Frame(scrambled))->height, 246);
+  EXPECT_EQ(decoder.SizeOf(Frame(Scrambled()))->height, 246);
   EXPECT_TRUE(DrawWhole(target, Frame(good)));
 }
 

@@ -4,27 +4,14 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <random>
 
 #include "adapters/jpeg/jpeg_decoder.h"
+#include "pictures.h"
 
 namespace orbelcast {
 namespace {
-
-std::vector<std::uint8_t> ReadPicture(const std::string& name) {
-  std::ifstream file(ORBELCAST_PICTURES "/" + name + ".jpg", std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-/// A whole file but for some bytes in the middle, which only decoding finds out.
-FrameBytes Scrambled() {
-  auto bytes = ReadPicture("420");
-  for (std::size_t i = bytes.size() / 2; i < bytes.size() / 2 + 200; ++i) bytes[i] = static_cast<std::uint8_t>(i * 37);
-  return FrameBytes(std::move(bytes));
-}
 
 class PicturesOnDemandTest : public testing::Test {
  protected:
@@ -32,7 +19,7 @@ class PicturesOnDemandTest : public testing::Test {
     const JpegTarget both[]{{area, area.Width(), area.Height()}, {thumbnail, 100, 100}};
     EXPECT_TRUE(on_demand.DrawWhenSeen(frame, both));
   }
-  void ShowNew() { Show(FrameBytes(ReadPicture("420"))); }
+  void ShowNew() { Show(FrameBytes(Picture("420"))); }
 
   std::shared_ptr<TurboJpegDecoder> decoder = std::make_shared<TurboJpegDecoder>();
   PicturesOnDemand on_demand{decoder};
@@ -71,16 +58,16 @@ TEST_F(PicturesOnDemandTest, OnlyWhatIsSeenIsDecodedAndTakesMemory) {
 }
 
 TEST_F(PicturesOnDemandTest, DamageIsFoundAtOnceOrLeavesThePictureBefore) {
-  const auto refused = [&](std::vector<std::uint8_t> bytes) {
+  const auto refused = [&](Bytes bytes) {
     const JpegTarget target{area, 330, 246};
     return !on_demand.DrawWhenSeen(FrameBytes(std::move(bytes)), {&target, 1});
   };
   ShowNew();
   const Surface good = area;
-  auto cut = ReadPicture("420");
+  auto cut = Picture("420");
   cut.resize(cut.size() - 30);
-  EXPECT_TRUE(refused(cut) && refused({}) && refused(std::vector<std::uint8_t>(5000, 0x5a)));
-  Show(Scrambled());
+  EXPECT_TRUE(refused(cut) && refused({}) && refused(Bytes(5000, 0x5a)));
+  Show(FrameBytes(Scrambled()));
   EXPECT_FALSE(area.NewestWasDamaged());
   EXPECT_TRUE(std::ranges::equal(area.Pixels(), good.Pixels()));
   EXPECT_TRUE(area.NewestWasDamaged());
@@ -123,10 +110,10 @@ TEST_F(PicturesOnDemandTest, PixelsAreThoseOfDrawingAtOnce) {
     bool may_be_damaged = false;  // one at a time: of two the surface need not know what was before
     for (int step = 0; step < 30; ++step) {
       const bool damaged = may_be_damaged && any(5) == 0;
-      const auto bytes = ReadPicture(kinds[any(4)]);
+      const auto bytes = damaged ? Scrambled() : Picture(kinds[any(4)]);
       if (damaged) may_be_damaged = false;
-      const FrameBytes lazy = damaged ? Scrambled() : FrameBytes(bytes);
-      const FrameBytes now = damaged ? Scrambled() : FrameBytes(bytes);
+      const FrameBytes lazy(bytes);
+      const FrameBytes now(bytes);
       const int x = any(400) - 50;
       const int y = any(300) - 50;
       switch (any(8)) {

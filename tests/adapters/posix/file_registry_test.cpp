@@ -8,9 +8,9 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <thread>
+
+#include "fakes/temporary_folder.h"
 
 namespace orbelcast {
 namespace {
@@ -23,24 +23,15 @@ const std::string kKey = "Software\\Test";
 
 class FileRegistryTest : public testing::Test {
  protected:
-  FileRegistryTest() { std::filesystem::create_directories(folder_); }
-  ~FileRegistryTest() override { std::filesystem::remove_all(folder_); }
-
   std::string Text(const std::string& name) const {
     for (const auto& value : FileRegistry(path_).Values(kHive, kKey).value_or(std::vector<Registry::Value>())) {
       if (value.name == name) return value.text;
     }
     return {};
   }
-  void WriteFile(const std::string& text) const { std::ofstream(path_) << text; }
-  std::string ReadFile(const std::string& path) const {
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
-  }
 
-  const std::string folder_ = testing::TempDir() + "file_registry_" + std::to_string(::getpid());
-  const std::string path_ = folder_ + "/made/registry.json";
+  const fakes::TemporaryFolder folder_;
+  const std::string path_ = folder_.File("made/registry.json");
 };
 
 /// Runs `work` in another process.
@@ -70,7 +61,7 @@ TEST_F(FileRegistryTest, KeepsValuesInTheirOrderForTheNextProgram) {
     EXPECT_FALSE(registry.SetValue(kHive, kKey, "FPS", "\xff is no UTF-8"));
   }
   EXPECT_EQ(std::filesystem::status(path_).permissions(), std::filesystem::perms(0600));
-  EXPECT_EQ(std::filesystem::status(folder_ + "/made").permissions(), std::filesystem::perms(0700));
+  EXPECT_EQ(std::filesystem::status(folder_.Path() / "made").permissions(), std::filesystem::perms(0700));
   const auto values = FileRegistry(path_).Values(kHive, kKey);
   ASSERT_TRUE(values);
   ASSERT_THAT(*values, SizeIs(2));
@@ -121,14 +112,14 @@ TEST_F(FileRegistryTest, AProcessThatIsKilledLeavesAWholeFileAndNoLock) {
 
 TEST_F(FileRegistryTest, ADamagedFileIsKeptAsideAndReported) {
   ASSERT_TRUE(FileRegistry(path_).SetValue(kHive, kKey, "FPS", "7"));
-  const std::string cut = ReadFile(path_).substr(0, 20);
+  const std::string cut = fakes::ReadFile(path_).substr(0, 20);
   const std::string wrong_form = R"({"HKEY_LOCAL_MACHINE": {"Software\\Test": {"FPS": 7}}})";
   for (const auto& [text, aside] : {std::pair(cut, path_ + ".damaged"), std::pair(wrong_form, path_ + ".damaged.2")}) {
-    WriteFile(text);
+    folder_.Write("made/registry.json", text);
     testing::internal::CaptureStderr();
     EXPECT_FALSE(FileRegistry(path_).Values(kHive, kKey));
     EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr(aside));
-    EXPECT_EQ(ReadFile(aside), text);
+    EXPECT_EQ(fakes::ReadFile(aside), text);
     EXPECT_FALSE(std::filesystem::exists(path_));
   }
   EXPECT_TRUE(FileRegistry(path_).SetValue(kHive, kKey, "FPS", "8"));
@@ -136,16 +127,16 @@ TEST_F(FileRegistryTest, ADamagedFileIsKeptAsideAndReported) {
 }
 
 TEST_F(FileRegistryTest, WhatCannotBeWrittenAnswersFalse) {
-  std::ofstream(folder_ + "/file") << "not a folder";
-  ::mkfifo((folder_ + "/pipe").c_str(), 0600);
-  std::filesystem::create_symlink(folder_ + "/elsewhere", folder_ + "/locked.lock");
-  for (const std::string name : {"/file/registry.json", "/pipe", "", "/locked"}) {
-    FileRegistry registry(folder_ + name);
+  folder_.Write("file", "not a folder");
+  ::mkfifo(folder_.File("pipe").c_str(), 0600);
+  std::filesystem::create_symlink(folder_.File("elsewhere"), folder_.File("locked.lock"));
+  for (const std::string name : {"file/registry.json", "pipe", "", "locked"}) {
+    FileRegistry registry(folder_.File(name));
     EXPECT_FALSE(registry.SetValue(kHive, kKey, "FPS", "7")) << name;
     EXPECT_FALSE(registry.DeleteKey(kHive, kKey));
     EXPECT_FALSE(registry.Values(kHive, kKey));
   }
-  EXPECT_FALSE(std::filesystem::exists(folder_ + "/elsewhere"));
+  EXPECT_FALSE(std::filesystem::exists(folder_.File("elsewhere")));
 }
 
 }  // namespace

@@ -7,16 +7,16 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 
 #include "adapters/posix/descriptor.h"
 #include "adapters/posix/posix_files.h"
+#include "fakes/temporary_folder.h"
 
 namespace orbelcast {
 namespace {
 
 namespace fs = std::filesystem;
+using fakes::ReadFile;
 using testing::HasSubstr;
 
 /// What was asked of the system, in order.
@@ -24,20 +24,8 @@ std::string calls;
 
 class NamedFileTest : public testing::Test {
  protected:
-  NamedFileTest() { fs::create_directories(folder_); }
-  ~NamedFileTest() override { fs::remove_all(folder_); }
-
   static std::string Write(const fs::path& name, std::string_view text) {
     return WriteNamedFile(name, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
-  }
-  static std::string Read(const fs::path& name) {
-    std::ostringstream text;
-    text << std::ifstream(name).rdbuf();
-    return text.str();
-  }
-  fs::path File(const std::string& name, const std::string& text) const {
-    std::ofstream(folder_ / name) << text;
-    return folder_ / name;
   }
   fs::path Pipe() const {
     ::mkfifo((folder_ / "pipe").c_str(), 0600);
@@ -45,17 +33,18 @@ class NamedFileTest : public testing::Test {
   }
   std::ptrdiff_t Count() const { return std::distance(fs::directory_iterator(folder_), fs::directory_iterator()); }
 
-  const fs::path folder_ = testing::TempDir() + "named_file_" + std::to_string(::getpid());
+  const fakes::TemporaryFolder owned_;
+  const fs::path& folder_ = owned_.Path();
 };
 
 TEST_F(NamedFileTest, WritesWhereTheNameLeads) {
-  const fs::path file = File("file", "longer than the new one");
+  const fs::path file = owned_.Write("file", "longer than the new one");
   ::chmod(file.c_str(), 0640);
   fs::create_symlink("file", folder_ / "link");
   fs::create_symlink("new", folder_ / "to-come");
   EXPECT_EQ(Write(folder_ / "link", "one"), "");
   EXPECT_EQ(Write(folder_ / "to-come", "two"), "");
-  EXPECT_EQ(Read(file) + Read(folder_ / "new"), "onetwo");
+  EXPECT_EQ(ReadFile(file) + ReadFile(folder_ / "new"), "onetwo");
   EXPECT_TRUE(fs::is_symlink(folder_ / "link"));
   EXPECT_EQ(fs::status(file).permissions(), fs::perms(0640));
   EXPECT_EQ(Count(), 4) << "nothing is left beside them";
@@ -76,7 +65,7 @@ TEST_F(NamedFileTest, TheBytesAreOnTheDiskBeforeTheNameLeadsToThem) {
 }
 
 TEST_F(NamedFileTest, WhatFailsIsToldAndLeavesTheOldFile) {
-  const fs::path file = File("file", "old");
+  const fs::path file = owned_.Write("file", "old");
   EXPECT_THAT(Write(folder_, "x"), HasSubstr("folder"));
   EXPECT_THAT(Write(folder_ / "no/file", "x"), HasSubstr("there is no folder"));
   EXPECT_THAT(Write(folder_ / "file/below", "x"), HasSubstr("there is no folder"));
@@ -89,12 +78,12 @@ TEST_F(NamedFileTest, WhatFailsIsToldAndLeavesTheOldFile) {
   ::setrlimit(RLIMIT_FSIZE, &small);
   EXPECT_THAT(Write(file, std::string(101, 'x')), HasSubstr("too large"));
   ::setrlimit(RLIMIT_FSIZE, &old);
-  EXPECT_EQ(Read(file), "old");
+  EXPECT_EQ(ReadFile(file), "old");
   EXPECT_EQ(Count(), 2);
 }
 
 TEST_F(NamedFileTest, ReadsFilesAndNothingThatWouldHangOrNotEnd) {
-  EXPECT_EQ(ReadNamedFile(File("file", "text"), 4).text, "text");
+  EXPECT_EQ(ReadNamedFile(owned_.Write("file", "text"), 4).text, "text");
   EXPECT_TRUE(ReadNamedFile(folder_ / "file", 3).too_large);
   EXPECT_TRUE(ReadNamedFile(folder_ / "none", 9).missing);
   EXPECT_EQ(ReadNamedFile(folder_, 9).problem, "it is a folder");
@@ -112,7 +101,7 @@ TEST_F(NamedFileTest, TheModuleFolderIsThisProgramsAloneUnlessItIsNamed) {
     EXPECT_NE(one.ModuleFolder(), other.ModuleFolder());
     EXPECT_EQ(one.ModuleFolder(), one.ModuleFolder());
     EXPECT_EQ(fs::status(one.ModuleFolder()).permissions(), fs::perms(0700));
-    File(fs::relative(one.ModuleFolder(), folder_).string() + "/tempf.jpg", "x");
+    owned_.Write(fs::relative(one.ModuleFolder(), folder_).string() + "/tempf.jpg", "x");
   }
   EXPECT_EQ(Count(), 0) << "they go with the program";
 

@@ -4,15 +4,19 @@ import contextlib
 import ctypes
 import http.client
 import json
+import pathlib
 import re
+import shutil
 import signal
 import socket
 import struct
 import subprocess
 import sys
+import tempfile
 import time
 
 PROGRAM = sys.argv.pop(1)
+PICTURE = pathlib.Path(__file__).parents[2] / "fuzz/corpus/jpeg/420.jpg"
 TIMEOUT = 30  # seconds, of what a busy machine may need with a sanitizer's program
 
 
@@ -75,6 +79,19 @@ class Server:
     def fault(self, camera, fault):
         status, _, text = self.get("/control/fault?camera=%s&fault=%s" % (camera, fault))
         assert status == 200, text
+
+
+class PictureServer(Server):
+    """A server whose cameras all show PICTURE."""
+
+    def __init__(self):
+        self.folder = tempfile.TemporaryDirectory()
+        shutil.copy(PICTURE, self.folder.name)
+        super().__init__("--folder", self.folder.name)
+
+    def end(self):
+        with self.folder:
+            return super().end()
 
 
 INFO = "/secure/srv_vigilbox$rdxviewer"
