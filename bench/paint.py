@@ -4,7 +4,7 @@
 Usage: bench/paint.py BIN_FOLDER [--smoke] [--seconds SECONDS]
 
 A camera of this script's own answers with pictures of 640 x 480 that can be told apart, and notes when. Chromium, without a
-screen, shows it twice on one page, 10 pictures a second each: with <video-server-push> through the gateway, and with a script
+screen, shows it twice on one page, 7 pictures a second each: with <video-server-push> through the gateway, and with a script
 that gets each picture straight from the camera, which is where the page is from, too. A picture is painted when the frame
 after the one in which it was drawn begins. --smoke takes a moment: that it works, not what comes out.
 """
@@ -21,7 +21,8 @@ import urllib.request
 from pages import start
 from selenium import webdriver
 
-RATE = 10
+# Not a divisor of the frames a second that a browser paints: else all pictures of a run meet the same part of a frame.
+RATE = 7
 PAGE = """<!doctype html><meta charset="utf-8"><canvas id="direct" width="640" height="480"></canvas>
 <script>
 window.painted = [];
