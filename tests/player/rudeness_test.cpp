@@ -90,12 +90,12 @@ struct RudeWorld {
         if (player) doing(*player);
       };
       own_stack ? act() : world.loop.RunHandler(act);
-      world.queue.Advance(milliseconds(600));
+      world.queue.Advance(milliseconds(1200));
     }
     const int steps = loop.steps;
     loop.rude_at = -1;
     player.reset();
-    world.queue.Advance(milliseconds(600));
+    world.queue.Advance(milliseconds(1200));
     EXPECT_EQ(world.loop.Handlers(), 0u) << "at step " << at;
     return steps;
   }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "protocol/text.h"
+
 namespace orbelcast {
 namespace {
 
@@ -15,12 +17,18 @@ TEST(ServerAddressTest, AMosaicTileIsAskedForAtTheQualityOfItsArea) {
 
 TEST(ServerAddressTest, TellsArchiveAndCommandsByTheirAddress) {
   const std::string login = LoginBase("h", "", "activitylogfile", "&Day=");
+  EXPECT_TRUE(AsksForArchive(ArchiveAddress(login, "1")));
   EXPECT_TRUE(AsksForArchive(ArchiveStepAddress("http://other/archive", ArchiveStep::kPlay, "")));
+  EXPECT_FALSE(AsksForArchive(LiveStreamAddress(LiveAddress(login, "", ""), QualitySuffix("0640x0480080"))));
   EXPECT_EQ(CommandOf(MessageAddress(login, "output=1")), ServerCommand::kMessage);
   EXPECT_EQ(CommandOf(OutputSwitchAddress(OutputCommand(login), 1, true)), ServerCommand::kOutput);
   EXPECT_EQ(CommandOf(AlertActivationAddress(AlertCommand(login), 1)), ServerCommand::kAlert);
   EXPECT_EQ(CommandOf(ActivityLogAddress(login)), ServerCommand::kActivityLog);
   EXPECT_EQ(CommandOf(login), std::nullopt);
+}
+
+TEST(TextTest, ASchemeIsTakenOffOnce) {
+  EXPECT_EQ(WithoutHttp("HtTp://http://x"), "http://x");
 }
 
 }  // namespace

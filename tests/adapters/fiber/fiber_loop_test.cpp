@@ -151,6 +151,24 @@ TEST_F(FiberLoopTest, DestroyingTheLoopLetsEveryHandlerEnd) {
   queue.HandleDue();
 }
 
+TEST_F(FiberLoopTest, ManyHandlersWaitAtOnceAndStacksAreUsedAgain) {
+  for (int round = 0; round < 3; ++round) {
+    Completion done;
+    int ended = 0;
+    for (int i = 0; i < 100; ++i) {
+      loop.RunHandler([&] {
+        volatile char used[32 * 1024];
+        used[0] = 1;
+        loop.Wait(done);
+        ended += used[0];
+      });
+    }
+    done.Complete();
+    queue.HandleDue();
+    EXPECT_EQ(ended, 100);
+  }
+}
+
 TEST(FiberLoopOnTheClock, AYieldThatComesSoonLooksAtNothing) {
   ManualQueue queue(milliseconds(1));
   FiberLoop loop(queue);
