@@ -3,18 +3,18 @@
 
 #include <cstdio>
 #include <iostream>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 
 #include "interface/user_control1_interface.h"
 #include "interface/video_server_push_interface.h"
+#include "json/json.h"
 
 namespace {
 
-using Json = nlohmann::ordered_json;
 using orbelcast::ArgumentEntry;
 using orbelcast::ControlInterface;
+using orbelcast::Json;
 using orbelcast::ValueType;
 
 /// The type by its name in the interface; empty for none.
@@ -43,37 +43,37 @@ std::string_view NameOf(ValueType type) {
 }
 
 Json ArgumentsOf(std::span<const ArgumentEntry> arguments) {
-  Json list = Json::array();
+  Json list = Json::Array();
   for (const ArgumentEntry& each : arguments) {
-    list.push_back(
+    list.Append(
         {{"name", each.name}, {"type", NameOf(each.type)}, {"optional", each.optional}, {"by_value", each.by_value}});
   }
   return list;
 }
 
 Json Describe(const ControlInterface& described) {
-  Json control{{"name", described.name},   {"text", described.text},  {"properties", Json::array()},
-               {"methods", Json::array()}, {"events", Json::array()}, {"persisted", Json::array()}};
+  Json control{{"name", described.name},   {"text", described.text},  {"properties", Json::Array()},
+               {"methods", Json::Array()}, {"events", Json::Array()}, {"persisted", Json::Array()}};
   for (const auto& each : described.properties) {
-    control["properties"].push_back({{"name", each.name},
-                                     {"id", each.id},
-                                     {"type", NameOf(each.type)},
-                                     {"writable", each.writable},
-                                     {"text", each.text}});
-  }
-  for (const auto& each : described.methods) {
-    control["methods"].push_back({{"name", each.name},
+    control["properties"].Append({{"name", each.name},
                                   {"id", each.id},
-                                  {"arguments", ArgumentsOf(each.arguments)},
-                                  {"result", NameOf(each.result)},
+                                  {"type", NameOf(each.type)},
+                                  {"writable", each.writable},
                                   {"text", each.text}});
   }
+  for (const auto& each : described.methods) {
+    control["methods"].Append({{"name", each.name},
+                               {"id", each.id},
+                               {"arguments", ArgumentsOf(each.arguments)},
+                               {"result", NameOf(each.result)},
+                               {"text", each.text}});
+  }
   for (const auto& each : described.events) {
-    control["events"].push_back(
+    control["events"].Append(
         {{"name", each.name}, {"id", each.id}, {"arguments", ArgumentsOf(each.arguments)}, {"text", each.text}});
   }
   for (const auto& each : described.persisted) {
-    control["persisted"].push_back({{"key", each.key}, {"text", each.text}});
+    control["persisted"].Append({{"key", each.key}, {"text", each.text}});
   }
   return control;
 }
@@ -81,8 +81,8 @@ Json Describe(const ControlInterface& described) {
 }  // namespace
 
 int main() {
-  std::cout
-      << Json{Describe(orbelcast::interface::kVideoServerPush), Describe(orbelcast::interface::kUserControl1)}.dump(2)
-      << '\n';
+  const Json both =
+      Json::Array({Describe(orbelcast::interface::kVideoServerPush), Describe(orbelcast::interface::kUserControl1)});
+  std::cout << ToLines(both) << '\n';
   return std::cout ? 0 : 1;
 }

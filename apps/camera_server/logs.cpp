@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <iostream>
-#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <utility>
 
 #include "common/shown_text.h"
+#include "json/json.h"
 #include "toolkit/ascii.h"
 #include "toolkit/visible_text.h"
 
@@ -109,18 +109,18 @@ void RequestLog::Record(std::string_view head, const Client& client) {
   const bool is_masked = credentials_ == Credentials::kMasked;
   const std::string_view line = TakeLine(head);
   if (line.find(" /control/") != std::string_view::npos) return;
-  nlohmann::ordered_json entry;
+  Json entry;
   const WallClock::time_point now = WallClock::now();
   entry["time"] = LocalText(now, "%FT%T") + Fraction(now, 3);
   entry["client"] = client.address;
   entry["connection"] = client.id;
   entry["request"] = BytesAsText(is_masked ? MaskRequestLine(line) : line);
-  nlohmann::ordered_json& headers = entry["headers"] = nlohmann::ordered_json::array();
+  Json& headers = entry["headers"] = Json::Array();
   while (!head.empty()) {
     const std::string_view header = TakeLine(head);
-    if (!header.empty()) headers.push_back(BytesAsText(is_masked ? MaskHeaderLine(header) : header));
+    if (!header.empty()) headers.Append(BytesAsText(is_masked ? MaskHeaderLine(header) : header));
   }
-  std::string text = JsonWithoutControls(entry.dump()) + "\n";
+  const std::string text = ToLine(entry) + "\n";
 
   const std::lock_guard lock(mutex_);
   written_bytes_ += text.size();

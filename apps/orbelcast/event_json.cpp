@@ -3,12 +3,12 @@
 #include <chrono>
 #include <cstdio>
 #include <ctime>
-#include <nlohmann/json.hpp>
 #include <ostream>
 #include <string>
 #include <utility>
 
 #include "common/shown_text.h"
+#include "remote/event_to_json.h"
 
 namespace orbelcast {
 
@@ -35,16 +35,13 @@ std::string TimeNow() {
 
 bool PrintViewerEvent(std::ostream& output, const EventEntry& event, std::span<const EventArgument> arguments) {
   Json json{{"time", TimeNow()}};
-  json.update(EventToJson(event, "viewer", arguments));
+  json.Update(EventToJson(event, "viewer", arguments));
   output << ToLine(WithoutPasswords(json)) << std::endl;
   return output.good();
 }
 
 Json WithoutPasswords(Json value) {
-  if (value.is_string()) return HidePasswords(value.get_ref<const std::string&>());
-  if (value.is_structured()) {
-    for (Json& each : value) each = WithoutPasswords(std::move(each));
-  }
+  value.ForEachText([](std::string& text) { text = HidePasswords(text); });
   return value;
 }
 

@@ -4,7 +4,7 @@
 #include <span>
 
 #include "interface/events.h"
-#include "remote/json.h"
+#include "json/json.h"
 
 namespace orbelcast {
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iostream>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <utility>
 #include <vector>
@@ -111,8 +110,8 @@ void PrintTable(const ServerInfo& info, std::ostream& output) {
 // ---- For programs -------------------------------------------------------------------------------------------------
 
 Json SwitchesToJson(const std::vector<Entry>& entries) {
-  Json list = Json::array();
-  for (const Entry& entry : entries) list.push_back({{"name", entry.Field(1)}, {"on", IsOn(entry)}});
+  Json list = Json::Array();
+  for (const Entry& entry : entries) list.Append({{"name", entry.Field(1)}, {"on", IsOn(entry)}});
   return list;
 }
 
@@ -134,12 +133,12 @@ Json ToJson(const ServerInfo& info) {
                     {"CPN", info.CpnValue}, {"CPS", info.CpsValue}, {"UPS", info.UpsValue}};
   json["flags"] = {{"ADM", info.AdmFlag}, {"AES", info.AesFlag}, {"CST", info.CstFlag}};
   json["direct_file_key"] = info.DirectFileKey;
-  json["cameras"] = Json::array();
+  json["cameras"] = Json::Array();
   for (const Entry& entry : EntriesOf(info, "CAM:")) {
-    json["cameras"].push_back({{"device", entry.Field(0)}, {"name", entry.Field(1)}, {"live_base", entry.Field(2)}});
+    json["cameras"].Append({{"device", entry.Field(0)}, {"name", entry.Field(1)}, {"live_base", entry.Field(2)}});
   }
-  json["alerts"] = Json::array();
-  for (const Entry& entry : EntriesOf(info, "ALT:")) json["alerts"].push_back({{"name", entry.Field(1)}});
+  json["alerts"] = Json::Array();
+  for (const Entry& entry : EntriesOf(info, "ALT:")) json["alerts"].Append({{"name", entry.Field(1)}});
   json["outputs"] = SwitchesToJson(EntriesOf(info, "HWO:"));
   json["inputs"] = SwitchesToJson(EntriesOf(info, "HWI:"));
   return json;

@@ -1,6 +1,5 @@
 #include <iostream>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <vector>
@@ -86,8 +85,8 @@ class Switch {
 
   ExitStatus List() const {
     if (options_.json) {
-      Json list = Json::array();
-      for (std::size_t place = 1; place <= entries_.size(); ++place) list.push_back(JsonOf(place));
+      Json list = Json::Array();
+      for (std::size_t place = 1; place <= entries_.size(); ++place) list.Append(JsonOf(place));
       std::cout << ToLine(WithoutPasswords(list)) << '\n';
       return kWorked;
     }

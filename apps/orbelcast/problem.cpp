@@ -1,6 +1,5 @@
 #include "orbelcast/problem.h"
 
-#include <nlohmann/json.hpp>
 #include <ostream>
 #include <utility>
 

@@ -3,7 +3,7 @@
 #include <iosfwd>
 #include <string>
 
-#include "remote/json.h"
+#include "json/json.h"
 #include "viewer/failure.h"
 
 namespace orbelcast {

@@ -5,12 +5,12 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <nlohmann/json.hpp>
 #include <span>
 #include <string_view>
 
 #include "gateway/page_session.h"
 #include "protocol/base64.h"
+#include "json/json.h"
 #include "toolkit/ascii.h"
 
 namespace orbelcast {
@@ -179,7 +179,7 @@ std::shared_ptr<PageUser> Gateway::Open(std::shared_ptr<Page> page) {
 std::string Gateway::Description() const {
   std::vector<std::string> servers = named_->Names();
   servers.insert(servers.end(), settings_.servers.Texts().begin(), settings_.servers.Texts().end());
-  return nlohmann::json{{"servers", servers}}.dump();
+  return ToLine({{"servers", servers}});
 }
 
 }  // namespace orbelcast

@@ -1,7 +1,6 @@
 #include "gateway/page_session.h"
 
 #include <chrono>
-#include <nlohmann/json.hpp>
 #include <utility>
 #include <variant>
 

@@ -9,7 +9,7 @@
 #include "gateway/page.h"
 #include "gateway/page_services.h"
 #include "platform/platform.h"
-#include "remote/json.h"
+#include "json/json.h"
 #include "remote/script_dialogs.h"
 #include "remote/session.h"
 

@@ -1,7 +1,6 @@
 #include "remote/children.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <type_traits>
 #include <variant>
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "remote/json.h"
+#include "json/json.h"
 #include "toolkit/controls.h"
 #include "toolkit/surface.h"
 

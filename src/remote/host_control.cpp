@@ -2,7 +2,6 @@
 
 #include <map>
 #include <memory>
-#include <nlohmann/json.hpp>
 
 #include "remote/script_error.h"
 #include "remote/variant_json.h"
@@ -43,7 +42,7 @@ class HostControl::Sink final : public server::IEventSink {
     const auto found = events_.find(id);
     if (found == events_.end()) return server::DISP_E_MEMBERNOTFOUND;
     const server::MemberInfo& event = *found->second;
-    Json values = Json::object();
+    Json values = Json::Object();
     for (std::uint32_t i = 0; i < arguments->count && i < event.argument_count; ++i) {
       values[event.arguments[i].name] = ToJson(arguments->values[i]);
     }

@@ -3,7 +3,6 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
-#include <nlohmann/json.hpp>
 
 #include "remote/script_error.h"
 #include "remote/variant_json.h"

@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "json/json.h"
 #include "orbelcast/orbelcast.h"
-#include "remote/json.h"
 #include "remote/variant_json.h"
 
 namespace orbelcast {

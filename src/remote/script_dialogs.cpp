@@ -1,7 +1,6 @@
 #include "remote/script_dialogs.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "remote/script_error.h"
@@ -70,7 +69,7 @@ Dialogs::Answer ScriptDialogs::ShowMessage(const MessageRequest& request) {
   Json line = Line(kMessage);
   AddText(line, "title", request.title);
   line["text"] = request.text;
-  line["buttons"] = asks ? Json::array({"Yes", "No"}) : Json::array({"OK"});
+  line["buttons"] = asks ? Json::Array({"Yes", "No"}) : Json::Array({"OK"});
   if (request.icon == Icon::kExclamation) line["icon"] = "exclamation";
   if (request.icon == Icon::kInformation) line["icon"] = "information";
   const auto answer = Ask(kMessage, line);

@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
+#include "json/json.h"
 #include "platform/dialogs.h"
 #include "platform/message_loop.h"
-#include "remote/json.h"
 
 namespace orbelcast {
 

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <chrono>
 #include <limits>
-#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "interface/events.h"
 #include "remote/children.h"
+#include "remote/event_to_json.h"
 #include "remote/numbers.h"
 #include "remote/script_error.h"
 #include "remote/variant_json.h"
@@ -159,9 +159,9 @@ void Session::Adopt(const std::string& name, const HostControl& control) {
 
 void Session::AdoptViewer(VideoServerPush& viewer, const std::string& name) {
   viewer.MainMenu.PoppedUp.Listen([this, name, &menu = viewer.MainMenu] {
-    Json items = Json::array();
+    Json items = Json::Array();
     for (const MenuItem* item : menu.Items) {
-      items.push_back({{"caption", item->Caption.Get()}, {"checked", item->Checked.Get()}});
+      items.Append({{"caption", item->Caption.Get()}, {"checked", item->Checked.Get()}});
     }
     Print({{"menu", name}, {"items", std::move(items)}});
   });
@@ -170,7 +170,7 @@ void Session::AdoptViewer(VideoServerPush& viewer, const std::string& name) {
 void Session::AdoptInnerViewer(VideoServerPush& viewer, const std::string& name) {
   AdoptViewer(viewer, name);
   ListenToAll(viewer.Events, [this, name](const EventEntry& event, std::span<const EventArgument> arguments) {
-    EventCame(EventToJson(event, name, arguments));
+    EventCame(std::string(event.name), EventToJson(event, name, arguments));
   });
 }
 
@@ -201,9 +201,8 @@ void Session::WindowOpened(Window& window, const std::string& name) {
   if (const auto resized = window.OnResize) resized();
 }
 
-void Session::EventCame(const Json& line) {
+void Session::EventCame(const std::string& event, const Json& line) {
   const auto alive = shared_from_this();
-  const std::string event = line["event"];
   Print(line);
   for (Wait& wait : waits_) wait.came = wait.came || wait.event == event;
 

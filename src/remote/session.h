@@ -10,10 +10,10 @@
 #include <string_view>
 #include <vector>
 
+#include "json/json.h"
 #include "remote/children.h"
 #include "remote/host_control.h"
 #include "remote/host_surface.h"
-#include "remote/json.h"
 #include "remote/late_bound.h"
 #include "remote/script_dialogs.h"
 #include "remote/showing.h"
@@ -120,7 +120,7 @@ class Session : public std::enable_shared_from_this<Session> {
   void AdoptWindow(Window& window, const std::string& name);
   void WindowOpened(Window& window, const std::string& name);
   void AdoptInnerViewer(VideoServerPush& viewer, const std::string& name);
-  void EventCame(const Json& line);
+  void EventCame(const std::string& event, const Json& line);
   /// Runs the loop until the event has come (true) or the time has passed.
   bool WaitFor(const std::string& event, std::chrono::milliseconds limit);
 

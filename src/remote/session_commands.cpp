@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 #include <limits>
-#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "remote/children.h"
@@ -77,7 +76,7 @@ void Session::Create(Words words) {
   const std::string& name = words[0];
   CheckNew(name);
   const auto told = [this, name](const std::string& event, Json arguments) {
-    EventCame({{"event", event}, {"from", name}, {"args", std::move(arguments)}});
+    EventCame(event, {{"event", event}, {"from", name}, {"args", std::move(arguments)}});
   };
   const auto made = controls_.emplace(name, std::make_unique<HostControl>(server_, words[1], told)).first;
   Adopt(name, *made->second);

@@ -1,7 +1,6 @@
 #include "remote/showing.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <utility>
 #include <variant>
 
@@ -19,9 +18,9 @@ bool IsInside(std::string_view path, std::string_view outer) {
 }
 
 Json SelectionOf(const ListBox& list) {
-  Json selected = Json::array();
+  Json selected = Json::Array();
   for (int item = 0; item < list.ListCount(); ++item) {
-    if (list.Selected(item)) selected.push_back(item);
+    if (list.Selected(item)) selected.Append(item);
   }
   return selected;
 }

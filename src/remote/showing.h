@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
+#include "json/json.h"
 #include "platform/picture_codec.h"
 #include "remote/drawing_journal.h"
-#include "remote/json.h"
 #include "remote/subject.h"
 #include "toolkit/controls.h"
 

@@ -1,6 +1,5 @@
 #include "remote/subject.h"
 
-#include <nlohmann/json.hpp>
 #include <variant>
 
 #include "player/user_control1.h"

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "remote/json.h"
+#include "json/json.h"
 #include "toolkit/controls.h"
 
 namespace orbelcast {

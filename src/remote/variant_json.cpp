@@ -1,7 +1,6 @@
 #include "remote/variant_json.h"
 
 #include <openssl/evp.h>
-#include <nlohmann/json.hpp>
 
 #include <array>
 #include <span>
@@ -38,7 +37,7 @@ Json ObjectToJson(server::IUnknown* object) {
     return SizeToJson(width, height);
   }
   if (const auto data = Ask<server::IDataObject>(object)) {
-    Json forms = Json::object();
+    Json forms = Json::Object();
     for (std::uint32_t i = 0; i < data->GetCount(); ++i) {
       const char* media_type = nullptr;
       const char* bytes = nullptr;

@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "json/json.h"
 #include "orbelcast/orbelcast.h"
-#include "remote/json.h"
 
 namespace orbelcast {
 

@@ -6,7 +6,6 @@
 
 #include <cstdint>
 #include <cstdlib>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 
@@ -14,6 +13,7 @@
 #include "adapters/posix/file_registry.h"
 #include "common/credentials_file.h"
 #include "common/shown_text.h"
+#include "json/json.h"
 #include "toolkit/ascii.h"
 #include "toolkit/visible_text.h"
 
@@ -75,16 +75,23 @@ void ShowText(std::string_view text) {
   KeepSecret("known");
   const std::string shown = Shown(text);
   Require(IsVisible(shown) && shown.find("known") == std::string::npos);
-  const std::string json =
-      nlohmann::json(std::string(text)).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
-  Require(nlohmann::json::parse(JsonWithoutControls(json)) == nlohmann::json::parse(json));
+}
+
+// What is printed is read as what it was, but for bytes that are no text; what is read is printed and read the same.
+void ReadJson(std::string_view text) {
+  const std::string line = ToLine(text);
+  const auto printed = ParseJson(line);
+  Require(IsVisible(line) && printed && ToLine(*printed) == line);
+  const auto read = ParseJson(text);
+  Require(!read || ParseJson(ToExactText(*read).value()) == read);
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
-  constexpr void (*kUses[])(std::string_view) = {ReadRegistry, ReadConfiguration, ReadLogin, ShowAddress, ShowText};
+  constexpr void (*kUses[])(std::string_view) = {ReadRegistry, ReadConfiguration, ReadLogin,
+                                                 ShowAddress,  ShowText,          ReadJson};
   kUses[data[0] % std::size(kUses)]({reinterpret_cast<const char*>(data) + 1, size - 1});
   return 0;
 }

@@ -60,8 +60,8 @@ void DoctorReport::AddToJson(const Step& step) {
   entry["result"] = WordOf(step.result);
   entry["found"] = step.found;
   entry["advice"] = step.advice.empty() ? Json(nullptr) : Json(step.advice);
-  if (step.values.is_object()) entry.update(step.values);
-  steps_.push_back(std::move(entry));
+  entry.Update(step.values);
+  steps_.Append(std::move(entry));
 }
 
 void DoctorReport::Print(const Step& step) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <iosfwd>
-#include <nlohmann/json.hpp>
 #include <string>
 
 #include "common/colours.h"
@@ -39,7 +38,7 @@ class DoctorReport {
   std::ostream& output_;
   const Colours colours_;
   bool works_ = true;
-  Json steps_ = Json::array();
+  Json steps_ = Json::Array();
   const std::string server_;
 };
 

@@ -98,7 +98,7 @@ bool Examination::Relay() {
 
 bool Examination::Name() {
   const HostAndPort server = HostAndPortOf(server_);
-  Step step{.name = "name", .values = {{"host", server.host}, {"addresses", Json::array()}}};
+  Step step{.name = "name", .values = {{"host", server.host}, {"addresses", Json::Array()}}};
   if (const auto port = WholeNumber<std::uint16_t>(server.port); !port || *port == 0) {
     return Fail(step, "there is no port " + server.port, "a port is a number from 1 to 65535; check it");
   }
@@ -109,7 +109,7 @@ bool Examination::Name() {
   }
   std::string list;
   for (const NetworkAddress& address : lookup.addresses) {
-    step.values["addresses"].push_back(address.text);
+    step.values["addresses"].Append(address.text);
     list += (list.empty() ? "" : ", ") + address.text;
   }
   step.found = lookup.was_numeric ? list + " is a numeric address" : server.host + " is " + list;

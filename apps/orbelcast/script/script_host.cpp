@@ -1,6 +1,5 @@
 #include "orbelcast/script/script_host.h"
 
-#include <nlohmann/json.hpp>
 #include <ostream>
 
 #include "orbelcast/picture_file.h"

@@ -5,26 +5,23 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
-#include <iterator>
-#include <nlohmann/json.hpp>
 #include <system_error>
 #include <thread>
 
 #include "adapters/posix/configuration_file.h"
 #include "adapters/posix/descriptor.h"
 #include "adapters/posix/named_file.h"
+#include "json/json.h"
 
 namespace orbelcast {
 
 namespace {
-
-/// Keeps values in the order in which they were made.
-using Json = nlohmann::ordered_json;
 
 /// The lock is held for a moment only; a holder that is stopped meanwhile must not stop the others for good.
 constexpr std::chrono::milliseconds kLockPatience{2000};
@@ -75,30 +72,24 @@ class Lock {
 
 enum class Finding { kGood, kMissing, kUnreadable, kDamaged };
 
-bool HasForm(const Json& registry) {
-  if (!registry.is_object()) return false;
-  for (const Json& hive : registry) {
-    if (!hive.is_object()) return false;
-    for (const Json& key : hive) {
-      if (!key.is_object()) return false;
-      for (const Json& value : key) {
-        if (!value.is_string()) return false;
-      }
-    }
-  }
-  return true;
+/// Objects in one another, `levels` deep, whose innermost members are texts: hives of keys of values have three.
+bool HasForm(const Json& value, int levels) {
+  if (levels == 0) return value.Get<std::string>() != nullptr;
+  const auto* const members = value.Get<Json::Members>();
+  return members != nullptr &&
+         std::ranges::all_of(*members, [&](const JsonMember& each) { return HasForm(each.value, levels - 1); });
 }
 
 Finding Read(const std::string& path, Json& registry) {
-  registry = Json::object();
+  registry = Json::Object();
   const FileContent content = ReadNamedFile(path, kLargestFile);
   if (content.missing) return Finding::kMissing;
   if (content.too_large) return Finding::kDamaged;
   if (!content.problem.empty()) return Finding::kUnreadable;
   if (content.text.empty()) return Finding::kMissing;  // An empty file that reserves the name.
-  Json read = Json::parse(content.text, nullptr, /*allow_exceptions=*/false);
-  if (!HasForm(read)) return Finding::kDamaged;
-  registry = std::move(read);
+  std::optional<Json> read = ParseJson(content.text);
+  if (!read || !HasForm(*read, 3)) return Finding::kDamaged;
+  registry = std::move(*read);
   return Finding::kGood;
 }
 
@@ -120,8 +111,10 @@ bool KeepDamagedAside(const std::string& path) {
 }
 
 bool Replace(const std::string& path, const Json& registry) {
-  const std::string text = registry.dump(2) + '\n';
-  return WriteNamedFile(path, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}, kFileMode).empty();
+  std::optional<std::string> text = ToExactText(registry);
+  if (!text) return false;
+  *text += '\n';
+  return WriteNamedFile(path, {reinterpret_cast<const std::uint8_t*>(text->data()), text->size()}, kFileMode).empty();
 }
 
 /// The file itself where the name is a link to it, so that the link survives a replacement.
@@ -152,7 +145,7 @@ bool ChangeFile(const std::string& named, Change change) try {
   const Outcome outcome = change(registry);
   return outcome == Outcome::kAsItWas || (outcome == Outcome::kChanged && Replace(path, registry));
 } catch (const std::exception&) {
-  return false;  // A text that is not UTF-8, or no memory.
+  return false;  // No memory, or a name that the system does not take.
 }
 
 }  // namespace
@@ -175,12 +168,11 @@ std::optional<std::vector<Registry::Value>> FileRegistry::Values(Hive hive, cons
   const Finding finding = Read(path_, registry);
   // Read again under the lock: another writer may have put a good file in its place.
   if (finding == Finding::kDamaged) ChangeFile(path_, [](Json&) { return Outcome::kAsItWas; });
-  const auto found_hive = registry.find(NameOf(hive));
-  if (found_hive == registry.end()) return std::nullopt;
-  const auto found_key = found_hive->find(key);
-  if (found_key == found_hive->end()) return std::nullopt;
+  const Json* const found_hive = registry.Find(NameOf(hive));
+  const Json* const found_key = found_hive != nullptr ? found_hive->Find(key) : nullptr;
+  if (found_key == nullptr) return std::nullopt;
   std::vector<Value> values;
-  for (const auto& [name, text] : found_key->items()) values.push_back({name, text.get<std::string>()});
+  for (const auto& [name, text] : *found_key->Get<Json::Members>()) values.push_back({name, *text.Get<std::string>()});
   return values;
 } catch (const std::exception&) {
   return std::nullopt;
@@ -188,14 +180,10 @@ std::optional<std::vector<Registry::Value>> FileRegistry::Values(Hive hive, cons
 
 bool FileRegistry::DeleteKey(Hive hive, const std::string& key) {
   return ChangeFile(path_, [&](Json& registry) {
-    const auto found_hive = registry.find(NameOf(hive));
-    if (found_hive == registry.end()) return Outcome::kFailed;
-    std::size_t removed = 0;
-    for (auto each = found_hive->begin(); each != found_hive->end();) {
-      const bool below = each.key() == key || each.key().starts_with(key + "\\");
-      each = below ? found_hive->erase(each) : std::next(each);
-      removed += below ? 1 : 0;
-    }
+    if (registry.Find(NameOf(hive)) == nullptr) return Outcome::kFailed;
+    const auto removed = std::erase_if(*registry[NameOf(hive)].Get<Json::Members>(), [&](const JsonMember& each) {
+      return each.name == key || each.name.starts_with(key + "\\");
+    });
     return removed > 0 ? Outcome::kChanged : Outcome::kFailed;
   });
 }

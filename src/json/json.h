@@ -1,0 +1,105 @@
+#pragma once
+
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace orbelcast {
+
+struct JsonMember;
+
+/// A JSON value. An object keeps the order in which it was filled.
+class Json {
+ public:
+  using Elements = std::vector<Json>;
+  using Members = std::vector<JsonMember>;
+  using Value = std::variant<std::nullptr_t, bool, std::int64_t, std::uint64_t, double, std::string, Elements, Members>;
+
+  Json() noexcept;
+  Json(const Json&);
+  Json(Json&&) noexcept;
+  Json& operator=(const Json&);
+  Json& operator=(Json&&) noexcept;
+  ~Json();
+
+  // NOLINTBEGIN(google-explicit-constructor): values become JSON where it is wanted.
+  Json(std::nullptr_t) noexcept : Json() {}
+  template <std::same_as<bool> Boolean>  // no pointer is one
+  Json(Boolean value) : value_(value) {}
+  template <std::signed_integral Number>
+  Json(Number value) : value_(std::int64_t{value}) {}
+  template <std::unsigned_integral Number>
+  requires(!std::same_as<Number, bool>) Json(Number value) : value_(std::uint64_t{value}) {}
+  /// For a float there is NumberToJson.
+  Json(double value) : value_(value) {}
+  Json(const char* text) : Json(std::string(text)) {}
+  Json(std::string_view text) : Json(std::string(text)) {}
+  Json(std::string text);
+  Json(const std::vector<std::string>& texts);
+  /// An object: Json{{"x", 1}, {"y", 2}}.
+  Json(std::initializer_list<JsonMember> members);
+  // NOLINTEND(google-explicit-constructor)
+
+  static Json Object();
+  static Json Array(std::initializer_list<Json> elements = {});
+
+  /// The object's member of that name, null if it is new. A value that is not an object becomes one.
+  Json& operator[](std::string_view name);
+  /// Sets the members of `other`, if it is an object.
+  void Update(const Json& other);
+  /// Adds an element to the array.
+  void Append(Json element);
+  /// Calls `change` with each text that is a value in it, at any depth.
+  void ForEachText(const std::function<void(std::string& text)>& change);
+
+  /// The value as what it is: `Get<std::string>()`, `Get<Json::Members>()`. Null where it is something else.
+  template <typename Alternative>
+  const Alternative* Get() const {
+    return std::get_if<Alternative>(&value_);
+  }
+  template <typename Alternative>
+  Alternative* Get() {
+    return std::get_if<Alternative>(&value_);
+  }
+  /// The object's member of that name; null where there is none.
+  const Json* Find(std::string_view name) const;
+  const Value& Variant() const { return value_; }
+  bool operator==(const Json& other) const;
+
+ private:
+  Value value_;
+};
+
+struct JsonMember {
+  std::string name;
+  Json value;
+
+  bool operator==(const JsonMember&) const = default;
+};
+
+/// A number as JSON: a whole one without decimals, others with no more digits than tell it apart from its neighbours.
+Json NumberToJson(float number);
+
+/// `value` on one line, without a line break. Texts from a server may be any bytes: what is not UTF-8 becomes U+FFFD,
+/// and what drives a terminal is escaped.
+std::string ToLine(const Json& value);
+/// The same on as many lines as it takes, indented.
+std::string ToLines(const Json& value);
+/// On several lines, each text as it is. Nothing where one of them is not UTF-8.
+std::optional<std::string> ToExactText(const Json& value);
+
+/// Arrays and objects in one another, of a text that is read; a deeper one is none.
+inline constexpr std::size_t kMaxJsonDepth = 32;
+
+/// The value of a text of anybody; nothing where it is no JSON, or too deep. Of two members of one name the last
+/// counts.
+std::optional<Json> ParseJson(std::string_view text);
+
+}  // namespace orbelcast
