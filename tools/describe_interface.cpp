@@ -6,8 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "interface/user_control1_interface.h"
-#include "interface/video_server_push_interface.h"
+#include "dispatch/control_class.h"
 #include "json/json.h"
 
 namespace {
@@ -81,8 +80,8 @@ Json Describe(const ControlInterface& described) {
 }  // namespace
 
 int main() {
-  const Json both =
-      Json::Array({Describe(orbelcast::interface::kVideoServerPush), Describe(orbelcast::interface::kUserControl1)});
-  std::cout << ToLines(both) << '\n';
+  Json classes = Json::Array();
+  for (const auto& each : orbelcast::server::Classes()) classes.Append(Describe(each.interface));
+  std::cout << ToLines(classes) << '\n';
   return std::cout ? 0 : 1;
 }

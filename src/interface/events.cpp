@@ -8,7 +8,7 @@
 namespace orbelcast {
 
 std::span<const EventEntry> ViewerEvents() {
-  return interface::kVideoServerPush.events;
+  return interface::kEntries<interface::EventOf, interface::video_server_push::kEvents>;
 }
 
 void ListenToAll(VideoServerPushEvents& events, EventListener listener) {

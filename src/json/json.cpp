@@ -100,6 +100,7 @@ Json& Json::operator=(const Json&) = default;
 Json& Json::operator=(Json&&) noexcept = default;
 Json::~Json() = default;
 
+Json::Json(double value) : value_(value) {}
 Json::Json(std::string text) : value_(std::move(text)) {}
 Json::Json(const std::vector<std::string>& texts) : value_(Elements(texts.begin(), texts.end())) {}
 Json::Json(std::initializer_list<JsonMember> members) : value_(Members(members)) {}
@@ -118,7 +119,7 @@ Json& Json::operator[](std::string_view name) {
   if (Get<Members>() == nullptr) *this = Object();
   Members& members = *Get<Members>();
   const auto found = std::ranges::find(members, name, &JsonMember::name);
-  return found != members.end() ? found->value : members.emplace_back(std::string(name)).value;
+  return found != members.end() ? found->value : members.emplace_back(JsonMember{std::string(name), {}}).value;
 }
 
 void Json::Update(const Json& other) {

@@ -31,14 +31,11 @@ class Json {
 
   // NOLINTBEGIN(google-explicit-constructor): values become JSON where it is wanted.
   Json(std::nullptr_t) noexcept : Json() {}
-  template <std::same_as<bool> Boolean>  // no pointer is one
-  Json(Boolean value) : value_(value) {}
-  template <std::signed_integral Number>
-  Json(Number value) : value_(std::int64_t{value}) {}
-  template <std::unsigned_integral Number>
-  requires(!std::same_as<Number, bool>) Json(Number value) : value_(std::uint64_t{value}) {}
+  /// Of a Boolean or a whole number; a pointer is neither.
+  template <std::integral Number>
+  Json(Number value);
   /// For a float there is NumberToJson.
-  Json(double value) : value_(value) {}
+  Json(double value);
   Json(const char* text) : Json(std::string(text)) {}
   Json(std::string_view text) : Json(std::string(text)) {}
   Json(std::string text);
@@ -83,6 +80,17 @@ struct JsonMember {
 
   bool operator==(const JsonMember&) const = default;
 };
+
+template <std::integral Number>
+Json::Json(Number value) {
+  if constexpr (std::same_as<Number, bool>) {
+    value_ = value;
+  } else if constexpr (std::signed_integral<Number>) {
+    value_ = std::int64_t{value};
+  } else {
+    value_ = std::uint64_t{value};
+  }
+}
 
 /// A number as JSON: a whole one without decimals, others with no more digits than tell it apart from its neighbours.
 Json NumberToJson(float number);
