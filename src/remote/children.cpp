@@ -10,64 +10,58 @@ namespace orbelcast {
 
 namespace {
 
-/// A list's texts, and the selected one, as fields like the others.
-struct ListField {
-  ItemList& list;
-  Json Get() const { return list.List(); }
-};
-struct ListIndexField {
-  ItemList& list;
-  Json Get() const { return list.ListIndex(); }
-};
-
-Json ValueOf(const ListField& field) {
-  return field.Get();
-}
-Json ValueOf(const ListIndexField& field) {
+template <typename Value>
+Json ValueOf(const Property<Value>& field) {
   return field.Get();
 }
 Json ValueOf(const Property<float>& field) {
   return NumberToJson(field.Get());
 }
+
 template <typename Value>
-Json ValueOf(const Property<Value>& field) {
-  return field.Get();
+Field FieldOf(const char* name, Property<Value>& field) {
+  return {name, [&field] { return ValueOf(field); },
+          [&field](const Field::Changed& changed) {
+            field.Changed.Listen([&field, changed](const Value&) { changed(ValueOf(field)); });
+          }};
 }
 
-/// Calls `visit(name, field)` for each field of the control, in the order in which they are told.
-template <typename Control, typename Visit>
-void VisitFields(Control& control, Visit visit) {
-  if constexpr (requires { control.Caption; }) visit("Caption", control.Caption);
-  if constexpr (requires { control.Text; }) visit("Text", control.Text);
-  if constexpr (requires { control.Visible; }) visit("Visible", control.Visible);
-  if constexpr (requires { control.Enabled; }) visit("Enabled", control.Enabled);
+/// A list's texts, and the selected one, as fields like the others.
+Field ListOf(ItemList& list) {
+  return {
+      "List", [&list] { return list.List(); },
+      [&list](const Field::Changed& changed) { list.ListChanged.Listen([&list, changed] { changed(list.List()); }); }};
+}
+Field ListIndexOf(ItemList& list) {
+  return {"ListIndex", [&list] { return list.ListIndex(); },
+          [&list](const Field::Changed& changed) {
+            list.ListIndexChanged.Listen([changed](int index) { changed(index); });
+          }};
+}
+
+/// The fields that a control of this kind has, in the order in which they are told.
+template <typename Control>
+std::vector<Field> FieldsOfKind(Control& control) {
+  std::vector<Field> fields;
+  if constexpr (requires { control.Caption; }) fields.push_back(FieldOf("Caption", control.Caption));
+  if constexpr (requires { control.Text; }) fields.push_back(FieldOf("Text", control.Text));
+  if constexpr (requires { control.Visible; }) fields.push_back(FieldOf("Visible", control.Visible));
+  if constexpr (requires { control.Enabled; }) fields.push_back(FieldOf("Enabled", control.Enabled));
   if constexpr (requires { control.Left; }) {
-    visit("Left", control.Left);
-    visit("Top", control.Top);
-    visit("Width", control.Width);
-    visit("Height", control.Height);
-    visit("ToolTipText", control.ToolTipText);
-    visit("Tag", control.Tag);
+    fields.push_back(FieldOf("Left", control.Left));
+    fields.push_back(FieldOf("Top", control.Top));
+    fields.push_back(FieldOf("Width", control.Width));
+    fields.push_back(FieldOf("Height", control.Height));
+    fields.push_back(FieldOf("ToolTipText", control.ToolTipText));
+    fields.push_back(FieldOf("Tag", control.Tag));
   }
-  if constexpr (requires { control.Interval; }) visit("Interval", control.Interval);
-  if constexpr (requires { control.Checked; }) visit("Checked", control.Checked);
+  if constexpr (requires { control.Interval; }) fields.push_back(FieldOf("Interval", control.Interval));
+  if constexpr (requires { control.Checked; }) fields.push_back(FieldOf("Checked", control.Checked));
   if constexpr (std::is_base_of_v<ItemList, Control>) {
-    visit("List", ListField{control});
-    visit("ListIndex", ListIndexField{control});
+    fields.push_back(ListOf(control));
+    fields.push_back(ListIndexOf(control));
   }
-}
-
-using Changed = std::function<void(Json value)>;
-
-void Listen(const ListField& field, const Changed& changed) {
-  field.list.ListChanged.Listen([&list = field.list, changed] { changed(list.List()); });
-}
-void Listen(const ListIndexField& field, const Changed& changed) {
-  field.list.ListIndexChanged.Listen([changed](int index) { changed(index); });
-}
-template <typename Value>
-void Listen(Property<Value>& field, const Changed& changed) {
-  field.Changed.Listen([&field, changed](const Value&) { changed(ValueOf(field)); });
+  return fields;
 }
 
 struct KindName {
@@ -157,56 +151,29 @@ std::string_view KindOf(const ChildReference& child) {
   return std::visit(KindName(), child);
 }
 
-void DescribeChild(const ChildReference& child, Json& line) {
-  std::visit(
-      [&line](auto* control) {
-        VisitFields(*control, [&line](const char* name, const auto& field) { line[name] = ValueOf(field); });
-      },
-      child);
+std::vector<Field> FieldsOf(const ChildReference& child) {
+  return std::visit([](auto* control) { return FieldsOfKind(*control); }, child);
 }
 
-void DescribePlace(ChildControl& place, Json& line) {
-  VisitFields(place, [&line](const char* name, const auto& field) { line[name] = ValueOf(field); });
+std::vector<Field> FieldsOf(ChildControl& place) {
+  return FieldsOfKind(place);
 }
 
-bool WatchPlace(ChildControl& place, std::string_view field, Changed changed) {
-  bool found = false;
-  VisitFields(place, [&](std::string_view name, auto&& candidate) {
-    if (name != field) return;
-    Listen(candidate, changed);
-    found = true;
-  });
-  return found;
+void Describe(const std::vector<Field>& fields, Json& line) {
+  for (const Field& field : fields) line[field.name] = field.value();
 }
 
-void WatchFields(const ChildReference& child, const FieldChanged& changed) {
-  std::visit(
-      [&](auto* control) {
-        VisitFields(*control, [&](const char* name, auto&& field) {
-          Listen(field, [changed, name](Json value) { changed(name, std::move(value)); });
-        });
-      },
-      child);
+bool Watch(const std::vector<Field>& fields, std::string_view name, const Field::Changed& changed) {
+  const auto found = std::ranges::find(fields, name, &Field::name);
+  if (found == fields.end()) return false;
+  found->watch(changed);
+  return true;
 }
 
-void WatchPlaceFields(ChildControl& place, const FieldChanged& changed) {
-  VisitFields(place, [&](const char* name, auto&& field) {
-    Listen(field, [changed, name](Json value) { changed(name, std::move(value)); });
-  });
-}
-
-bool WatchChild(const ChildReference& child, std::string_view field, Changed changed) {
-  bool found = false;
-  std::visit(
-      [&](auto* control) {
-        VisitFields(*control, [&](std::string_view name, auto&& candidate) {
-          if (name != field) return;
-          Listen(candidate, changed);
-          found = true;
-        });
-      },
-      child);
-  return found;
+void WatchAll(const std::vector<Field>& fields, const std::function<void(const char* field, Json value)>& changed) {
+  for (const Field& field : fields) {
+    field.watch([changed, name = field.name](Json value) { changed(name, std::move(value)); });
+  }
 }
 
 void ClickChild(const Child& child) {

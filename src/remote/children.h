@@ -22,21 +22,26 @@ Child FindChild(const std::vector<NamedChild>& children, std::string_view name, 
 /// The kind's name, such as "Label".
 std::string_view KindOf(const ChildReference& child);
 
-/// Adds the fields that the child has to `line`, by the names of the interface, sizes in twips.
-void DescribeChild(const ChildReference& child, Json& line);
+/// A field of a control under the interface's name, sizes in twips. It lives no longer than its control.
+struct Field {
+  using Changed = std::function<void(Json value)>;
 
-/// The same for a place, which is no control of its own.
-void DescribePlace(ChildControl& place, Json& line);
-bool WatchPlace(ChildControl& place, std::string_view field, std::function<void(Json value)> changed);
+  const char* name;
+  std::function<Json()> value;
+  /// Has the new value told at every change.
+  std::function<void(const Changed& changed)> watch;
+};
 
-/// Calls `changed` with the field's name and its new value at every change of any field.
-using FieldChanged = std::function<void(const char* field, Json value)>;
-void WatchFields(const ChildReference& child, const FieldChanged& changed);
-void WatchPlaceFields(ChildControl& place, const FieldChanged& changed);
+/// The fields that the child has, in the order in which they are told.
+std::vector<Field> FieldsOf(const ChildReference& child);
+/// The same of a place, which is no control of its own.
+std::vector<Field> FieldsOf(ChildControl& place);
 
-/// Calls `changed` with the new value at every change of that field, as long as the child lives. False where the child
-/// has no such field.
-bool WatchChild(const ChildReference& child, std::string_view field, std::function<void(Json value)> changed);
+/// Adds the fields with their values to `line`.
+void Describe(const std::vector<Field>& fields, Json& line);
+/// Watches the field of that name; false where there is none.
+bool Watch(const std::vector<Field>& fields, std::string_view name, const Field::Changed& changed);
+void WatchAll(const std::vector<Field>& fields, const std::function<void(const char* field, Json value)>& changed);
 
 // A person's actions. Each throws ScriptError where a person could not do it: the child is of another kind, hidden
 // (itself or its container) or disabled. `child` names it for the message.
