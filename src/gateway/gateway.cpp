@@ -9,8 +9,8 @@
 #include <string_view>
 
 #include "gateway/page_session.h"
-#include "protocol/base64.h"
 #include "json/json.h"
+#include "protocol/base64.h"
 #include "toolkit/ascii.h"
 
 namespace orbelcast {

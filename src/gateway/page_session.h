@@ -8,8 +8,8 @@
 #include "gateway/named_servers.h"
 #include "gateway/page.h"
 #include "gateway/page_services.h"
-#include "platform/platform.h"
 #include "json/json.h"
+#include "platform/platform.h"
 #include "remote/script_dialogs.h"
 #include "remote/session.h"
 

@@ -15,7 +15,7 @@ namespace orbelcast {
 
 struct JsonMember;
 
-/// A JSON value. An object keeps the order in which it was filled.
+/// A JSON value. An object keeps the order in which it was filled; of whole numbers, negative ones alone are signed.
 class Json {
  public:
   using Elements = std::vector<Json>;
@@ -85,10 +85,10 @@ template <std::integral Number>
 Json::Json(Number value) {
   if constexpr (std::same_as<Number, bool>) {
     value_ = value;
-  } else if constexpr (std::signed_integral<Number>) {
-    value_ = std::int64_t{value};
+  } else if (value < 0) {
+    value_ = static_cast<std::int64_t>(value);
   } else {
-    value_ = std::uint64_t{value};
+    value_ = static_cast<std::uint64_t>(value);
   }
 }
 

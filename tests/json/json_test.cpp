@@ -22,7 +22,7 @@ TEST(JsonTest, IsPrintedInTheOrderInWhichItWasFilled) {
 }
 
 TEST(JsonTest, ReadsWhatAnybodyWrote) {
-  const Json expected{{"a", Json{{"b", Json::Array({std::uint64_t{1}, -1, 2.5})}}}};
+  const Json expected{{"a", Json{{"b", Json::Array({1, -1, 2.5})}}}};
   EXPECT_EQ(ParseJson(R"( {"a": 1, "a": {"b": [1, -1, 25e-1]}} )"), expected);
   for (const char* text : {"", "{", "[1,]", "{\"a\"}", "\"\xff\"", "1e999", "[1] 2"})
     EXPECT_FALSE(ParseJson(text)) << text;
