@@ -10,8 +10,16 @@
 #include <stdexcept>
 #include <utility>
 
-// After <utility>, which it needs and does not include.
-#include <boost/asio.hpp>
+// After <utility>, which they need and do not include.
+#include <boost/asio/awaitable.hpp>
+#include <boost/asio/co_spawn.hpp>
+#include <boost/asio/detached.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/read_until.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <boost/asio/use_awaitable.hpp>
+#include <boost/asio/write.hpp>
 
 namespace orbelcast::bench {
 

@@ -54,7 +54,10 @@ function(orbelcast_add_plugin target)
   set(folder "${PROJECT_SOURCE_DIR}/src/${PLUGIN_MODULE}/plugin")
   file(GLOB sources CONFIGURE_DEPENDS "${folder}/*.cpp")
   add_library(${target} MODULE ${sources})
-  set_target_properties(${target} PROPERTIES OUTPUT_NAME ${PLUGIN_OUTPUT} LINK_DEPENDS "${folder}/exports.map"
+  orbelcast_precompile(${target} SAME_AS orbelcast_platform)
+  # Without a macro of its own, with which the headers would be others.
+  set_target_properties(${target} PROPERTIES DEFINE_SYMBOL "" OUTPUT_NAME ${PLUGIN_OUTPUT}
+                        LINK_DEPENDS "${folder}/exports.map"
                         LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib/${PLUGIN_SUBFOLDER}")
   string(REPLACE "/" "_" suffix "${PLUGIN_MODULE}")
   target_link_libraries(${target} PRIVATE "orbelcast_${suffix}")
