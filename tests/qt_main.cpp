@@ -5,7 +5,7 @@
 #include <QApplication>
 #include <QTemporaryDir>
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef ORBELCAST_ASAN
 #include <sanitizer/lsan_interface.h>
 #endif
 
@@ -20,7 +20,7 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     result = RUN_ALL_TESTS();
   }
-#ifdef __SANITIZE_ADDRESS__
+#ifdef ORBELCAST_ASAN
   // Now rather than at the process's end: there the toolkit's pooled threads may still hold what they are about to
   // free.
   __lsan_do_leak_check();

@@ -25,7 +25,7 @@ using fakes::SmallJpeg;
 using std::chrono::milliseconds;
 using To = ScriptedServer::Connection;
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef ORBELCAST_ASAN
 constexpr bool kMeasured = false;  // The sanitizer keeps freed memory for a while.
 #else
 constexpr bool kMeasured = true;
