@@ -1,12 +1,11 @@
 // The common part of both elements: a control of the gateway's, with its members, its children and its questions.
 
 import { interfaces } from "./interface.js";
-import { Mirror } from "./mirror.js";
+import { Mirror, TWIPS } from "./mirror.js";
 import { ask, download, keep, kept, toClipboard } from "./questions.js";
 import { Session } from "./session.js";
 import { sheet } from "./style.js";
 
-const TWIPS = 15; // a CSS pixel
 const GRACE_MS = 5000; // an element that is moved in the page keeps its session
 const NAME = "c"; // of the control in its session
 

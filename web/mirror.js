@@ -2,7 +2,7 @@
 
 import { Painter, css } from "./drawing.js";
 
-const TWIPS = 15; // a CSS pixel
+export const TWIPS = 15; // a CSS pixel
 const BUTTONS = { 0: 1, 1: 4, 2: 2 }; // of the mouse, as the controls count them
 
 function make(name, className) {

@@ -158,11 +158,9 @@ class HttpServer {
       if (errno == EMFILE || errno == ENFILE) std::this_thread::sleep_for(std::chrono::milliseconds(20));
       return;
     }
+    auto connection = std::make_unique<Connection>(socket, stop_.Number());
     workers_.remove_if([](const Worker& worker) { return worker.done.load(); });
-    if (workers_.size() >= kMaxConnections + kMaxRefusals) {
-      close(socket);
-      return;
-    }
+    if (workers_.size() >= kMaxConnections + kMaxRefusals) return;
     const bool is_refused = workers_.size() >= kMaxConnections;
     const std::string address = NumericAddress(peer, size, false);
     const Client client{
@@ -172,18 +170,17 @@ class HttpServer {
         .is_local = address == "::1" || address.starts_with("127.") || address.starts_with("::ffff:127.")};
     Worker& worker = workers_.emplace_back();
     try {
-      worker.thread = std::jthread([this, &worker, socket, client, is_refused] {
-        Serve(socket, client, is_refused);
+      worker.thread = std::jthread([this, &worker, connection = std::move(connection), client, is_refused]() mutable {
+        Serve(*connection, client, is_refused);
+        connection.reset();
         worker.done = true;
       });
     } catch (const std::system_error&) {  // no further thread: this client is not served
       workers_.pop_back();
-      close(socket);
     }
   }
 
-  void Serve(int socket, const Client& client, bool is_refused) {
-    Connection connection(socket, stop_.Number());
+  void Serve(Connection& connection, const Client& client, bool is_refused) {
     try {
       if (is_refused) return Refuse(connection, 503);
       AnswerRequests(connection, client);

@@ -1,4 +1,4 @@
-#include "designer_plugin.h"
+#include "designer/designer_plugin.h"
 
 #include <QIcon>
 #include <QXmlStreamWriter>

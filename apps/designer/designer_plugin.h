@@ -3,7 +3,7 @@
 #include <QObject>
 #include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
 
-#include "designer_widgets.h"
+#include "designer/designer_widgets.h"
 
 namespace orbelcast {
 

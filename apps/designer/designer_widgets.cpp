@@ -1,4 +1,4 @@
-#include "designer_widgets.h"
+#include "designer/designer_widgets.h"
 
 #include <orbelcast/player_widget.h>
 #include <orbelcast/video_server_push_widget.h>

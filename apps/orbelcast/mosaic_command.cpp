@@ -152,6 +152,40 @@ ExitStatus RunMosaic(MosaicOptions& options) {
   return MosaicHost(options).Run();
 }
 
+/// Where the grid goes. A window has its own end: `rounds` is another one.
+void AddOutputOptions(CommandLine& command, MosaicOptions& options, Option rounds) {
+  const std::string output = "Output (at least one of them)";
+  Option file =
+      command
+          .AddText(
+              "-o,--output",
+              [&options](const std::string& text) {
+                options.output = ParsePictureFile("--output", text, {PictureFormat::kPng, PictureFormat::kBmp});
+              },
+              "At the end, write the grid to FILE: .png or .bmp")
+          .ValueName("FILE")
+          .Group(output);
+  Option window = command.AddFlag("--window", options.window, "Show the grid in a window, until that is closed")
+                      .Group(output)
+                      .Excludes(file)
+                      .Excludes(rounds);
+  Option clip = command
+                    .AddText(
+                        "--record",
+                        [&options](const std::string& text) {
+                          options.clip.file = ParseClipFile("--record", text, ClipPictures::kDrawn);
+                        },
+                        "Record a clip, FILE.avi, with a picture of each round")
+                    .ValueName("FILE")
+                    .Group(output)
+                    .Excludes(window);
+  command.OnRight([file, window, clip] {
+    if (!file.IsGiven() && !window.IsGiven() && !clip.IsGiven()) {
+      throw UsageError("mosaic", "say where the grid goes: --output FILE, --record FILE.avi, or --window");
+    }
+  });
+}
+
 }  // namespace
 
 CommandRun BuildMosaic(CommandLine& command) {
@@ -183,37 +217,7 @@ CommandRun BuildMosaic(CommandLine& command) {
   AddTimeOutOption(command, options.time_out, "each camera has five seconds a round").Group(end);
 
   AddClipOptions(command, options.clip, ClipPictures::kDrawn);
-
-  const std::string output = "Output (at least one of them)";
-  Option file =
-      command
-          .AddText(
-              "-o,--output",
-              [&options](const std::string& text) {
-                options.output = ParsePictureFile("--output", text, {PictureFormat::kPng, PictureFormat::kBmp});
-              },
-              "At the end, write the grid to FILE: .png or .bmp")
-          .ValueName("FILE")
-          .Group(output);
-  Option window = command.AddFlag("--window", options.window, "Show the grid in a window, until that is closed")
-                      .Group(output)
-                      .Excludes(file)
-                      .Excludes(rounds);
-  Option clip = command
-                    .AddText(
-                        "--record",
-                        [&options](const std::string& text) {
-                          options.clip.file = ParseClipFile("--record", text, ClipPictures::kDrawn);
-                        },
-                        "Record a clip, FILE.avi, with a picture of each round")
-                    .ValueName("FILE")
-                    .Group(output)
-                    .Excludes(window);
-  command.OnRight([file, window, clip] {
-    if (!file.IsGiven() && !window.IsGiven() && !clip.IsGiven()) {
-      throw UsageError("mosaic", "say where the grid goes: --output FILE, --record FILE.avi, or --window");
-    }
-  });
+  AddOutputOptions(command, options, rounds);
   return [shared] { return RunMosaic(*shared); };
 }
 

@@ -14,6 +14,7 @@
 #include <cstdlib>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -77,8 +78,8 @@ void End(QWidget& window) {
   QApplication::exit();
 }
 
-int Run(int argc, char** argv) {
-  orbelcast::PlayerOptions options;
+/// Fills the options. The status that the program is to end with, if it is to end.
+std::optional<int> ReadOptions(int argc, char** argv, orbelcast::PlayerOptions& options) {
   orbelcast::CommandLine command(
       "orbelcast-player",
       "Shows a camera server's cameras, or one camera, in a window. The key ? lists its keys; F11 fills the screen and "
@@ -98,20 +99,25 @@ int Run(int argc, char** argv) {
     if (options.NamesACamera() || options.ask) return;
     throw orbelcast::UsageError("a camera server, an address, --live-url, --mosaic or --ask is required");
   });
-  if (const auto status = command.Read(argc, argv)) return *status;
+  return command.Read(argc, argv);
+}
 
+/// False where the program cannot show a window, which it tells.
+bool CanShow() {
   if (!HasDisplay()) {
     std::cerr
         << "orbelcast-player: there is no display to show a window on; run it on a desktop. 'orbelcast watch' and "
            "'orbelcast snapshot' need none.\n";
-    return orbelcast::kFailed;
+    return false;
   }
   if (!HasDescriptors()) {
     std::cerr << "orbelcast-player: it may open too few files and connections; raise the limit:  ulimit -n 1024\n";
-    return orbelcast::kFailed;
+    return false;
   }
+  return true;
+}
 
-  QApplication application(argc, argv);
+void NameApplication() {
   QApplication::setOrganizationName(QStringLiteral("Orbelcast"));
   QApplication::setApplicationName(QStringLiteral("Orbelcast"));
   // Otherwise Qt appends it to the title of every window.
@@ -119,6 +125,15 @@ int Run(int argc, char** argv) {
   // By it desktops find the icon and the name of the window's program.
   QGuiApplication::setDesktopFileName(QStringLiteral("orbelcast-player"));
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/orbelcast/player/icon.png")));
+}
+
+int Run(int argc, char** argv) {
+  orbelcast::PlayerOptions options;
+  if (const auto status = ReadOptions(argc, argv, options)) return *status;
+  if (!CanShow()) return orbelcast::kFailed;
+
+  QApplication application(argc, argv);
+  NameApplication();
   if (!options.NamesACamera()) {
     orbelcast::ServerDialog dialog(options);
     if (dialog.exec() != QDialog::Accepted) return EXIT_SUCCESS;

@@ -1,4 +1,4 @@
-#include "video_server_push_item.h"
+#include "qml/video_server_push_item.h"
 
 #include <QDragEnterEvent>
 #include <QDropEvent>

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <nlohmann/json.hpp>
+#include <set>
 #include <utility>
 
 #include "toolkit/visible_text.h"
@@ -31,13 +32,23 @@ struct ToPrinted {
   }
   Printed operator()(const Json::Members& members) const {
     Printed object = Printed::object();
-    for (const auto& [name, value] : members) object[name] = std::visit(*this, value.Variant());
+    // Without a search for each name, with which its operator[] begins.
+    auto& printed = object.get_ref<Printed::object_t&>();
+    for (const auto& [name, value] : members) printed.push_back({name, std::visit(*this, value.Variant())});
     return object;
   }
 };
 
 std::string ToText(const Json& value, int indent, Printed::error_handler_t not_utf8) {
   return std::visit(ToPrinted(), value.Variant()).dump(indent, ' ', false, not_utf8);
+}
+
+/// Once for the whole object: a search at each new member would take minutes for a long text.
+void KeepLastOfEachName(Json::Members& members) {
+  std::set<std::string> later;
+  std::ranges::reverse(members);
+  std::erase_if(members, [&](const JsonMember& each) { return !later.insert(each.name).second; });
+  std::ranges::reverse(members);
 }
 
 /// Makes the value of what the library's parser finds; each function says whether to go on.
@@ -58,7 +69,10 @@ class Builder {
     name_ = std::move(name);
     return true;
   }
-  bool end_object() { return Close(); }
+  bool end_object() {
+    KeepLastOfEachName(*open_.back()->Get<Json::Members>());
+    return Close();
+  }
   bool end_array() { return Close(); }
   bool parse_error(std::size_t /*position*/, const std::string& /*token*/, const std::exception& /*error*/) {
     return false;
@@ -68,7 +82,9 @@ class Builder {
   Json& Place(Json value) {
     if (open_.empty()) return whole_ = std::move(value);
     Json& container = *open_.back();
-    if (container.Get<Json::Members>() != nullptr) return container[name_] = std::move(value);
+    if (auto* const members = container.Get<Json::Members>()) {
+      return members->emplace_back(JsonMember{std::move(name_), std::move(value)}).value;
+    }
     container.Append(std::move(value));
     return container.Get<Json::Elements>()->back();
   }
@@ -87,7 +103,7 @@ class Builder {
   }
 
   Json whole_;
-  std::vector<Json*> open_;  ///< Each the last in the one before it.
+  std::vector<Json*> open_;  ///< Each inside the one before it, which does not grow meanwhile.
   std::string name_;
 };
 
@@ -129,7 +145,8 @@ void Json::Update(const Json& other) {
 }
 
 void Json::Append(Json element) {
-  std::get<Elements>(value_).push_back(std::move(element));
+  if (Get<Elements>() == nullptr) *this = Array();
+  Get<Elements>()->push_back(std::move(element));
 }
 
 void Json::ForEachText(const std::function<void(std::string& text)>& change) {

@@ -15,7 +15,8 @@ namespace orbelcast {
 
 struct JsonMember;
 
-/// A JSON value. An object keeps the order in which it was filled; of whole numbers, negative ones alone are signed.
+/// A JSON value. An object keeps the order in which it was filled, and two are equal if that is the same as well. A
+/// whole number is signed if it is negative, so that equal numbers are equal values.
 class Json {
  public:
   using Elements = std::vector<Json>;
@@ -34,8 +35,8 @@ class Json {
   /// Of a Boolean or a whole number; a pointer is neither.
   template <std::integral Number>
   Json(Number value);
-  /// For a float there is NumberToJson.
   Json(double value);
+  Json(float value) = delete;  ///< NumberToJson keeps it short.
   Json(const char* text) : Json(std::string(text)) {}
   Json(std::string_view text) : Json(std::string(text)) {}
   Json(std::string text);
@@ -47,16 +48,17 @@ class Json {
   static Json Object();
   static Json Array(std::initializer_list<Json> elements = {});
 
-  /// The object's member of that name, null if it is new. A value that is not an object becomes one.
+  /// The object's member of that name, null if it is new. A value that is not an object becomes one. The reference is
+  /// valid until the next new member.
   Json& operator[](std::string_view name);
   /// Sets the members of `other`, if it is an object.
   void Update(const Json& other);
-  /// Adds an element to the array.
+  /// Adds an element to the array. A value that is not an array becomes one.
   void Append(Json element);
-  /// Calls `change` with each text that is a value in it, at any depth.
+  /// Calls `change` with each text in it, at any depth; members' names are none.
   void ForEachText(const std::function<void(std::string& text)>& change);
 
-  /// The value as what it is: `Get<std::string>()`, `Get<Json::Members>()`. Null where it is something else.
+  /// The value as one of the types of Value: `Get<std::string>()`, `Get<Json::Members>()`. Null if it is of another.
   template <typename Alternative>
   const Alternative* Get() const {
     return std::get_if<Alternative>(&value_);
@@ -92,7 +94,8 @@ Json::Json(Number value) {
   }
 }
 
-/// A number as JSON: a whole one without decimals, others with no more digits than tell it apart from its neighbours.
+/// A number as JSON: a whole one of up to 2^24 without decimals, others with no more digits than tell it apart from its
+/// neighbours; null if it is not finite.
 Json NumberToJson(float number);
 
 /// `value` on one line, without a line break. Texts from a server may be any bytes: what is not UTF-8 becomes U+FFFD,
@@ -100,14 +103,14 @@ Json NumberToJson(float number);
 std::string ToLine(const Json& value);
 /// The same on as many lines as it takes, indented.
 std::string ToLines(const Json& value);
-/// On several lines, each text as it is. Nothing where one of them is not UTF-8.
+/// On several lines, each text as it is. Nothing if one of them is not UTF-8.
 std::optional<std::string> ToExactText(const Json& value);
 
-/// Arrays and objects in one another, of a text that is read; a deeper one is none.
+/// How deep arrays and objects may be nested in a text that is parsed; a deeper one is refused.
 inline constexpr std::size_t kMaxJsonDepth = 32;
 
-/// The value of a text of anybody; nothing where it is no JSON, or too deep. Of two members of one name the last
-/// counts.
+/// The value of a text, which nobody need trust; nothing if it is not JSON, or too deep. Of several members of one name
+/// the last counts.
 std::optional<Json> ParseJson(std::string_view text);
 
 }  // namespace orbelcast

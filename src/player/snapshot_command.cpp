@@ -3,6 +3,8 @@
 #include <optional>
 #include <string>
 
+#include "recording/overwrite_question.h"
+
 namespace orbelcast {
 
 void SnapshotCommand::SaveSnapshot() {
@@ -24,10 +26,7 @@ void SnapshotCommand::SaveSnapshot() {
 }
 
 bool SnapshotCommand::MayReplace() {
-  const auto answer = platform_.dialogs.ShowMessage({.text = "This file already exists, do you want to overwrite ?",
-                                                     .title = "AVI Maker",
-                                                     .buttons = Dialogs::Buttons::kYesNo,
-                                                     .icon = Dialogs::Icon::kExclamation});
+  const auto answer = platform_.dialogs.ShowMessage(OverwriteQuestion());
   return !life_.Ended() && answer == Dialogs::Answer::kYes;
 }
 

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "recording/overwrite_question.h"
+
 namespace orbelcast {
 
 namespace {
@@ -82,10 +84,7 @@ std::optional<std::string> ClipRecorder::AskFileName() {
 
 bool ClipRecorder::MayReplace(const std::string& path) {
   if (platform_.files.LengthOf(path).value_or(0) == 0) return true;
-  const auto answer = platform_.dialogs.ShowMessage({.text = "This file already exists, do you want to overwrite ?",
-                                                     .title = kTitle,
-                                                     .buttons = Dialogs::Buttons::kYesNo,
-                                                     .icon = Dialogs::Icon::kExclamation});
+  const auto answer = platform_.dialogs.ShowMessage(OverwriteQuestion());
   return answer == Dialogs::Answer::kYes && !ended_;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <type_traits>
+#include <utility>
 #include <variant>
 
 #include "remote/script_error.h"
@@ -11,18 +12,18 @@ namespace orbelcast {
 namespace {
 
 template <typename Value>
-Json ValueOf(const Property<Value>& field) {
-  return field.Get();
+Json ValueOf(const Property<Value>& property) {
+  return property.Get();
 }
-Json ValueOf(const Property<float>& field) {
-  return NumberToJson(field.Get());
+Json ValueOf(const Property<float>& property) {
+  return NumberToJson(property.Get());
 }
 
 template <typename Value>
-Field FieldOf(const char* name, Property<Value>& field) {
-  return {name, [&field] { return ValueOf(field); },
-          [&field](const Field::Changed& changed) {
-            field.Changed.Listen([&field, changed](const Value&) { changed(ValueOf(field)); });
+Field FieldOf(const char* name, Property<Value>& property) {
+  return {name, [&property] { return ValueOf(property); },
+          [&property](const Field::Changed& changed) {
+            property.Changed.Listen([&property, changed](const Value&) { changed(ValueOf(property)); });
           }};
 }
 
@@ -130,8 +131,7 @@ void SelectExactly(ListBox& list, const std::vector<int>& indices) {
 }  // namespace
 
 Child FindChild(const std::vector<NamedChild>& children, std::string_view name, const std::string& path) {
-  const auto found =
-      std::find_if(children.begin(), children.end(), [&](const NamedChild& each) { return each.name == name; });
+  const auto found = std::ranges::find(children, name, &NamedChild::name);
   if (found == children.end()) throw ScriptError("there is no child control '" + path + "'");
   Child child{*found};
   child.name = path;
@@ -159,18 +159,18 @@ std::vector<Field> FieldsOf(ChildControl& place) {
   return FieldsOfKind(place);
 }
 
-void Describe(const std::vector<Field>& fields, Json& line) {
+void DescribeFields(const std::vector<Field>& fields, Json& line) {
   for (const Field& field : fields) line[field.name] = field.value();
 }
 
-bool Watch(const std::vector<Field>& fields, std::string_view name, const Field::Changed& changed) {
+bool WatchField(const std::vector<Field>& fields, std::string_view name, const Field::Changed& changed) {
   const auto found = std::ranges::find(fields, name, &Field::name);
   if (found == fields.end()) return false;
   found->watch(changed);
   return true;
 }
 
-void WatchAll(const std::vector<Field>& fields, const std::function<void(const char* field, Json value)>& changed) {
+void WatchFields(const std::vector<Field>& fields, const std::function<void(const char* field, Json value)>& changed) {
   for (const Field& field : fields) {
     field.watch([changed, name = field.name](Json value) { changed(name, std::move(value)); });
   }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -22,11 +23,11 @@ Child FindChild(const std::vector<NamedChild>& children, std::string_view name, 
 /// The kind's name, such as "Label".
 std::string_view KindOf(const ChildReference& child);
 
-/// A field of a control under the interface's name, sizes in twips. It lives no longer than its control.
+/// A field of a control, sizes in twips. Not to be used once the control has ended.
 struct Field {
   using Changed = std::function<void(Json value)>;
 
-  const char* name;
+  const char* name;  ///< The interface's, a literal.
   std::function<Json()> value;
   /// Has the new value told at every change.
   std::function<void(const Changed& changed)> watch;
@@ -38,10 +39,10 @@ std::vector<Field> FieldsOf(const ChildReference& child);
 std::vector<Field> FieldsOf(ChildControl& place);
 
 /// Adds the fields with their values to `line`.
-void Describe(const std::vector<Field>& fields, Json& line);
+void DescribeFields(const std::vector<Field>& fields, Json& line);
 /// Watches the field of that name; false where there is none.
-bool Watch(const std::vector<Field>& fields, std::string_view name, const Field::Changed& changed);
-void WatchAll(const std::vector<Field>& fields, const std::function<void(const char* field, Json value)>& changed);
+bool WatchField(const std::vector<Field>& fields, std::string_view name, const Field::Changed& changed);
+void WatchFields(const std::vector<Field>& fields, const std::function<void(const char* field, Json value)>& changed);
 
 // A person's actions. Each throws ScriptError where a person could not do it: the child is of another kind, hidden
 // (itself or its container) or disabled. `child` names it for the message.

@@ -27,6 +27,8 @@ namespace orbelcast {
 /// Each line is carried out as a handler of its own, so that one that waits (for a stream, for a window that it opened)
 /// can be suspended while the next lines act on the window. The session's memory stays until its last handler has
 /// returned.
+///
+/// Every command is a private function of it, which is why it has so many.
 class Session : public std::enable_shared_from_this<Session> {
  public:
   /// Of a front end on the far side of a wire.

@@ -162,13 +162,13 @@ void Session::Control(Words words) {
     subject.Describe(line);
   } else if (ChildControl* const place = subject.PlaceOf(words[1])) {
     line["kind"] = "VideoServerPush";
-    Describe(FieldsOf(*place), line);
+    DescribeFields(FieldsOf(*place), line);
   } else if (VideoServerPush* const inner = subject.Inner(words[1])) {
     Subject{inner, nullptr, nullptr}.Describe(line);
   } else {
     const Child child = FindChild(words[0], words[1]);
     line["kind"] = KindOf(child.control);
-    Describe(FieldsOf(child.control), line);
+    DescribeFields(FieldsOf(child.control), line);
   }
   Print(line);
 }
@@ -180,8 +180,8 @@ void Session::Watch(Words words) {
   ChildControl* const place = subject.PlaceOf(words[1]);
   const bool watched = words[1] == kItself ? subject.Watch(words[2], changed)
                        : place != nullptr
-                           ? orbelcast::Watch(FieldsOf(*place), words[2], changed)
-                           : orbelcast::Watch(FieldsOf(FindChild(words[0], words[1]).control), words[2], changed);
+                           ? WatchField(FieldsOf(*place), words[2], changed)
+                           : WatchField(FieldsOf(FindChild(words[0], words[1]).control), words[2], changed);
   if (!watched) throw ScriptError(words[0] + "." + words[1] + " has no field '" + words[2] + "' that changes");
 }
 

@@ -116,10 +116,10 @@ void Showing::ShowInner(const std::string& path, VideoServerPush& viewer, ChildC
   const Subject subject{&viewer, nullptr, nullptr};
   Json line{{"show", path}};
   subject.Describe(line);
-  if (place != nullptr) Describe(FieldsOf(*place), line);
+  if (place != nullptr) DescribeFields(FieldsOf(*place), line);
   print_(std::move(line));
   if (IsNew(path) && place != nullptr) {
-    WatchAll(FieldsOf(*place), [this, path](const char* field, Json value) { Tell(path, field, std::move(value)); });
+    WatchFields(FieldsOf(*place), [this, path](const char* field, Json value) { Tell(path, field, std::move(value)); });
   }
   const std::vector<NamedChild> children = subject.Children();
   for (const NamedChild& child : children) ShowChild(path, child, PathOf(child.inside, children, path));
@@ -130,7 +130,7 @@ void Showing::ShowChild(const std::string& outer, const NamedChild& child, const
   if (!painted) return;  // timers and menus
   const std::string path = outer + "." + child.name;
   Json line{{"show", path}, {"inside", inside}, {"kind", KindOf(child.control)}};
-  Describe(FieldsOf(child.control), line);
+  DescribeFields(FieldsOf(child.control), line);
   std::visit(DescribeLook{line}, child.control);
   print_(std::move(line));
   if (IsNew(path)) Follow(path, child.control);
@@ -142,7 +142,7 @@ void Showing::Tell(const std::string& path, const char* field, Json value) {
 
 // The control lives as long as the listeners and the journal's look need it: what ends sooner is ended here, too.
 void Showing::Follow(const std::string& path, const ChildReference& child) {
-  WatchAll(FieldsOf(child), [this, path](const char* field, Json value) { Tell(path, field, std::move(value)); });
+  WatchFields(FieldsOf(child), [this, path](const char* field, Json value) { Tell(path, field, std::move(value)); });
   if (auto* const list = std::get_if<ListBox*>(&child)) {
     (*list)->SelectionChanged.Listen([this, path, list = *list] { Tell(path, "Selected", SelectionOf(*list)); });
   } else if (auto* const box = std::get_if<PictureBox*>(&child)) {

@@ -19,7 +19,7 @@ std::vector<NamedChild> Subject::Children() const {
 void Subject::Describe(Json& line) const {
   if (window != nullptr) {
     line["kind"] = KindOf(window);
-    orbelcast::Describe(FieldsOf(window), line);
+    DescribeFields(FieldsOf(window), line);
   } else if (viewer != nullptr) {
     line["kind"] = "VideoServerPush";
     line["Width"] = NumberToJson(viewer->Width());
@@ -33,7 +33,7 @@ void Subject::Describe(Json& line) const {
 }
 
 bool Subject::Watch(std::string_view field, const std::function<void(Json value)>& changed) const {
-  if (window != nullptr) return orbelcast::Watch(FieldsOf(window), field, changed);
+  if (window != nullptr) return WatchField(FieldsOf(window), field, changed);
   if (player == nullptr || field != "MousePointer") return false;
   player->MousePointer.Changed.Listen([changed](int pointer) { changed(pointer); });
   return true;

@@ -1,5 +1,8 @@
 #!/usr/bin/env python3
-"""The command line against the camera server: commands_test.py SERVER_PROGRAM CLASS ORBELCAST [PLAYER]"""
+"""The command line against the camera server: commands_test.py SERVER_PROGRAM CLASS ORBELCAST [PLAYER]
+
+One file, of which the build makes a test for each class.
+"""
 
 import json
 import os

@@ -19,6 +19,7 @@ TEST(JsonTest, IsPrintedInTheOrderInWhichItWasFilled) {
                           "\uFFFD"
                           R"("],"half":0.1})");
   EXPECT_FALSE(ToExactText(line));
+  EXPECT_EQ(ToLine(NumberToJson(16777216)), "16777216");
 }
 
 TEST(JsonTest, ReadsWhatAnybodyWrote) {

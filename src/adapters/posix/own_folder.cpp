@@ -5,7 +5,7 @@
 
 namespace orbelcast {
 
-std::filesystem::path OwnFolder() {
+std::filesystem::path OwnFile() {
   static constexpr char kWithin = 0;
   Dl_info unused{};
   link_map* map = nullptr;
@@ -13,7 +13,11 @@ std::filesystem::path OwnFolder() {
   // The program itself has no name there.
   const bool is_program = map->l_name == nullptr || *map->l_name == '\0';
   std::error_code error;
-  return std::filesystem::canonical(is_program ? "/proc/self/exe" : map->l_name, error).parent_path();
+  return std::filesystem::canonical(is_program ? "/proc/self/exe" : map->l_name, error);
+}
+
+std::filesystem::path OwnFolder() {
+  return OwnFile().parent_path();
 }
 
 }  // namespace orbelcast

@@ -1,12 +1,9 @@
-#include <dlfcn.h>
-
-#include <filesystem>
 #include <memory>
 #include <mutex>
 #include <string>
-#include <system_error>
 
 #include "adapters/posix/file_registry.h"
+#include "adapters/posix/own_folder.h"
 #include "adapters/posix/wakeup.h"
 #include "assembly/headless_platform.h"
 #include "dispatch/control_server.h"
@@ -69,16 +66,8 @@ Library& TheLibrary() {
   return library;
 }
 
-/// The library's own file, absolute and without links in it; empty where the system does not tell.
-std::string OwnPath() {
-  Dl_info info{};
-  if (::dladdr(reinterpret_cast<const void*>(&TheLibrary), &info) == 0 || info.dli_fname == nullptr) return {};
-  std::error_code error;
-  return std::filesystem::canonical(info.dli_fname, error).string();
-}
-
-/// Found when the library is loaded: the host may have named it from a folder that it leaves.
-const std::string kOwnPath = OwnPath();
+/// The library's own file, found when the library is loaded: the host may have named it from a folder that it leaves.
+const std::string kOwnPath = OwnFile();
 
 }  // namespace
 
