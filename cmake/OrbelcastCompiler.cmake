@@ -13,7 +13,9 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
 endif()
 
 if(ORBELCAST_SANITIZE STREQUAL "address")
-  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  # Accesses beyond an object are the address sanitizer's to see: a second check is a seventh of the compiler's time.
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize=object-size -fno-sanitize-recover=undefined
+                      -fno-omit-frame-pointer)
   # The sanitizer as a library: programs that are made without it, such as Python, load it before ours.
   add_link_options(-fsanitize=address,undefined -shared-libasan)
   execute_process(COMMAND "${CMAKE_CXX_COMPILER}" "-print-file-name=libclang_rt.asan-${CMAKE_SYSTEM_PROCESSOR}.so"
