@@ -6,7 +6,7 @@
 #include <ctime>
 #include <vector>
 
-/// What the benchmarks measure with.
+/// Functions that the benchmarks measure with.
 namespace orbelcast::bench {
 
 inline double CpuSeconds(clockid_t clock) {

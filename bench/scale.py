@@ -112,7 +112,7 @@ class Servers:
 
 
 def check_cache(servers):
-    """What the cache shares, what it keeps apart, and the headers that it passes on."""
+    """Checks what the cache shares, what it keeps apart, and the headers that it passes on."""
     def requests(*questions):
         before = servers.asked()
         for target, headers in questions:

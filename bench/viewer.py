@@ -255,7 +255,7 @@ def watch_ages(shown, source, seconds):
 def lag(programs, times):
     tell_of_absent_players()
     with contextlib.suppress(PermissionError):
-        os.nice(-10)  # What watches the screen is not to wait for what is measured.
+        os.nice(-10)  # The watch on the screen is not to wait for what is measured.
     hog = [sys.executable, "-c", "import os\nos.nice(10)\nwhile True: pass"]
     part = min(10, times.lag / 3)
     with contextlib.ExitStack() as stack:

@@ -59,7 +59,7 @@ function(orbelcast_precompile target)
   endif()
 endfunction()
 
-# What most windows are made of.
+# The headers that most windows are made of.
 set(orbelcast_qt_headers
     <QApplication> <QDialog> <QFileDialog> <QImage> <QLabel> <QMenu> <QMouseEvent> <QPainter> <QPointer> <QPushButton>
     <QScreen> <QTimer> <QToolButton> <QVBoxLayout> <QWidget>)

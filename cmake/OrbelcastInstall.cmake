@@ -95,7 +95,7 @@ if(TARGET orbelcast_qml)
 endif()
 
 # ---- The Python package ----------------------------------------------------------------------------------------------
-# Where Debian's Python looks below /usr; elsewhere PYTHONPATH names the folder, or pip installs the folder python/.
+# The folder below /usr where Debian's Python looks; elsewhere PYTHONPATH names one, or pip installs the folder python/.
 install(DIRECTORY python/orbelcast DESTINATION "lib/python3/dist-packages" COMPONENT python
         FILES_MATCHING PATTERN "*.py" PATTERN "*.pyi" PATTERN "py.typed" PATTERN "__pycache__" EXCLUDE)
 

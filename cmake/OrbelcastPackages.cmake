@@ -72,7 +72,7 @@ if(TARGET orbelcast_qml)
   set(CPACK_DEBIAN_QML_PACKAGE_NAME orbelcast-qml)
   set(CPACK_DEBIAN_QML_PACKAGE_SECTION libs)
   set(CPACK_DEBIAN_QML_PACKAGE_SHLIBDEPS ON)
-  # What a scene imports with it, as Debian's own module does not say.
+  # The modules that a scene imports with it, as Debian's own module does not say.
   set(CPACK_DEBIAN_QML_PACKAGE_DEPENDS
       "qml6-module-qtquick, qml6-module-qtqml, qml6-module-qtqml-models, qml6-module-qtqml-workerscript")
   set(CPACK_DEBIAN_QML_PACKAGE_SUGGESTS "qml-qt6, qml6-module-qtquick-window")

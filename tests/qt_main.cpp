@@ -11,7 +11,7 @@
 
 int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
-  // What the tests store is not the user's.
+  // The settings that the tests store are not the user's.
   const QTemporaryDir settings;
   qputenv("XDG_CONFIG_HOME", settings.path().toLocal8Bit());
   testing::InitGoogleMock(&argc, argv);

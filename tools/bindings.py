@@ -232,7 +232,7 @@ def cpp_classes(controls):
 
 QML_TYPES = {"": "void", "Boolean": "bool", "Integer": "int", "Long": "int", "Single": "double", "String": "QString",
              "Variant": "QByteArray", "IPicture": "QImage", "IDataObject": "QVariantMap"}
-# What the item has in another form, or writes itself because `url` follows it.
+# The members that the item has in another form, or writes itself because `url` follows it.
 QML_OWN = {"URL", "Connect", "Disconnect", "MultiCamView", "RenderPicture"}
 
 
@@ -273,6 +273,6 @@ def qml_members(control):
 
 
 def qml_events(control):
-    """What raises the item's signals."""
+    """The code that raises the item's signals."""
     return "\n".join(f"  Forward(control_->Events.{each['name']}, &VideoServerPushItem::{qml_name(each['name'])});"
                      for each in control["events"])

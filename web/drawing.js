@@ -1,4 +1,4 @@
-// What a control draws, drawn again on a canvas.
+// The drawings of a control, made again on a canvas.
 
 const RED = (color) => color & 0xff;
 const GREEN = (color) => (color >> 8) & 0xff;

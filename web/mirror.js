@@ -28,7 +28,7 @@ function setOptions(it, texts) {
   choose(it, it.index ?? -1);
 }
 
-// What is typed into a box that was entered replaces its text.
+// Text typed into a box that was entered replaces the box's text.
 function selectOnEntering(box) {
   let entered = false;
   box.addEventListener("focus", () => {
@@ -88,7 +88,7 @@ const KINDS = {
       it.element.addEventListener("blur", () => act("leave"));
     },
     MaxLength: (it, length) => length > 0 && (it.element.maxLength = length),
-    // What a person types is told back, perhaps when more has been typed; it is not to move the cursor either.
+    // The text that a person types is told back, perhaps when more has been typed; it is not to move the cursor either.
     Text: (it, text) => {
       it.told = text;
       it.showTold();
@@ -220,7 +220,7 @@ export class Mirror {
     this.#made = made;
   }
 
-  /** What belongs to `path` goes into `element`. */
+  /** The children of `path` go into `element`. */
   addRoot(path, element) {
     this.#roots.set(path, element);
   }

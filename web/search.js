@@ -48,7 +48,7 @@ export class SearchBoxes {
     for (const { child } of this.#boxes) child.hold(this.#typed || child.element === target);
   }
 
-  // What the boxes show is what is searched for, in the form that the control gives a box that is left.
+  // The time in the boxes is searched for, in the form that the control gives a box that is left.
   #send() {
     if (this.#typed) {
       for (const { name, child } of this.#boxes) {

@@ -56,7 +56,7 @@ std::string TypedUnseen(const std::string& question) {
   return line;
 }
 
-/// Where a user was named, and no password anywhere, and there is somebody at a terminal.
+/// Asks where a user was named, and no password anywhere, and there is somebody at a terminal.
 void AskForPassword(const LoginOptions& given, Access& access) {
   const bool wanting = given.user.IsGiven() && !given.password.IsGiven() && std::getenv(kPasswordVariable) == nullptr;
   if (!wanting || ::isatty(STDIN_FILENO) == 0 || ::isatty(STDERR_FILENO) == 0) return;

@@ -18,7 +18,7 @@ class Option;
 /// The programs' command lines. CLI11 reads them; its header takes long to compile, so one source alone includes it.
 namespace orbelcast {
 
-/// What is wrong with the command line, for people. Checks and what is called while the command line is read throw it.
+/// A mistake in the command line, for people. Checks and functions called while the command line is read throw it.
 class UsageError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -73,11 +73,11 @@ class CommandLine {
   /// One command of several, one of which has to be given. Belongs to this.
   CommandLine& AddCommand(const std::string& name, const std::string& summary);
 
-  /// What the help ends with.
+  /// The text that the help ends with.
   void Footer(const std::string& text);
   /// Declares --version.
   void Version(const std::string& text);
-  /// Where the help's texts begin, in letters from the left.
+  /// The column where the help's texts begin, in letters from the left.
   void HelpColumn(std::size_t column);
 
   Option AddFlag(const std::string& name, bool& value, const std::string& help);

@@ -7,7 +7,7 @@ class CommandLine;
 /// How much a program tells on standard error, beside its results.
 struct Messages {
   bool silent = false;   ///< Nothing: the exit status tells.
-  bool quiet = false;    ///< What failed alone.
+  bool quiet = false;    ///< Failures alone.
   bool verbose = false;  ///< Each request, too.
 };
 

@@ -23,7 +23,7 @@ struct ClipOptions {
 /// The container of a clip's file, by its name: standard output is Matroska.
 ClipContainer ContainerOf(const std::filesystem::path& file);
 
-/// What is recorded: pictures that a camera sent as JPEGs, which can be copied, or others.
+/// The pictures that are recorded: those that a camera sent as JPEGs, which can be copied, or others.
 enum class ClipPictures { kCameras, kDrawn };
 
 /// The name of a clip's file: ends in .avi (of a camera's also in .mkv, or it is "-"), in a folder that can be written

@@ -11,7 +11,7 @@
 
 namespace orbelcast {
 
-/// Where a clip's pictures come from.
+/// The source of a clip's pictures.
 struct ClipSource {
   std::function<ShownPicture()> take_picture;  ///< The picture of the moment.
   std::function<int()> interval;               ///< Milliseconds from one to the next, asked for at the first one.

@@ -17,7 +17,7 @@ namespace orbelcast {
 
 namespace {
 
-/// What is listed, or chosen from: outputs or alerts.
+/// The kind of things that are listed, or chosen from: outputs or alerts.
 struct Kind {
   const char* name;  ///< "output"
   const char* key;   ///< Of its lines.

@@ -113,7 +113,7 @@ class Recording {
     if (options_.json) {
       std::cout << ToLine(ClipAsJson()) << std::endl;
     } else if (clip_->Pictures() > 0 && !options_.stream.messages.quiet) {
-      // What goes to standard output is the clip where that is its file.
+      // Standard output gets the clip alone where it is the clip's file.
       (IsStandardStream(file_) ? std::cerr : std::cout) << ShownFile() << ": " << clip_->Summary() << std::endl;
     }
   }

@@ -46,7 +46,7 @@ void TakeOrigin(ServeOptions& options, const std::string& text) {
   options.gateway.origins.push_back(std::move(origin));
 }
 
-/// What `read` has read for that option; warns where other users may read the file as well.
+/// The content that `read` has read for that option; warns where other users may read the file as well.
 template <class Content>
 Content Private(const CommandLine& command, const std::string& option, const std::string& file,
                 const std::function<Content()>& read) {
@@ -91,7 +91,7 @@ bool IsLoopback(const std::string& address) {
   return address == "::1" || address.starts_with("127.");
 }
 
-/// What the options mean together.
+/// Checks the options together, and reads the certificate that they name.
 void CheckAll(ServeOptions& options, const CommandLine& command) {
   if (options.gateway.servers.Texts().empty() && options.gateway.named.Empty()) {
     throw UsageError("at least one of --allow and --servers is needed: the camera servers that pages may see");

@@ -41,7 +41,7 @@ class ServerTalk {
 
   Platform& Services() { return services_.Get(); }
 
-  /// What the server says of itself, every line of it.
+  /// The server's information on itself, every line of it.
   ServerInfo AskForInformation();
   /// Why `info` is none of a camera server; nothing where it is.
   std::optional<Problem> WhyNoInformation(const ServerInfo& info);

@@ -28,7 +28,7 @@ struct SnapshotOptions {
   bool json = false;
 };
 
-/// What a first answer may take of a camera that wakes up.
+/// The seconds that a first answer may take, of a camera that wakes up.
 constexpr double kSnapshotWithin = 60;
 
 void PrintSaved(const std::string& file, const FrameBytes& picture, JpegDecoder& decoder, const std::string& taken) {

@@ -36,7 +36,7 @@ class TimedClip {
 
   const ClipOptions options_;
   const std::filesystem::path target_;  ///< The file that its name leads to.
-  std::filesystem::path place_;         ///< Where the clip is.
+  std::filesystem::path place_;         ///< The file that the clip is in.
   const std::unique_ptr<ClipWriter> writer_;
   int pictures_ = 0;
   std::string why_not_;

@@ -21,7 +21,7 @@ struct WatchOptions {
   std::optional<double> seconds;                             ///< End after that time.
   std::optional<double> time_out;                            ///< End after that time where no picture came.
   std::filesystem::path picture;                             ///< The file for the last picture; empty for none.
-  std::string from;                                          ///< What messages call the camera; empty is its address.
+  std::string from;                                          ///< The camera's name in messages; empty is its address.
   bool decodes_all = false;                                  ///< A picture counts only if it can be decoded.
   bool picture_as_sent = false;                              ///< As the server sent it, whatever the name ends in.
   std::optional<std::set<std::string, std::less<>>> events;  ///< The events to print; all where not given.

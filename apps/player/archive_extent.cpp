@@ -47,7 +47,7 @@ ArchiveExtent AskForExtent(HttpRequestFactory& http, const std::string& archive_
   };
   ArchiveExtent extent;
   extent.first = at(ArchiveStep::kTop);
-  // Where the first has no answer the last one would be waited for as long, for nothing.
+  // If the first has no answer, the last one would be waited for as long, for nothing.
   if (extent.first) extent.last = at(ArchiveStep::kEnd);
   if (const auto back = position()) TimeOfPicture(http, SearchAddress(archive_address, *back));
   return extent;

@@ -41,7 +41,7 @@ class CameraShow final : public QObject {
   /// From now on shows the next camera after so many seconds, from the one that is shown then, round and round.
   void StartTour(double seconds);
 
-  /// What is shown, for people.
+  /// The name of the picture that is shown, for people.
   QString Name() const;
   /// The live address of the camera that is shown alone, else empty.
   std::string Address() const;
@@ -49,7 +49,7 @@ class CameraShow final : public QObject {
  Q_SIGNALS:
   /// Another one is shown from now on.
   void Changed();
-  /// What was chosen runs, or has failed to begin.
+  /// The choice runs, or has failed to begin.
   void Began();
 
  public Q_SLOTS:

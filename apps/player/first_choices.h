@@ -8,8 +8,8 @@
 
 namespace orbelcast {
 
-/// What the program chooses in a player's lists where no person has: a moving picture of a useful size. Made before the
-/// player, which keeps choices of its own as soon as it is there.
+/// The program's choices in a player's lists where no person has made any: a moving picture of a useful size. Made
+/// before the player, which keeps choices of its own as soon as it is there.
 class FirstChoices {
  public:
   explicit FirstChoices(const Registry& registry);

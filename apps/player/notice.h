@@ -9,7 +9,7 @@ class QPushButton;
 
 namespace orbelcast {
 
-/// What a person can do about a problem, besides trying again.
+/// The choices that a person has with a problem, besides trying again.
 struct NoticeChoices {
   bool log_in = false;
   bool close = true;  ///< Not where the window would be empty without it.

@@ -37,7 +37,7 @@ class PictureAge final : public QObject {
 
   void NotePicture();
   void Look();
-  /// What to tell; empty where the picture is the one that was chosen, and new.
+  /// The text to tell; empty where the picture is the one that was chosen, and new.
   QString WhatIsWrong() const;
   void Tell(const QString& wrong);
 

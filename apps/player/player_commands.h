@@ -8,7 +8,7 @@
 
 namespace orbelcast {
 
-/// What the window around a player does that its own buttons do not.
+/// The actions of the window around a player that the player's own buttons do not have.
 struct PlayerWindowActions {
   std::function<void()> search_archive;
   std::function<void()> connect_again;

@@ -21,7 +21,7 @@ class PlayerMosaic final : public QObject {
   void ShowAlone(int tile);
 
   PlayerWidget& player_;
-  std::string together_;       ///< What was shown before a tile was chosen, to go back to.
+  std::string together_;       ///< The cameras shown before a tile was chosen, to go back to.
   std::string alone_address_;  ///< The stream of the camera that was chosen from it.
 };
 

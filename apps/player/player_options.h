@@ -71,7 +71,7 @@ ServerAddress ParseServer(const std::string& text);
 /// The fault in a camera server's or a picture's address, for people; empty where there is none.
 std::string CameraProblem(const std::string& text);
 
-/// What is wrong with options that are right by themselves; empty where nothing is.
+/// The mistake in options that are right by themselves; empty where there is none.
 std::string CheckTogether(const PlayerOptions& options);
 
 /// The address as a window may show it: without a user's name and password, in any part of it.

@@ -29,7 +29,7 @@ class PlayerWindow final : public QMainWindow {
   void Configure();
   void TakeSize(const Screen& screen);
   void AddCommands(Platform& platform);
-  /// What tells of the picture: its state, its age, its failures.
+  /// Makes the objects that tell of the picture: its state, its age, its failures.
   void WatchPicture(QtPlatform& platform);
   /// Of the viewer over the whole screen, as long as that is there.
   void WatchFullScreen(VideoServerPushWidget& viewer, const Screen& screen);

@@ -7,7 +7,7 @@
 
 namespace orbelcast {
 
-/// What a picture or a clip of `player`, saved now, may be called: the camera and the picture's time.
+/// A name for a picture or a clip of `player`, saved now: the camera and the picture's time.
 QString SaveName(PlayerWidget& player, const QString& camera, const Badges& badges);
 
 }  // namespace orbelcast

@@ -26,7 +26,7 @@ class SearchBoxes final : public QObject {
   /// `player` outlives this object.
   explicit SearchBoxes(PlayerWidget& player);
 
-  /// What the boxes say; nothing where that is no time.
+  /// The time in the boxes; nothing where they hold none.
   std::optional<QDateTime> Time() const;
   /// Writes the time into the boxes and presses Search.
   void Search(const QDateTime& time);

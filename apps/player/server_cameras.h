@@ -9,7 +9,7 @@
 
 namespace orbelcast {
 
-/// What a camera server has told of its cameras.
+/// A camera server's answer about its cameras.
 struct ServerCameras {
   std::vector<ShownCamera> cameras;
   QString name;     ///< The system's own; the address where it tells none.

@@ -15,7 +15,7 @@ namespace orbelcast {
 
 namespace {
 
-/// What a snapshot holds: of one camera the JPEG as the server sent it, of a grid all of it as PNG.
+/// A snapshot's content: of one camera the JPEG as the server sent it, of a grid all of it as PNG.
 struct Snapshot {
   QByteArray bytes;
   QString ending;

@@ -9,12 +9,12 @@
 
 namespace orbelcast {
 
-/// What the window around a viewer does.
+/// The actions of the window around a viewer.
 struct ViewerWindowActions {
   std::function<void()> connect;
   std::function<void()> fill_screen;  ///< And back.
   std::function<void()> quit;
-  std::function<void(const QString&)> tell{};  ///< What has failed.
+  std::function<void(const QString&)> tell{};  ///< Tells a failure.
   std::function<void(int)> show_camera{};      ///< From 0, or CameraShow::kAll; empty where there is one picture alone.
 };
 

@@ -39,7 +39,7 @@ class ViewerWindow final : public QMainWindow {
   void ShowCameras();
   void TellOfServer(const QString& problem);
   int FirstCamera() const;
-  /// What is shown, for a person.
+  /// The name of the picture that is shown, for a person.
   QString Name() const;
   /// Why there is no picture, for a person.
   QString WhyNoPicture();

@@ -22,7 +22,7 @@ struct StreamOptions {
   std::optional<std::string> motion_zones{};                 ///< One character a zone, "0" excludes it.
   std::int32_t sensitivity = 80;                             ///< Percent.
   bool auto_reconnect = false;
-  std::string device{};  ///< Where `url` is a camera server yet: the camera's id there.
+  std::string device{};  ///< The camera's id at the server, while `url` is still that of the server.
   Messages messages{};
 
   bool Motion() const { return motion_area || motion_zones; }

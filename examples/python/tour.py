@@ -1,4 +1,4 @@
-"""What the package can do, in the order of docs/python.md: tour.py ADDRESS"""
+"""The package's abilities, in the order of docs/python.md: tour.py ADDRESS"""
 
 import asyncio
 import sys

@@ -393,7 +393,7 @@ struct LoopDescriptor {
   std::uint16_t writable;  ///< The same of writing.
 };
 
-/// What the message loop waits for, for a host with a loop of its own. Class factories and controls have it.
+/// The waits of the message loop, for a host with a loop of its own. Class factories and controls have it.
 struct IHostLoop : IUnknown {
   static constexpr Guid kId{0x49b5523e, 0x8c75, 0x48a5, {0x99, 0x39, 0x29, 0x0c, 0xab, 0x8c, 0x94, 0xac}};
 
@@ -450,7 +450,7 @@ struct IHostDialogs : IUnknown {
   ~IHostDialogs() = default;
 };
 
-/// Where the host's answers to dialogs go. Class factories and controls have it.
+/// The service that takes the host's answers to dialogs. Class factories and controls have it.
 struct IDialogServices : IUnknown {
   static constexpr Guid kId{0xd11df184, 0x960d, 0x46e4, {0x94, 0xec, 0x10, 0x8a, 0x8f, 0xbe, 0xa3, 0x0e}};
 
@@ -963,7 +963,7 @@ struct OrbelcastLoopDescriptor {
   uint16_t writable;  ///< The same of writing.
 };
 
-/// What the message loop waits for, for a host with a loop of its own. Class factories and controls have it.
+/// The waits of the message loop, for a host with a loop of its own. Class factories and controls have it.
 static const OrbelcastGuid ORBELCAST_IHOSTLOOP_ID = {0x49b5523e, 0x8c75, 0x48a5, {0x99, 0x39, 0x29, 0x0c, 0xab, 0x8c,
       0x94, 0xac}};
 typedef struct OrbelcastIHostLoopFunctions {
@@ -1032,7 +1032,7 @@ struct OrbelcastIHostDialogs {
   const OrbelcastIHostDialogsFunctions* functions;
 };
 
-/// Where the host's answers to dialogs go. Class factories and controls have it.
+/// The service that takes the host's answers to dialogs. Class factories and controls have it.
 static const OrbelcastGuid ORBELCAST_IDIALOGSERVICES_ID = {0xd11df184, 0x960d, 0x46e4, {0x94, 0xec, 0x10, 0x8a, 0x8f,
       0xbe, 0xa3, 0x0e}};
 typedef struct OrbelcastIDialogServicesFunctions {

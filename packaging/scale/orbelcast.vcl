@@ -11,7 +11,7 @@ sub vcl_recv {
     if (req.method != "GET" || req.url !~ "^/live/") {
         return (pass);
     }
-    # What Digest sends is good for one request.
+    # Credentials of Digest are good for one request.
     if (req.http.Authorization && req.http.Authorization !~ "(?i)^ *Basic ") {
         return (pass);
     }

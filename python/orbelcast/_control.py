@@ -1,4 +1,4 @@
-"""What both controls have: members by the interface's names, events, and their end."""
+"""The common part of both controls: members by the interface's names, events, and their end."""
 
 from __future__ import annotations
 
@@ -18,7 +18,7 @@ Handler = Callable[..., object]
 
 _TWIPS = 15  # a pixel
 
-# What other modules do when a control was made.
+# Functions of other modules, called when a control was made.
 after_making: List[Callable[["Control"], None]] = []
 _PYTHON_TYPES = {"Boolean": "bool", "Integer": "int", "Long": "int", "Single": "float", "String": "str", "Variant": "bytes",
                  "IPicture": "Picture | None", "IDataObject": "dict[str, bytes]", "": "None"}
@@ -94,7 +94,7 @@ def in_asyncio() -> bool:
 
 
 def _tell_asyncio() -> None:
-    """What the library waits for may have changed: the asyncio loop that runs here watches that."""
+    """The library's waits may have changed: the asyncio loop that runs here watches that."""
     if in_asyncio():
         from . import _waiting
         _waiting.changed()
@@ -274,7 +274,7 @@ class Control:
                     self._written = native.to_variant(written[argument["name"]], variable)
 
     def _note(self, event: int, arguments: native.Arguments) -> None:
-        """What the class itself wants to know of an event."""
+        """The class's own note of an event."""
 
     # ---- The end ----------------------------------------------------------------------------------------------------
 

@@ -152,7 +152,7 @@ class Held:
 
 
 class State:
-    """What the library is doing: of one process, as the library's own objects are."""
+    """The library's state: of one process, as the library's own objects are."""
 
     def __init__(self) -> None:
         self.library: Optional[ctypes.CDLL] = None

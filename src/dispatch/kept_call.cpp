@@ -40,7 +40,7 @@ KeptCall::~KeptCall() {
   Clear(result);
 }
 
-// What is no number or text is copied as it is: no member takes it, and the call says so before it waits.
+// A value that is no number or text is copied as it is: no member takes it, and the call says so before it waits.
 Variant KeptCall::Copy(const Variant& value) {
   Variant copy = value;
   copy.owner = nullptr;

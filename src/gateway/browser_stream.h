@@ -20,8 +20,8 @@
 
 /// The streams below HTTP and WebSocket. Their members have the names by which Boost.Asio and Boost.Beast call them.
 ///
-/// What is called when a step has ended is of one type here, whatever the caller's: so the layers above are compiled
-/// once, for a connection with TLS and without.
+/// The function that is called when a step has ended is of one type here, whatever the caller's: so the layers above
+/// are compiled once, for a connection with TLS and without.
 namespace orbelcast {
 
 using StreamDone = std::function<void(boost::system::error_code, std::size_t)>;

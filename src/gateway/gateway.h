@@ -19,7 +19,7 @@ struct GatewaySettings {
   NamedServers named{};
   /// Origins ("https://example.org") whose pages may use the gateway, beside its own.
   std::vector<std::string> origins{};
-  /// What people log in with, a user and a password each; none for everybody.
+  /// The logins that people use, a user and a password each; none for everybody.
   std::vector<std::pair<std::string, std::string>> logins{};
   /// With one, pages come over https alone; without, over http alone.
   std::optional<TlsIdentity> tls{};

@@ -108,7 +108,7 @@ class HttpFront::Server : public std::enable_shared_from_this<Server> {
   /// The same as soon as the queue is looked at.
   void RunSoon();
   void Watch(int socket, EventQueue::SocketEvents events);
-  /// What that connection waits for may be something else: its watch is set when all that can be done was done.
+  /// That connection may wait for something else now: its watch is set when all that can be done was done.
   void NoteChange(std::weak_ptr<Connection> connection) { changed_.push_back(std::move(connection)); }
   void Forget(const std::shared_ptr<Connection>& connection) { connections_.erase(connection); }
 
@@ -349,7 +349,7 @@ void HttpFront::Server::Connection::ReadLine() {
   stream_.async_read(buffer_, [self = shared_from_this()](ErrorCode error, std::size_t) { self->TakeMessage(error); });
 }
 
-// What the line sets going runs outside of Asio's loop.
+// The actions that a line sets going run outside of Asio's loop.
 void HttpFront::Server::Connection::TakeMessage(ErrorCode error) {
   if (error) return Drop();
   heard_ = true;

@@ -13,7 +13,7 @@
 
 namespace orbelcast {
 
-/// What a browser asks, as far as the gateway looks at it. Everything is the peer's text.
+/// A browser's question, as far as the gateway looks at it. Everything is the peer's text.
 struct HttpQuestion {
   std::string method;
   std::string target;
@@ -29,8 +29,8 @@ struct HttpReply {
   std::vector<std::pair<std::string, std::string>> headers{};
 };
 
-/// What a server proves itself with, both as PEM texts: its certificate and those that lead from it to one that
-/// browsers know, and its private key, without a passphrase.
+/// The two PEM texts by which a server proves itself: its certificate and those that lead from it to one that browsers
+/// know, and its private key, without a passphrase.
 struct TlsIdentity {
   std::string certificate_chain;
   std::string private_key;

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::string_view kHttp = "http://";
 constexpr std::string_view kHttps = "https://";
-/// Where an address of a server's command has its login.
+/// The beginning of a server command's path, which its login follows.
 constexpr std::string_view kLoginBase = "/$openlogin/";
 /// A shorter password is a part of too many words.
 constexpr std::size_t kLeastHiddenAlone = 3;

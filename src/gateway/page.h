@@ -24,7 +24,7 @@ class Page {
   virtual void Close(const std::string& why) = 0;
 };
 
-/// What a page's connection serves.
+/// The object that a page's connection serves.
 class PageUser {
  public:
   virtual ~PageUser() = default;

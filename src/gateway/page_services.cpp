@@ -138,7 +138,7 @@ bool PageRegistry::SetValue(Hive hive, const std::string& key, const std::string
 }
 
 void PageLoop::RunHandler(std::function<void()> handler) {
-  // What the handler holds goes before the session does.
+  // Everything that the handler holds goes before the session does.
   loop_.RunHandler([session = session_.lock(), handler = std::move(handler)]() mutable {
     handler();
     handler = nullptr;

@@ -112,7 +112,7 @@ class PageLoop final : public MessageLoop {
   /// `page_is_away` as PageQueue's.
   PageLoop(MessageLoop& loop, std::function<bool()> page_is_away)
       : loop_(loop), queue_(loop.Queue(), std::move(page_is_away)) {}
-  /// What handlers keep alive.
+  /// The session that handlers keep alive.
   void KeepAlive(const std::weak_ptr<void>& session) { session_ = session; }
 
   PageQueue& Queue() override { return queue_; }

@@ -4,7 +4,7 @@
 
 namespace orbelcast {
 
-/// Whose turn it is: the tile that is fetched next, going round. A tick asks for its tile and says when it has painted
+/// The tiles' turns: which one is fetched next, going round. A tick asks for its tile and says when it has painted
 /// it; ticks that run inside one another share the round, and nothing keeps them apart.
 class MosaicRound {
  public:

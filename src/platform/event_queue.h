@@ -52,7 +52,7 @@ class EventQueue {
   /// it.
   virtual void HandleNext() = 0;
 
-  /// What a host with a loop of its own has to wait for before HandleDue has something to do.
+  /// The sockets and the time that a host with a loop of its own waits for until HandleDue has something to do.
   struct Waits {
     struct Socket {
       int socket;
@@ -61,7 +61,7 @@ class EventQueue {
     std::vector<Socket> sockets;
     std::optional<Nanoseconds> next;  ///< Time until a timer or a posted call is due, not negative; none where none is.
   };
-  /// What the queue waits for just now; none where it cannot tell, since a toolkit does the waiting.
+  /// The queue's waits just now; none where it cannot tell, since a toolkit does the waiting.
   virtual std::optional<Waits> WaitsFor() const { return std::nullopt; }
 
   /// How long a look at the queue counts as fresh: a yield within this time may be answered without another look.

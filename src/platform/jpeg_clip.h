@@ -15,7 +15,7 @@ enum class ClipContainer { kAvi, kMatroska };
 /// closes the file; the pictures written stay.
 class JpegClip {
  public:
-  /// What the clip's header says.
+  /// The content of the clip's header.
   struct Header {
     ClipContainer container = ClipContainer::kAvi;
     Size size{};  ///< Of the first picture. A later one may have another: players scale it.

@@ -47,7 +47,7 @@ std::vector<Drawing> DrawingJournal::Take() {
   return drawings;
 }
 
-// What may let something shine through covers only what was the same.
+// A drawing that may let something shine through covers only one of its own place and kind.
 void DrawingJournal::Add(Entry entry) {
   const bool blends = std::holds_alternative<Drawing::Png>(entry.what);
   if (!entries_.empty() && std::holds_alternative<Pixels>(entries_.back().what) && !entries_.back().taken) {

@@ -13,18 +13,18 @@
 
 namespace orbelcast {
 
-/// What a front end draws to have the surface that the control has.
+/// A drawing that a front end makes to have the surface that the control has.
 struct Drawing {
   using Png = std::vector<std::uint8_t>;
 
-  /// Where, in the surface's pixels. A JPEG is stretched to it; a PNG has its size, and its transparent pixels are
+  /// The place, in the surface's pixels. A JPEG is stretched to it; a PNG has its size, and its transparent pixels are
   /// blended.
   PixelBox box;
   /// A colour that fills the box, a frame as its camera sent it, or a picture that is no frame.
   std::variant<Color, FrameBytes, Png> what;
 };
 
-/// What a front end on the far side of a wire has to draw to show a surface: the drawings that are still to be seen, in
+/// The drawings by which a front end on the far side of a wire shows a surface: those that are still to be seen, in
 /// order, each with whether the front end has it.
 ///
 /// A drawing that a later one covers is forgotten, taken or not: however slow the front end, it gets the newest picture
@@ -55,7 +55,7 @@ class DrawingJournal final : public DrawingWatcher {
   /// Whether a picture that it took is to be painted yet.
   bool AwaitsPainting() const { return on_the_way_ > 0; }
 
-  /// What the front end does not have yet, from the oldest.
+  /// The drawings that the front end does not have yet, from the oldest.
   std::vector<Drawing> Take();
 
  private:

@@ -22,7 +22,7 @@ struct ShownDrawing {
   Drawing drawing;
 };
 
-/// What a front end needs to mirror controls: every child's properties at once, then each change, and what is drawn.
+/// The news by which a front end mirrors controls: every child's properties at once, then each change, and drawings.
 ///
 /// A path is a control's name, and a child's after a dot: "p.VS.lStatus", "AlertsWin.Activate".
 class Showing {
@@ -35,7 +35,7 @@ class Showing {
 
   /// Tells the control or window of that path with its children, and from now on what changes.
   void Begin(const std::string& path, const Subject& subject);
-  /// What the path names has gone, or is to be told as new the next time.
+  /// The control or window of that path has gone, or is to be told as new the next time.
   void End(std::string_view path);
   bool Shows() const { return !watched_.empty(); }
 

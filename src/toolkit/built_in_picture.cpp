@@ -7,7 +7,7 @@ namespace orbelcast {
 
 namespace {
 
-// Where a PNG file has the sizes, in four bytes each, the highest first.
+// The places of the sizes in a PNG file, in four bytes each, the highest first.
 constexpr std::size_t kWidthAt = 16;
 constexpr std::size_t kHeightAt = 20;
 constexpr std::size_t kHeaderBytes = 24;

@@ -201,7 +201,7 @@ std::span<const std::uint8_t> Surface::UnseenPng() const {
   return newest.picture->Png();
 }
 
-// What lies below the newest drawing that covers everything is not made, unless that one is damaged.
+// Drawings below the newest one that covers everything are not made, unless that one is damaged.
 void Surface::DrawNow(std::span<const Drawing> drawings) {
   const auto is_whole = [this](const Drawing& drawing) { return drawing.box.Covers(Whole()); };
   bool newest_was_damaged = false;

@@ -46,7 +46,7 @@ QImage PictureWidget::View() const {
   return ViewOf(box_.Image(), QImage::Format_RGB32);
 }
 
-// Where the widget is painted on its window, and as a whole but for rows at its bottom, which the status strip covers.
+// For a widget painted on its window, and as a whole but for rows at its bottom, which the status strip covers.
 bool PictureWidget::PaintStraight(const QRect& part, int parts) {
   QPoint offset;
   QPaintDevice* const device = redirected(&offset);

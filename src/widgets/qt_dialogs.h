@@ -20,7 +20,7 @@ class QtDialogs final : public Dialogs {
   /// The loop that dialogs wait on. Before it is given every dialog is cancelled at once.
   void WaitOn(MessageLoop& loop) { loop_ = &loop; }
 
-  /// What a file to save may be called, as people would: without a folder and an ending. Without it, or where it gives
+  /// Names a file to save, as people would: without a folder and an ending. Without this function, or where it gives
   /// nothing, no name is proposed.
   std::function<QString()> ProposeName;
   /// A name was chosen to save under.

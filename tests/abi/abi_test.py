@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What programs were built against still holds: abi_test.py SERVER_PROGRAM LIBRARY QT_LIBRARY [--record]
+"""The ABI that programs were built against still holds: abi_test.py SERVER_PROGRAM LIBRARY QT_LIBRARY [--record]
 
 orbelcast-h.recorded is the public header's C part without comments, as it was released: functions in their order,
 structures, ids, constants. liborbelcast-qt.recorded has the symbols of the widgets' library, the size of each class's
@@ -31,7 +31,7 @@ def declarations(text):
 
 
 def private():
-    """What no program outside can call: names of private members, and those for programs built from the sources."""
+    """Names that no program outside can call: of private members, and those for programs built from the sources."""
     text = "".join((ROOT / f"include/orbelcast/{name}_widget.h").read_text() for name in ("player", "video_server_push"))
     parts = re.findall(r"^ private:(.*?)^};", text, re.M | re.S)
     return {f"{len(name)}{name}E" for part in parts for name in re.findall(r"(\w+)\(", part)} | {"8Platform", "7ControlEv"}

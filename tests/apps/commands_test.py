@@ -38,7 +38,7 @@ def orbelcast(*words, program=ORBELCAST, preexec_fn=None, stdout=subprocess.PIPE
 
 
 def probe(clip):
-    """What the clip's first stream is, every frame decoded. Fails where the reader complains of anything."""
+    """The facts of the clip's first stream, every frame decoded. Fails where the reader complains of anything."""
     shown = "stream=codec_name,width,height,avg_frame_rate,nb_read_frames"
     done = subprocess.run(["ffprobe", "-v", "error", "-count_frames", "-show_entries", shown, "-of", "json", clip],
                           capture_output=True, text=True, timeout=TIMEOUT)

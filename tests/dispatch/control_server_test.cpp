@@ -105,7 +105,7 @@ class ControlServerTest : public testing::Test {
   fakes::FakePlatform fakes;
   ControlServer server{fakes.platform};
   Held<IDispatch> control;
-  std::uint32_t wrong = 0;  ///< What the last Invoke said of its arguments.
+  std::uint32_t wrong = 0;  ///< The last Invoke's answer on its arguments.
 };
 
 Variant Double(double value) {

@@ -1,4 +1,4 @@
-// What a browser's connection sends: requests, and a page's messages after one of them has opened a session; on real
+// A browser's bytes on its connection: requests, and a page's messages after one of them has opened a session; on real
 // sockets and a hand-set time. The input begins with a count and so many steps, a byte each, in which the rest is sent:
 //
 //   bits 0 to 5  n: the next n² + 1 bytes      bit 6  then some seconds pass      bit 7  then what came back is read

@@ -77,7 +77,7 @@ void ShowText(std::string_view text) {
   Require(IsVisible(shown) && shown.find("known") == std::string::npos);
 }
 
-// What is printed is read as what it was, but for bytes that are no text; what is read is printed and read the same.
+// Printed text is read as what it was, but for bytes that are no text; JSON that is read is printed and read the same.
 void ReadJson(std::string_view text) {
   const std::string line = ToLine(text);
   const auto printed = ParseJson(line);

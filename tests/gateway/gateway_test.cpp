@@ -59,7 +59,7 @@ TEST(DrawingJournal, KeepsWhatIsStillSeenAndTheNewestOfIt) {
   EXPECT_EQ(news, 5);
   EXPECT_THAT(Taken(*journal), ElementsAre(5));
 
-  // Who did not see it gets what there is when he does.
+  // A front end that did not see it gets what there is when it does.
   journal->SetSeen(false);
   surface.FillBox(1, 1, 2, 2, 0);
   EXPECT_THAT(Taken(*journal), IsEmpty());
@@ -163,7 +163,7 @@ TEST(PageSession, HasAPagesLinesAloneAndEndsCleanlyWhateverWaits) {
   }
   session->TakeLine("create c UserControl1");
   session->TakeLine("show c");
-  // What is told in one go is one message, a line each.
+  // Lines that are told in one go are one message.
   page->lines.clear();
   fakes.queue.HandleDue();
   ASSERT_FALSE(page->lines.empty());
@@ -199,7 +199,7 @@ TEST(PageSession, AsksACameraForNobodyWhileItsPageIsAway) {
   EXPECT_EQ(asked_in(seconds(30)), 0);
   session->TakeLine("painted c.VideoStream");
   EXPECT_GE(asked_in(seconds(0)), 1);
-  // Who paints nothing because nobody looks is told events all the time.
+  // A page that paints nothing because nobody looks is told events all the time.
   session->TakeLine("unseen c");
   EXPECT_NEAR(asked_in(seconds(30)), 300, 3);
 }

@@ -1,4 +1,4 @@
-"""What the tests of `orbelcast serve` share: a gateway of their own, and a page's connection byte by byte."""
+"""The common parts of the tests of `orbelcast serve`: a gateway of their own, and a page's connection byte by byte."""
 
 import base64
 import contextlib

@@ -48,7 +48,7 @@ class Serve(unittest.TestCase):
             self.assertEqual(statuses, [401, 200, 200, 401, 401, 401])
             self.assertEqual([gateway.open_session(Origin="https://a.example", **login)
                               for login in ({}, basic("ann", "one"))], [401, 101])
-            # Who stops in the middle of a handshake, or speaks no TLS, or an old one, holds up nobody.
+            # A client that stops in the middle of a handshake, or speaks no TLS, or an old one, holds up nobody.
             links = [socket.create_connection(("127.0.0.1", gateway.port), TIMEOUT) for _ in range(3)]
             links[0].sendall(b"\x16\x03\x01\x02\x00\x01")
             links[1].sendall(b"GET / HTTP/1.1\r\nHost: a\r\n\r\n")
@@ -187,7 +187,7 @@ class Serve(unittest.TestCase):
                     page.receive()
                 self.assertIn(f"/live/1/keeper:{PASSWORD}", " ".join(asked))
                 self.assertIn(f"/$openlogin/keeper/{PASSWORD}/srv_vigilbox$x", " ".join(asked))
-                # What is no name goes nowhere.
+                # A host that is no name goes nowhere.
                 for url in ("http://yard@evil/", "http://yard.evil/", "http://x:y@yard/", "http://yard:80:80/"):
                     page.send(f"call v Connect {url}")
                     page.until("event", "ConnectionFailedV2")

@@ -34,7 +34,7 @@ MOST_MEBIBYTES = 600  # a body of 64 MiB on its way through a sanitizer's progra
 MOST_FLOOD = 300 * 2**20
 OPTIONS = {"ASAN_OPTIONS": "exitcode=99:quarantine_size_mb=16:detect_leaks=1", "UBSAN_OPTIONS": "print_stacktrace=1"}
 
-# What ends an answer; without one the connection stays open for the next request.
+# The ends of an answer; without one the connection stays open for the next request.
 RESET, STALL = "reset", "stall"
 Flood = collections.namedtuple("Flood", "bytes")  # sent until the client closes
 Drip = collections.namedtuple("Drip", "bytes")  # sent a byte each 50 ms
@@ -197,7 +197,7 @@ destroy p
 
 
 def run(command, script, environment):
-    """What the command printed, its status (or "hangs"), and whether it was asked to end."""
+    """The command's output, its status (or "hangs"), and whether it was asked to end."""
     with tempfile.TemporaryFile() as output:
         process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=output, stderr=output, env=environment)
         asked = False
@@ -218,7 +218,7 @@ def run(command, script, environment):
 
 
 def try_one(kind, client):
-    """What was wrong."""
+    """The faults of one run."""
     first_bad = 0 if client in ("snapshot", "info") else 1
     goes_on = not NEVER_GOOD.search(kind)
     server = Hostile(KINDS[kind], first_bad)

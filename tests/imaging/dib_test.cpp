@@ -25,7 +25,7 @@ class DibTest : public testing::Test {
   bool Read(const Bytes& file) {
     return dib.CreateFromFile(folder.Write("a.bmp", std::string(file.begin(), file.end())));
   }
-  /// What writing the bitmap over the file that was read leaves.
+  /// The bytes that writing the bitmap over the file that was read leaves.
   Bytes Written() const {
     EXPECT_TRUE(dib.WriteToFile(folder.File("a.bmp")));
     const std::string bytes = fakes::ReadFile(folder.File("a.bmp"));

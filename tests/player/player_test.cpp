@@ -1,4 +1,4 @@
-// What scripts cannot show of a player's start, its host's properties and its layout; tests/scripts has the rest.
+// A player's start, its host's properties and its layout, beyond what scripts can show; tests/scripts has the rest.
 
 #include "player_fixture.h"
 

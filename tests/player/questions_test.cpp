@@ -59,7 +59,7 @@ class QuestionsTest : public PlayerWorld {
   void ConnectTo(const std::string& server, const std::string& user = "b") {
     Begin([&] { player->Connect2Server(server, user, "own"); });
   }
-  /// What was asked for besides pictures.
+  /// The addresses asked for, besides pictures.
   std::vector<std::string> Questions() {
     auto urls = Asked();
     std::erase_if(urls, [](const std::string& url) { return url.starts_with("http://cam/"); });

@@ -1,4 +1,4 @@
-// What scripts cannot show of the toolbar's buttons and the windows behind them; tests/scripts has the rest.
+// The toolbar's buttons and the windows behind them, beyond what scripts can show; tests/scripts has the rest.
 
 #include <chrono>
 
@@ -25,7 +25,7 @@ class ToolbarTest : public PlayerWorld {
   }
 
   int opened = 0;
-  /// What a person does in the window that has just opened; then it is closed.
+  /// A person's act in the window that has just opened; then it is closed.
   std::function<void()> on_open;
 };
 

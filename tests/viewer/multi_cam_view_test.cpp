@@ -20,7 +20,7 @@ constexpr auto kFourCameras = "http://a/1\r\nhttp://b/2\r\nhttp://c/3\r\nhttp://
 constexpr Color kBlack = Rgb(0, 0, 0);
 constexpr Color kGreen = Rgb(0, 255, 0);
 
-/// What a tile of 320 × 240 pixels is asked for, of the camera at `address`.
+/// The address of a picture for a tile of 320 × 240 pixels, of the camera at `address`.
 std::string Asked(const std::string& address) {
   return "http://" + address + "?live-special0320x0200050";
 }
@@ -97,7 +97,7 @@ TEST_F(MultiCamViewTest, MarksTheTileWhileItIsFetched) {
   Tick();
   EXPECT_THAT(marks, ElementsAre(kGreen, Rgb(100, 1, 1)));
   EXPECT_THAT(refreshed, ElementsAre(1, 2));
-  // What cannot be decoded leaves the tile as it was, mark included.
+  // A picture that cannot be decoded leaves the tile as it was, mark included.
   loop.rude_at = -1;
   Tick();
   EXPECT_EQ(Mark(1, 0), kGreen);
@@ -136,7 +136,7 @@ TEST_F(MultiCamViewTest, ATickThatFallsDueDuringARequestRunsInsideTheCurrentOne)
   EXPECT_THAT(world.http.Opened(), ElementsAre(Asked("a/1"), Asked("b/2")));
   EXPECT_EQ(Middle(0, 0), Rgb(1, 1, 1));
   EXPECT_EQ(Middle(1, 0), Rgb(2, 1, 1));
-  // What fell due meanwhile came once; the rhythm goes on.
+  // The tick that fell due meanwhile came once; the rhythm goes on.
   world.queue.Advance(milliseconds(300));
   EXPECT_EQ(world.http.Opened().size(), 3u);
 }

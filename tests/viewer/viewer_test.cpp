@@ -137,7 +137,7 @@ TEST_F(ViewerTest, WhyThereIsNoPictureIsAValue) {
     EXPECT_EQ(viewer->LastFailure(), Failure());
     world.http.answers = {answer, Good()};
     world.queue.Advance(milliseconds(34));
-    viewer->Resize(9600, 7200);  // What was there is drawn once more, and is no newer.
+    viewer->Resize(9600, 7200);  // The old picture is drawn once more, and is no newer.
     EXPECT_EQ(At(10, 10), Rgb(10, 20, 30));
     EXPECT_EQ(viewer->LastFailure(), failure);
     world.queue.Advance(milliseconds(34));

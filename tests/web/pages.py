@@ -1,4 +1,4 @@
-"""What the tests of the page elements share: one browser with pages of it."""
+"""The common parts of the page elements' tests: one browser with pages of it."""
 
 import base64
 import contextlib
@@ -21,7 +21,7 @@ from selenium.webdriver.common.by import By  # noqa: E402
 VIEWER = '<video-server-push id="v" url="{url}" framerate="20"></video-server-push>'
 PLAYER = ('<user-control-1 id="p" server="127.0.0.1" port="{port}" device="1" extendedcontrols="Yes">'
           '</user-control-1>')
-# What a test's script finds on the page: elements by id, children of a control, and what a canvas shows.
+# The functions for a test's script on the page: elements by id, children of a control, and what a canvas shows.
 TOOLS = """
 const it = (id) => document.getElementById(id);
 const child = (id, name) => it(id).shadowRoot.querySelector(`[data-child="${name}"]`);
@@ -81,7 +81,7 @@ class Page(unittest.TestCase):
         return self.browser.execute_script(TOOLS + script, *words)
 
     def promised(self, script, *words):
-        """What the promise of an expression becomes."""
+        """The value that an expression's promise gets."""
         return self.browser.execute_async_script(
             TOOLS + f"const done = arguments[arguments.length - 1]; (async () => {script})()"
             ".then(done, (error) => done('error: ' + error.message));", *words)
@@ -132,7 +132,7 @@ class Page(unittest.TestCase):
         field.send_keys(text + "\n")
 
     def nameless(self):
-        """What a screen reader could not tell: roles in the browser's accessibility tree that have no name."""
+        """The roles in the browser's accessibility tree that have no name, which a screen reader could not tell."""
         nodes = self.browser.execute_cdp_cmd("Accessibility.getFullAXTree", {})["nodes"]
         told = [(node["role"]["value"], node.get("name", {}).get("value")) for node in nodes if not node["ignored"]]
         return [role for role, name in told if not name and role in (

@@ -45,7 +45,7 @@ class PlayerPage(Page):
             self.until(f"events.some(([, name, it]) => name === 'StreamInfo' && it.FrameRate >= {slowest} && "
                        f"it.FrameRate <= {fastest})")
         self.moving("p", "VS.VideoStream")
-        # What was chosen is there in the next session.
+        # The choices are there in the next session.
         self.open(PLAYER.format(port=self.camera.port))
         self.until("child('p', 'FrameRate')?.selectedOptions[0]?.text === '20 FPS'")
         self.until("child('p', 'Resolution').selectedOptions[0].text.startsWith('320x240 (60%')")
@@ -83,7 +83,7 @@ class PlayerPage(Page):
         self.until(f"child('p', 'VS.StatusDisplay').hidden !== {str(hidden).lower()}")
 
     def test_message_windows_and_full_screen(self):
-        """What is chosen reaches the server; windows say what they are, and close."""
+        """A choice reaches the server; windows say what they are, and close."""
         self.open_player()
         self.press(13)
         self.answer("Hello there")

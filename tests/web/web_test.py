@@ -80,7 +80,7 @@ class ViewerPage(Page):
         self.until("it('v').MotionDetector === false")
         self.js("it('v').removeAttribute('url')")
         self.told("Disconnected")
-        # What a script set before the element was one is the element's, and so is an address before its session opens.
+        # A value that a script set before the element was one is the element's, so is an address before its session opens.
         self.js("const early = document.createElement('div').attachShadow({mode: 'open'}).appendChild("
                 "new Document().createElementNS('http://www.w3.org/1999/xhtml', 'video-server-push'));"
                 "early.FrameRate = 7; early.id = 'late'; early.setAttribute('url', ''); early.setAttribute('url', "

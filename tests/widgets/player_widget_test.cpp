@@ -191,7 +191,7 @@ TEST_F(PlayerWidgetTest, TheArchiveIsSearchedForWhatWasTyped) {
   QTest::keyClick(month, Qt::Key_Tab);
   EXPECT_EQ(month->text(), QStringLiteral("07"));
   EXPECT_EQ(Child<QLineEdit>("TCR(2)")->selectedText(), QStringLiteral("17"));
-  // What leaving a box gives may be longer than what can be typed into it.
+  // The text that leaving a box gives may be longer than can be typed into it.
   auto* second = Child<QLineEdit>("TCR(5)");
   Retype(second, "-3");
   QTest::keyClick(second, Qt::Key_Tab);

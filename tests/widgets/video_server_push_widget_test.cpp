@@ -334,7 +334,7 @@ TEST_F(StreamTest, TellsEachNewFrameWithoutDecodingIt) {
   widget->Pulse();
   EXPECT_THAT(pictures, ElementsAre(QSize(16, 16), QSize(16, 16)));
   QObject::disconnect(connection);
-  // Who wants none but the last one goes no further; a picture of the host's outlives the viewer.
+  // A handler that ends the viewer is told no further picture; a picture of the host's outlives the viewer.
   QImage kept;
   QObject::connect(widget.get(), &VideoServerPushWidget::NewFrame, [&] {
     kept = widget->GetPicture();

@@ -18,7 +18,7 @@ class YieldingHttp final : public HttpRequestFactory {
   struct Outcome {
     bool answered;
     int status;         ///< HTTP status of the answer; 0 where there was none.
-    std::string url{};  ///< What was asked for. It may hold a login.
+    std::string url{};  ///< The address asked for. It may hold a login.
   };
 
   /// `http` outlives this factory.

@@ -126,7 +126,7 @@ std::optional<Size> TurboJpegDecoder::SizeOf(const FrameBytes& jpeg) {
 
 std::optional<Size> TurboJpegDecoder::DrawOnAll(const FrameBytes& jpeg, std::span<const JpegTarget> targets,
                                                 Size serves) {
-  // What a target still has to draw comes first: that may be a picture of this decoder.
+  // Drawings that a target still has to make come first: one may be a picture of this decoder.
   for (const JpegTarget& target : targets) target.surface.Settle();
   TakePlaces(targets);
   serves_ = serves;

@@ -304,7 +304,7 @@ TEST_F(CurlHttpTest, AWaitEndsWithTheExchangeThatItBeganWith) {
     to.Send(AnswerBytes(200, TargetOf(received)));
   });
   EXPECT_FALSE(request->WaitForResponse());  // nothing is under way
-  // What ends an exchange under way, and the outcome of the one that is sent at once after it; none: it is refused.
+  // Ends of an exchange under way, and the outcome of the one that is sent at once after each; none: it is refused.
   using End = std::function<void()>;
   const std::vector<std::pair<std::optional<bool>, End>> ends = {
       {true, [&] { EXPECT_TRUE(request->Open("GET", server.Url("/new"), true)); }},

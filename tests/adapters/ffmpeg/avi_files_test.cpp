@@ -19,7 +19,7 @@
 namespace orbelcast {
 namespace {
 
-/// What a command prints.
+/// The output of a command.
 std::string OutputOf(const std::string& command) {
   std::FILE* const pipe = ::popen(command.c_str(), "r");
   std::string output;
@@ -96,7 +96,7 @@ class AviFilesTest : public testing::Test {
     return file;
   }
 
-  /// What ffprobe says of the video stream: "width", "nb_frames" (as the header declares), "nb_read_frames" (as they
+  /// ffprobe's answer on the video stream: "width", "nb_frames" (as the header declares), "nb_read_frames" (as they
   /// could be decoded; empty ones do not count) and so on. Of the frames "pts": the time of each decoded one, in the
   /// stream's own frames. Anything it complains of is under "complaints".
   std::map<std::string, std::string> Probe() const {
@@ -115,7 +115,7 @@ class AviFilesTest : public testing::Test {
     return entries;
   }
 
-  /// What the clip's header declares, and how many of them can be read; the others are empty.
+  /// Expects `declared` frames in the clip's header, `pictures` of which can be read; the others are empty.
   void ExpectFrames(int declared, int pictures) const {
     auto said = Probe();
     EXPECT_EQ(said["complaints"], "");

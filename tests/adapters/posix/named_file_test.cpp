@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 using fakes::ReadFile;
 using testing::HasSubstr;
 
-/// What was asked of the system, in order.
+/// The calls to the system, in order.
 std::string calls;
 
 class NamedFileTest : public testing::Test {

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Who is let in: authentication_test.py SERVER_PROGRAM"""
+"""The clients that are let in: authentication_test.py SERVER_PROGRAM"""
 
 import base64
 import hashlib

@@ -1,4 +1,4 @@
-"""What the tests of the camera server share: a server of their own, requests byte by byte, a look at JPEG bytes."""
+"""The common parts of the camera server's tests: a server of their own, requests byte by byte, a look at JPEG bytes."""
 
 import contextlib
 import ctypes

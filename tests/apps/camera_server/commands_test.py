@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What a player can do and is told: outputs, alerts, messages, the activity log, the information, the relay lookup.
+"""A player's commands and what it is told: outputs, alerts, messages, the activity log, the information, the relay lookup.
 commands_test.py SERVER_PROGRAM"""
 
 import re

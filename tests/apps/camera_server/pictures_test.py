@@ -23,7 +23,7 @@ class Live(unittest.TestCase):
                                  ("/live/1/me:secret?live-special1280x0720080", (1280, 720)),
                                  ("/live/1/me:pass?word?live-special0176x0144020", (176, 144)),
                                  ("/live/3?width=200&height=90&quality=50", (200, 90)),
-                                 # What is beyond the bounds gets the nearest, what cannot be read the default.
+                                 # A value beyond the bounds gets the nearest, one that cannot be read the default.
                                  ("/live/3?height=100", (320, 100)), ("/live/1?live-special0000x9999090", (16, 2160)),
                                  ("/live/1?width=99999999999&height=-3", (320, 240))):
                 self.assertEqual(jpeg_size(picture(target)), size, target)
@@ -53,7 +53,7 @@ class Live(unittest.TestCase):
 
 
 def query(flag, moment=NOTHING, device="1", login="ann/pw"):
-    """What a player sends: two question marks, the picture code behind "Quality="."""
+    """A player's request: two question marks, the picture code behind "Quality="."""
     time_items = "Year=%s&Month=%s&Day=%s&Hour=%s&Minute=%s&Second=%s" % tuple(moment)
     return "/$openlogin/%s/srv_vigilbox$img?Device=%s&%s&%s=0&Quality=%s" % (login, device, time_items, flag, CODE)
 

@@ -142,7 +142,7 @@ TEST_F(PlayerOnServerTest, WhatIsTypedIntoTheBoxesStaysWhileLiveRunsUntilEnterSe
 
 TEST_F(PlayerOnServerTest, TheCalendarTellsWhatTheArchiveHasAndALookAtItMovesNothing) {
   OpenServer({});
-  // Where nothing was shown of the archive, there is no place to go back to.
+  // If nothing was shown of the archive, there is no place to go back to.
   QTest::keyClick(window.get(), Qt::Key_C);
   auto* const line = window->findChild<TimeLine*>();
   const auto tells = [&](const QString& part) {

@@ -1,4 +1,4 @@
-// What the viewer's window tells a person of its camera, and how it shows several.
+// The viewer's window: what it tells a person of its camera, and how it shows several.
 
 #include "player/viewer_window.h"
 
@@ -43,13 +43,13 @@ class ViewerWindowTest : public testing::Test {
   bool RunUntil(const std::function<bool()>& done, milliseconds limit = milliseconds(10'000)) {
     return fakes::RunLoop(platform.Get().loop.Queue(), limit, done);
   }
-  /// What the notice says; empty while it is hidden.
+  /// The notice's text; empty while it is hidden.
   std::string Notice() const {
     const auto* notice = window->findChild<QWidget*>(QStringLiteral("notice"));
     return notice->isVisible() ? notice->accessibleName().toStdString() : std::string();
   }
 
-  /// What the badge over the picture says; empty while there is none.
+  /// The text of the badge over the picture; empty while there is none.
   std::string BadgeText() const {
     for (const auto* each : window->findChildren<Badge*>()) {
       if (each->isVisible()) return each->text().toStdString();
