@@ -18,9 +18,9 @@
 
 extern "C" orbelcast::server::GetClassObjectFunction DllGetClassObject;
 
-/// The controls as classes, for C++ programs without a screen that link liborbelcast.so. All of this is inline over
-/// `orbelcast/orbelcast.h`, whose binary form does not change: a program goes on with later libraries as it is. It is one
-/// header, so that a program needs no other.
+/// The controls as classes, for C++ programs without a screen that link liborbelcast.so: in one header, so that a
+/// program needs no other. All of this is inline over `orbelcast/orbelcast.h`, whose binary form does not change: a
+/// program goes on with later libraries as it is.
 ///
 /// Threads, the loop, and what may be called inside an event are as told there. A call that cannot be made (another
 /// thread, a control that has ended) throws an Error; failures of the network are events. What an event's handler
