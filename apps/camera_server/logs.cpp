@@ -120,7 +120,7 @@ void RequestLog::Record(std::string_view head, const Client& client) {
     const std::string_view header = TakeLine(head);
     if (!header.empty()) headers.Append(BytesAsText(is_masked ? MaskHeaderLine(header) : header));
   }
-  const std::string text = ToLine(entry) + "\n";
+  std::string text = ToLine(entry) + "\n";
 
   const std::lock_guard lock(mutex_);
   written_bytes_ += text.size();
