@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What a gateway's pages cost it: rate, CPU and memory of a number of sessions, beside bare requests.
+"""The cost of a gateway's pages: rate, CPU and memory of a number of sessions, beside bare requests.
 
 Usage: bench/pages.py BIN_FOLDER [SESSIONS...] [--stopped SECONDS] [--smoke]
 

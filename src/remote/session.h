@@ -60,7 +60,7 @@ class Session : public std::enable_shared_from_this<Session> {
   Window* TakeNewWindow();
   bool IsOpen(const Window* window) const;
 
-  /// What a front end that shows controls has to draw, and has not taken yet.
+  /// The drawings of a front end that shows controls, those that it has not taken yet.
   std::vector<ShownDrawing> TakeDrawings() { return silent_ ? std::vector<ShownDrawing>() : showing_.Take(); }
   /// Whether it has taken a picture that it has not told as painted, and that somebody sees.
   bool AwaitsPainting() const { return showing_.AwaitsPainting(); }

@@ -59,7 +59,7 @@ class CountingDecoder final : public ForwardingJpegDecoder {
   std::map<std::uint64_t, int> drawn_;
 };
 
-/// What a meeting leaves behind.
+/// The traces of a meeting.
 struct Afterwards {
   std::vector<std::string> events;  ///< Since the act.
   std::vector<std::string> opened;  ///< Addresses since the act.
@@ -240,6 +240,7 @@ void FetchesNoStream(VideoServerPush&, const Afterwards& afterwards) {
   }
 }
 
+// A table, and so it is long.
 const std::vector<Act>& Acts() {
   static const std::vector<Act> acts{
       {"Connect", [](auto& viewer) { viewer->Connect(kOther); },

@@ -133,7 +133,7 @@ bool PartReader::ReadBody() {
   return true;
 }
 
-// What follows a picture that was complete before its delimiter, or the delimiter that was said to be the last one.
+// The bytes after a picture that was complete before its delimiter, or after the last delimiter.
 bool PartReader::SkipRest() {
   const auto delimiter = FindDelimiter();
   Drop(delimiter ? delimiter->end : searched_);
